@@ -1,0 +1,80 @@
+#pragma once
+
+#include "model/CGImageProperties.h"
+
+#include <QStringList>
+
+#include <array>
+#include <span>
+
+namespace tagmoor {
+
+// How the reader demands a row's value from the bridge, and what kind the field set and
+// the record then hold. DateText rows are text in the field set and a date in the record.
+enum class ReadKind { NotRead, Text, DateText, Int64, Float32, Float64, UInt8, UInt64 };
+
+// How the writer hands a row's value to Exiv2.
+enum class WriteKind { NotWritten, Text, Integer, Rational, Gps, GpsRef };
+
+enum class KeyBlock { Exif, Iptc, Xmp };
+
+// One row of a key list: the system's whole vocabulary of tags is these 79 rows.
+struct KeyRow {
+    KeyBlock block;
+    int row;
+    const char* key;
+    ReadKind read;
+    WriteKind write;
+    // The record field the row fills; its group must be present. nullptr for rows 48-51.
+    PropertyValue* (*field)(CGImageProperties&);
+};
+
+constexpr int kExifKeyCount = 55;
+constexpr int kIptcKeyCount = 19;
+constexpr int kXmpKeyCount = 5;
+
+namespace exifrow {
+// Row numbers that code refers to by name.
+constexpr int DateTimeOriginal = 9;
+constexpr int ISOSpeedRatings = 10;
+constexpr int GPSLatitude = 29;
+constexpr int GPSLatitudeRef = 30;
+constexpr int GPSLongitude = 31;
+constexpr int GPSLongitudeRef = 32;
+constexpr int GPSAltitude = 33;
+constexpr int GPSAltitudeRef = 34;
+constexpr int FirstSkipped = 48;
+constexpr int LastSkipped = 51;
+constexpr int DateTimeDigitized = 53;
+constexpr int DateTime = 54;
+} // namespace exifrow
+
+namespace xmprow {
+constexpr int SerialNumber = 0;
+constexpr int Lens = 1;
+constexpr int PhotoshopDateCreated = 2;
+constexpr int CreateDate = 3;
+constexpr int ModifyDate = 4;
+} // namespace xmprow
+
+std::span<const KeyRow, kExifKeyCount> exifKeyRows();
+std::span<const KeyRow, kIptcKeyCount> iptcKeyRows();
+std::span<const KeyRow, kXmpKeyCount> xmpKeyRows();
+
+// All 79 rows: Exif, then IPTC, then XMP.
+std::span<const KeyRow> allKeyRows();
+
+// Rows 48 to 51 of the Exif list stand in the list but no reader or writer uses them.
+inline bool isSkippedExifRow(int row) {
+    return row >= exifrow::FirstSkipped && row <= exifrow::LastSkipped;
+}
+
+// The key texts of each list, in row order.
+const QStringList& exifKeyNames();
+const QStringList& iptcKeyNames();
+const QStringList& xmpKeyNames();
+
+// The row that has this key text, or nullptr.
+const KeyRow* findKeyRow(const QString& key);
+
+} // namespace tagmoor

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "metadata/MetadataFieldSet.h"
+
+#include <QString>
+#include <QVariantMap>
+
+namespace tagmoor {
+
+class MetadataTest;
+
+// Lays the edited values over what the file at `path` holds now and gives the property
+// dictionary for MetadataTest::setImagePropertiesAll ("exif", "iptc", "xmp", always all three).
+QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const QString& path,
+                            const MetadataTest& bridge);
+
+} // namespace tagmoor

@@ -1,0 +1,15 @@
+#include "metadata/MetadataTest.h"
+
+#include "metadata/KeyTable.h"
+
+namespace tagmoor {
+
+MetadataTest::MetadataTest() { initializeAllNeeded(); }
+
+void MetadataTest::initializeAllNeeded() {
+    m_exifKeys = exifKeyNames();
+    m_iptcKeys = iptcKeyNames();
+    m_xmpKeys = xmpKeyNames();
+}
+
+} // namespace tagmoor

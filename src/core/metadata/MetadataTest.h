@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <optional>
+
+namespace tagmoor {
+
+// When a caller read a file: writing refuses to go on if the file changed since.
+struct FileStamp {
+    qint64 size = -1;
+    QDateTime modified;
+};
+
+// The one class that talks to Exiv2. Nothing above it sees an Exiv2 type: it speaks in
+// dictionaries keyed by the full Exiv2 key text ("exif", "iptc", "xmp" at the top).
+// No exception ever leaves it. It holds no shared state; make a fresh one for each use.
+class MetadataTest {
+public:
+    MetadataTest();
+
+    const QStringList& exifKeysNameArray() const { return m_exifKeys; }
+    const QStringList& iptcKeysNameArray() const { return m_iptcKeys; }
+    const QStringList& xmpKeysNameArray() const { return m_xmpKeys; }
+    void setExifKeysNameArray(const QStringList& keys) { m_exifKeys = keys; }
+    void setIptcKeysNameArray(const QStringList& keys) { m_iptcKeys = keys; }
+    void setXmpKeysNameArray(const QStringList& keys) { m_xmpKeys = keys; }
+
+    // Every tag of the file in three dictionaries: values are QString, float (QMetaType::Float)
+    // or, for GPS latitude and longitude, double. Nothing when Exiv2 failed; an empty map
+    // when the path can't be encoded for the file system.
+    std::optional<QVariantMap> readAllPropertiesFrom(const QString& path) const;
+
+    // Exiv2's own data printed as JSON-shaped text per block; a diagnostic aid.
+    QVariantMap readJSONStringFrom(const QString& path) const;
+
+    // Writes the property dictionary (from mergeForWriting) and then erases the listed keys.
+    // The file is replaced only by a complete, verified copy; on any failure it keeps its
+    // old bytes. When `expected` is given and the file's size or modification time differ,
+    // nothing is written. Returns nothing; failures are logged.
+    void setImagePropertiesAll(const QString& path, const QVariantMap& properties,
+                               const QStringList& exifKeys, const QStringList& iptcKeys,
+                               const QStringList& xmpKeys,
+                               const std::optional<FileStamp>& expected = std::nullopt) const;
+
+    // Strips the chosen groups from the file, with the same safe replacement.
+    void cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp, bool gps,
+                       bool comment) const;
+
+private:
+    void initializeAllNeeded();
+
+    QStringList m_exifKeys;
+    QStringList m_iptcKeys;
+    QStringList m_xmpKeys;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,105 @@
+#include "model/PropertyValue.h"
+
+namespace tagmoor {
+
+PropertyValue::Kind PropertyValue::kindOf(const QVariant& v) {
+    if (!v.isValid())
+        return Kind::Absent;
+    switch (v.metaType().id()) {
+    case QMetaType::QString:
+        return Kind::Text;
+    case QMetaType::LongLong:
+        return Kind::Int64;
+    case QMetaType::Float:
+        return Kind::Float32;
+    case QMetaType::Double:
+        return Kind::Float64;
+    case QMetaType::UChar:
+        return Kind::UInt8;
+    case QMetaType::ULongLong:
+        return Kind::UInt64;
+    case QMetaType::QDateTime:
+        return Kind::Date;
+    case QMetaType::QByteArray:
+        return Kind::Bytes;
+    case QMetaType::QVariantList:
+        return Kind::List;
+    case QMetaType::QVariantMap:
+        return Kind::Dictionary;
+    default:
+        return Kind::Absent;
+    }
+}
+
+PropertyValue PropertyValue::fromVariant(const QVariant& v) {
+    PropertyValue p;
+    if (kindOf(v) != Kind::Absent)
+        p.m_value = v;
+    return p;
+}
+
+namespace {
+template <typename T>
+std::optional<T> take(const QVariant& v, PropertyValue::Kind want) {
+    if (PropertyValue::kindOf(v) != want)
+        return std::nullopt;
+    return v.value<T>();
+}
+} // namespace
+
+std::optional<QString> PropertyValue::text() const { return take<QString>(m_value, Kind::Text); }
+std::optional<qint64> PropertyValue::int64() const { return take<qint64>(m_value, Kind::Int64); }
+std::optional<float> PropertyValue::float32() const { return take<float>(m_value, Kind::Float32); }
+std::optional<double> PropertyValue::float64() const {
+    return take<double>(m_value, Kind::Float64);
+}
+std::optional<quint8> PropertyValue::uint8() const { return take<quint8>(m_value, Kind::UInt8); }
+std::optional<quint64> PropertyValue::uint64() const {
+    return take<quint64>(m_value, Kind::UInt64);
+}
+std::optional<QDateTime> PropertyValue::date() const {
+    return take<QDateTime>(m_value, Kind::Date);
+}
+std::optional<QByteArray> PropertyValue::bytes() const {
+    return take<QByteArray>(m_value, Kind::Bytes);
+}
+std::optional<QVariantList> PropertyValue::list() const {
+    return take<QVariantList>(m_value, Kind::List);
+}
+std::optional<QVariantMap> PropertyValue::dictionary() const {
+    return take<QVariantMap>(m_value, Kind::Dictionary);
+}
+
+bool PropertyValue::operator==(const PropertyValue& other) const {
+    return kind() == other.kind() && m_value == other.m_value;
+}
+
+const char* PropertyValue::kindName(Kind kind) {
+    switch (kind) {
+    case Kind::Absent:
+        return "absent";
+    case Kind::Text:
+        return "text";
+    case Kind::Int64:
+        return "int64";
+    case Kind::Float32:
+        return "float32";
+    case Kind::Float64:
+        return "float64";
+    case Kind::UInt8:
+        return "uint8";
+    case Kind::UInt64:
+        return "uint64";
+    case Kind::Date:
+        return "date";
+    case Kind::Bytes:
+        return "bytes";
+    case Kind::List:
+        return "list";
+    case Kind::Dictionary:
+        return "dictionary";
+    }
+    return "absent";
+}
+
+} // namespace tagmoor

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+namespace tagmoor {
+
+// An optional value of exactly one of ten kinds. Nothing is converted on assignment or on
+// reading: a value that holds the float 3.0 gives nothing when asked for an integer.
+// The value is stored in a QVariant so that presets can stream it with its kind intact.
+class PropertyValue {
+public:
+    enum class Kind {
+        Absent,
+        Text,
+        Int64,
+        Float32,
+        Float64,
+        UInt8,
+        UInt64,
+        Date,
+        Bytes,
+        List,
+        Dictionary,
+    };
+
+    PropertyValue() = default;
+    PropertyValue(const QString& text) : m_value(text) {}
+    PropertyValue(const char* text) : m_value(QString::fromUtf8(text)) {}
+    PropertyValue(qint64 v) : m_value(QVariant::fromValue<qint64>(v)) {}
+    PropertyValue(int v) : m_value(QVariant::fromValue<qint64>(v)) {}
+    PropertyValue(float v) : m_value(QVariant::fromValue<float>(v)) {}
+    PropertyValue(double v) : m_value(QVariant::fromValue<double>(v)) {}
+    PropertyValue(quint8 v) : m_value(QVariant::fromValue<quint8>(v)) {}
+    PropertyValue(quint64 v) : m_value(QVariant::fromValue<quint64>(v)) {}
+    PropertyValue(const QDateTime& v) : m_value(v) {}
+    PropertyValue(const QByteArray& v) : m_value(v) {}
+    PropertyValue(const QVariantList& v) : m_value(v) {}
+    PropertyValue(const QVariantMap& v) : m_value(v) {}
+
+    // A variant of one of the ten kinds keeps it; anything else (or null) is absent.
+    static PropertyValue fromVariant(const QVariant& v);
+    static Kind kindOf(const QVariant& v);
+
+    Kind kind() const { return kindOf(m_value); }
+    bool isPresent() const { return kind() != Kind::Absent; }
+    bool isAbsent() const { return !isPresent(); }
+    void clear() { m_value = QVariant(); }
+
+    std::optional<QString> text() const;
+    std::optional<qint64> int64() const;
+    std::optional<float> float32() const;
+    std::optional<double> float64() const;
+    std::optional<quint8> uint8() const;
+    std::optional<quint64> uint64() const;
+    std::optional<QDateTime> date() const;
+    std::optional<QByteArray> bytes() const;
+    std::optional<QVariantList> list() const;
+    std::optional<QVariantMap> dictionary() const;
+
+    // The stored variant (null when absent); what presets archive.
+    const QVariant& variant() const { return m_value; }
+
+    // Same kind and same value.
+    bool operator==(const PropertyValue& other) const;
+
+    static const char* kindName(Kind kind);
+
+private:
+    QVariant m_value;
+};
+
+} // namespace tagmoor

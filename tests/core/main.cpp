@@ -1,0 +1,23 @@
+// Test entry point: one Qt core application for the whole run, Exiv2 set up before any
+// thread starts, and the locale pinned so that date and region texts are stable.
+#include "metadata/MetadataLibrary.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include <gtest/gtest.h>
+#include <unicode/locid.h>
+
+#include <cstdlib>
+
+int main(int argc, char** argv) {
+    setenv("TZ", "UTC", 1);
+    tzset();
+    tagmoor::initializeMetadataLibrary();
+    QCoreApplication app(argc, argv);
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    UErrorCode status = U_ZERO_ERROR;
+    icu::Locale::setDefault(icu::Locale("en_US"), status);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

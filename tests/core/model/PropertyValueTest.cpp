@@ -1,0 +1,84 @@
+#include "model/CGImageProperties.h"
+
+#include <QSize>
+
+#include <gtest/gtest.h>
+
+using namespace tagmoor;
+
+TEST(PropertyValue, KindsStayApart) {
+    PropertyValue f(3.0f);
+    EXPECT_EQ(f.kind(), PropertyValue::Kind::Float32);
+    EXPECT_EQ(f.float32(), 3.0f);
+    EXPECT_FALSE(f.int64().has_value());
+    EXPECT_FALSE(f.float64().has_value());
+    EXPECT_FALSE(f.text().has_value());
+
+    PropertyValue d(QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC));
+    EXPECT_TRUE(d.date().has_value());
+    EXPECT_FALSE(d.text().has_value());
+
+    EXPECT_EQ(PropertyValue(qint64(7)).int64(), 7);
+    EXPECT_FALSE(PropertyValue(qint64(7)).uint64().has_value());
+    EXPECT_EQ(PropertyValue(quint8(200)).uint8(), quint8(200));
+    EXPECT_FALSE(PropertyValue(quint8(200)).int64().has_value());
+    EXPECT_EQ(PropertyValue(quint64(5)).uint64(), quint64(5));
+    EXPECT_EQ(PropertyValue(QStringLiteral("x")).text(), QStringLiteral("x"));
+    EXPECT_TRUE(PropertyValue(QByteArray("ab")).bytes().has_value());
+    EXPECT_TRUE(PropertyValue(QVariantList{1}).list().has_value());
+    EXPECT_TRUE(PropertyValue(QVariantMap{{"a", 1}}).dictionary().has_value());
+
+    // Values of other kinds, and a plain int variant, count as absent.
+    EXPECT_TRUE(PropertyValue::fromVariant(QVariant(QSize(1, 1))).isAbsent());
+    EXPECT_TRUE(PropertyValue::fromVariant(QVariant(int(3))).isAbsent());
+    EXPECT_TRUE(PropertyValue().isAbsent());
+
+    // Equality needs the same kind, not only an equal number.
+    EXPECT_FALSE(PropertyValue(3.0f) == PropertyValue(3.0));
+    EXPECT_TRUE(PropertyValue(3.0f) == PropertyValue(3.0f));
+}
+
+TEST(CGImageProperties, EmptyRecordAndValueSemantics) {
+    const QUrl url = QUrl::fromLocalFile(QStringLiteral("/tmp/a.jpg"));
+    CGImageProperties r = makeEmptyRecord(url);
+    EXPECT_EQ(r.url, url);
+    EXPECT_TRUE(r.isSelected);
+    EXPECT_FALSE(r.isTempDataAvailable);
+    EXPECT_TRUE(r.tiffProperties && r.exifProperties && r.iptcProperties && r.gpsProperties &&
+                r.xmpDataProperties);
+    EXPECT_FALSE(r.rawProperties || r.dngProperties || r.makerAppleProperties);
+    int present = 0;
+    forEachPresentValue(r, [&](auto&&...) { ++present; });
+    EXPECT_EQ(present, 0);
+
+    // The two orientations are separate fields.
+    r.tiffProperties->orientation = PropertyValue(qint64(6));
+    EXPECT_TRUE(r.orientation.isAbsent());
+
+    CGImageProperties copy = r;
+    copy.tiffProperties->artist = QStringLiteral("Jane");
+    EXPECT_TRUE(r.tiffProperties->artist.isAbsent());
+    EXPECT_FALSE(copy == r);
+}
+
+TEST(CGImageProperties, FieldTablesFollowDeclaredOrder) {
+    EXPECT_EQ(TiffProperties::fieldCount, 20u);
+    EXPECT_EQ(EXIFProperties::fieldCount, 69u);
+    EXPECT_EQ(IPTCProperties::fieldCount, 19u);
+    EXPECT_EQ(GPSProperties::fieldCount, 6u);
+    EXPECT_EQ(XMPDataProperties::fieldCount, 5u);
+    EXPECT_EQ(PNGProperties::fieldCount, 20u);
+    EXPECT_STREQ(TiffProperties::fields()[1].name, "photoetricInterpretation");
+    EXPECT_STREQ(EXIFProperties::fields().back().name, "gamma");
+    EXPECT_STREQ(XMPDataProperties::fields()[4].name, "photoshopCreateDate");
+    EXPECT_EQ(PNGProperties::fields()[2].imageIOKey, nullptr);
+
+    CGImageProperties r = makeEmptyRecord(std::nullopt);
+    r.exifProperties->fNumber = 2.8f;
+    r.pixelWidth = 640.0;
+    QStringList seen;
+    forEachPresentValue(r, [&](const char* g, const char* f, const char*, const PropertyValue&) {
+        seen << QStringLiteral("%1.%2").arg(QLatin1String(g), QLatin1String(f));
+    });
+    EXPECT_EQ(seen, (QStringList{"exifProperties.fNumber", ".pixelWidth"}));
+}
