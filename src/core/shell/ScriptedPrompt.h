@@ -1,0 +1,40 @@
+#pragma once
+
+#include "shell/UserPrompt.h"
+
+#include <QList>
+
+#include <functional>
+
+namespace tagmoor {
+
+// A UserPrompt for tests and headless runs: it records every alert and panel, and answers
+// from queues. With an empty queue an alert gets its first button and a panel is cancelled.
+class ScriptedPrompt : public UserPrompt {
+public:
+    int ask(const Alert& alert) override {
+        alerts.append(alert);
+        if (onAlert)
+            onAlert(alert);
+        if (!answers.isEmpty())
+            return answers.takeFirst();
+        return 0;
+    }
+    QStringList openPanel(const OpenPanelRequest& request) override {
+        panels.append(request);
+        return panelAnswers.isEmpty() ? QStringList() : panelAnswers.takeFirst();
+    }
+
+    // Queues the answer to the next alert by button text.
+    void answerNext(const QString& button, const QStringList& buttons = {"YES", "NO"}) {
+        answers.append(std::max(0, int(buttons.indexOf(button))));
+    }
+
+    QList<Alert> alerts;
+    QList<OpenPanelRequest> panels;
+    QList<int> answers;
+    QList<QStringList> panelAnswers;
+    std::function<void(const Alert&)> onAlert;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace tagmoor {
+
+// One alert: a title, a text and its buttons in order. A question has "YES" first.
+struct Alert {
+    QString title;
+    QString text;
+    QStringList buttons{QStringLiteral("OK")};
+
+    static Alert ok(const QString& title, const QString& text) { return {title, text, {"OK"}}; }
+    static Alert yesNo(const QString& title, const QString& text) {
+        return {title, text, {QStringLiteral("YES"), QStringLiteral("NO")}};
+    }
+    bool operator==(const Alert&) const = default;
+};
+
+// What an open panel is asked to show.
+struct OpenPanelRequest {
+    QString prompt;
+    bool canChooseFiles = true;
+    bool canChooseDirectories = true;
+    bool allowsMultipleSelection = true;
+    bool showsHiddenFiles = false;
+    QStringList allowedExtensions; // empty: any file
+    QString directory;             // where it opens; empty: the last place
+};
+
+// Every alert, question and file panel reaches the user through this interface. The
+// application shows real dialogs; tests answer with ScriptedPrompt. Called on the main thread.
+class UserPrompt {
+public:
+    virtual ~UserPrompt() = default;
+
+    // Shows the alert and gives the index of the button chosen (0 is the first).
+    virtual int ask(const Alert& alert) = 0;
+
+    // Shows an open panel; the chosen paths, or an empty list when cancelled.
+    virtual QStringList openPanel(const OpenPanelRequest& request) = 0;
+
+    bool askYesNo(const QString& title, const QString& text) {
+        return ask(Alert::yesNo(title, text)) == 0;
+    }
+    void tell(const QString& title, const QString& text) { ask(Alert::ok(title, text)); }
+};
+
+} // namespace tagmoor
