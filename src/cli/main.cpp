@@ -1,12 +1,38 @@
+#include "Commands.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
 
+namespace {
+const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
+                     "\n"
+                     "commands:\n"
+                     "  read PATH...     print each photo's record as one JSON object per line\n"
+                     "  apply [OPTIONS] PATH...\n"
+                     "                   run a batch over photos and folders\n"
+                     "\n"
+                     "Run 'tagmoor-cli COMMAND --help' for the options of a command.\n";
+}
+
 int main(int argc, char** argv) {
     tagmoor::initializeMetadataLibrary();
     QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("tagmoor-cli"));
-    QTextStream(stdout) << "usage: tagmoor-cli read PATH...\n";
+    QCoreApplication::setOrganizationName(QStringLiteral("Tagmoor"));
+    QCoreApplication::setApplicationName(QStringLiteral("Tagmoor"));
+
+    QStringList args = QCoreApplication::arguments().mid(1);
+    const QString command = args.isEmpty() ? QString() : args.takeFirst();
+    if (command == QLatin1String("read"))
+        return tagmoor::cli::runRead(args);
+    if (command == QLatin1String("apply"))
+        return tagmoor::cli::runApply(args);
+    if (command == QLatin1String("--help") || command == QLatin1String("-h")) {
+        QTextStream(stdout) << kUsage;
+        return 0;
+    }
+    QTextStream(stderr) << (command.isEmpty() ? QStringLiteral("tagmoor-cli: no command\n")
+                                              : QStringLiteral("tagmoor-cli: unknown command '%1'\n").arg(command))
+                        << kUsage;
     return 2;
 }

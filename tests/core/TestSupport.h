@@ -1,0 +1,87 @@
+#pragma once
+// Helpers shared by the core tests: sample files, scratch folders, outside tools.
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace tagmoor::test {
+
+inline QString samplesDir() { return QStringLiteral(TAGMOOR_SAMPLES); }
+inline QString formatsDir() { return samplesDir() + QStringLiteral("/formats"); }
+inline QString malformedDir() { return samplesDir() + QStringLiteral("/malformed"); }
+
+inline QStringList sampleFiles(const QString& dir) {
+    QStringList out;
+    for (const QFileInfo& fi : QDir(dir).entryInfoList(QDir::Files, QDir::Name))
+        out << fi.absoluteFilePath();
+    return out;
+}
+
+// Copies a sample into `dir` (samples are read-only and must never be written) and makes the
+// copy writable. Returns the copy's path.
+inline QString copySample(const QString& samplePath, const QString& dir,
+                          const QString& newName = {}) {
+    const QString target =
+        dir + QLatin1Char('/') + (newName.isEmpty() ? QFileInfo(samplePath).fileName() : newName);
+    QFile::remove(target);
+    EXPECT_TRUE(QFile::copy(samplePath, target)) << samplePath.toStdString();
+    QFile(target).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup |
+                                 QFile::ReadOther);
+    return target;
+}
+
+inline QByteArray readBytes(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+inline bool writeBytes(const QString& path, const QByteArray& bytes) {
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size();
+}
+
+// A small real JPEG of the given size, without metadata.
+inline QString makeJpeg(const QString& path, int width = 64, int height = 48) {
+    QImage img(width, height, QImage::Format_RGB32);
+    img.fill(qRgb(40, 120, 200));
+    EXPECT_TRUE(img.save(path, "JPEG", 90)) << path.toStdString();
+    return path;
+}
+
+struct ToolResult {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+// Runs an outside program (exiv2, exiftool, tagmoor-cli) and waits for it.
+inline ToolResult runTool(const QString& program, const QStringList& args, int timeoutMs = 60000) {
+    QProcess p;
+    p.start(program, args);
+    ToolResult r;
+    if (!p.waitForFinished(timeoutMs)) {
+        p.kill();
+        p.waitForFinished();
+        return r;
+    }
+    r.exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    r.out = p.readAllStandardOutput();
+    r.err = p.readAllStandardError();
+    return r;
+}
+
+inline bool haveTool(const QString& name) {
+    return !QStandardPaths::findExecutable(name).isEmpty();
+}
+
+} // namespace tagmoor::test
