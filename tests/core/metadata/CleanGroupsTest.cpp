@@ -99,5 +99,18 @@ TEST(CleanGroups, FailuresAreSilentAndLeaveTheFile) {
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
 }
 
+TEST(CleanGroups, TiffBuiltFilesKeepWhatDescribesTheirPictures) {
+    QTemporaryDir dir;
+    const QString dng = copySample(formatsDir() + QStringLiteral("/et-DNG.dng"), dir.path());
+    MetadataTest().cleanMetadata(dng, false, true, false, false, false);
+    const QJsonObject tags = exiftoolTags(dng);
+    for (const char* kept : {"IFD0:StripOffsets", "IFD0:ImageWidth", "IFD0:DNGVersion",
+                             "IFD0:ColorMatrix1", "SubIFD:TileOffsets", "SubIFD:CFAPattern2"})
+        EXPECT_TRUE(tags.contains(QLatin1String(kept))) << kept;
+    for (const char* gone : {"IFD0:Make", "IFD0:Model", "IFD0:Artist", "IFD0:ModifyDate",
+                             "ExifIFD:ExposureTime", "ExifIFD:ISO"})
+        EXPECT_FALSE(tags.contains(QLatin1String(gone))) << gone;
+}
+
 } // namespace
 } // namespace tagmoor::test
