@@ -35,10 +35,35 @@ constexpr std::array<const char16_t*, 13> kPatterns{
     u"HH:mm:ss.SSS",
 };
 
-// Building an ICU formatter costs far more than a parse, and a scan parses six dates per
-// photo, so each thread keeps its formatters, each with a calendar of its own to parse into
-// (the formatter would otherwise clone its calendar for every parse). They are rebuilt when
-// the default locale changes.
+bool isAsciiDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
+
+// Punctuation that no number parser of any locale takes into or after a number: not a sign,
+// not a decimal or grouping separator, not a quote.
+bool isPlainPunctuation(char16_t c) {
+    return c > u' ' && c < 0x7F && !isAsciiDigit(c) && !isAsciiLetter(c) &&
+           std::u16string_view(u"+-.,'").find(c) == std::u16string_view::npos;
+}
+
+// What the cheap tests below need to know of a text.
+struct TextShape {
+    bool hasLetter = false;
+    bool startsWithDigit = false;
+    // The character after the leading ASCII digits, when it is plain punctuation; else 0.
+    char16_t afterDigits = 0;
+
+    explicit TextShape(std::u16string_view text) {
+        hasLetter = std::any_of(text.begin(), text.end(), isAsciiLetter);
+        startsWithDigit = !text.empty() && isAsciiDigit(text.front());
+        const auto end = std::find_if_not(text.begin(), text.end(), isAsciiDigit);
+        if (startsWithDigit && end != text.end() && isPlainPunctuation(*end))
+            afterDigits = *end;
+    }
+};
+
+// One pattern's formatter. Building an ICU formatter costs far more than a parse, so each
+// thread keeps its own, with a calendar of its own to parse into (the formatter would
+// otherwise clone its calendar for every parse).
 struct Parser {
     std::unique_ptr<icu::SimpleDateFormat> format;
     std::unique_ptr<icu::Calendar> calendar;
@@ -47,11 +72,43 @@ struct Parser {
     bool allDigits = false;
     // Begins with a day or month name, which can't begin with a digit.
     bool startsWithName = false;
+    // The punctuation that follows a leading digit field ("yyyy-..." gives '-'); else 0.
+    char16_t firstSeparator = 0;
 
-    // Whether ICU could possibly accept the text; a failed ICU parse costs microseconds,
-    // mostly in its number parser and in case folding the month and day names.
-    bool mayMatch(bool textHasLetter, bool textStartsWithDigit) const {
-        return !(allDigits && textHasLetter) && !(startsWithName && textStartsWithDigit);
+    explicit Parser(std::u16string_view pattern) {
+        UErrorCode status = U_ZERO_ERROR;
+        auto f = std::make_unique<icu::SimpleDateFormat>(
+            icu::UnicodeString(pattern.data(), int32_t(pattern.size())), status);
+        if (U_FAILURE(status))
+            return;
+        f->setLenient(false);
+        calendar.reset(f->getCalendar()->clone());
+        if (!calendar)
+            return;
+        format = std::move(f);
+        const auto has = [&](std::u16string_view part) {
+            return pattern.find(part) != std::u16string_view::npos;
+        };
+        hasZone = has(u"Z");
+        allDigits = !has(u"Z") && !has(u"E") && !has(u"a") && !has(u"MMM") && !has(u"'");
+        startsWithName = pattern.starts_with(u"E") || pattern.starts_with(u"MMM");
+        const auto fieldEnd = std::find_if_not(pattern.begin(), pattern.end(),
+                                               [&](char16_t c) { return c == pattern.front(); });
+        if (std::u16string_view(u"yYMdHh").find(pattern.front()) != std::u16string_view::npos &&
+            fieldEnd - pattern.begin() <= 4 && fieldEnd != pattern.end() &&
+            isPlainPunctuation(*fieldEnd))
+            firstSeparator = *fieldEnd;
+    }
+
+    // Whether ICU could accept the text at all. A parse that fails still costs microseconds
+    // (ICU copies a number format for each digit field and case-folds every month and day
+    // name), and most texts fail most patterns; these tests only turn away what can't match.
+    bool mayMatch(const TextShape& text) const {
+        if (allDigits && text.hasLetter)
+            return false;
+        if (startsWithName && text.startsWithDigit)
+            return false;
+        return !(firstSeparator && text.afterDigits && text.afterDigits != firstSeparator);
     }
 
     // Whether the whole text parses; the moment in milliseconds since the epoch.
@@ -73,9 +130,10 @@ struct Parser {
     }
 };
 
+// The thread's parsers, rebuilt when the default locale changes.
 struct ParserCache {
     std::string localeName;
-    std::array<Parser, kPatterns.size()> parsers;
+    std::array<std::unique_ptr<Parser>, kPatterns.size()> parsers;
 
     Parser* get(std::size_t i) {
         const char* current = icu::Locale::getDefault().getName();
@@ -83,27 +141,9 @@ struct ParserCache {
             localeName = current;
             parsers = {};
         }
-        Parser& p = parsers[i];
-        if (!p.format) {
-            UErrorCode status = U_ZERO_ERROR;
-            auto format = std::make_unique<icu::SimpleDateFormat>(
-                icu::UnicodeString(kPatterns[i]), status);
-            if (U_FAILURE(status))
-                return nullptr;
-            format->setLenient(false);
-            p.calendar.reset(format->getCalendar()->clone());
-            if (!p.calendar)
-                return nullptr;
-            p.format = std::move(format);
-            const std::u16string_view pattern(kPatterns[i]);
-            const auto has = [&](std::u16string_view part) {
-                return pattern.find(part) != std::u16string_view::npos;
-            };
-            p.hasZone = has(u"Z");
-            p.allDigits = !has(u"Z") && !has(u"E") && !has(u"a") && !has(u"MMM") && !has(u"'");
-            p.startsWithName = pattern.starts_with(u"E") || pattern.starts_with(u"MMM");
-        }
-        return &p;
+        if (!parsers[i])
+            parsers[i] = std::make_unique<Parser>(kPatterns[i]);
+        return parsers[i]->format ? parsers[i].get() : nullptr;
     }
 };
 
@@ -113,15 +153,13 @@ std::optional<QDateTime> parseMetadataDate(const QString& text) {
     if (text.isEmpty())
         return std::nullopt;
     thread_local ParserCache cache;
-    const icu::UnicodeString input(reinterpret_cast<const char16_t*>(text.utf16()),
-                                   int32_t(text.size()));
-    const bool hasLetter = std::any_of(text.begin(), text.end(), [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-    });
-    const bool startsWithDigit = text.front() >= u'0' && text.front() <= u'9';
+    const std::u16string_view view(reinterpret_cast<const char16_t*>(text.utf16()),
+                                   std::size_t(text.size()));
+    const icu::UnicodeString input(view.data(), int32_t(view.size()));
+    const TextShape shape(view);
     for (std::size_t i = 0; i < kPatterns.size(); ++i) {
         Parser* parser = cache.get(i);
-        if (!parser || !parser->mayMatch(hasLetter, startsWithDigit))
+        if (!parser || !parser->mayMatch(shape))
             continue;
         if (const std::optional<UDate> date = parser->parse(input))
             return QDateTime::fromMSecsSinceEpoch(qint64(*date));
