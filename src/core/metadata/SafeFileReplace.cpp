@@ -204,6 +204,14 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     if (::fchmod(fd, m_status.st_mode & 07777) != 0)
         return fail(QStringLiteral("Failed to keep the file's permissions"), errno);
 
+    // Start the write-back now, so that the disk works while the copy is being checked; the
+    // flush below then only waits for what is left.
+    ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+    if (const int injected = injectedError(Step::Verify))
+        return fail(QStringLiteral("The new file does not read back"), injected);
+    if (!verify(QFile::decodeName(m_temporary)))
+        return fail(QStringLiteral("The new file does not read back"), EIO);
+
     if (const int injected = injectedError(Step::Flush))
         return fail(QStringLiteral("Failed to flush the new file"), injected);
     if (::fdatasync(fd) != 0)
@@ -216,11 +224,6 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
         return fail(QStringLiteral("Failed to close the new file"), errno);
     if (written.st_size != off_t(size))
         return fail(QStringLiteral("The new file is incomplete"), EIO);
-
-    if (const int injected = injectedError(Step::Verify))
-        return fail(QStringLiteral("The new file does not read back"), injected);
-    if (!verify(QFile::decodeName(m_temporary)))
-        return fail(QStringLiteral("The new file does not read back"), EIO);
 
     if (const int injected = injectedError(Step::Rename))
         return fail(QStringLiteral("Failed to replace the file"), injected);

@@ -25,7 +25,7 @@ class SafeFileReplace {
 public:
     // The points where a test can inject a failure or block. `Write` is reached before each
     // chunk of the temporary file, so a test can stop a writer with the copy half done.
-    enum class Step { Read, Create, Write, Flush, Verify, Rename };
+    enum class Step { Read, Create, Write, Verify, Flush, Rename };
     // Returns 0 to go on, or an errno value that the step then fails with as if the system had
     // returned it. May block, so that a test can kill the process at that point.
     using FaultHook = std::function<int(Step)>;
