@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace tagmoor {
@@ -92,6 +93,29 @@ bool writeAll(int fd, const char* data, std::size_t size, int* error) {
         done += chunk;
     }
     return true;
+}
+
+// Extended attributes (tags of file managers, access lists) go with the file's bytes to the new
+// inode. Best effort: a file system or a name that refuses one leaves that one behind.
+void copyExtendedAttributes(const char* from, int toFd) {
+    const ssize_t listSize = ::listxattr(from, nullptr, 0);
+    if (listSize <= 0)
+        return;
+    QByteArray names(listSize, '\0');
+    const ssize_t got = ::listxattr(from, names.data(), std::size_t(names.size()));
+    if (got <= 0)
+        return;
+    for (const QByteArray& name : names.left(got).split('\0')) {
+        if (name.isEmpty())
+            continue;
+        const ssize_t valueSize = ::getxattr(from, name.constData(), nullptr, 0);
+        if (valueSize < 0)
+            continue;
+        QByteArray value(valueSize, '\0');
+        const ssize_t read = ::getxattr(from, name.constData(), value.data(), std::size_t(value.size()));
+        if (read >= 0)
+            ::fsetxattr(toFd, name.constData(), value.constData(), std::size_t(read), 0);
+    }
 }
 
 } // namespace
@@ -203,6 +227,7 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
         return fail(QStringLiteral("Failed to keep the file's owner"), errno);
     if (::fchmod(fd, m_status.st_mode & 07777) != 0)
         return fail(QStringLiteral("Failed to keep the file's permissions"), errno);
+    copyExtendedAttributes(m_encodedTarget.constData(), fd);
 
     // Start the write-back now, so that the disk works while the copy is being checked; the
     // flush below then only waits for what is left.

@@ -4,6 +4,7 @@
 #include "metadata/MetadataTest.h"
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 namespace tagmoor::test {
 namespace {
@@ -194,10 +195,17 @@ TEST_F(WriteTags, AFailingBlockStopsTheWriteAndIsLogged) {
     EXPECT_EQ(readBytes(text), QByteArray("not a picture"));
     EXPECT_EQ(log.lines().size(), 2);
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
+
+    // A path the file system's encoding can't hold is left alone without a word.
+    MetadataTest().setImagePropertiesAll(dir.filePath(QStringLiteral("bad")) + QChar(0xD800),
+                                         properties({}), {}, {}, {});
+    EXPECT_EQ(log.lines().size(), 2);
 }
 
-TEST_F(WriteTags, OwnerPermissionsAndSymbolicLinksAreKept) {
+TEST_F(WriteTags, OwnerPermissionsAttributesAndSymbolicLinksAreKept) {
     QFile::setPermissions(photo, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    const bool attributes =
+        setxattr(QFile::encodeName(photo).constData(), "user.rating", "5", 1, 0) == 0;
     ASSERT_EQ(chown(QFile::encodeName(photo).constData(), 1234, 5678), 0);
     const QString link = dir.filePath(QStringLiteral("link.jpg"));
     ASSERT_TRUE(QFile::link(photo, link));
@@ -213,6 +221,12 @@ TEST_F(WriteTags, OwnerPermissionsAndSymbolicLinksAreKept) {
     EXPECT_EQ(st.st_mode & 07777, 0640u);
     EXPECT_EQ(st.st_uid, 1234u);
     EXPECT_EQ(st.st_gid, 5678u);
+    if (attributes) {
+        char value[8] = {};
+        EXPECT_EQ(getxattr(QFile::encodeName(photo).constData(), "user.rating", value, sizeof value),
+                  1);
+        EXPECT_STREQ(value, "5");
+    }
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
 }
 
