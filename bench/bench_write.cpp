@@ -24,9 +24,9 @@
 #include <exiv2/exiv2.hpp>
 
 #include <algorithm>
+#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
-#include <cstdio>
 
 namespace {
 
@@ -98,8 +98,7 @@ void plainWriteFlushed(const QString& path, const WriteRequest& r) {
 }
 
 void safeWrite(const QString& path, const WriteRequest& r) {
-    MetadataTest().setImagePropertiesAll(path, r.properties, r.exifErase, r.iptcErase,
-                                         r.xmpErase);
+    MetadataTest().setImagePropertiesAll(path, r.properties, r.exifErase, r.iptcErase, r.xmpErase);
 }
 
 bool copyFile(const QString& from, const QString& to) {
@@ -139,8 +138,8 @@ int main(int argc, char** argv) {
         });
     }
     QStringList files;
-    for (const QFileInfo& fi : QDir(dirPath).entryInfoList({QStringLiteral("*.jpg")}, QDir::Files,
-                                                          QDir::Name))
+    for (const QFileInfo& fi :
+         QDir(dirPath).entryInfoList({QStringLiteral("*.jpg")}, QDir::Files, QDir::Name))
         files << fi.absoluteFilePath();
     files = files.mid(0, count);
     if (files.isEmpty()) {
@@ -210,7 +209,8 @@ int main(int argc, char** argv) {
     if (breakdown) {
         std::printf("safe write by step (ms/file, all rounds):");
         for (int step = 0; step < 6; ++step)
-            std::printf(" %s %.2f", Breakdown::name(step), steps.spent[step] / 1e6 / files.size() / rounds);
+            std::printf(" %s %.2f", Breakdown::name(step),
+                        steps.spent[step] / 1e6 / files.size() / rounds);
         std::printf("\n");
     }
     std::printf("%d files, %.1f MB each on average\n", int(files.size()),

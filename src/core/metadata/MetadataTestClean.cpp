@@ -31,11 +31,10 @@ bool describesPicture(const Exiv2::Exifdatum& datum) {
     if (!imageDirectory)
         return false;
     static const std::set<uint16_t> structure{
-        0x00fe, 0x00ff, 0x0100, 0x0101, 0x0102, 0x0103, 0x0106, 0x0107, 0x010a, 0x0111,
-        0x0115, 0x0116, 0x0117, 0x011a, 0x011b, 0x011c, 0x0128, 0x012d, 0x013d, 0x013e,
-        0x013f, 0x0140, 0x0142, 0x0143, 0x0144, 0x0145, 0x014a, 0x0152, 0x0153, 0x015b,
-        0x0200, 0x0201, 0x0202, 0x0211, 0x0212, 0x0213, 0x0214, 0x828d, 0x828e, 0x8773,
-        0x9216};
+        0x00fe, 0x00ff, 0x0100, 0x0101, 0x0102, 0x0103, 0x0106, 0x0107, 0x010a, 0x0111, 0x0115,
+        0x0116, 0x0117, 0x011a, 0x011b, 0x011c, 0x0128, 0x012d, 0x013d, 0x013e, 0x013f, 0x0140,
+        0x0142, 0x0143, 0x0144, 0x0145, 0x014a, 0x0152, 0x0153, 0x015b, 0x0200, 0x0201, 0x0202,
+        0x0211, 0x0212, 0x0213, 0x0214, 0x828d, 0x828e, 0x8773, 0x9216};
     // From 0xc5d8 on: the raw layout tags of cameras and every DNG tag.
     return structure.count(datum.tag()) != 0 || datum.tag() >= 0xc5d8;
 }
@@ -79,10 +78,9 @@ void MetadataTest::cleanMetadata(const QString& path, bool iptc, bool exif, bool
             }
             if (gps) {
                 Exiv2::ExifData exifData = image.exifData();
-                for (const char* key :
-                     {"Exif.GPSInfo.GPSLatitude", "Exif.GPSInfo.GPSLatitudeRef",
-                      "Exif.GPSInfo.GPSLongitude", "Exif.GPSInfo.GPSLongitudeRef",
-                      "Exif.GPSInfo.GPSAltitude", "Exif.GPSInfo.GPSAltitudeRef"})
+                for (const char* key : {"Exif.GPSInfo.GPSLatitude", "Exif.GPSInfo.GPSLatitudeRef",
+                                        "Exif.GPSInfo.GPSLongitude", "Exif.GPSInfo.GPSLongitudeRef",
+                                        "Exif.GPSInfo.GPSAltitude", "Exif.GPSInfo.GPSAltitudeRef"})
                     eraseFirst(exifData, key);
                 image.setExifData(exifData);
             }

@@ -19,13 +19,13 @@ void MetadataTest::setImagePropertiesAll(const QString& path, const QVariantMap&
         return;
     try {
         SafeMetadataEdit::run(path, expected, [&](Exiv2::Image& image) {
-            PropertyWriter::apply(image, properties, {m_exifKeys, m_iptcKeys, m_xmpKeys},
-                                  exifKeys, iptcKeys, xmpKeys);
+            PropertyWriter::apply(image, properties, {m_exifKeys, m_iptcKeys, m_xmpKeys}, exifKeys,
+                                  iptcKeys, xmpKeys);
         });
     } catch (const Exiv2::AnyError& e) {
-        qCWarning(lcMetadataWrite).noquote()
-            << QStringLiteral("*** error exiv2 exception '") + QString::fromUtf8(e.what()) +
-                   QStringLiteral("' ***");
+        qCWarning(lcMetadataWrite).noquote() << QStringLiteral("*** error exiv2 exception '") +
+                                                    QString::fromUtf8(e.what()) +
+                                                    QStringLiteral("' ***");
     } catch (...) {
         // Anything else (allocation, a broken value) ends the write the same way.
         qCWarning(lcMetadataWrite).noquote() << QStringLiteral("*** error exception ***");

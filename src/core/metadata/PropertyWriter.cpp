@@ -43,8 +43,7 @@ void writeGps(Exiv2::ExifData& exifData, const std::string& key, const std::stri
     exifData[refKey] = std::string(gps.negative ? negativeRef : positiveRef);
 }
 
-template <typename Key, typename Data>
-void eraseListed(Data& data, const QStringList& keys) {
+template <typename Key, typename Data> void eraseListed(Data& data, const QStringList& keys) {
     for (const QString& text : keys) {
         const auto found = data.findKey(Key(text.toStdString()));
         if (found != data.end())
@@ -116,9 +115,9 @@ void applyXmp(Exiv2::Image& image, const QVariantMap& xmp, const QStringList& ke
 
 } // namespace
 
-void PropertyWriter::apply(Exiv2::Image& image, const QVariantMap& properties,
-                           const KeyNames& keys, const QStringList& exifErase,
-                           const QStringList& iptcErase, const QStringList& xmpErase) {
+void PropertyWriter::apply(Exiv2::Image& image, const QVariantMap& properties, const KeyNames& keys,
+                           const QStringList& exifErase, const QStringList& iptcErase,
+                           const QStringList& xmpErase) {
     const auto exif = properties.find(QStringLiteral("exif"));
     if (exif != properties.end())
         applyExif(image, exif->toMap(), keys.exif, exifErase);

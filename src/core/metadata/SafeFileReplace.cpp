@@ -41,9 +41,8 @@ const QRegularExpression& temporaryPattern() {
 }
 
 QDateTime modificationTime(const struct stat& st) {
-    return QDateTime::fromMSecsSinceEpoch(qint64(st.st_mtim.tv_sec) * 1000 +
-                                              st.st_mtim.tv_nsec / 1000000,
-                                          Qt::UTC);
+    return QDateTime::fromMSecsSinceEpoch(
+        qint64(st.st_mtim.tv_sec) * 1000 + st.st_mtim.tv_nsec / 1000000, Qt::UTC);
 }
 
 // A killed writer leaves its temporary file behind. Once per folder and process, remove those
@@ -58,8 +57,8 @@ void removeLeftovers(const QString& folder) {
             return;
         swept.insert(folder);
     }
-    const QStringList names = QDir(folder).entryList(
-        {QStringLiteral(".tagmoor-*.tmp")}, QDir::Files | QDir::Hidden | QDir::System);
+    const QStringList names = QDir(folder).entryList({QStringLiteral(".tagmoor-*.tmp")},
+                                                     QDir::Files | QDir::Hidden | QDir::System);
     for (const QString& name : names) {
         const auto match = temporaryPattern().match(name);
         if (!match.hasMatch())
@@ -112,7 +111,8 @@ void copyExtendedAttributes(const char* from, int toFd) {
         if (valueSize < 0)
             continue;
         QByteArray value(valueSize, '\0');
-        const ssize_t read = ::getxattr(from, name.constData(), value.data(), std::size_t(value.size()));
+        const ssize_t read =
+            ::getxattr(from, name.constData(), value.data(), std::size_t(value.size()));
         if (read >= 0)
             ::fsetxattr(toFd, name.constData(), value.constData(), std::size_t(read), 0);
     }
@@ -120,7 +120,9 @@ void copyExtendedAttributes(const char* from, int toFd) {
 
 } // namespace
 
-void SafeFileReplace::setFaultHook(FaultHook hook) { faultHook() = std::move(hook); }
+void SafeFileReplace::setFaultHook(FaultHook hook) {
+    faultHook() = std::move(hook);
+}
 
 SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPath) {
     // Write through a symbolic link to the file it names, so the link stays a link.
@@ -128,7 +130,9 @@ SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPat
     m_encodedTarget = QFile::encodeName(canonical.isEmpty() ? targetPath : canonical);
 }
 
-SafeFileReplace::~SafeFileReplace() { removeTemporary(); }
+SafeFileReplace::~SafeFileReplace() {
+    removeTemporary();
+}
 
 bool SafeFileReplace::fail(const QString& what, int error) {
     m_error = m_target + QStringLiteral(": ") + what + QStringLiteral(": ") +
@@ -176,7 +180,8 @@ SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<File
     m_original.resize(qsizetype(m_status.st_size));
     qsizetype done = 0;
     while (done < m_original.size()) {
-        const ssize_t n = ::read(fd, m_original.data() + done, std::size_t(m_original.size() - done));
+        const ssize_t n =
+            ::read(fd, m_original.data() + done, std::size_t(m_original.size() - done));
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0) {
@@ -193,8 +198,7 @@ bool SafeFileReplace::targetUnchangedSinceRead() {
     if (::stat(m_encodedTarget.constData(), &now) != 0)
         return false;
     return now.st_dev == m_status.st_dev && now.st_ino == m_status.st_ino &&
-           now.st_size == m_status.st_size &&
-           now.st_mtim.tv_sec == m_status.st_mtim.tv_sec &&
+           now.st_size == m_status.st_size && now.st_mtim.tv_sec == m_status.st_mtim.tv_sec &&
            now.st_mtim.tv_nsec == m_status.st_mtim.tv_nsec;
 }
 
@@ -204,8 +208,8 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     const QString folder = QFileInfo(targetName).absolutePath();
     removeLeftovers(folder);
 
-    QByteArray pattern = QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) +
-                         "-XXXXXX.tmp";
+    QByteArray pattern =
+        QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) + "-XXXXXX.tmp";
     if (const int injected = injectedError(Step::Create))
         return fail(QStringLiteral("Failed to create a temporary file"), injected);
     const int fd = ::mkostemps(pattern.data(), 4, O_CLOEXEC);
@@ -255,6 +259,8 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     // Someone may have replaced or changed the file while we wrote; their bytes win.
     if (!targetUnchangedSinceRead())
         return fail(QStringLiteral("The file changed while it was being written"), EBUSY);
+    // The folder is not flushed after the rename: a crash right after it may bring back the old
+    // file, never a broken one, and that saves a second wait for the disk per photo.
     if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0)
         return fail(QStringLiteral("Failed to replace the file"), errno);
     m_temporary.clear();

@@ -13,15 +13,14 @@ struct Choice {
 };
 
 const QStringList kAllTags{
-    "IFD0:Artist",        "IFD0:ImageDescription", "ExifIFD:UserComment",
-    "GPS:GPSLatitude",    "GPS:GPSLatitudeRef",    "GPS:GPSLongitude",
-    "GPS:GPSLongitudeRef", "GPS:GPSAltitude",      "GPS:GPSAltitudeRef",
-    "GPS:GPSTimeStamp",   "IPTC:City",             "XMP-aux:Lens",
+    "IFD0:Artist",        "IFD0:ImageDescription", "ExifIFD:UserComment", "GPS:GPSLatitude",
+    "GPS:GPSLatitudeRef", "GPS:GPSLongitude",      "GPS:GPSLongitudeRef", "GPS:GPSAltitude",
+    "GPS:GPSAltitudeRef", "GPS:GPSTimeStamp",      "IPTC:City",           "XMP-aux:Lens",
     "File:Comment",
 };
 
-const QStringList kGpsPosition{"GPS:GPSLatitude",  "GPS:GPSLatitudeRef", "GPS:GPSLongitude",
-                               "GPS:GPSLongitudeRef", "GPS:GPSAltitude", "GPS:GPSAltitudeRef"};
+const QStringList kGpsPosition{"GPS:GPSLatitude",     "GPS:GPSLatitudeRef", "GPS:GPSLongitude",
+                               "GPS:GPSLongitudeRef", "GPS:GPSAltitude",    "GPS:GPSAltitudeRef"};
 
 TEST(CleanGroups, EachChoiceAloneAndAllTogether) {
     QTemporaryDir dir;
@@ -46,10 +45,9 @@ TEST(CleanGroups, EachChoiceAloneAndAllTogether) {
         ASSERT_TRUE(before.contains(tag)) << tag.toStdString();
     const QByteArray pixels = pictureFingerprint(original);
 
-    const QStringList exifTags =
-        QStringList{"IFD0:Artist", "IFD0:ImageDescription", "ExifIFD:UserComment",
-                    "GPS:GPSTimeStamp"} +
-        kGpsPosition;
+    const QStringList exifTags = QStringList{"IFD0:Artist", "IFD0:ImageDescription",
+                                             "ExifIFD:UserComment", "GPS:GPSTimeStamp"} +
+                                 kGpsPosition;
     const Choice choices[] = {
         {"nothing", false, false, false, false, false, {}},
         {"iptc", true, false, false, false, false, {"IPTC:City"}},

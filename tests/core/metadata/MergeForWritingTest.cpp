@@ -12,17 +12,17 @@ namespace {
 TEST(MergeForWriting, EditsOverFileValuesInAllThreeBlocks) {
     QTemporaryDir dir;
     const QString photo = makeJpeg(dir.filePath(QStringLiteral("photo.jpg")));
-    const ToolResult made = runTool(
-        QStringLiteral("exiv2"),
-        {QStringLiteral("-Mset Exif.Image.Artist Old"), QStringLiteral("-Mset Exif.Image.Model M"),
-         QStringLiteral("-Mset Exif.Photo.ISOSpeedRatings 200"),
-         QStringLiteral("-Mset Exif.Photo.FNumber 4/1"),
-         QStringLiteral("-Mset Exif.Photo.MakerNote Undefined 1 2 3"),
-         QStringLiteral("-Mset Exif.GPSInfo.GPSLatitude 10/1 30/1 0/1"),
-         QStringLiteral("-Mset Exif.GPSInfo.GPSLatitudeRef S"),
-         QStringLiteral("-Madd Iptc.Application2.Keywords one"),
-         QStringLiteral("-Madd Iptc.Application2.Keywords two"),
-         QStringLiteral("-Mset Xmp.aux.Lens L"), photo});
+    const ToolResult made = runTool(QStringLiteral("exiv2"),
+                                    {QStringLiteral("-Mset Exif.Image.Artist Old"),
+                                     QStringLiteral("-Mset Exif.Image.Model M"),
+                                     QStringLiteral("-Mset Exif.Photo.ISOSpeedRatings 200"),
+                                     QStringLiteral("-Mset Exif.Photo.FNumber 4/1"),
+                                     QStringLiteral("-Mset Exif.Photo.MakerNote Undefined 1 2 3"),
+                                     QStringLiteral("-Mset Exif.GPSInfo.GPSLatitude 10/1 30/1 0/1"),
+                                     QStringLiteral("-Mset Exif.GPSInfo.GPSLatitudeRef S"),
+                                     QStringLiteral("-Madd Iptc.Application2.Keywords one"),
+                                     QStringLiteral("-Madd Iptc.Application2.Keywords two"),
+                                     QStringLiteral("-Mset Xmp.aux.Lens L"), photo});
     ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
 
     MetadataFieldSet edited;
@@ -68,7 +68,7 @@ MetadataFieldSet everyRow() {
             break;
         case ReadKind::Text:
             v = (row.block == KeyBlock::Iptc && row.row == 14) ? QStringLiteral("FRA")
-                                                                : QStringLiteral("text ") + n;
+                                                               : QStringLiteral("text ") + n;
             break;
         case ReadKind::DateText:
             v = row.block == KeyBlock::Xmp ? QStringLiteral("2019-05-01T10:20:30")

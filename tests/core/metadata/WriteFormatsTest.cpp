@@ -17,7 +17,9 @@ bool notWritable(const QString& name) {
 }
 
 // Exiv2 refuses IPTC in this type, and the writer always hands it an IPTC block.
-bool refusesIptc(const QString& name) { return QFileInfo(name).suffix().toLower() == "crw"; }
+bool refusesIptc(const QString& name) {
+    return QFileInfo(name).suffix().toLower() == "crw";
+}
 
 // Writes as a batch does: the edits merged over the file's values, and every row that ends
 // up without a value listed for erasure (integer and rational rows are written as zero first).

@@ -84,13 +84,15 @@ inline QMap<QString, QJsonObject> exiftoolTagsOf(const QStringList& paths,
     return byPath;
 }
 
-inline QJsonObject exiftoolTags(const QString& path) { return exiftoolTagsOf({path}).value(path); }
+inline QJsonObject exiftoolTags(const QString& path) {
+    return exiftoolTagsOf({path}).value(path);
+}
 
 // The raw value text of one tag as the exiv2 tool prints it ("48/1 30/1 0/1"), or nothing.
 inline std::optional<QString> exiv2Value(const QString& path, const QString& key) {
-    const ToolResult r = runTool(QStringLiteral("exiv2"),
-                                 {QStringLiteral("-q"), QStringLiteral("-Pv"), QStringLiteral("-K"),
-                                  key, path});
+    const ToolResult r =
+        runTool(QStringLiteral("exiv2"),
+                {QStringLiteral("-q"), QStringLiteral("-Pv"), QStringLiteral("-K"), key, path});
     if (r.out.isEmpty())
         return std::nullopt;
     return QString::fromUtf8(r.out).trimmed();
@@ -99,7 +101,8 @@ inline std::optional<QString> exiv2Value(const QString& path, const QString& key
 // Whether both outside readers read the file without an error; `tags` is exiftool's view.
 inline bool readsCleanly(const QString& path, const QJsonObject& tags, QString* why) {
     if (tags.isEmpty() || tags.contains(QStringLiteral("ExifTool:Error"))) {
-        *why = QStringLiteral("exiftool: ") + tags.value(QStringLiteral("ExifTool:Error")).toString();
+        *why =
+            QStringLiteral("exiftool: ") + tags.value(QStringLiteral("ExifTool:Error")).toString();
         return false;
     }
     const ToolResult r = runTool(QStringLiteral("exiv2"), {QStringLiteral("-pa"), path});
@@ -215,10 +218,10 @@ inline QMap<QString, QByteArray> pictureFingerprints(const QStringList& paths) {
             const bool tiff = file.startsWith("II*") || file.startsWith("MM");
             if (!image.isNull() && !(tiff && !decoderChatter.lines().isEmpty())) {
                 const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
-                picture = QByteArray("pixels") + QByteArray::number(argb.width()) + "x" +
-                          QByteArray::number(argb.height()) +
-                          QByteArray(reinterpret_cast<const char*>(argb.constBits()),
-                                     argb.sizeInBytes());
+                picture =
+                    QByteArray("pixels") + QByteArray::number(argb.width()) + "x" +
+                    QByteArray::number(argb.height()) +
+                    QByteArray(reinterpret_cast<const char*>(argb.constBits()), argb.sizeInBytes());
             }
         }
         if (picture.isEmpty() && file.startsWith(QByteArray("\0\0\0\x0cjP  ", 8)))
@@ -235,10 +238,10 @@ inline QMap<QString, QByteArray> pictureFingerprints(const QStringList& paths) {
     QMap<QString, QByteArray> fingerprints;
     for (const QString& path : paths) {
         const QByteArray picture = data.value(path);
-        fingerprints.insert(path, picture.isEmpty() ? QByteArray()
-                                                    : QCryptographicHash::hash(
-                                                          picture, QCryptographicHash::Sha256)
-                                                          .toHex());
+        fingerprints.insert(
+            path, picture.isEmpty()
+                      ? QByteArray()
+                      : QCryptographicHash::hash(picture, QCryptographicHash::Sha256).toHex());
     }
     return fingerprints;
 }
@@ -259,8 +262,8 @@ inline int runInChild(const std::function<int()>& body, const QString& logPath =
     const pid_t pid = fork();
     if (pid == 0) {
         if (!logPath.isEmpty()) {
-            const int fd = ::open(QFile::encodeName(logPath).constData(),
-                                  O_WRONLY | O_CREAT | O_TRUNC, 0666);
+            const int fd =
+                ::open(QFile::encodeName(logPath).constData(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
             if (fd >= 0) {
                 dup2(fd, STDOUT_FILENO);
                 dup2(fd, STDERR_FILENO);
