@@ -5,9 +5,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMutex>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSet>
+#include <QThreadPool>
 #include <QTimeZone>
 
 #include <cerrno>
@@ -118,7 +120,42 @@ void copyExtendedAttributes(const char* from, int toFd) {
     }
 }
 
+// Giving back the blocks of the replaced photo costs more than the rest of the replacement
+// (the file system frees them inside the call that drops the last name). So the old file keeps
+// a second, hidden name across the rename, and a background thread drops that name. Should the
+// process die first, the name is a leftover like any other and the next sweep removes it.
+QThreadPool& releasePool() {
+    static QThreadPool* pool = [] {
+        auto* p = new QThreadPool;
+        p->setMaxThreadCount(1);
+        return p;
+    }();
+    return *pool;
+}
+
+// A second hidden name for the file at `target` in `folder`, or empty when the file system
+// won't give one (no hard links there); the replacement then frees the old file itself.
+QByteArray linkAside(const QByteArray& folder, const QByteArray& target) {
+    static const char kAlphabet[] =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        QByteArray name = folder + "/.tagmoor-" + QByteArray::number(getpid()) + '-';
+        for (int i = 0; i < 6; ++i)
+            name += kAlphabet[QRandomGenerator::global()->bounded(int(sizeof kAlphabet) - 1)];
+        name += ".tmp";
+        if (::link(target.constData(), name.constData()) == 0)
+            return name;
+        if (errno != EEXIST)
+            break;
+    }
+    return {};
+}
+
 } // namespace
+
+void SafeFileReplace::waitForReleases() {
+    releasePool().waitForDone();
+}
 
 void SafeFileReplace::setFaultHook(FaultHook hook) {
     faultHook() = std::move(hook);
@@ -259,11 +296,18 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     // Someone may have replaced or changed the file while we wrote; their bytes win.
     if (!targetUnchangedSinceRead())
         return fail(QStringLiteral("The file changed while it was being written"), EBUSY);
+    const QByteArray aside = linkAside(QFile::encodeName(folder), m_encodedTarget);
     // The folder is not flushed after the rename: a crash right after it may bring back the old
     // file, never a broken one, and that saves a second wait for the disk per photo.
-    if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0)
-        return fail(QStringLiteral("Failed to replace the file"), errno);
+    if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0) {
+        const int renameError = errno;
+        if (!aside.isEmpty())
+            ::unlink(aside.constData());
+        return fail(QStringLiteral("Failed to replace the file"), renameError);
+    }
     m_temporary.clear();
+    if (!aside.isEmpty())
+        releasePool().start([aside] { ::unlink(aside.constData()); });
     return true;
 }
 

@@ -20,7 +20,8 @@ namespace tagmoor {
 // so a folder scan skips it and a later run can tell whether its writer is still alive), are
 // flushed to disk and checked, get the target's owner and permissions, and are renamed over
 // the target in one step. The target itself is never opened for writing. A temporary file
-// left by a killed process is removed by the next replacement in that folder.
+// left by a killed process is removed by the next replacement in that folder (once per folder
+// and process).
 class SafeFileReplace {
 public:
     // The points where a test can inject a failure or block. `Write` is reached before each
@@ -57,6 +58,9 @@ public:
     static std::optional<FileStamp> stampOf(const QString& path);
     // Whether a file name is one of our temporary files.
     static bool isTemporaryName(const QString& fileName);
+    // Waits until the replaced files of earlier replacements are given back to the file system
+    // (a background thread drops their last, hidden, name).
+    static void waitForReleases();
 
 private:
     bool fail(const QString& what, int error);

@@ -4,6 +4,8 @@
 
 #include "TestSupport.h"
 
+#include "metadata/SafeFileReplace.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QImageReader>
@@ -250,8 +252,9 @@ inline QByteArray pictureFingerprint(const QString& path) {
     return pictureFingerprints({path}).value(path);
 }
 
-// Our temporary files left in a folder.
+// Our temporary files left in a folder, once the background release of replaced files is done.
 inline QStringList temporaryFilesIn(const QString& dir) {
+    SafeFileReplace::waitForReleases();
     return QDir(dir).entryList({QStringLiteral(".tagmoor-*")},
                                QDir::Files | QDir::Hidden | QDir::System);
 }
