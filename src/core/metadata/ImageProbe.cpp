@@ -122,9 +122,10 @@ std::optional<QSize> firstSize(Readers&&... readers) {
 
 } // namespace
 
-ImageProbeResult ImageProbe::probe(const QString& path) {
+ImageProbeResult ImageProbe::probe(const QString& path) { return probe(path, readImageHead(path)); }
+
+ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) {
     ImageProbeResult result;
-    const QByteArray head = readImageHead(path);
     result.kind = sniffImageKind(head);
     const auto qt = [&](const char* format) { return [&, format] { return qtSize(path, format); }; };
     const auto libraw = [&] { return librawSize(path); };
