@@ -40,10 +40,17 @@ std::optional<QSize> qtSize(const QString& path, const char* format) {
 // LibRaw identifies the camera and the sensor's size from the file's headers; the RAW data
 // is not unpacked.
 std::optional<QSize> librawSize(const QString& path) {
-    auto raw = std::make_unique<LibRaw>(LIBRAW_OPTIONS_NONE);
-    if (raw->open_file(QFile::encodeName(path).constData()) != LIBRAW_SUCCESS)
-        return std::nullopt;
-    return validSize(raw->imgdata.sizes.width, raw->imgdata.sizes.height);
+    try {
+        auto raw = std::make_unique<LibRaw>(LIBRAW_OPTIONS_NONE);
+        if (raw->open_file(QFile::encodeName(path).constData()) != LIBRAW_SUCCESS)
+            return std::nullopt;
+        return validSize(raw->imgdata.sizes.width, raw->imgdata.sizes.height);
+    } catch (const std::exception& e) {
+        qCDebug(lcProbe) << "no size from LibRaw for" << path << ":" << e.what();
+    } catch (...) {
+        qCDebug(lcProbe) << "no size from LibRaw for" << path << ": unknown exception";
+    }
+    return std::nullopt;
 }
 
 std::optional<QSize> tagSize(const Exiv2::ExifData& exif, const char* widthKey,
