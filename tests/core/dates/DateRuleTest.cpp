@@ -57,7 +57,9 @@ struct Case {
 };
 
 const DateRuleOutcome kNothing = DateRuleOutcome::nothing();
-DateRuleOutcome writes(const char* text) { return DateRuleOutcome::write(QString::fromLatin1(text)); }
+DateRuleOutcome writes(const char* text) {
+    return DateRuleOutcome::write(QString::fromLatin1(text));
+}
 
 TEST(DateRule, ModesAndWrapArithmetic) {
     DateTimeConfiguration emptyAndKeep = mode(&DateTimeConfiguration::isEmptyValue);
@@ -96,8 +98,8 @@ TEST(DateRule, ModesAndWrapArithmetic) {
          "2021-03-15 10:22:33", writes("2021-03-09 08:07:06")},
         {"update, keep day and time", update(true, false, false, true), "2020-07-09 08:07:06",
          "2021-03-15 10:22:33", writes("2020-07-15 10:22:33")},
-        {"update, keep day into a short month: refused, the photo's date", update(true, false,
-         false, false), "2021-02-10 08:00:00", "2021-03-31 10:22:33",
+        {"update, keep day into a short month: refused, the photo's date",
+         update(true, false, false, false), "2021-02-10 08:00:00", "2021-03-31 10:22:33",
          writes("2021-03-31 10:22:33")},
         {"update, keep day refused, keep time from the slot", update(true, false, false, true),
          "2021-02-10 08:00:00", "2021-03-31 10:22:33", writes("2021-02-10 10:22:33")},
@@ -110,8 +112,8 @@ TEST(DateRule, ModesAndWrapArithmetic) {
          writes("2021-03-29 10:22:33")},
         {"5 Mar, day -5: sum 0 is day 31", idod(-5, 0, 0), nullptr, "2021-03-05 10:22:33",
          writes("2021-03-31 10:22:33")},
-        {"28 Feb 2021, day +3: day 3 of February", idod(3, 0, 0), nullptr,
-         "2021-02-28 10:22:33", writes("2021-02-03 10:22:33")},
+        {"28 Feb 2021, day +3: day 3 of February", idod(3, 0, 0), nullptr, "2021-02-28 10:22:33",
+         writes("2021-02-03 10:22:33")},
         {"29 Feb 2024, day +1: leap month of 29 days", idod(1, 0, 0), nullptr,
          "2024-02-29 10:22:33", writes("2024-02-01 10:22:33")},
         {"November, month +3: February of the same year", idod(0, 3, 0), nullptr,
@@ -126,10 +128,11 @@ TEST(DateRule, ModesAndWrapArithmetic) {
          nullptr, "2021-01-31 10:22:33", writes("2022-01-31 10:22:33")},
         {"year -100, no bound", idod(0, 0, -100), nullptr, "2021-06-15 10:22:33",
          writes("1921-06-15 10:22:33")},
-        {"keep flags keep the photo's parts, the slot gives the time", idod(9, 9, 9, true, true,
-         true), "2000-01-01 08:30:00", "2021-06-15 10:22:33", writes("2021-06-15 08:30:00")},
-        {"deltas apply to the photo's date, not the slot's", idod(1, 1, 1),
-         "2000-03-20 08:30:00", "2021-01-10 10:22:33", writes("2022-02-11 08:30:00")},
+        {"keep flags keep the photo's parts, the slot gives the time",
+         idod(9, 9, 9, true, true, true), "2000-01-01 08:30:00", "2021-06-15 10:22:33",
+         writes("2021-06-15 08:30:00")},
+        {"deltas apply to the photo's date, not the slot's", idod(1, 1, 1), "2000-03-20 08:30:00",
+         "2021-01-10 10:22:33", writes("2022-02-11 08:30:00")},
         {"month length comes from the slot's month", idod(1, 0, 0), "2021-02-10 08:30:00",
          "2021-03-28 10:22:33", writes("2021-03-01 08:30:00")},
         {"a sum wraps once only: day 61 in January is 30", idod(30, 0, 0), nullptr,
@@ -138,14 +141,14 @@ TEST(DateRule, ModesAndWrapArithmetic) {
          writes("2021-01-31 10:22:33")},
 
         // Increment/decrement time: 1...24 and 1...60, the top stays, 0 wraps up.
-        {"hour 23 +2: 1 o'clock of the same day", idot(2, 0, 0), nullptr,
-         "2021-05-06 23:10:20", writes("2021-05-06 01:10:20")},
+        {"hour 23 +2: 1 o'clock of the same day", idot(2, 0, 0), nullptr, "2021-05-06 23:10:20",
+         writes("2021-05-06 01:10:20")},
         {"hour 22 +2: 24 is refused", idot(2, 0, 0), nullptr, "2021-05-06 22:10:20",
          writes("2021-05-06 22:10:20")},
         {"minute 59 +1: 60 refused drops the hour step too", idot(1, 1, 0), nullptr,
          "2021-05-06 10:59:30", writes("2021-05-06 10:59:30")},
-        {"second 0, delta 0: 60 refused in the last step, the photo's date", idot(1, 0, 0),
-         nullptr, "2021-05-06 10:15:00", writes("2021-05-06 10:15:00")},
+        {"second 0, delta 0: 60 refused in the last step, the photo's date", idot(1, 0, 0), nullptr,
+         "2021-05-06 10:15:00", writes("2021-05-06 10:15:00")},
         {"second 0 kept: the hour step holds", idot(1, 0, 0, false, false, true), nullptr,
          "2021-05-06 10:15:00", writes("2021-05-06 11:15:00")},
         {"hour 0, delta 0: 24 refused", idot(0, 5, 0), nullptr, "2021-05-06 00:15:30",
@@ -179,8 +182,7 @@ TEST(DateRule, RecordFieldsAndStoreSlots) {
 
     EXPECT_EQ(applyDateRule(DateField::dateTimeOriginal, record, rules),
               writes("2021-01-01 10:00:00"));
-    EXPECT_EQ(applyDateRule(DateField::creationDate, record, rules),
-              writes("2021-02-01 11:00:00"));
+    EXPECT_EQ(applyDateRule(DateField::creationDate, record, rules), writes("2021-02-01 11:00:00"));
     // A value that is not a date, or an invalid date, counts as no date.
     EXPECT_EQ(applyDateRule(DateField::modifyDate, record, rules), kNothing);
     EXPECT_EQ(applyDateRule(DateField::modifyDateXMP, record, rules), kNothing);

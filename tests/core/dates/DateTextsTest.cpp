@@ -1,12 +1,10 @@
 // Date texts, parts and month lengths, in the pinned time zone (UTC) unless a test moves it.
 #include "dates/DateTexts.h"
+#include "IcuZoneScope.h"
 
 #include <gtest/gtest.h>
-#include <unicode/timezone.h>
 
 #include <QtConcurrent>
-
-#include <memory>
 
 namespace tagmoor {
 namespace {
@@ -22,10 +20,19 @@ TEST(DateTexts, RuleTextsParseStrictlyWithColonsOrHyphens) {
     EXPECT_EQ(parseRuleDate("12021-02-08 03-06-07")->date(), QDate(12021, 2, 8));
     // Out-of-range parts are refused rather than rolled into the next day or month.
     for (const char* refused : {
-             "2021-02-31 10-00-00", "2021-02-29 10:00:00", "2021-13-01 10-00-00",
-             "2021-00-10 10-00-00", "2021-05-00 10-00-00", "2021-05-06 24-00-00",
-             "2021-05-06 23-60-00", "2021-05-06 23-59-60", "2021-05-06 10:22:33 extra",
-             "2021-05-06 10:22-33", "2021-05-06", "", "-50-01-01 10-00-00",
+             "2021-02-31 10-00-00",
+             "2021-02-29 10:00:00",
+             "2021-13-01 10-00-00",
+             "2021-00-10 10-00-00",
+             "2021-05-00 10-00-00",
+             "2021-05-06 24-00-00",
+             "2021-05-06 23-60-00",
+             "2021-05-06 23-59-60",
+             "2021-05-06 10:22:33 extra",
+             "2021-05-06 10:22-33",
+             "2021-05-06",
+             "",
+             "-50-01-01 10-00-00",
          })
         EXPECT_EQ(parseRuleDate(QString::fromLatin1(refused)), std::nullopt) << refused;
 }
@@ -56,23 +63,11 @@ TEST(DateTexts, PartsAndMonthLengths) {
     EXPECT_EQ(daysInMonth(QDateTime()), std::nullopt);
 }
 
-// Moves ICU's default zone for one test and puts it back.
-class ZoneScope {
-public:
-    explicit ZoneScope(const char16_t* id) : m_saved(icu::TimeZone::createDefault()) {
-        icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone(id));
-    }
-    ~ZoneScope() { icu::TimeZone::adoptDefault(m_saved.release()); }
-
-private:
-    std::unique_ptr<icu::TimeZone> m_saved;
-};
-
 TEST(DateTexts, PartsFollowTheCurrentZoneOnEveryThread) {
     const QDateTime instant = utc(2021, 1, 31, 23, 30, 0);
     EXPECT_EQ(datePartsOf(instant).day, 31); // warms this thread's cache in UTC
     {
-        ZoneScope berlin(u"Europe/Berlin");
+        test::IcuZoneScope berlin(u"Europe/Berlin");
         EXPECT_EQ(datePartsOf(instant), (DateParts{2021, 2, 1, 0, 30, 0}));
         EXPECT_EQ(daysInMonth(instant), 28);
         EXPECT_EQ(parseRuleDate("2021-02-01 00-30-00"), instant);

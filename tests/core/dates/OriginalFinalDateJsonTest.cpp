@@ -18,7 +18,7 @@ OriginalFinalDate sampleRules() {
     rules.configurationTimeOriginal.selectDate = rules.dateTimeOriginal;
     rules.configurationModifyDate.isKeepOriginal = false;
     rules.configurationModifyDate.isUpdateDate = true;
-    rules.configurationModifyDate.updateDate = {9, 8, 2020, 7, 6, 5, TimeMode::pm,
+    rules.configurationModifyDate.updateDate = {9,    8,     2020, 7,    6, 5, TimeMode::pm,
                                                 true, false, true, false};
     rules.configurationCreateDateXMP.isKeepOriginal = false;
     rules.configurationCreateDateXMP.isIDOD = true;

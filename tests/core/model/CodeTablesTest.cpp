@@ -11,10 +11,10 @@ namespace tagmoor {
 namespace {
 
 constexpr CodeTable kAllTables[] = {
-    CodeTable::Flash,           CodeTable::Orientation,         CodeTable::ExposureMode,
-    CodeTable::ExposureProgram, CodeTable::MeteringMode,        CodeTable::SceneCaptureType,
+    CodeTable::Flash,           CodeTable::Orientation,          CodeTable::ExposureMode,
+    CodeTable::ExposureProgram, CodeTable::MeteringMode,         CodeTable::SceneCaptureType,
     CodeTable::SensingMethod,   CodeTable::SubjectDistanceRange, CodeTable::AltitudeRef,
-    CodeTable::EXIFFileSource,  CodeTable::EXIFLightSource,     CodeTable::EXIFSensitivityType,
+    CodeTable::EXIFFileSource,  CodeTable::EXIFLightSource,      CodeTable::EXIFSensitivityType,
     CodeTable::TiffCompression,
 };
 

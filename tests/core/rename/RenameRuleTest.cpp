@@ -1,6 +1,7 @@
 // The rename rule: base names in, base names out.
-#include "rename/RenameNumbering.h"
 #include "rename/RenameRule.h"
+#include "IcuZoneScope.h"
+#include "rename/RenameNumbering.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,9 @@
 namespace tagmoor {
 namespace {
 
-Rename keep() { return Rename{}; }
+Rename keep() {
+    return Rename{};
+}
 
 Rename add(const char* text, RenamePosition where) {
     Rename rule;
@@ -70,8 +73,7 @@ TEST(RenameRule, BaseNames) {
         {"the first true choice decides", twoChoices, "IMG_001", 0, "IMG_001x"},
         {"add before", add("Trip ", before), "IMG_001", 0, "Trip IMG_001"},
         {"add after", add("_edit", after), "IMG_001", 0, "IMG_001_edit"},
-        {"replace ignores case and folds the name", replace("IMG", "Pic"), "img_1", 0,
-         "Pic_1"},
+        {"replace ignores case and folds the name", replace("IMG", "Pic"), "img_1", 0, "Pic_1"},
         {"replace folds an upper-case name too", replace("img", "Pic"), "IMG_1", 0, "Pic_1"},
         {"no match still folds", replace("xyz", "Q"), "IMG_001", 0, "img_001"},
         {"every occurrence", replace("A", "-"), "aXa_A", 0, "-x-_-"},
@@ -83,23 +85,20 @@ TEST(RenameRule, BaseNames) {
          "7a"},
         {"custom text replaces the name", format(NameFormat::nameAndIndex(), after, 1, 0, "trip"),
          "IMG_001", 41, "trip42"},
-        {"counter, first photo", format(NameFormat::nameAndCounter(), after, 5, 3), "a", 0,
-         "a005"},
+        {"counter, first photo", format(NameFormat::nameAndCounter(), after, 5, 3), "a", 0, "a005"},
         {"counter, second photo", format(NameFormat::nameAndCounter(), after, 5, 3), "a", 1,
          "a006"},
         {"counter, thousandth photo outgrows the padding",
          format(NameFormat::nameAndCounter(), after, 5, 3), "a", 999, "a1004"},
         {"counter before", format(NameFormat::nameAndCounter(), before, 5, 3), "a", 0, "005a"},
-        {"counter, Auto digits", format(NameFormat::nameAndCounter(), after, 5, 0), "a", 0,
-         "a5"},
+        {"counter, Auto digits", format(NameFormat::nameAndCounter(), after, 5, 0), "a", 0, "a5"},
         {"counter, zeros go before the sign", format(NameFormat::nameAndCounter(), after, -5, 3),
          "a", 0, "a0-5"},
         {"counter, seven digits", format(NameFormat::nameAndCounter(), after, 0, 7), "a", 12,
          "a0000012"},
-        {"a sum past the 64-bit range wraps", format(NameFormat::nameAndIndex(), after,
-         LLONG_MAX), "a", 1, "a-9223372036854775808"},
-        {"date after", format(NameFormat::nameAndDate(), after), "a", 3,
-         "a2021-05-06 7:8:09.1230"},
+        {"a sum past the 64-bit range wraps", format(NameFormat::nameAndIndex(), after, LLONG_MAX),
+         "a", 1, "a-9223372036854775808"},
+        {"date after", format(NameFormat::nameAndDate(), after), "a", 3, "a2021-05-06 7:8:09.1230"},
         {"date before, custom text", format(NameFormat::nameAndDate(), before, 1, 0, "x"), "a", 0,
          "2021-05-06 7:8:09.1230x"},
     };
@@ -136,6 +135,9 @@ TEST(RenameRule, PaddingAndDateTexts) {
     EXPECT_EQ(renameDateText(QDateTime(QDate(2021, 1, 2), QTime(0, 0, 0), Qt::UTC)),
               "2021-01-02 0:0:00.0000");
     EXPECT_EQ(renameDateText(QDateTime()), "");
+    // The user's zone at the moment of the call, also after this thread has made a name.
+    test::IcuZoneScope berlin(u"Europe/Berlin");
+    EXPECT_EQ(renameDateText(kMoment), "2021-05-06 9:8:09.1230");
 }
 
 TEST(RenameNumbering, NumbersRunOnAcrossRunsAndParallelPhotos) {
@@ -161,10 +163,8 @@ TEST(RenameNumbering, NumbersRunOnAcrossRunsAndParallelPhotos) {
     for (int i = 0; i < names.size(); ++i)
         positions << i;
     const QStringList secondRun = QtConcurrent::blockingMapped<QStringList>(
-        positions,
-        [&](int i) { return renamedBase(counter, names[i], first + i, kMoment); });
-    EXPECT_EQ(secondRun,
-              (QStringList{"p04", "q05", "r06", "s07", "t08", "u09", "v10", "w11"}));
+        positions, [&](int i) { return renamedBase(counter, names[i], first + i, kMoment); });
+    EXPECT_EQ(secondRun, (QStringList{"p04", "q05", "r06", "s07", "t08", "u09", "v10", "w11"}));
 }
 
 } // namespace
