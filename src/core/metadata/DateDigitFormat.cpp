@@ -13,9 +13,8 @@ void DateDigitFormat::parse(const icu::UnicodeString& text, icu::Formattable& re
     // Nine digits keep the value far from any overflow; longer runs go to ICU.
     while (end < text.length() && end - start < 9 && text[end] >= u'0' && text[end] <= u'9')
         value = value * 10 + (text[end++] - u'0');
-    const bool endsCleanly = end == text.length() || text[end] == u':' ||
-                             text[end] == u'/' || text[end] == u'T' || text[end] == u' ' ||
-                             text[end] == u'-';
+    const bool endsCleanly = end == text.length() || text[end] == u':' || text[end] == u'/' ||
+                             text[end] == u'T' || text[end] == u' ' || text[end] == u'-';
     if (end > start && endsCleanly) {
         result.setInt64(value);
         position.setIndex(end);

@@ -93,8 +93,7 @@ std::optional<QSize> j2kSize(const QByteArray& head) {
         return std::nullopt;
     const auto* p = reinterpret_cast<const uchar*>(head.constData());
     const qint64 width = qint64(qFromBigEndian<quint32>(p + 8)) - qFromBigEndian<quint32>(p + 16);
-    const qint64 height =
-        qint64(qFromBigEndian<quint32>(p + 12)) - qFromBigEndian<quint32>(p + 20);
+    const qint64 height = qint64(qFromBigEndian<quint32>(p + 12)) - qFromBigEndian<quint32>(p + 20);
     return validSize(width, height);
 }
 
@@ -120,8 +119,7 @@ bool hasRawExtension(const QString& path) {
     return raw.contains(QFileInfo(path).suffix().toLower());
 }
 
-template <typename... Readers>
-std::optional<QSize> firstSize(Readers&&... readers) {
+template <typename... Readers> std::optional<QSize> firstSize(Readers&&... readers) {
     std::optional<QSize> size;
     ((size = size ? size : readers()), ...);
     return size;
@@ -129,12 +127,16 @@ std::optional<QSize> firstSize(Readers&&... readers) {
 
 } // namespace
 
-ImageProbeResult ImageProbe::probe(const QString& path) { return probe(path, readImageHead(path)); }
+ImageProbeResult ImageProbe::probe(const QString& path) {
+    return probe(path, readImageHead(path));
+}
 
 ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) {
     ImageProbeResult result;
     result.kind = sniffImageKind(head);
-    const auto qt = [&](const char* format) { return [&, format] { return qtSize(path, format); }; };
+    const auto qt = [&](const char* format) {
+        return [&, format] { return qtSize(path, format); };
+    };
     const auto libraw = [&] { return librawSize(path); };
     const auto exiv2 = [&] { return exiv2Size(path); };
 

@@ -16,7 +16,6 @@ namespace tagmoor {
 
 namespace {
 
-
 Q_LOGGING_CATEGORY(lcRead, "tagmoor.metadata.read", QtInfoMsg)
 
 // The path as the file system wants it, or nothing when the text has no such form (an
@@ -115,8 +114,7 @@ void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Filt
         if (isExif && lcRead().isDebugEnabled()) {
             qCDebug(lcRead).noquote().nospace()
                 << "key: " << QString::fromStdString(key) << " value: "
-                << (datum.size() > 0 ? QString::fromStdString(datum.value().toString())
-                                     : QString())
+                << (datum.size() > 0 ? QString::fromStdString(datum.value().toString()) : QString())
                 << ' ';
         }
         if (datum.size() == 0 || key.empty() || (wanted && !wanted(block, key)))
@@ -154,8 +152,7 @@ QString jsonEscaped(const QString& text) {
 }
 
 // "{", one line per datum ("  \"key\": \"value\"", with "," between), "}".
-template <typename Data>
-QString jsonShaped(const Data& data) {
+template <typename Data> QString jsonShaped(const Data& data) {
     QStringList lines;
     for (const auto& datum : data) {
         const QString value =

@@ -37,8 +37,12 @@ constexpr std::array<const char16_t*, 13> kPatterns{
     u"HH:mm:ss.SSS",
 };
 
-bool isAsciiDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
+bool isAsciiDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
+bool isAsciiLetter(char16_t c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+}
 
 // Punctuation that no number parser of any locale takes into or after a number: not a sign,
 // not a decimal or grouping separator, not a quote.
@@ -65,8 +69,8 @@ struct TextShape {
         const auto lower = [](char16_t c) { return c | 0x20; };
         bool mentionsNaN = false;
         for (std::size_t i = 0; i + 2 < text.size(); ++i)
-            mentionsNaN |= lower(text[i]) == u'n' && lower(text[i + 1]) == u'a' &&
-                           lower(text[i + 2]) == u'n';
+            mentionsNaN |=
+                lower(text[i]) == u'n' && lower(text[i + 1]) == u'a' && lower(text[i + 2]) == u'n';
         if (ascii && !mentionsNaN) {
             digitRuns = 0;
             for (std::size_t i = 0; i < text.size(); ++i)

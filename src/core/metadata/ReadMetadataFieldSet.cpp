@@ -24,7 +24,9 @@ std::optional<double> numberOf(const QVariant& v) {
     }
 }
 
-bool isWhole(double d) { return std::isfinite(d) && std::trunc(d) == d; }
+bool isWhole(double d) {
+    return std::isfinite(d) && std::trunc(d) == d;
+}
 
 PropertyValue castTo(ReadKind kind, const QVariant& v) {
     if (kind == ReadKind::Text || kind == ReadKind::DateText) {
