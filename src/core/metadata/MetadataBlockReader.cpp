@@ -16,7 +16,6 @@ namespace tagmoor {
 
 namespace {
 
-
 Q_LOGGING_CATEGORY(lcRead, "tagmoor.metadata.read", QtInfoMsg)
 
 // The path as the file system wants it, or nothing when the text has no such form (an
@@ -115,8 +114,7 @@ void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Filt
         if (isExif && lcRead().isDebugEnabled()) {
             qCDebug(lcRead).noquote().nospace()
                 << "key: " << QString::fromStdString(key) << " value: "
-                << (datum.size() > 0 ? QString::fromStdString(datum.value().toString())
-                                     : QString())
+                << (datum.size() > 0 ? QString::fromStdString(datum.value().toString()) : QString())
                 << ' ';
         }
         if (datum.size() == 0 || key.empty() || (wanted && !wanted(block, key)))
@@ -129,8 +127,8 @@ void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Filt
 
 // Opens and parses the file, or gives nothing for content that is not a photo we accept:
 // such a file never reaches Exiv2's parsers.
-Exiv2::Image::AutoPtr openImage(const std::string& native, const QString& path) {
-    if (!exiv2Reads(sniffImageKindOfFile(path)))
+Exiv2::Image::AutoPtr openImage(const std::string& native, ImageKind kind) {
+    if (!exiv2Reads(kind))
         return Exiv2::Image::AutoPtr();
     Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(native, true);
     Q_ASSERT_X(image.get() != 0, "MetadataBlockReader", "image.get() != 0");
@@ -154,8 +152,7 @@ QString jsonEscaped(const QString& text) {
 }
 
 // "{", one line per datum ("  \"key\": \"value\"", with "," between), "}".
-template <typename Data>
-QString jsonShaped(const Data& data) {
+template <typename Data> QString jsonShaped(const Data& data) {
     QStringList lines;
     for (const auto& datum : data) {
         const QString value =
@@ -169,14 +166,17 @@ QString jsonShaped(const Data& data) {
 } // namespace
 
 MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Filter& wanted,
-                                                       const Sink& sink) {
+                                                       const Sink& sink, const Options& options) {
     const std::optional<std::string> native = nativePath(path);
     if (!native)
         return Outcome::UnencodablePath;
     try {
-        Exiv2::Image::AutoPtr image = openImage(*native, path);
+        Exiv2::Image::AutoPtr image =
+            openImage(*native, options.kind ? *options.kind : sniffImageKindOfFile(path));
         if (!image.get())
             return Outcome::Failed;
+        if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
+            *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
         readBlock(image->exifData(), KeyBlock::Exif, wanted, sink);
         readBlock(image->iptcData(), KeyBlock::Iptc, wanted, sink);
         readBlock(image->xmpData(), KeyBlock::Xmp, wanted, sink);
@@ -197,7 +197,7 @@ QVariantMap MetadataBlockReader::readJsonShaped(const QString& path) {
     if (!native)
         return result;
     try {
-        Exiv2::Image::AutoPtr image = openImage(*native, path);
+        Exiv2::Image::AutoPtr image = openImage(*native, sniffImageKindOfFile(path));
         if (!image.get())
             return result;
         result.insert(QStringLiteral("exif"), jsonShaped(image->exifData()));

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "metadata/ImageKind.h"
 #include "metadata/KeyTable.h"
 
+#include <QSize>
 #include <QString>
 #include <QVariant>
 #include <QVariantMap>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace tagmoor {
@@ -23,11 +26,24 @@ public:
     // Whether a datum is wanted; deciding before converting spares the conversion.
     using Filter = std::function<bool(KeyBlock block, const std::string& key)>;
     // Receives every wanted datum that has a value of a kept type. A key may come again;
-    // the later datum stands. On Failed the caller drops what it received.
+    // the later datum stands. It is called right after the filter accepted that same datum.
+    // On Failed the caller drops what it received.
     using Sink = std::function<void(KeyBlock block, const std::string& key, QVariant&& value)>;
 
+    // What a caller already knows of the file, and what it wants besides the tags.
+    struct Options {
+        // The kind told from the file's first bytes; read here when not given.
+        std::optional<ImageKind> kind;
+        // Receives the pixel size that Exiv2 found in the picture's own header, if any.
+        std::optional<QSize>* headerSize = nullptr;
+    };
+
     // An empty filter wants everything.
-    static Outcome read(const QString& path, const Filter& wanted, const Sink& sink);
+    static Outcome read(const QString& path, const Filter& wanted, const Sink& sink,
+                        const Options& options);
+    static Outcome read(const QString& path, const Filter& wanted, const Sink& sink) {
+        return read(path, wanted, sink, Options{});
+    }
 
     // Exiv2's own data of each block as JSON-shaped text under "exif", "iptc" and "xmp";
     // what stands when Exiv2 fails midway.

@@ -1,6 +1,6 @@
 // The first half of loading: the bridge's dictionaries cast row by row to the key table's
 // kinds. A value of the wrong kind, or a number the kind can't hold exactly, stays absent.
-#include "metadata/MetadataBlockReader.h"
+#include "metadata/FieldSetReading.h"
 #include "metadata/PropertyLoading.h"
 
 #include <cmath>
@@ -24,7 +24,9 @@ std::optional<double> numberOf(const QVariant& v) {
     }
 }
 
-bool isWhole(double d) { return std::isfinite(d) && std::trunc(d) == d; }
+bool isWhole(double d) {
+    return std::isfinite(d) && std::trunc(d) == d;
+}
 
 PropertyValue castTo(ReadKind kind, const QVariant& v) {
     if (kind == ReadKind::Text || kind == ReadKind::DateText) {
@@ -98,13 +100,24 @@ void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QStri
 // order, as taking them from readAllPropertiesFrom's dictionaries, without building
 // dictionaries of all the other tags (a camera's maker notes hold hundreds).
 MetadataFieldSet readMetadataFieldSet(const QString& path) {
+    return readMetadataFieldSet(path, MetadataBlockReader::Options{});
+}
+
+MetadataFieldSet readMetadataFieldSet(const QString& path,
+                                      const MetadataBlockReader::Options& options) {
     MetadataFieldSet set;
+    // The sink is called right after the filter said yes to the same datum.
+    const KeyRow* current = nullptr;
     const auto outcome = MetadataBlockReader::read(
-        path, [](KeyBlock block, const std::string& key) { return rowOf(block, key) != nullptr; },
-        [&](KeyBlock block, const std::string& key, QVariant&& value) {
-            const KeyRow* row = rowOf(block, key);
-            set.at(*row) = castTo(row->read, value);
-        });
+        path,
+        [&](KeyBlock block, const std::string& key) {
+            current = rowOf(block, key);
+            return current != nullptr;
+        },
+        [&](KeyBlock, const std::string&, QVariant&& value) {
+            set.at(*current) = castTo(current->read, value);
+        },
+        options);
     if (outcome != MetadataBlockReader::Outcome::Read)
         return {};
     signCoordinate(set, exifrow::GPSLatitude, exifrow::GPSLatitudeRef, QStringLiteral("N"));

@@ -1,5 +1,5 @@
-#include "ExivFixture.h"
 #include "metadata/PropertyLoading.h"
+#include "ExivFixture.h"
 
 #include <QTemporaryDir>
 #include <QUrl>
@@ -81,8 +81,8 @@ TEST_F(PropertyLoading, PhotoWithoutTagsHasFiveEmptyGroupsAndItsSize) {
 
 TEST_F(PropertyLoading, ReadersAreJoinedWhenOnlyOneOfThemUnderstandsTheFile) {
     // Exiv2 has no reader for a bare JPEG 2000 code stream: the size alone makes the record.
-    const auto j2c = loadImageProperties(
-        QUrl::fromLocalFile(formatsDir() + QStringLiteral("/et-Jpeg2000.j2c")));
+    const auto j2c =
+        loadImageProperties(QUrl::fromLocalFile(formatsDir() + QStringLiteral("/et-Jpeg2000.j2c")));
     ASSERT_TRUE(j2c);
     EXPECT_EQ(j2c->pixelWidth.float64(), 8.0);
     EXPECT_TRUE(j2c->tiffProperties && *j2c->tiffProperties == TiffProperties{});

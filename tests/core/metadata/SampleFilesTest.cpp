@@ -95,7 +95,8 @@ TEST(SampleFiles, BridgeAgreesWithTheExiv2ToolOnEveryListedKey) {
     int compared = 0;
     for (const QString& file : sampleFiles(formatsDir())) {
         SCOPED_TRACE(file.toStdString());
-        const ToolResult tool = runTool(QStringLiteral("exiv2"), {QStringLiteral("-PEIXkycv"), file});
+        const ToolResult tool =
+            runTool(QStringLiteral("exiv2"), {QStringLiteral("-PEIXkycv"), file});
         const auto ours = MetadataTest().readAllPropertiesFrom(file);
         if (tool.out.isEmpty()) {
             EXPECT_FALSE(ours && !ours->value(QStringLiteral("exif")).toMap().isEmpty());
@@ -122,7 +123,8 @@ TEST(SampleFiles, BridgeAgreesWithTheExiv2ToolOnEveryListedKey) {
             else if (expected.metaType().id() == QMetaType::Double)
                 EXPECT_DOUBLE_EQ(got.toDouble(), expected.toDouble()) << row.key;
             else
-                EXPECT_EQ(got.toString().toStdString(), expected.toString().toStdString()) << row.key;
+                EXPECT_EQ(got.toString().toStdString(), expected.toString().toStdString())
+                    << row.key;
             ++compared;
         }
     }
@@ -148,7 +150,8 @@ TEST(SampleFiles, EveryFormatSampleGivesARecordWithItsSize) {
         const QString name = QFileInfo(file).fileName();
         EXPECT_TRUE(record->pixelWidth.float64().has_value()) << name.toStdString();
         if (sizes.contains(name)) {
-            EXPECT_EQ(record->pixelWidth.float64(), double(sizes[name].width())) << name.toStdString();
+            EXPECT_EQ(record->pixelWidth.float64(), double(sizes[name].width()))
+                << name.toStdString();
             EXPECT_EQ(record->pixelHeight.float64(), double(sizes[name].height()))
                 << name.toStdString();
         }
