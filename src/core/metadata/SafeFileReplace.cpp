@@ -125,12 +125,14 @@ void copyExtendedAttributes(const char* from, int toFd) {
 // a second, hidden name across the rename, and a background thread drops that name. Should the
 // process die first, the name is a leftover like any other and the next sweep removes it.
 QThreadPool& releasePool() {
-    static QThreadPool* pool = [] {
-        auto* p = new QThreadPool;
-        p->setMaxThreadCount(1);
-        return p;
+    // Destroyed at exit, after waiting for the names still to drop.
+    static QThreadPool pool;
+    static const bool oneAtATime = [] {
+        pool.setMaxThreadCount(1);
+        return true;
     }();
-    return *pool;
+    Q_UNUSED(oneAtATime);
+    return pool;
 }
 
 // A second hidden name for the file at `target` in `folder`, or empty when the file system
