@@ -14,6 +14,10 @@
 #include <deque>
 #include <exception>
 
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 namespace tagmoor {
 
 struct PhotoScanner::Shared {
@@ -25,6 +29,18 @@ struct PhotoScanner::Shared {
 };
 
 namespace {
+
+// Scan threads yield to the main thread, which must keep the window responsive. Linux
+// takes a niceness per thread; Qt's thread priorities do not reach it for normal threads.
+void lowerThisThreadsPriority() {
+    thread_local bool lowered = false;
+    if (lowered)
+        return;
+    lowered = true;
+    const auto tid = id_t(::syscall(SYS_gettid));
+    if (::setpriority(PRIO_PROCESS, tid, ::getpriority(PRIO_PROCESS, tid) + 5) != 0)
+        qCDebug(lcWorkingSet) << "Could not lower a scan thread's priority";
+}
 
 // Records may be read this far ahead of the one being handed over.
 constexpr int maxReadAhead = 64;
@@ -179,6 +195,7 @@ private:
     }
 
     static std::optional<CGImageProperties> load(const RecordLoader& loader, const QUrl& url) {
+        lowerThisThreadsPriority();
         try {
             return loader(url);
         } catch (const std::exception& e) {
@@ -274,6 +291,7 @@ bool PhotoScanner::start(ScanRequest request) {
     m_shared->stopped = false;
     m_shared->running = true;
     m_thread = QThread::create([this, shared = m_shared, request = std::move(request)]() mutable {
+        lowerThisThreadsPriority();
         ScanRun scan(*this, *shared, std::move(request));
         const ScanResult result = scan.run();
         shared->running = false;
