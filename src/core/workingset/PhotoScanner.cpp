@@ -135,8 +135,8 @@ private:
                 qCInfo(lcWorkingSet) << "No library reader; passing over" << url.toLocalFile();
                 continue;
             }
-            for (const CGImageProperties& record : m_request.libraryReader(url))
-                commitRecord(record);
+            for (CGImageProperties& record : m_request.libraryReader(url))
+                commitRecord(std::move(record));
         }
     }
 
@@ -186,7 +186,7 @@ private:
         const QUrl url = QUrl::fromLocalFile(path);
         if (m_request.readerThreads <= 1) {
             if (auto record = load(m_request.loader, url))
-                commitRecord(*record);
+                commitRecord(std::move(*record));
             return;
         }
         m_pending.push_back(
@@ -213,18 +213,18 @@ private:
             const bool mustWait = all || int(m_pending.size()) > maxReadAhead;
             if (!mustWait && !head.future.isFinished())
                 return;
-            const std::optional<CGImageProperties> record = head.future.result();
+            std::optional<CGImageProperties> record = head.future.takeResult();
             if (record && !m_committed.contains(head.path))
-                commitRecord(*record);
+                commitRecord(std::move(*record));
             m_pending.pop_front();
         }
     }
 
-    void commitRecord(const CGImageProperties& record) {
+    void commitRecord(CGImageProperties&& record) {
         const QString path = record.path();
         if (!path.isEmpty())
             m_committed.insert(path);
-        m_batch.append(record);
+        m_batch.append(std::move(record));
         ++m_counters.imagesInList;
         ++m_added;
         if (m_batch.size() >= maxBatch)

@@ -31,6 +31,7 @@ TEST(WorkingList, ExtensionListsAndPanelRequests) {
     EXPECT_FALSE(hasSupportedExtension("/a/jpg"));
     EXPECT_TRUE(isPhotoLibraryPackage("/a/P.photoslibrary"));
     EXPECT_FALSE(isPhotoLibraryPackage("/a/P.PhotosLibrary"));
+    EXPECT_TRUE(isPhotoLibraryPackage("/a/P.photoslibrary/"));
 
     const OpenPanelRequest add = addPhotosPanelRequest(PanelScreen::AddScreen);
     const OpenPanelRequest home = addPhotosPanelRequest(PanelScreen::HomeScreen);
