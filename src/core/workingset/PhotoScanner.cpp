@@ -151,7 +151,14 @@ private:
             if (!info.exists())
                 continue;
             if (!info.isDir()) {
-                item(path);
+                if (info.isFile()) {
+                    item(path);
+                } else {
+                    // A pipe or a device under an image name: counted, never opened (a read
+                    // could block for ever).
+                    ++m_counters.processedPhotos;
+                    m_counters.currentPath = path;
+                }
                 continue;
             }
             const FolderWalkResult walk = walkFolder(path, &m_shared.stopped);

@@ -11,6 +11,7 @@
 #include <mutex>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tagmoor {
@@ -245,8 +246,10 @@ TEST(PhotoScan, ParallelReadersEndWithTheListAndFlagsOfASequentialScan) {
     test::removeTree(tmp.path() + "/dir3");
 }
 
-TEST(PhotoScan, AFolderThatVanishesMidScanEndsCleanly) {
+TEST(PhotoScan, AVanishingFolderOrAPipeUnderAnImageNameEndsCleanly) {
     QTemporaryDir tmp;
+    const QString pipe = tmp.path() + "/pipe.jpg";
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0644), 0);
     for (int i = 0; i < 20; ++i) {
         makeFile(tmp.path() + QStringLiteral("/first/a%1.jpg").arg(i));
         makeFile(tmp.path() + QStringLiteral("/second/b%1.jpg").arg(i));
@@ -261,10 +264,10 @@ TEST(PhotoScan, AFolderThatVanishesMidScanEndsCleanly) {
         });
         return fakeLoader(url);
     });
-    f.stage({tmp.path() + "/first", tmp.path() + "/second"});
+    f.stage({tmp.path() + "/first", tmp.path() + "/second", pipe});
     ASSERT_TRUE(f.scan());
     EXPECT_EQ(f.set.count(), 19);
-    EXPECT_EQ(f.controller.lastResult().counters.totalPhotos, 40);
+    EXPECT_EQ(f.controller.lastResult().counters.totalPhotos, 41);
     EXPECT_TRUE(f.prompt.alerts.isEmpty());
 }
 
