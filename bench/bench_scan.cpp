@@ -86,8 +86,8 @@ ScanRun scanOnce(const QString& dir, int readers) {
         const double busy = cpu - lastCpu;
         lastCpu = cpu;
         if (gap > 40 && qEnvironmentVariableIsSet("BENCH_SCAN_TRACE"))
-            std::printf("  gap %lld ms (main thread busy %.1f ms) at %d records\n",
-                        qlonglong(gap), busy, int(set.count()));
+            std::printf("  gap %lld ms (main thread busy %.1f ms) at %d records\n", qlonglong(gap),
+                        busy, int(set.count()));
         run.maxBusyMs = std::max(run.maxBusyMs, busy);
         run.maxGapMs = std::max(run.maxGapMs, gap);
     });
@@ -133,8 +133,7 @@ int main(int argc, char** argv) {
     std::printf("folder walk: %.3f s (cpu %.3f s)\n", walkClock.nsecsElapsed() / 1e9,
                 processCpuSeconds() - walkCpu0);
     std::printf("record size: %zu bytes\n", sizeof(tagmoor::CGImageProperties));
-    std::printf("files: %lld, readers: %d, rounds: %d\n", qlonglong(files.size()), readers,
-                rounds);
+    std::printf("files: %lld, readers: %d, rounds: %d\n", qlonglong(files.size()), readers, rounds);
     double bestSeq = 1e9;
     double bestScan = 1e9;
     qint64 worstGap = 0;
