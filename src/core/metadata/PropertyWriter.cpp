@@ -21,11 +21,14 @@ struct GpsText {
 };
 
 GpsText gpsText(double v) {
+    // The parts are taken from the signed remainder and printed as absolute values. The
+    // hemisphere is read from the signed parts, so a negative value is south or west unless
+    // it lies less than one second from the equator or the meridian.
     const double t = v * 3600.0;
-    const double r = std::fabs(std::fmod(t, 3600.0));
+    const double rest = std::fmod(t, 3600.0);
     const int degrees = int(t / 3600.0);
-    const int minutes = int(r / 60.0);
-    const int seconds = int(std::fmod(r, 60.0));
+    const int minutes = int(rest / 60.0);
+    const int seconds = int(std::fmod(rest, 60.0));
     char text[64];
     std::snprintf(text, sizeof text, "%d/1 %d/1 %d/1", std::abs(degrees), std::abs(minutes),
                   std::abs(seconds));

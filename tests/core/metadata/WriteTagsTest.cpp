@@ -99,6 +99,11 @@ TEST_F(WriteTags, GpsIsWholeSecondsWithHemisphereFromSign) {
         // Fractions of a second are cut, not rounded.
         {48.12345, -122.4194, "48/1 7/1 24/1", "N", "122/1 25/1 9/1", "W"},
         {-33.999999, 151.0, "33/1 59/1 59/1", "S", "151/1 0/1 0/1", "E"},
+        // Less than a degree south or west is still south or west; only a value less than one
+        // second from zero comes out north and east.
+        {-0.18, -0.5, "0/1 10/1 48/1", "S", "0/1 30/1 0/1", "W"},
+        {-0.0002, -0.0002, "0/1 0/1 0/1", "N", "0/1 0/1 0/1", "E"},
+        {-33.999999, 151.0, "33/1 59/1 59/1", "S", "151/1 0/1 0/1", "E"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.latText);
