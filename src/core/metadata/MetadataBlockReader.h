@@ -45,6 +45,15 @@ public:
         return read(path, wanted, sink, Options{});
     }
 
+    // Receives a key-list row's value; the same row may come again, and the later stands.
+    using RowSink = std::function<void(const KeyRow& row, QVariant&& value)>;
+
+    // Only the data of the read rows of the key table, matched by Exiv2's tag numbers so
+    // that no other datum costs more than a comparison. The values are the ones read()
+    // gives for the same keys.
+    static Outcome readKeyListRows(const QString& path, const RowSink& sink,
+                                   const Options& options);
+
     // Exiv2's own data of each block as JSON-shaped text under "exif", "iptc" and "xmp";
     // what stands when Exiv2 fails midway.
     static QVariantMap readJsonShaped(const QString& path);
