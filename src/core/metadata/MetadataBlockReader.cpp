@@ -111,21 +111,19 @@ void logIfExif(const Exiv2::Exifdatum& datum) {
         return;
     qCDebug(lcRead).noquote().nospace()
         << "key: " << QString::fromStdString(datum.key()) << " value: "
-        << (datum.size() > 0 ? QString::fromStdString(datum.value().toString()) : QString())
-        << ' ';
+        << (datum.size() > 0 ? QString::fromStdString(datum.value().toString()) : QString()) << ' ';
 }
 void logIfExif(const Exiv2::Metadatum&) {}
 
-// Walks one block, handing each wanted datum with a kept value to the sink. The Exif block
-// also writes its "key: ... value: ..." lines to the debug log.
+// Walks one block, handing each datum with a kept value to the sink. The Exif block also
+// writes its "key: ... value: ..." lines to the debug log.
 template <typename Data>
-void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Filter& wanted,
-               const MetadataBlockReader::Sink& sink) {
+void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Sink& sink) {
     const bool isExif = block == KeyBlock::Exif;
     for (const auto& datum : data) {
         const std::string key = datum.key();
         logIfExif(datum);
-        if (datum.size() == 0 || key.empty() || (wanted && !wanted(block, key)))
+        if (datum.size() == 0 || key.empty())
             continue;
         QVariant v = valueOf(datum, key, isExif);
         if (v.isValid())
@@ -267,8 +265,12 @@ MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString&
     return Outcome::Failed;
 }
 
-MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Filter& wanted,
-                                                       const Sink& sink, const Options& options) {
+MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink) {
+    return read(path, sink, Options{});
+}
+
+MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink,
+                                                       const Options& options) {
     const std::optional<std::string> native = nativePath(path);
     if (!native)
         return Outcome::UnencodablePath;
@@ -279,9 +281,9 @@ MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, cons
             return Outcome::Failed;
         if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
             *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
-        readBlock(image->exifData(), KeyBlock::Exif, wanted, sink);
-        readBlock(image->iptcData(), KeyBlock::Iptc, wanted, sink);
-        readBlock(image->xmpData(), KeyBlock::Xmp, wanted, sink);
+        readBlock(image->exifData(), KeyBlock::Exif, sink);
+        readBlock(image->iptcData(), KeyBlock::Iptc, sink);
+        readBlock(image->xmpData(), KeyBlock::Xmp, sink);
         return Outcome::Read;
     } catch (const Exiv2::AnyError& e) {
         qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
