@@ -6,6 +6,8 @@
 #include <QLoggingCategory>
 #include <QStringList>
 
+#include "metadata/MetadataLibrary.h"
+
 #include <exiv2/exiv2.hpp>
 
 #include <algorithm>
@@ -205,8 +207,10 @@ Exiv2::Image::AutoPtr openImage(const std::string& native, ImageKind kind) {
         return Exiv2::Image::AutoPtr();
     Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(native, true);
     Q_ASSERT_X(image.get() != 0, "MetadataBlockReader", "image.get() != 0");
-    if (image.get())
+    if (image.get()) {
+        const auto xmpLock = lockXmpToolkit();
         image->readMetadata();
+    }
     return image;
 }
 
