@@ -1,12 +1,11 @@
 #include "metadata/MetadataBlockReader.h"
 
 #include "metadata/ImageKind.h"
+#include "metadata/MetadataLibrary.h"
 
 #include <QFile>
 #include <QLoggingCategory>
 #include <QStringList>
-
-#include "metadata/MetadataLibrary.h"
 
 #include <exiv2/exiv2.hpp>
 
