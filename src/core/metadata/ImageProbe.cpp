@@ -1,5 +1,7 @@
 #include "metadata/ImageProbe.h"
 
+#include "metadata/MetadataLibrary.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
@@ -69,7 +71,10 @@ std::optional<QSize> exiv2Size(const QString& path) {
             Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
         if (!image.get())
             return std::nullopt;
-        image->readMetadata();
+        {
+            const auto xmpLock = lockXmpToolkit();
+            image->readMetadata();
+        }
         if (auto s = validSize(image->pixelWidth(), image->pixelHeight()))
             return s;
         const Exiv2::ExifData& exif = image->exifData();

@@ -7,6 +7,7 @@
 #include <unicode/locid.h>
 #include <unicode/parsepos.h>
 #include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
@@ -194,17 +195,27 @@ struct Parser {
     }
 };
 
-// The thread's parsers, rebuilt when the default locale changes.
+// The thread's parsers, rebuilt when ICU's default locale or time zone changes.
 struct ParserCache {
     std::string localeName;
+    icu::UnicodeString zoneId;
     std::array<std::unique_ptr<Parser>, kPatterns.size()> parsers;
 
-    Parser* get(std::size_t i) {
-        const char* current = icu::Locale::getDefault().getName();
-        if (localeName != current) {
-            localeName = current;
+    // Call once per text, before get().
+    void followDefaults() {
+        const char* locale = icu::Locale::getDefault().getName();
+        const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createDefault());
+        icu::UnicodeString id;
+        if (zone)
+            zone->getID(id);
+        if (localeName != locale || zoneId != id) {
+            localeName = locale;
+            zoneId = id;
             parsers = {};
         }
+    }
+
+    Parser* get(std::size_t i) {
         if (!parsers[i])
             parsers[i] = std::make_unique<Parser>(kPatterns[i]);
         return parsers[i]->format ? parsers[i].get() : nullptr;
@@ -217,6 +228,7 @@ std::optional<QDateTime> parseMetadataDate(const QString& text) {
     if (text.isEmpty())
         return std::nullopt;
     thread_local ParserCache cache;
+    cache.followDefaults();
     const std::u16string_view view(reinterpret_cast<const char16_t*>(text.utf16()),
                                    std::size_t(text.size()));
     const icu::UnicodeString input(view.data(), int32_t(view.size()));

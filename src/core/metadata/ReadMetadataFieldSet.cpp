@@ -5,8 +5,6 @@
 
 #include <cmath>
 #include <limits>
-#include <string>
-#include <unordered_map>
 
 namespace tagmoor {
 
@@ -66,20 +64,6 @@ PropertyValue castTo(ReadKind kind, const QVariant& v) {
     return {};
 }
 
-// The read rows by block and key text.
-const KeyRow* rowOf(KeyBlock block, const std::string& key) {
-    static const auto rows = [] {
-        std::array<std::unordered_map<std::string, const KeyRow*>, 3> byBlock;
-        for (const KeyRow& row : allKeyRows())
-            if (row.read != ReadKind::NotRead)
-                byBlock[std::size_t(row.block)].emplace(row.key, &row);
-        return byBlock;
-    }();
-    const auto& map = rows[std::size_t(block)];
-    const auto it = map.find(key);
-    return it == map.end() ? nullptr : it->second;
-}
-
 // Signs a coordinate by its reference ("N" or "E" positive, anything else negative), or
 // drops both halves when one is missing.
 void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QString& positive) {
@@ -97,8 +81,8 @@ void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QStri
 } // namespace
 
 // The bridge's reading restricted to the key-list rows: the same values, in the same
-// order, as taking them from readAllPropertiesFrom's dictionaries, without building
-// dictionaries of all the other tags (a camera's maker notes hold hundreds).
+// order, as taking them from readAllPropertiesFrom's dictionaries, without converting all
+// the other tags (a camera's maker notes hold hundreds).
 MetadataFieldSet readMetadataFieldSet(const QString& path) {
     return readMetadataFieldSet(path, MetadataBlockReader::Options{});
 }
@@ -106,17 +90,8 @@ MetadataFieldSet readMetadataFieldSet(const QString& path) {
 MetadataFieldSet readMetadataFieldSet(const QString& path,
                                       const MetadataBlockReader::Options& options) {
     MetadataFieldSet set;
-    // The sink is called right after the filter said yes to the same datum.
-    const KeyRow* current = nullptr;
-    const auto outcome = MetadataBlockReader::read(
-        path,
-        [&](KeyBlock block, const std::string& key) {
-            current = rowOf(block, key);
-            return current != nullptr;
-        },
-        [&](KeyBlock, const std::string&, QVariant&& value) {
-            set.at(*current) = castTo(current->read, value);
-        },
+    const auto outcome = MetadataBlockReader::readKeyListRows(
+        path, [&](const KeyRow& row, QVariant&& value) { set.at(row) = castTo(row.read, value); },
         options);
     if (outcome != MetadataBlockReader::Outcome::Read)
         return {};

@@ -1,8 +1,10 @@
+#include "IcuZoneScope.h"
 #include "metadata/PropertyLoading.h"
 
 #include <QRandomGenerator>
 
 #include <gtest/gtest.h>
+#include <unicode/locid.h>
 #include <unicode/parsepos.h>
 #include <unicode/smpdtfmt.h>
 
@@ -42,6 +44,25 @@ TEST(MetadataDate, EachPatternParsesItsOwnForm) {
             << c.text;
     // No year: the pattern "MMM d, h:mm a" lands in 1970.
     EXPECT_EQ(iso(parseMetadataDate("May 1, 3:04 PM")), QStringLiteral("1970-05-01T15:04:00.000Z"));
+}
+
+TEST(MetadataDate, FollowsTheDefaultZoneAndLocaleAsTheyChange) {
+    const QString text = QStringLiteral("2019-05-01 10:20:30");
+    EXPECT_EQ(iso(parseMetadataDate(text)), QStringLiteral("2019-05-01T10:20:30.000Z"));
+    {
+        test::IcuZoneScope zone(u"America/New_York");
+        EXPECT_EQ(iso(parseMetadataDate(text)), QStringLiteral("2019-05-01T14:20:30.000Z"));
+    }
+    EXPECT_EQ(iso(parseMetadataDate(text)), QStringLiteral("2019-05-01T10:20:30.000Z"));
+
+    UErrorCode status = U_ZERO_ERROR;
+    icu::Locale::setDefault(icu::Locale("fr_FR"), status);
+    const auto french = parseMetadataDate(QStringLiteral("mai 2019"));
+    const auto english = parseMetadataDate(QStringLiteral("May 2019"));
+    icu::Locale::setDefault(icu::Locale("en_US"), status);
+    EXPECT_EQ(iso(french), QStringLiteral("2019-05-01T00:00:00.000Z"));
+    EXPECT_FALSE(english);
+    EXPECT_TRUE(parseMetadataDate(QStringLiteral("May 2019")));
 }
 
 TEST(MetadataDate, ExifFormParsesThroughTheWeekYearPattern) {
