@@ -23,10 +23,15 @@
 
 Q_LOGGING_CATEGORY(lcAppShell, "tagmoor.shell.app")
 
+// The icons live in a resource file of the static screen library, which needs an explicit
+// start-up call from outside any namespace.
+static void initAppResources() { Q_INIT_RESOURCE(resources); }
+
 namespace tagmoor {
 
 AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* parent)
     : QObject(parent), m_prompt(prompt), m_options(options) {
+    initAppResources();
     m_settings = options.settingsFile.isEmpty() ? std::make_unique<Settings>()
                                                 : std::make_unique<Settings>(options.settingsFile);
     m_loginItem = std::make_unique<LoginItem>(options.loginExecutable);
