@@ -57,7 +57,7 @@ HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
       m_remove(makeButton(QStringLiteral("btnRemove"), QStringLiteral("Remove"))),
       m_views(new QStackedWidget), m_grid(new PhotoGridView(app.thumbnails())),
       m_table(new PhotoTableView(app.thumbnails())), m_preview(new QLabel),
-      m_imageName(new QLabel), m_editorHost(new QWidget),
+      m_imageName(new QLabel), m_editorHost(new QWidget), m_markedSummary(new QLabel),
       m_start(makeButton(QStringLiteral("btnStartProcess"), QStringLiteral("Start Process"))),
       m_cover(nullptr), m_progress(nullptr) {
     setObjectName(QStringLiteral("Home"));
@@ -119,6 +119,8 @@ HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
     connect(&scans, &ScanController::reloadViews, this, &HomeScreen::reloadViews);
     connect(&app.workingSet(), &WorkingSet::imagesAppended, this, &HomeScreen::updateTotal);
     connect(&app.workingSet(), &WorkingSet::imagesReset, this, &HomeScreen::updateTotal);
+    connect(&app.workingSet(), &WorkingSet::selectionChanged, this,
+            &HomeScreen::updateMarkedSummary);
     connect(&app.events(), &AppEvents::OpenWithItemsOTM, this,
             [this] { m_app.scans().getOpenWithItems(); });
     connect(m_progress->btnStopScanning(), &QPushButton::clicked, this,
@@ -130,6 +132,8 @@ HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
             });
 
     setBatchControlsEnabled(false);
+    clearPreview();
+    m_preview->setForegroundRole(QPalette::PlaceholderText);
     updateTotal();
 }
 
@@ -217,11 +221,11 @@ QWidget* HomeScreen::makeSidePane() {
     m_editorHost->setObjectName(QStringLiteral("scrollViewMetadata"));
     auto* editorLayout = new QVBoxLayout(m_editorHost);
     editorLayout->setContentsMargins(0, 0, 0, 0);
-    auto* hint = new QLabel(QStringLiteral("Mark photos in the list to edit their metadata."));
-    hint->setWordWrap(true);
-    hint->setAlignment(Qt::AlignCenter);
-    hint->setForegroundRole(QPalette::PlaceholderText);
-    editorLayout->addWidget(hint, 1);
+    m_markedSummary->setObjectName(QStringLiteral("lblMarkedSummary"));
+    m_markedSummary->setWordWrap(true);
+    m_markedSummary->setAlignment(Qt::AlignCenter);
+    m_markedSummary->setForegroundRole(QPalette::PlaceholderText);
+    editorLayout->addWidget(m_markedSummary, 1);
 
     auto* gps = makeButton(QStringLiteral("btnShowEditorGPS"), QStringLiteral("Location..."));
     auto* resetAll = makeButton(QStringLiteral("btnResetAll"), QStringLiteral("Reset All"));
@@ -338,6 +342,7 @@ void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
                                                   info.index);
     }
     m_selectAll->setChecked(outcome.selectAllOn);
+    updateMarkedSummary();
     m_grid->viewport()->update();
     m_table->viewport()->update();
 }
@@ -353,6 +358,19 @@ void HomeScreen::updateTotal() {
     const int count = m_app.workingSet().count();
     m_total->setText(count == 1 ? QStringLiteral("1 Photo")
                                 : QStringLiteral("%1 Photos").arg(count));
+    updateMarkedSummary();
+}
+
+void HomeScreen::updateMarkedSummary() {
+    const int marked = m_app.workingSet().markedCount();
+    const int count = m_app.workingSet().count();
+    if (marked == 0)
+        m_markedSummary->setText(QStringLiteral("No photo is marked.\nMark photos in the list to "
+                                                "edit their metadata."));
+    else
+        m_markedSummary->setText(QStringLiteral("%1 of %2 photos marked for editing.")
+                                     .arg(marked)
+                                     .arg(count));
 }
 
 void HomeScreen::reloadViews() {
@@ -379,7 +397,7 @@ void HomeScreen::showPreview(int row) {
 
 void HomeScreen::refreshPreviewPicture() {
     if (m_previewPath.isEmpty()) {
-        m_preview->clear();
+        clearPreview();
         return;
     }
     const QImage image = m_app.thumbnails().thumbnail(m_previewPath, kPreviewSide);
@@ -392,6 +410,7 @@ void HomeScreen::refreshPreviewPicture() {
 void HomeScreen::clearPreview() {
     m_previewPath.clear();
     m_preview->clear();
+    m_preview->setText(QStringLiteral("No photo selected"));
     m_imageName->clear();
 }
 

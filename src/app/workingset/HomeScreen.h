@@ -70,6 +70,7 @@ private:
     void applyOutcome(const SelectionOutcome& outcome);
     void setBatchControlsEnabled(bool on);
     void updateTotal();
+    void updateMarkedSummary();
     void reloadViews();
     void clearViewSelection();
     void showPreview(int row);
@@ -92,6 +93,7 @@ private:
     QLabel* m_imageName;
     QString m_previewPath;
     QWidget* m_editorHost;
+    QLabel* m_markedSummary;
     QPushButton* m_start;
     QList<QPointer<QWidget>> m_batchControls;
     DimmingCover* m_cover;

@@ -1,5 +1,6 @@
 #include "workingset/PhotoItemDelegate.h"
 
+#include "workingset/FileSizeText.h"
 #include "workingset/ThumbnailProvider.h"
 #include "workingset/WorkingListModel.h"
 
@@ -103,14 +104,29 @@ void PhotoItemDelegate::paintTable(QPainter* painter, const QStyleOptionViewItem
                       titleMetrics.elidedText(index.data(Qt::DisplayRole).toString(),
                                               Qt::ElideMiddle, textWidth));
     painter->setFont(option.font);
-    QColor subtitle = pal.color(selected ? QPalette::HighlightedText : QPalette::Text);
-    subtitle.setAlphaF(0.65);
-    painter->setPen(subtitle);
+    QColor subtitleColor = pal.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    subtitleColor.setAlphaF(0.65);
+    painter->setPen(subtitleColor);
     painter->drawText(QRect(textLeft, top + titleMetrics.height() + lineGap, textWidth,
                             option.fontMetrics.height()),
-                      Qt::AlignLeft | Qt::AlignVCenter,
-                      index.data(WorkingListModel::SubtitleRole).toString());
+                      Qt::AlignLeft | Qt::AlignVCenter, subtitle(index));
     paintCheckBox(painter, option, index);
+}
+
+QString PhotoItemDelegate::subtitle(const QModelIndex& index) const {
+    const QString text = index.data(WorkingListModel::SubtitleRole).toString();
+    if (!text.startsWith(QStringLiteral("0 x 0")))
+        return text;
+    // A record without a pixel size (some RAW files): the decoder may know better.
+    const QString path = index.data(WorkingListModel::PathRole).toString();
+    const QSize pixels = m_thumbnails.originalSize(path);
+    const qint64 bytes = m_thumbnails.fileSize(path);
+    if (!pixels.isValid() || bytes < 0)
+        return text;
+    return QStringLiteral("%1 x %2 - %3")
+        .arg(pixels.width())
+        .arg(pixels.height())
+        .arg(fileSizeText(std::uint64_t(bytes)));
 }
 
 void PhotoItemDelegate::paintPicture(QPainter* painter, const QRect& box,

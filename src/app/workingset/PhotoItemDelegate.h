@@ -42,6 +42,7 @@ private:
                    const QModelIndex& index) const;
     void paintTable(QPainter* painter, const QStyleOptionViewItem& option,
                     const QModelIndex& index) const;
+    QString subtitle(const QModelIndex& index) const;
     void paintPicture(QPainter* painter, const QRect& box, const QModelIndex& index) const;
     void paintCheckBox(QPainter* painter, const QStyleOptionViewItem& option,
                        const QModelIndex& index) const;

@@ -42,6 +42,18 @@ PhotoGridView::PhotoGridView(ThumbnailProvider& thumbnails, QWidget* parent)
     followThumbnails(this, thumbnails);
 }
 
+void PhotoGridView::resizeEvent(QResizeEvent* event) {
+    // Spreads the room left over by whole columns across the columns, so that the grid fills
+    // the width instead of leaving a strip on the right.
+    const int width = viewport()->width();
+    const int cell = PhotoItemDelegate::kGridCell.width();
+    const int columns = std::max(1, width / cell);
+    const int spread = std::min(cell + cell / 3, width / columns);
+    if (gridSize().width() != spread)
+        setGridSize({spread, PhotoItemDelegate::kGridCell.height()});
+    QListView::resizeEvent(event);
+}
+
 PhotoTableView::PhotoTableView(ThumbnailProvider& thumbnails, QWidget* parent)
     : QTableView(parent),
       m_delegate(new PhotoItemDelegate(PhotoItemDelegate::Look::Table, thumbnails, this)) {

@@ -15,6 +15,9 @@ public:
     PhotoGridView(ThumbnailProvider& thumbnails, QWidget* parent = nullptr);
     PhotoItemDelegate* photoDelegate() const { return m_delegate; }
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     PhotoItemDelegate* m_delegate;
 };

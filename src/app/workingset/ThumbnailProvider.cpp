@@ -34,7 +34,13 @@ QImage ThumbnailProvider::thumbnail(const QString& path, int maxSide) {
     return {};
 }
 
-QSize ThumbnailProvider::originalSize(const QString& path) const { return m_sizes.value(path); }
+QSize ThumbnailProvider::originalSize(const QString& path) const {
+    return m_facts.value(path).pixels;
+}
+
+qint64 ThumbnailProvider::fileSize(const QString& path) const {
+    return m_facts.value(path).bytes;
+}
 
 void ThumbnailProvider::viewScrolled() {
     m_queue.clear();
@@ -44,7 +50,7 @@ void ThumbnailProvider::viewScrolled() {
 void ThumbnailProvider::clear() {
     m_queue.clear();
     m_cache.clear();
-    m_sizes.clear();
+    m_facts.clear();
 }
 
 void ThumbnailProvider::startJobs() {
@@ -63,7 +69,7 @@ void ThumbnailProvider::startJobs() {
             m_cache.insert(key.path, key.maxSide,
                            {result.image, result.originalSize, result.fileSize, result.modified});
             if (result.originalSize.isValid())
-                m_sizes.insert(key.path, result.originalSize);
+                m_facts.insert(key.path, {result.originalSize, result.fileSize});
             emit thumbnailReady(key.path, key.maxSide);
             startJobs();
         });

@@ -24,6 +24,8 @@ public:
     QImage thumbnail(const QString& path, int maxSide);
     // The pixel size of the file, once any of its thumbnails has been decoded.
     QSize originalSize(const QString& path) const;
+    // The file's size in bytes as seen by the last decode; -1 before.
+    qint64 fileSize(const QString& path) const;
 
     // A view scrolled: forget what was asked and wait for the scrolling to pause.
     void viewScrolled();
@@ -52,7 +54,11 @@ private:
     void startJobs();
 
     ThumbnailCache m_cache;
-    QHash<QString, QSize> m_sizes;
+    struct Facts {
+        QSize pixels;
+        qint64 bytes = -1;
+    };
+    QHash<QString, Facts> m_facts;
     QList<Key> m_queue;
     QSet<Key> m_running;
     QThreadPool m_pool;
