@@ -4,6 +4,8 @@
 #include "AppTestSupport.h"
 
 #include "shell/DialogPrompt.h"
+#include "shell/DimmingCover.h"
+#include "shell/FilePanel.h"
 #include "shell/LoginItem.h"
 #include "shell/PanelEnableFilter.h"
 #include "shell/PreferencesWindow.h"
@@ -14,6 +16,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -30,6 +34,7 @@ private slots:
     void preferencesStoreEachBoxAsItChanges();
     void messageBoxesKeepTheButtonOrderAndReportTheAnswer();
     void panelEnablesFoldersAndListedTypesOnly();
+    void panelTakesFilesAndFoldersTogetherOverACover();
     void cacheStaysWithinItsBytesAndDropsChangedFiles();
     void providerDecodesOnRequestAndDropsWorkWhenScrolling();
 };
@@ -153,6 +158,53 @@ void ShellTest::panelEnablesFoldersAndListedTypesOnly() {
     // A folder chooser greys every file and keeps every folder.
     QVERIFY(!enabled(QStringLiteral("a.JPG"), images, false));
     QVERIFY(enabled(QStringLiteral("album.photoslibrary"), {}, false));
+}
+
+void ShellTest::panelTakesFilesAndFoldersTogetherOverACover() {
+    QTemporaryDir dir;
+    QDir().mkpath(dir.filePath(QStringLiteral("Holidays")));
+    writeText(dir.filePath(QStringLiteral("a.jpg")), "x");
+
+    QMainWindow window;
+    window.setCentralWidget(new QWidget);
+    window.resize(600, 400);
+    window.show();
+    DialogPrompt prompt(&window);
+    OpenPanelRequest request;
+    request.prompt = QStringLiteral("Add Photos");
+    request.allowedExtensions = {QStringLiteral("jpg")};
+    request.directory = dir.path();
+
+    bool coverShown = false;
+    QString acceptText;
+    auto choose = [&](const QString& typed) {
+        QTimer::singleShot(0, [&, typed] {
+            auto* panel = qobject_cast<FilePanel*>(QApplication::activeModalWidget());
+            QVERIFY(panel);
+            const auto covers = window.findChildren<DimmingCover*>();
+            coverShown = covers.size() == 1 && covers[0]->isVisible();
+            acceptText = panel->labelText(QFileDialog::Accept);
+            if (typed.isEmpty()) {
+                panel->reject();
+                return;
+            }
+            panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(typed);
+            panel->accept();
+        });
+    };
+
+    choose(QStringLiteral("\"Holidays\" \"a.jpg\""));
+    QStringList chosen = prompt.openPanel(request);
+    std::sort(chosen.begin(), chosen.end());
+    QCOMPARE(chosen, (QStringList{dir.filePath(QStringLiteral("Holidays")),
+                                  dir.filePath(QStringLiteral("a.jpg"))}));
+    QVERIFY(coverShown);
+    QCOMPARE(acceptText, QStringLiteral("Add Photos"));
+    QVERIFY(window.findChildren<DimmingCover*>().isEmpty());
+
+    choose(QString());
+    QVERIFY(prompt.openPanel(request).isEmpty());
+    QVERIFY(window.findChildren<DimmingCover*>().isEmpty());
 }
 
 void ShellTest::cacheStaysWithinItsBytesAndDropsChangedFiles() {

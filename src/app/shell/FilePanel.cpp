@@ -3,7 +3,9 @@
 #include "shell/PanelEnableFilter.h"
 
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLineEdit>
+#include <QTreeView>
 
 namespace tagmoor {
 
@@ -24,6 +26,16 @@ FilePanel::FilePanel(QWidget* parent, const OpenPanelRequest& request)
         entries |= QDir::Hidden;
     setFilter(entries);
     setProxyModel(new PanelEnableFilter(request.allowedExtensions, request.canChooseFiles, this));
+    if (request.canChooseFiles && !request.allowedExtensions.isEmpty())
+        setNameFilter(QStringLiteral("Supported photos and folders (*)"));
+    // The name takes the room; size, type and date keep what they need.
+    if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        QHeaderView* header = details->header();
+        header->setStretchLastSection(false);
+        header->setSectionResizeMode(0, QHeaderView::Stretch);
+        for (int column = 1; column < 4; ++column)
+            header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    }
     if (!request.prompt.isEmpty()) {
         setWindowTitle(request.prompt);
         setLabelText(QFileDialog::Accept, request.prompt);

@@ -1,5 +1,6 @@
 #include "shell/PanelEnableFilter.h"
 
+#include <QCollator>
 #include <QFileInfo>
 #include <QFileSystemModel>
 
@@ -27,6 +28,27 @@ Qt::ItemFlags PanelEnableFilter::flags(const QModelIndex& index) const {
     if (!shouldEnable(info, m_extensions, m_filesEnabled))
         flags &= ~(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
     return flags;
+}
+
+} // namespace tagmoor
+
+namespace tagmoor {
+
+bool PanelEnableFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const {
+    const auto* files = qobject_cast<const QFileSystemModel*>(sourceModel());
+    if (!files || left.column() != 0)
+        return QSortFilterProxyModel::lessThan(left, right);
+    const bool leftDir = files->isDir(left);
+    const bool rightDir = files->isDir(right);
+    if (leftDir != rightDir)
+        return leftDir;
+    static const QCollator collator = [] {
+        QCollator c;
+        c.setNumericMode(true);
+        c.setCaseSensitivity(Qt::CaseInsensitive);
+        return c;
+    }();
+    return collator.compare(files->fileName(left), files->fileName(right)) < 0;
 }
 
 } // namespace tagmoor

@@ -20,6 +20,10 @@ public:
 
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
+protected:
+    // Folders before files, then names in the order a person expects.
+    bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
+
 private:
     QStringList m_extensions;
     bool m_filesEnabled;

@@ -48,10 +48,14 @@ ScanProgressBox::ScanProgressBox(QWidget* parent)
     grid->setContentsMargins(24, 20, 24, 20);
     grid->setHorizontalSpacing(10);
     grid->setVerticalSpacing(10);
+    // Only one of the bar and the spinner shows at a time; they share the row with the percent.
+    auto* bar = new QHBoxLayout;
+    bar->setSpacing(10);
+    bar->addWidget(m_loader, 1);
+    bar->addWidget(m_spinner, 1);
+    bar->addWidget(m_percent);
     grid->addWidget(m_title, 0, 0, 1, 2);
-    grid->addWidget(m_loader, 1, 0);
-    grid->addWidget(m_spinner, 1, 0);
-    grid->addWidget(m_percent, 1, 1);
+    grid->addLayout(bar, 1, 0, 1, 2);
     grid->addWidget(m_path, 2, 0, 1, 2);
     grid->addWidget(m_imagesSelected, 3, 0);
     grid->addWidget(m_objectsSelected, 3, 1);
