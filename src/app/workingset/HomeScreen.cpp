@@ -102,6 +102,16 @@ HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
     coverLayout->addWidget(m_progress, 0, 0, Qt::AlignCenter);
     m_cover->hide();
 
+    // The cover raised while an overlay panel is up.
+    auto* topLayer = new DimmingCover(this);
+    topLayer->setObjectName(QStringLiteral("boxTopLayer"));
+    topLayer->hide();
+    connect(&app.events(), &AppEvents::HideUnhideTopLayerTM, topLayer, [topLayer](bool isHidden) {
+        topLayer->setHidden(isHidden);
+        if (!isHidden)
+            topLayer->raise();
+    });
+
     for (QAbstractItemView* view : {static_cast<QAbstractItemView*>(m_grid),
                                     static_cast<QAbstractItemView*>(m_table)}) {
         auto* delegate = qobject_cast<PhotoItemDelegate*>(view->itemDelegate());
