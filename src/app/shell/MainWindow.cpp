@@ -2,6 +2,7 @@
 
 #include "shell/AppDelegate.h"
 #include "shell/RootView.h"
+#include "shell/Settings.h"
 
 #include <QApplication>
 #include <QMenuBar>
@@ -50,6 +51,9 @@ void MainWindow::setOverlayMenusEnabled(bool enabled) {
 }
 
 void MainWindow::tappedAbout() {
+    // Not over another overlay, and not before the welcome window was left.
+    if (m_app.settings().isPopUp().value_or(false) || !m_app.settings().startup().has_value())
+        return;
     QMessageBox::about(this, QStringLiteral("About Tagmoor"),
                        QStringLiteral("<h3>Tagmoor %1</h3><p>Edit the metadata of many photos "
                                       "at once.</p>")
