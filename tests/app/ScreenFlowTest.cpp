@@ -176,7 +176,7 @@ void ScreenFlowTest::folderOfTextFilesGoesBackToTheAddScreen() {
 }
 
 void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
-    const int total = 40;
+    const int total = 60;
     {
         TestApp t;
         t.app->scans().setRecordLoader(slowLoader(15));
