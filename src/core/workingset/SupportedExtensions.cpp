@@ -1,5 +1,6 @@
 #include "workingset/SupportedExtensions.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QSet>
 
@@ -20,8 +21,9 @@ const QStringList& panelExtensions() {
 }
 
 // The suffix after the last dot of the file name, as the platform's path extension gives it.
+// A folder path may end in a slash; the extension is that of its last name all the same.
 static QString extensionOf(const QString& path) {
-    return QFileInfo(path).suffix();
+    return QFileInfo(QDir::cleanPath(path)).suffix();
 }
 
 bool hasSupportedExtension(const QString& path) {
