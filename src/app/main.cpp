@@ -1,7 +1,6 @@
 #include "metadata/MetadataLibrary.h"
 #include "shell/AppDelegate.h"
 #include "shell/DialogPrompt.h"
-#include "shell/InstanceChannel.h"
 #include "shell/MainWindow.h"
 
 #include <QApplication>
@@ -27,17 +26,12 @@ int main(int argc, char** argv) {
             paths.append(QFileInfo(argument).absoluteFilePath());
     }
 
-    // One instance per user: a second launch hands its files to the first and ends.
-    tagmoor::InstanceChannel channel;
-    if (channel.forward(paths))
-        return 0;
-    channel.listen();
-
     tagmoor::DialogPrompt prompt;
     tagmoor::AppDelegate delegate(prompt, {});
+    // One instance per user: a second launch hands its files to the first and ends.
+    if (!delegate.shell().claimInstance(paths))
+        return 0;
     prompt.setWindow(delegate.mainWindow());
-    QObject::connect(&channel, &tagmoor::InstanceChannel::filesReceived, &delegate,
-                     &tagmoor::AppDelegate::openFiles);
     delegate.start(paths);
     return app.exec();
 }

@@ -62,7 +62,6 @@ struct TestApp {
         AppDelegate::Options options;
         options.settingsFile = home.filePath(QStringLiteral("settings.ini"));
         options.loginExecutable = QStringLiteral("/usr/bin/tagmoor");
-        options.scheduleUpdates = false;
         app = std::make_unique<AppDelegate>(prompt, options);
         if (welcomeSeen)
             app->settings().setStartup(true);

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "shell/AppEvents.h"
-#include "shell/LaunchState.h"
+#include "shell/ApplicationShell.h"
 
 #include <QObject>
 #include <QPointer>
@@ -11,31 +10,25 @@
 
 namespace tagmoor {
 
-class InstanceChannel;
-class LoginItem;
 class MainWindow;
-class OpenWithQueue;
 class PreferencesWindow;
 class ScanController;
-class Settings;
-class StartSequence;
 class ThumbnailProvider;
-class UpdateChecker;
 class UserPrompt;
 class WelcomeWindow;
 class WorkingListModel;
-class WorkingSet;
 
-// The application object: owns the core objects the screens share, runs the start sequence,
-// and routes files handed over by the desktop into the working list. Tests make one with a
-// ScriptedPrompt and a settings file of their own and drive its windows.
+// The application object: the core's application shell plus what the screens add to it (the
+// list model, the scan controller, the thumbnails), and the windows. It carries out the start
+// plan and routes files handed over by the desktop. Tests make one with a ScriptedPrompt and
+// a settings file of their own and drive its windows.
 class AppDelegate : public QObject {
     Q_OBJECT
 public:
     struct Options {
-        QString settingsFile;      // empty: the user's settings
-        QString loginExecutable;   // empty: this process's executable
-        bool scheduleUpdates = true;
+        QString settingsFile;    // empty: the user's settings
+        QString loginExecutable; // empty: this process's executable
+        QString channelName;     // empty: the per-user name
     };
 
     AppDelegate(UserPrompt& prompt, const Options& options, QObject* parent = nullptr);
@@ -54,17 +47,17 @@ public:
     void checkForUpdate();
     void autoInstallUpdates();
 
-    Settings& settings() { return *m_settings; }
-    LaunchState& launchState() { return m_launchState; }
-    AppEvents& events() { return m_events; }
-    WorkingSet& workingSet() { return *m_workingSet; }
+    ApplicationShell& shell() { return m_shell; }
+    Settings& settings() { return m_shell.settings(); }
+    LaunchState& launchState() { return m_shell.launchState(); }
+    AppEvents& events() { return m_shell.events(); }
+    WorkingSet& workingSet() { return m_shell.workingSet(); }
+    OpenWithQueue& openWithQueue() { return m_shell.openWithQueue(); }
+    LoginItem& loginItem() { return m_shell.loginItem(); }
+    UpdateChecker& updater() { return m_shell.updater(); }
     WorkingListModel& listModel() { return *m_listModel; }
     ScanController& scans() { return *m_scans; }
-    OpenWithQueue& openWithQueue() { return *m_openWith; }
-    LoginItem& loginItem() { return *m_loginItem; }
-    UpdateChecker& updater() { return *m_updater; }
     ThumbnailProvider& thumbnails() { return *m_thumbnails; }
-    StartSequence& startSequence() { return *m_startSequence; }
     UserPrompt& prompt() { return m_prompt; }
 
     MainWindow* mainWindow() const { return m_mainWindow.get(); }
@@ -78,17 +71,9 @@ private:
     void welcomeLeft(bool launchAtLogin);
 
     UserPrompt& m_prompt;
-    Options m_options;
-    LaunchState m_launchState;
-    AppEvents m_events;
-    std::unique_ptr<Settings> m_settings;
-    std::unique_ptr<LoginItem> m_loginItem;
-    std::unique_ptr<StartSequence> m_startSequence;
-    WorkingSet* m_workingSet = nullptr;
+    ApplicationShell m_shell;
     WorkingListModel* m_listModel = nullptr;
     ScanController* m_scans = nullptr;
-    OpenWithQueue* m_openWith = nullptr;
-    UpdateChecker* m_updater = nullptr;
     ThumbnailProvider* m_thumbnails = nullptr;
     std::unique_ptr<MainWindow> m_mainWindow;
     QPointer<WelcomeWindow> m_welcome;
