@@ -14,6 +14,7 @@
 #include "workingset/ScanProgressBox.h"
 #include "workingset/WorkingListModel.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDropEvent>
@@ -93,6 +94,7 @@ private slots:
     void filesOpenedDuringAScanAreAddedAfterIt();
     void marksSurviveSwitchingBetweenGridAndTable();
     void rootShowsTheChildOfTheIndex();
+    void dropIsIgnoredWhileAnOverlayIsUp();
 };
 
 void ScreenFlowTest::droppedFolderLandsOnTheHomeScreen() {
@@ -316,6 +318,23 @@ void ScreenFlowTest::rootShowsTheChildOfTheIndex() {
     QCOMPARE(root->currentChild(), nullptr);
     emit t.app->events().UpdateVCOTM(0);
     QCOMPARE(root->currentChild(), static_cast<QWidget*>(root->addFilesScreen()));
+}
+
+void ScreenFlowTest::dropIsIgnoredWhileAnOverlayIsUp() {
+    TestApp t;
+    QVERIFY(QTest::qWaitForWindowExposed(&t.window()));
+    const QString photo = copySamples(t.dir("one")).filter(QStringLiteral("Reagan.jpg")).first();
+    t.window().setOverlayMenusEnabled(false);
+    QVERIFY(!t.window().menuItemPreferences()->isEnabled());
+    dropPaths(t.window().addFilesScreen()->dropView(), {photo});
+    QTest::qWait(100);
+    QVERIFY(t.set().stagedURLs.isEmpty());
+    QCOMPARE(t.window().rootView()->selectedIndex(), 0);
+
+    t.window().setOverlayMenusEnabled(true);
+    dropPaths(t.window().addFilesScreen()->dropView(), {photo});
+    QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 1, 10000);
+    QCOMPARE(t.window().rootView()->selectedIndex(), 1);
 }
 
 TAGMOOR_APP_TEST_MAIN(ScreenFlowTest)
