@@ -19,8 +19,14 @@
 
 #include <cstdio>
 
+#include <algorithm>
+#include <thread>
+#include <vector>
+
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <time.h>
+#include <unistd.h>
 
 namespace {
 
@@ -34,15 +40,24 @@ double processCpuSeconds() {
            (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
+// The plain loop runs on a thread of the same niceness as the scan's threads (which yield
+// to the main thread by 5 steps), so that a busy machine treats both alike.
 double sequentialSeconds(const QStringList& files, int& records) {
-    QElapsedTimer clock;
-    clock.start();
-    records = 0;
-    for (const QString& file : files) {
-        if (loadImageProperties(QUrl::fromLocalFile(file)))
-            ++records;
-    }
-    return clock.nsecsElapsed() / 1e9;
+    double seconds = 0;
+    std::thread worker([&] {
+        const auto tid = id_t(::syscall(SYS_gettid));
+        ::setpriority(PRIO_PROCESS, tid, ::getpriority(PRIO_PROCESS, tid) + 5);
+        QElapsedTimer clock;
+        clock.start();
+        records = 0;
+        for (const QString& file : files) {
+            if (loadImageProperties(QUrl::fromLocalFile(file)))
+                ++records;
+        }
+        seconds = clock.nsecsElapsed() / 1e9;
+    });
+    worker.join();
+    return seconds;
 }
 
 // CPU time of the calling thread, in milliseconds.
@@ -86,8 +101,8 @@ ScanRun scanOnce(const QString& dir, int readers) {
         const double busy = cpu - lastCpu;
         lastCpu = cpu;
         if (gap > 40 && qEnvironmentVariableIsSet("BENCH_SCAN_TRACE"))
-            std::printf("  gap %lld ms (main thread busy %.1f ms) at %d records\n",
-                        qlonglong(gap), busy, int(set.count()));
+            std::printf("  gap %lld ms (main thread busy %.1f ms) at %d records\n", qlonglong(gap),
+                        busy, int(set.count()));
         run.maxBusyMs = std::max(run.maxBusyMs, busy);
         run.maxGapMs = std::max(run.maxGapMs, gap);
     });
@@ -133,11 +148,10 @@ int main(int argc, char** argv) {
     std::printf("folder walk: %.3f s (cpu %.3f s)\n", walkClock.nsecsElapsed() / 1e9,
                 processCpuSeconds() - walkCpu0);
     std::printf("record size: %zu bytes\n", sizeof(tagmoor::CGImageProperties));
-    std::printf("files: %lld, readers: %d, rounds: %d\n", qlonglong(files.size()), readers,
-                rounds);
-    double bestSeq = 1e9;
-    double bestScan = 1e9;
+    std::printf("files: %lld, readers: %d, rounds: %d\n", qlonglong(files.size()), readers, rounds);
+    std::vector<double> ratios;
     qint64 worstGap = 0;
+    double worstBusy = 0;
     for (int r = 0; r < rounds; ++r) {
         int seqRecords = 0;
         const double cpu0 = processCpuSeconds();
@@ -154,12 +168,13 @@ int main(int argc, char** argv) {
                     scan.seconds / seq, qlonglong(scan.maxGapMs), scan.maxBusyMs);
         if (scan.records != seqRecords)
             std::printf("  records differ!\n");
-        bestSeq = std::min(bestSeq, seq);
-        bestScan = std::min(bestScan, scan.seconds);
+        ratios.push_back(scan.seconds / seq);
         worstGap = std::max(worstGap, scan.maxGapMs);
+        worstBusy = std::max(worstBusy, scan.maxBusyMs);
     }
-    std::printf("best: sequential %.3f s, scan %.3f s, ratio %.2f (target <= 1.30); "
-                "largest gap %lld ms (target < 50)\n",
-                bestSeq, bestScan, bestScan / bestSeq, qlonglong(worstGap));
+    std::sort(ratios.begin(), ratios.end());
+    std::printf("median ratio scan/sequential %.2f (target <= 1.30); largest gap %lld ms "
+                "(target < 50), main-thread work within a gap at most %.1f ms\n",
+                ratios[ratios.size() / 2], qlonglong(worstGap), worstBusy);
     return 0;
 }

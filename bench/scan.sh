@@ -7,7 +7,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 COUNT=${1:-10000}
-ROUNDS=${2:-2}
+ROUNDS=${2:-3}
 BUILD_DIR=${BUILD_DIR:-build}
 cmake -S . -B "$BUILD_DIR" -G Ninja >/dev/null
 cmake --build "$BUILD_DIR" --target make_corpus bench_scan

@@ -45,6 +45,8 @@ StartPlan ApplicationShell::start() {
     return plan;
 }
 
-void ApplicationShell::finishLaunching() { m_start.applicationDidFinishLaunching(); }
+void ApplicationShell::finishLaunching() {
+    m_start.applicationDidFinishLaunching();
+}
 
 } // namespace tagmoor

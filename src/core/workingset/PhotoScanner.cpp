@@ -240,8 +240,7 @@ private:
 
     // Hands over the records and the counters; without `force`, at most every interval.
     void flush(bool force) {
-        if (!force && m_clock.isValid() &&
-            m_clock.elapsed() < PhotoScanner::progressIntervalMs)
+        if (!force && m_clock.isValid() && m_clock.elapsed() < PhotoScanner::progressIntervalMs)
             return;
         if (!m_batch.isEmpty()) {
             emit m_owner.recordsReady(m_batch);
@@ -309,7 +308,9 @@ bool PhotoScanner::start(ScanRequest request) {
     return true;
 }
 
-bool PhotoScanner::isRunning() const { return m_shared->running.load(); }
+bool PhotoScanner::isRunning() const {
+    return m_shared->running.load();
+}
 
 void PhotoScanner::pause() {
     std::lock_guard lock(m_shared->mutex);

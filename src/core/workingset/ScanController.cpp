@@ -27,9 +27,13 @@ ScanController::ScanController(WorkingSet& workingSet, UserPrompt& prompt, AppEv
     connect(&m_scanner, &PhotoScanner::finished, this, &ScanController::onFinished);
 }
 
-bool ScanController::isScanning() const { return m_set.isScanning(); }
+bool ScanController::isScanning() const {
+    return m_set.isScanning();
+}
 
-void ScanController::firstRetriving() { retriveImages(true); }
+void ScanController::firstRetriving() {
+    retriveImages(true);
+}
 
 void ScanController::getOpenWithItems() {
     retriveImages(false);

@@ -7,11 +7,11 @@
 namespace tagmoor {
 
 const QStringList& supportedExtensions() {
-    static const QStringList list{
-        "jpeg", "jpg", "jpe", "png", "tiff", "tif", "jp2", "jpf", "jpx", "j2k",
-        "j2c",  "mos", "cr2", "fff", "dng",  "nef", "nrw", "pef", "sr2", "srf",
-        "psd",  "3fr", "arw", "crw", "dcr",  "erf", "gpr", "iiq", "kdc", "mdc",
-        "mef",  "mrw", "orf", "raf", "raw",  "rwl", "srw", "x3f", "photoslibrary"};
+    static const QStringList list{"jpeg", "jpg", "jpe", "png", "tiff", "tif", "jp2",          "jpf",
+                                  "jpx",  "j2k", "j2c", "mos", "cr2",  "fff", "dng",          "nef",
+                                  "nrw",  "pef", "sr2", "srf", "psd",  "3fr", "arw",          "crw",
+                                  "dcr",  "erf", "gpr", "iiq", "kdc",  "mdc", "mef",          "mrw",
+                                  "orf",  "raf", "raw", "rwl", "srw",  "x3f", "photoslibrary"};
     return list;
 }
 

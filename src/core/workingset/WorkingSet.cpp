@@ -99,7 +99,11 @@ void WorkingSet::setScanning(bool on) {
     emit scanningChanged(on);
 }
 
-const QStringList& WorkingSet::supportedExtensions() { return tagmoor::supportedExtensions(); }
-const QStringList& WorkingSet::panelExtensions() { return tagmoor::panelExtensions(); }
+const QStringList& WorkingSet::supportedExtensions() {
+    return tagmoor::supportedExtensions();
+}
+const QStringList& WorkingSet::panelExtensions() {
+    return tagmoor::panelExtensions();
+}
 
 } // namespace tagmoor

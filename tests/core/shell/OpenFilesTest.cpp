@@ -114,7 +114,8 @@ TEST(OpenFiles, ASecondLaunchHandsItsPathsToTheFirst) {
     InstanceChannel rival(name);
     EXPECT_FALSE(rival.listen());
 
-    const QStringList paths{"/photos/a b.jpg", QString::fromUtf8("/photos/\xc3\xa9t\xc3\xa9\n.jpg")};
+    const QStringList paths{"/photos/a b.jpg",
+                            QString::fromUtf8("/photos/\xc3\xa9t\xc3\xa9\n.jpg")};
     QFuture<bool> sent = QtConcurrent::run([&] { return InstanceChannel(name).forward(paths); });
     ASSERT_TRUE(waitFor([&] { return sent.isFinished(); }));
     EXPECT_TRUE(sent.result());
