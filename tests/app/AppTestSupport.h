@@ -21,7 +21,9 @@
 
 namespace tagmoor::test {
 
-inline QString formatsDir() { return QStringLiteral(TAGMOOR_SAMPLES "/formats"); }
+inline QString formatsDir() {
+    return QStringLiteral(TAGMOOR_SAMPLES "/formats");
+}
 
 // Copies every sample photo into `dir`; the paths of the copies.
 inline QStringList copySamples(const QString& dir) {
@@ -81,12 +83,12 @@ struct TestApp {
 } // namespace tagmoor::test
 
 // Each screen test binary starts the metadata library once, before any thread.
-#define TAGMOOR_APP_TEST_MAIN(TestClass)                                                       \
-    int main(int argc, char** argv) {                                                          \
-        qputenv("QT_QPA_PLATFORM", "offscreen");                                               \
-        tagmoor::initializeMetadataLibrary();                                                  \
-        QApplication app(argc, argv);                                                          \
-        QStandardPaths::setTestModeEnabled(true);                                              \
-        TestClass test;                                                                        \
-        return QTest::qExec(&test, argc, argv);                                                \
+#define TAGMOOR_APP_TEST_MAIN(TestClass)                                                           \
+    int main(int argc, char** argv) {                                                              \
+        qputenv("QT_QPA_PLATFORM", "offscreen");                                                   \
+        tagmoor::initializeMetadataLibrary();                                                      \
+        QApplication app(argc, argv);                                                              \
+        QStandardPaths::setTestModeEnabled(true);                                                  \
+        TestClass test;                                                                            \
+        return QTest::qExec(&test, argc, argv);                                                    \
     }

@@ -173,7 +173,8 @@ void ScreenFlowTest::folderOfTextFilesGoesBackToTheAddScreen() {
     const QString empty = t.dir("empty");
     dropPaths(t.window().addFilesScreen()->dropView(), {empty});
     QTRY_COMPARE(t.prompt.alerts.size(), 2);
-    QCOMPARE(t.prompt.alerts[1].title, QStringLiteral("No images were found in the selected folder"));
+    QCOMPARE(t.prompt.alerts[1].title,
+             QStringLiteral("No images were found in the selected folder"));
     QTRY_COMPARE(t.window().rootView()->selectedIndex(), 0);
 }
 
@@ -190,7 +191,8 @@ void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
         QTRY_VERIFY(t.set().count() >= 3);
         QVERIFY(home->boxLoader()->isVisible());
         QVERIFY(!home->btnAddMore()->isEnabled());
-        QVERIFY(home->boxLoader()->lblPathScanning()->toolTip().startsWith(QStringLiteral("Path: ")));
+        QVERIFY(
+            home->boxLoader()->lblPathScanning()->toolTip().startsWith(QStringLiteral("Path: ")));
 
         t.prompt.answerNext(QStringLiteral("NO"));
         QTest::mouseClick(home->boxLoader()->btnStopScanning(), Qt::LeftButton);
@@ -276,8 +278,7 @@ void ScreenFlowTest::marksSurviveSwitchingBetweenGridAndTable() {
     clickCheckBox(table, 0);
     QVERIFY(!t.set().workingImages()[0].isSelected);
 
-    QTest::mouseClick(home->findChild<QToolButton*>(QStringLiteral("segmentGrid")),
-                      Qt::LeftButton);
+    QTest::mouseClick(home->findChild<QToolButton*>(QStringLiteral("segmentGrid")), Qt::LeftButton);
     QTRY_VERIFY(grid->isVisible());
     QVERIFY(!shownMark(grid, 0) && !shownMark(grid, 2) && shownMark(grid, 1));
     QCOMPARE(t.set().markedCount(), 4);

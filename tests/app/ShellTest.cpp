@@ -132,9 +132,10 @@ void ShellTest::messageBoxesKeepTheButtonOrderAndReportTheAnswer() {
              0);
 
     answerWith(QStringLiteral("OK"));
-    QCOMPARE(prompt.ask(Alert::ok(QStringLiteral("Some images cannot be added"),
-                                  QStringLiteral("The selected images are already added to the list"))),
-             0);
+    QCOMPARE(
+        prompt.ask(Alert::ok(QStringLiteral("Some images cannot be added"),
+                             QStringLiteral("The selected images are already added to the list"))),
+        0);
     QCOMPARE(order, QStringList{QStringLiteral("OK")});
 }
 

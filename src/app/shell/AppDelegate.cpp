@@ -18,7 +18,9 @@ Q_LOGGING_CATEGORY(lcAppShell, "tagmoor.shell.app")
 
 // The icons live in a resource file of the static screen library, which needs an explicit
 // start-up call from outside any namespace.
-static void initAppResources() { Q_INIT_RESOURCE(resources); }
+static void initAppResources() {
+    Q_INIT_RESOURCE(resources);
+}
 
 namespace tagmoor {
 
@@ -45,9 +47,13 @@ AppDelegate::~AppDelegate() {
     delete m_preferences;
 }
 
-WelcomeWindow* AppDelegate::welcomeWindow() const { return m_welcome; }
+WelcomeWindow* AppDelegate::welcomeWindow() const {
+    return m_welcome;
+}
 
-PreferencesWindow* AppDelegate::preferencesWindow() const { return m_preferences; }
+PreferencesWindow* AppDelegate::preferencesWindow() const {
+    return m_preferences;
+}
 
 QString AppDelegate::version() {
     const QString v = QCoreApplication::applicationVersion();
@@ -87,7 +93,9 @@ void AppDelegate::start(const QStringList& openedPaths) {
     });
 }
 
-void AppDelegate::openFiles(const QStringList& paths) { m_shell.openFiles(paths); }
+void AppDelegate::openFiles(const QStringList& paths) {
+    m_shell.openFiles(paths);
+}
 
 void AppDelegate::showMainWindow() {
     if (!settings().startup().has_value())
@@ -116,8 +124,12 @@ void AppDelegate::showPreferences() {
     m_preferences->activateWindow();
 }
 
-void AppDelegate::checkForUpdate() { updater().checkForUpdate(); }
+void AppDelegate::checkForUpdate() {
+    updater().checkForUpdate();
+}
 
-void AppDelegate::autoInstallUpdates() { updater().autoInstallUpdates(); }
+void AppDelegate::autoInstallUpdates() {
+    updater().autoInstallUpdates();
+}
 
 } // namespace tagmoor

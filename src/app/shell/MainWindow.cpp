@@ -39,9 +39,13 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     connect(m_about, &QAction::triggered, this, &MainWindow::tappedAbout);
 }
 
-AddFilesScreen* MainWindow::addFilesScreen() const { return m_root->addFilesScreen(); }
+AddFilesScreen* MainWindow::addFilesScreen() const {
+    return m_root->addFilesScreen();
+}
 
-HomeScreen* MainWindow::homeScreen() const { return m_root->homeScreen(); }
+HomeScreen* MainWindow::homeScreen() const {
+    return m_root->homeScreen();
+}
 
 void MainWindow::setOverlayMenusEnabled(bool enabled) {
     m_preferences->setEnabled(enabled);

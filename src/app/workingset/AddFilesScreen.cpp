@@ -42,13 +42,12 @@ AddFilesScreen::AddFilesScreen(AppDelegate& app, QWidget* parent)
 
     auto* welcome = makeLabel(QStringLiteral("lblWelcomeToTagmoor"),
                               QStringLiteral("Welcome to Tagmoor"), 1.9, true);
-    auto* addImages =
-        makeLabel(QStringLiteral("lblAddImages"),
-                  QStringLiteral("Add photos or folders to edit their metadata in one go"), 1.15,
-                  false);
-    auto* dragAndDrop = makeLabel(QStringLiteral("lblDragAndDrop"),
-                                  QStringLiteral("Drag and drop photos or folders here"), 1.0,
-                                  false);
+    auto* addImages = makeLabel(
+        QStringLiteral("lblAddImages"),
+        QStringLiteral("Add photos or folders to edit their metadata in one go"), 1.15, false);
+    auto* dragAndDrop =
+        makeLabel(QStringLiteral("lblDragAndDrop"),
+                  QStringLiteral("Drag and drop photos or folders here"), 1.0, false);
     dragAndDrop->setForegroundRole(QPalette::PlaceholderText);
 
     m_addPhotos->setObjectName(QStringLiteral("btnAddPhotos"));

@@ -33,7 +33,9 @@ void DropView::dragEnterEvent(QDragEnterEvent* event) {
     setHovered(true);
 }
 
-void DropView::dragLeaveEvent(QDragLeaveEvent*) { setHovered(false); }
+void DropView::dragLeaveEvent(QDragLeaveEvent*) {
+    setHovered(false);
+}
 
 void DropView::dropEvent(QDropEvent* event) {
     setHovered(false);

@@ -50,14 +50,13 @@ QFrame* makeLine() {
 } // namespace
 
 HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
-    : QWidget(parent), m_app(app), m_segment(new QButtonGroup(this)),
-      m_gridButton(new QToolButton), m_tableButton(new QToolButton), m_selectAll(new QCheckBox),
-      m_total(new QLabel), m_addMore(makeButton(QStringLiteral("btnAddMore"),
-                                                QStringLiteral("Add More"))),
+    : QWidget(parent), m_app(app), m_segment(new QButtonGroup(this)), m_gridButton(new QToolButton),
+      m_tableButton(new QToolButton), m_selectAll(new QCheckBox), m_total(new QLabel),
+      m_addMore(makeButton(QStringLiteral("btnAddMore"), QStringLiteral("Add More"))),
       m_remove(makeButton(QStringLiteral("btnRemove"), QStringLiteral("Remove"))),
       m_views(new QStackedWidget), m_grid(new PhotoGridView(app.thumbnails())),
-      m_table(new PhotoTableView(app.thumbnails())), m_preview(new QLabel),
-      m_imageName(new QLabel), m_editorHost(new QWidget), m_markedSummary(new QLabel),
+      m_table(new PhotoTableView(app.thumbnails())), m_preview(new QLabel), m_imageName(new QLabel),
+      m_editorHost(new QWidget), m_markedSummary(new QLabel),
       m_start(makeButton(QStringLiteral("btnStartProcess"), QStringLiteral("Start Process"))),
       m_cover(nullptr), m_progress(nullptr) {
     setObjectName(QStringLiteral("Home"));
@@ -112,8 +111,8 @@ HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
             topLayer->raise();
     });
 
-    for (QAbstractItemView* view : {static_cast<QAbstractItemView*>(m_grid),
-                                    static_cast<QAbstractItemView*>(m_table)}) {
+    for (QAbstractItemView* view :
+         {static_cast<QAbstractItemView*>(m_grid), static_cast<QAbstractItemView*>(m_table)}) {
         auto* delegate = qobject_cast<PhotoItemDelegate*>(view->itemDelegate());
         connect(delegate, &PhotoItemDelegate::checkBoxToggled, this, &HomeScreen::clickedCheckBox);
         connect(view, &QAbstractItemView::clicked, this,
@@ -299,9 +298,13 @@ void HomeScreen::clickedAddMore() {
     m_app.scans().addFromPanel(PanelScreen::HomeScreen, chosen);
 }
 
-void HomeScreen::clickedRemove() { m_app.scans().clickedRemove(); }
+void HomeScreen::clickedRemove() {
+    m_app.scans().clickedRemove();
+}
 
-void HomeScreen::clickedStopScanning() { m_app.scans().clickedStopScanning(); }
+void HomeScreen::clickedStopScanning() {
+    m_app.scans().clickedStopScanning();
+}
 
 void HomeScreen::clickedCheckBox(int row, bool on) {
     applyOutcome(m_app.scans().selection().checkBoxClicked(row, on));
@@ -316,7 +319,9 @@ void HomeScreen::markUnmarkAll() {
     clickedSelectUnselectAll(!m_selectAll->isChecked());
 }
 
-int HomeScreen::segmentIndex() const { return m_segment->checkedId() == 1 ? 1 : 0; }
+int HomeScreen::segmentIndex() const {
+    return m_segment->checkedId() == 1 ? 1 : 0;
+}
 
 void HomeScreen::clickedSegmentCollectionnTableView(int index) {
     m_segment->button(index == 1 ? 1 : 0)->setChecked(true);
@@ -378,9 +383,8 @@ void HomeScreen::updateMarkedSummary() {
         m_markedSummary->setText(QStringLiteral("No photo is marked.\nMark photos in the list to "
                                                 "edit their metadata."));
     else
-        m_markedSummary->setText(QStringLiteral("%1 of %2 photos marked for editing.")
-                                     .arg(marked)
-                                     .arg(count));
+        m_markedSummary->setText(
+            QStringLiteral("%1 of %2 photos marked for editing.").arg(marked).arg(count));
 }
 
 void HomeScreen::reloadViews() {
@@ -431,7 +435,8 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     QAction* removeSelected = menu->addAction(QStringLiteral("Remove All Selected"));
     removeSelected->setData(100);
     if (m_remove->isEnabled())
-        connect(removeSelected, &QAction::triggered, this, [this] { m_app.scans().removeSelected(); });
+        connect(removeSelected, &QAction::triggered, this,
+                [this] { m_app.scans().removeSelected(); });
     else
         removeSelected->setEnabled(false);
     menu->addAction(QStringLiteral("Remove All"), this, [this] { m_app.scans().removeAll(); });

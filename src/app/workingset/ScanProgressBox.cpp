@@ -34,7 +34,8 @@ ScanProgressBox::ScanProgressBox(QWidget* parent)
     m_spinner->setRange(0, 0); // turns while the files are counted
     m_spinner->setTextVisible(false);
     m_percent->setObjectName(QStringLiteral("lblPercentageLoader"));
-    m_percent->setMinimumWidth(m_percent->fontMetrics().horizontalAdvance(QStringLiteral("100%")) + 6);
+    m_percent->setMinimumWidth(m_percent->fontMetrics().horizontalAdvance(QStringLiteral("100%")) +
+                               6);
     m_percent->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_path->setObjectName(QStringLiteral("lblPathScanning"));
     m_path->setMinimumWidth(10);

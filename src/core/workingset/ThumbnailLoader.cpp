@@ -14,10 +14,9 @@
 namespace tagmoor {
 
 bool ThumbnailLoader::isRawExtension(const QString& suffix) {
-    static const QSet<QString> raw{"mos", "cr2", "fff", "dng", "nef", "nrw", "pef", "sr2",
-                                   "srf", "3fr", "arw", "crw", "dcr", "erf", "gpr", "iiq",
-                                   "kdc", "mdc", "mef", "mrw", "orf", "raf", "raw", "rwl",
-                                   "srw", "x3f"};
+    static const QSet<QString> raw{"mos", "cr2", "fff", "dng", "nef", "nrw", "pef", "sr2", "srf",
+                                   "3fr", "arw", "crw", "dcr", "erf", "gpr", "iiq", "kdc", "mdc",
+                                   "mef", "mrw", "orf", "raf", "raw", "rwl", "srw", "x3f"};
     return raw.contains(suffix);
 }
 
