@@ -139,9 +139,16 @@ void PhotoItemDelegate::paintPicture(QPainter* painter, const QRect& box,
                            box.top() + (box.height() - size.height()) / 2, size.width(),
                            size.height());
         painter->drawImage(target, image);
+        // A hairline keeps white and very light pictures apart from the card.
+        QColor edge = QApplication::palette().color(QPalette::Mid);
+        edge.setAlpha(90);
+        painter->setPen(QPen(edge, 1));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(QRectF(target).adjusted(0.5, 0.5, -0.5, -0.5));
         return;
     }
     // No picture yet (or none to be had): a quiet tile with the file type.
+    painter->save();
     QPainterPath tile;
     tile.addRoundedRect(QRectF(box).adjusted(1, 1, -1, -1), 4, 4);
     QColor fill = QApplication::palette().color(QPalette::Mid);
@@ -156,6 +163,7 @@ void PhotoItemDelegate::paintPicture(QPainter* painter, const QRect& box,
         painter->setPen(text);
         painter->drawText(box, Qt::AlignCenter, QFileInfo(path).suffix().toUpper());
     }
+    painter->restore();
 }
 
 void PhotoItemDelegate::paintCheckBox(QPainter* painter, const QStyleOptionViewItem& option,
