@@ -34,6 +34,12 @@ AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* pa
     m_mainWindow = std::make_unique<MainWindow>(*this);
 
     connect(&events(), &AppEvents::showMainWindowRequested, this, &AppDelegate::showMainWindow);
+    // Photos may have been changed by other programs while the user was away: pictures of
+    // files whose size or modification time moved are decoded again.
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState s) {
+        if (s == Qt::ApplicationActive)
+            m_thumbnails->revalidate();
+    });
     connect(&updater(), &UpdateChecker::updateFound, this, [this](const AppcastItem& item) {
         const QString shown = item.shortVersion.isEmpty() ? item.version : item.shortVersion;
         m_prompt.tell(QStringLiteral("A new version of Tagmoor is available"),
