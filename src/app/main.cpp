@@ -1,16 +1,37 @@
 #include "metadata/MetadataLibrary.h"
+#include "shell/AppDelegate.h"
+#include "shell/DialogPrompt.h"
+#include "shell/MainWindow.h"
 
 #include <QApplication>
-#include <QMainWindow>
+#include <QFileInfo>
+#include <QIcon>
 
 int main(int argc, char** argv) {
+    // Exiv2 is set up before any thread exists.
     tagmoor::initializeMetadataLibrary();
+
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Tagmoor"));
     QCoreApplication::setApplicationName(QStringLiteral("Tagmoor"));
-    QMainWindow window;
-    window.setWindowTitle(QStringLiteral("Tagmoor"));
-    window.resize(1100, 720);
-    window.show();
+    QCoreApplication::setApplicationVersion(QStringLiteral(TAGMOOR_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tagmoor"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/tagmoor.svg")));
+    // Closing the main window does not end the program; a second launch brings it back.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QStringList paths;
+    for (const QString& argument : app.arguments().mid(1)) {
+        if (!argument.startsWith(QLatin1Char('-')))
+            paths.append(QFileInfo(argument).absoluteFilePath());
+    }
+
+    tagmoor::DialogPrompt prompt;
+    tagmoor::AppDelegate delegate(prompt, {});
+    // One instance per user: a second launch hands its files to the first and ends.
+    if (!delegate.shell().claimInstance(paths))
+        return 0;
+    prompt.setWindow(delegate.mainWindow());
+    delegate.start(paths);
     return app.exec();
 }

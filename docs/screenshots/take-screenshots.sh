@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Takes the screenshots of this folder: the add screen, and the home screen with 50 photos
+# handed over on the command line. Runs the real program under a virtual X server at
+# 1280x800 with settings of its own. Needs xvfb-run and ImageMagick.
+set -euo pipefail
+cd "$(dirname "$0")"
+here=$(pwd)
+app=${TAGMOOR_APP:-$here/../../build/src/app/tagmoor}
+samples=${TAGMOOR_SAMPLES:-$here/../../../shared/samples/formats}
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# Fifty photos: some real samples and generated landscapes of colour.
+mkdir -p "$work/photos"
+i=0
+for f in "$samples"/Reagan.jpg "$samples"/FurnaceCreekInn.jpg "$samples"/ReaganLargeJpg.jpg \
+         "$samples"/exiv2-*.jpg "$samples"/Reagan.tiff "$samples"/et-Nikon.nef; do
+  cp "$f" "$work/photos/"; i=$((i + 1))
+done
+n=1
+while [ "$i" -lt 50 ]; do
+  convert -size 900x600 -seed "$n" plasma:fractal -blur 0x2 -quality 85 \
+    "$work/photos/DSC_$(printf %04d $((4100 + n))).jpg"
+  i=$((i + 1)); n=$((n + 1))
+done
+
+# The welcome window was seen; no update check.
+mkdir -p "$work/config/Tagmoor"
+printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\n' \
+  > "$work/config/Tagmoor/Tagmoor.conf"
+
+shoot() { # name, then the program's arguments
+  local name=$1; shift
+  HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" \
+  xvfb-run -a -s "-screen 0 1280x800x24" bash -c '
+    "$0" "$@" & pid=$!
+    sleep 9
+    import -window root "'"$work"'/shot.png"
+    kill $pid' "$app" "$@"
+  # The window is centred on the 1280x800 screen.
+  convert "$work/shot.png" -crop 1180x740+50+30 +repage "$here/$name"
+}
+
+shoot add-screen.png
+shoot home-screen.png "$work"/photos/*
+echo "screenshots written to $here"

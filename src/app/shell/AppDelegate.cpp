@@ -1,0 +1,141 @@
+#include "shell/AppDelegate.h"
+
+#include "shell/MainWindow.h"
+#include "shell/PreferencesWindow.h"
+#include "shell/UserPrompt.h"
+#include "shell/WelcomeWindow.h"
+#include "workingset/ScanController.h"
+#include "workingset/ThumbnailProvider.h"
+#include "workingset/WorkingListModel.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QLoggingCategory>
+#include <QScreen>
+#include <QTimer>
+
+Q_LOGGING_CATEGORY(lcAppShell, "tagmoor.shell.app")
+
+// The icons live in a resource file of the static screen library, which needs an explicit
+// start-up call from outside any namespace.
+static void initAppResources() {
+    Q_INIT_RESOURCE(resources);
+}
+
+namespace tagmoor {
+
+AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* parent)
+    : QObject(parent), m_prompt(prompt),
+      m_shell({version(), options.settingsFile, options.channelName, options.loginExecutable}) {
+    initAppResources();
+    m_listModel = new WorkingListModel(workingSet(), this);
+    m_scans = new ScanController(workingSet(), m_prompt, events(), this);
+    m_thumbnails = new ThumbnailProvider(this);
+    m_mainWindow = std::make_unique<MainWindow>(*this);
+
+    connect(&events(), &AppEvents::showMainWindowRequested, this, &AppDelegate::showMainWindow);
+    // Photos may have been changed by other programs while the user was away: pictures of
+    // files whose size or modification time moved are decoded again.
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState s) {
+        if (s == Qt::ApplicationActive)
+            m_thumbnails->revalidate();
+    });
+    connect(&updater(), &UpdateChecker::updateFound, this, [this](const AppcastItem& item) {
+        const QString shown = item.shortVersion.isEmpty() ? item.version : item.shortVersion;
+        m_prompt.tell(QStringLiteral("A new version of Tagmoor is available"),
+                      QStringLiteral("Tagmoor %1 can be downloaded from %2.")
+                          .arg(shown, item.downloadUrl.toString()));
+    });
+}
+
+AppDelegate::~AppDelegate() {
+    delete m_welcome;
+    delete m_preferences;
+}
+
+WelcomeWindow* AppDelegate::welcomeWindow() const {
+    return m_welcome;
+}
+
+PreferencesWindow* AppDelegate::preferencesWindow() const {
+    return m_preferences;
+}
+
+QString AppDelegate::version() {
+    const QString v = QCoreApplication::applicationVersion();
+    return v.isEmpty() ? QStringLiteral(TAGMOOR_VERSION) : v;
+}
+
+void AppDelegate::centreOnScreen(QWidget* window) {
+    QScreen* screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
+    if (!screen)
+        return; // no screen: shown where it stands
+    const QRect area = screen->availableGeometry();
+    const QSize size = window->frameGeometry().size();
+    window->move(area.x() + int((area.width() - size.width()) * 0.5),
+                 area.y() + int((area.height() - size.height()) * 0.5));
+}
+
+void AppDelegate::start(const QStringList& openedPaths) {
+    const StartPlan plan = m_shell.start();
+    for (const QString& event : plan.usageEvents)
+        qCDebug(lcAppShell) << "usage event (not sent):" << event;
+
+    if (plan.showWelcomeWindow) {
+        m_welcome = new WelcomeWindow();
+        connect(m_welcome, &WelcomeWindow::left, this, &AppDelegate::welcomeLeft);
+        m_welcome->adjustSize();
+        centreOnScreen(m_welcome);
+        m_welcome->show();
+    } else {
+        centreOnScreen(m_mainWindow.get());
+        m_mainWindow->show();
+    }
+
+    QTimer::singleShot(0, this, [this, openedPaths] {
+        m_shell.finishLaunching();
+        if (!openedPaths.isEmpty())
+            openFiles(openedPaths);
+    });
+}
+
+void AppDelegate::openFiles(const QStringList& paths) {
+    m_shell.openFiles(paths);
+}
+
+void AppDelegate::showMainWindow() {
+    if (!settings().startup().has_value())
+        return;
+    if (!m_mainWindow->isVisible())
+        centreOnScreen(m_mainWindow.get());
+    m_mainWindow->showNormal();
+    m_mainWindow->raise();
+    m_mainWindow->activateWindow();
+}
+
+void AppDelegate::welcomeLeft(bool launchAtLogin) {
+    m_shell.startSequence().welcomeLeft(launchAtLogin);
+    if (m_welcome)
+        m_welcome->deleteLater();
+    centreOnScreen(m_mainWindow.get());
+    m_mainWindow->show();
+}
+
+void AppDelegate::showPreferences() {
+    if (!m_preferences)
+        m_preferences = new PreferencesWindow(settings(), loginItem(), launchState());
+    m_preferences->reload();
+    m_preferences->show();
+    m_preferences->raise();
+    m_preferences->activateWindow();
+}
+
+void AppDelegate::checkForUpdate() {
+    updater().checkForUpdate();
+}
+
+void AppDelegate::autoInstallUpdates() {
+    updater().autoInstallUpdates();
+}
+
+} // namespace tagmoor

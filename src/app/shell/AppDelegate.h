@@ -1,0 +1,83 @@
+#pragma once
+
+#include "shell/ApplicationShell.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+
+#include <memory>
+
+namespace tagmoor {
+
+class MainWindow;
+class PreferencesWindow;
+class ScanController;
+class ThumbnailProvider;
+class UserPrompt;
+class WelcomeWindow;
+class WorkingListModel;
+
+// The application object: the core's application shell plus what the screens add to it (the
+// list model, the scan controller, the thumbnails), and the windows. It carries out the start
+// plan and routes files handed over by the desktop. Tests make one with a ScriptedPrompt and
+// a settings file of their own and drive its windows.
+class AppDelegate : public QObject {
+    Q_OBJECT
+public:
+    struct Options {
+        QString settingsFile;    // empty: the user's settings
+        QString loginExecutable; // empty: this process's executable
+        QString channelName;     // empty: the per-user name
+    };
+
+    AppDelegate(UserPrompt& prompt, const Options& options, QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    // The start sequence: seeds settings, shows the welcome window or the main window,
+    // schedules the update check, then (on the next turn of the event loop) finishes the
+    // launch and hands `openedPaths` over as files opened by the desktop.
+    void start(const QStringList& openedPaths = {});
+
+    // Files from the desktop: the command line or a second launch.
+    void openFiles(const QStringList& paths);
+    // Makes the main window visible, once the welcome window was left.
+    void showMainWindow();
+    void showPreferences();
+    void checkForUpdate();
+    void autoInstallUpdates();
+
+    ApplicationShell& shell() { return m_shell; }
+    Settings& settings() { return m_shell.settings(); }
+    LaunchState& launchState() { return m_shell.launchState(); }
+    AppEvents& events() { return m_shell.events(); }
+    WorkingSet& workingSet() { return m_shell.workingSet(); }
+    OpenWithQueue& openWithQueue() { return m_shell.openWithQueue(); }
+    LoginItem& loginItem() { return m_shell.loginItem(); }
+    UpdateChecker& updater() { return m_shell.updater(); }
+    WorkingListModel& listModel() { return *m_listModel; }
+    ScanController& scans() { return *m_scans; }
+    ThumbnailProvider& thumbnails() { return *m_thumbnails; }
+    UserPrompt& prompt() { return m_prompt; }
+
+    MainWindow* mainWindow() const { return m_mainWindow.get(); }
+    WelcomeWindow* welcomeWindow() const;
+    PreferencesWindow* preferencesWindow() const;
+
+    static QString version();
+    static void centreOnScreen(QWidget* window);
+
+private:
+    void welcomeLeft(bool launchAtLogin);
+
+    UserPrompt& m_prompt;
+    ApplicationShell m_shell;
+    WorkingListModel* m_listModel = nullptr;
+    ScanController* m_scans = nullptr;
+    ThumbnailProvider* m_thumbnails = nullptr;
+    std::unique_ptr<MainWindow> m_mainWindow;
+    QPointer<WelcomeWindow> m_welcome;
+    QPointer<PreferencesWindow> m_preferences;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,46 @@
+#include "shell/DialogPrompt.h"
+
+#include "shell/DimmingCover.h"
+#include "shell/FilePanel.h"
+
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace tagmoor {
+
+int DialogPrompt::ask(const Alert& alert) {
+    QMessageBox box(m_window);
+    box.setWindowModality(Qt::WindowModal);
+    box.setWindowTitle(alert.title);
+    box.setText(QStringLiteral("<b>%1</b>").arg(alert.title.toHtmlEscaped()));
+    box.setInformativeText(alert.text);
+    box.setIcon(alert.buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
+    // One role for all buttons keeps them in the order given, "YES" before "NO".
+    QList<QAbstractButton*> buttons;
+    for (const QString& text : alert.buttons)
+        buttons.append(box.addButton(text, QMessageBox::ActionRole));
+    if (buttons.isEmpty())
+        buttons.append(box.addButton(QStringLiteral("OK"), QMessageBox::ActionRole));
+    box.setDefaultButton(qobject_cast<QPushButton*>(buttons.first()));
+    box.setEscapeButton(buttons.last());
+    box.exec();
+    const int index = int(buttons.indexOf(box.clickedButton()));
+    return index < 0 ? int(buttons.size()) - 1 : index;
+}
+
+QStringList DialogPrompt::openPanel(const OpenPanelRequest& request) {
+    QWidget* content = m_window;
+    if (auto* main = qobject_cast<QMainWindow*>(m_window.data()); main && main->centralWidget())
+        content = main->centralWidget();
+    // The cover leaves a strip at the bottom, as the screens' own covers do.
+    DimmingCover* cover = content ? new DimmingCover(content, 36) : nullptr;
+    if (cover)
+        cover->show();
+    FilePanel panel(m_window, request);
+    const bool accepted = panel.exec() == QDialog::Accepted;
+    delete cover;
+    return accepted ? panel.chosenPaths() : QStringList();
+}
+
+} // namespace tagmoor

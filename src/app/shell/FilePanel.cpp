@@ -1,0 +1,67 @@
+#include "shell/FilePanel.h"
+
+#include "shell/PanelEnableFilter.h"
+
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QTreeView>
+
+namespace tagmoor {
+
+FilePanel::FilePanel(QWidget* parent, const OpenPanelRequest& request)
+    : QFileDialog(parent),
+      m_filesAndFolders(request.canChooseFiles && request.canChooseDirectories) {
+    setOption(QFileDialog::DontUseNativeDialog);
+    setWindowModality(Qt::WindowModal);
+    if (!request.canChooseFiles) {
+        setFileMode(QFileDialog::Directory);
+        setOption(QFileDialog::ShowDirsOnly);
+    } else {
+        setFileMode(request.allowsMultipleSelection ? QFileDialog::ExistingFiles
+                                                    : QFileDialog::ExistingFile);
+    }
+    QDir::Filters entries = QDir::AllEntries | QDir::NoDotAndDotDot | QDir::AllDirs;
+    if (request.showsHiddenFiles)
+        entries |= QDir::Hidden;
+    setFilter(entries);
+    setProxyModel(new PanelEnableFilter(request.allowedExtensions, request.canChooseFiles, this));
+    if (request.canChooseFiles && !request.allowedExtensions.isEmpty())
+        setNameFilter(QStringLiteral("Supported photos and folders (*)"));
+    // The name takes the room; size, type and date keep what they need.
+    if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        QHeaderView* header = details->header();
+        header->setStretchLastSection(false);
+        header->setSectionResizeMode(0, QHeaderView::Stretch);
+        for (int column = 1; column < 4; ++column)
+            header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    }
+    if (!request.prompt.isEmpty()) {
+        setWindowTitle(request.prompt);
+        setLabelText(QFileDialog::Accept, request.prompt);
+    }
+    if (!request.directory.isEmpty())
+        setDirectory(request.directory);
+}
+
+void FilePanel::accept() {
+    if (!m_filesAndFolders) {
+        QFileDialog::accept();
+        m_chosen = selectedFiles();
+        return;
+    }
+    const auto* nameEdit = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    if (nameEdit && nameEdit->text().trimmed().isEmpty())
+        return;
+    QStringList chosen;
+    for (const QString& path : selectedFiles()) {
+        if (QFileInfo::exists(path))
+            chosen.append(path);
+    }
+    if (chosen.isEmpty())
+        return;
+    m_chosen = chosen;
+    QDialog::accept();
+}
+
+} // namespace tagmoor

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "shell/UserPrompt.h"
+
+#include <QFileDialog>
+
+namespace tagmoor {
+
+// The open panel: Qt's own file dialog set up from a request. When a request allows both files
+// and folders, "Open" takes whatever is selected, folders included; a double click still walks
+// into a folder.
+class FilePanel : public QFileDialog {
+    Q_OBJECT
+public:
+    FilePanel(QWidget* parent, const OpenPanelRequest& request);
+
+    QStringList chosenPaths() const { return m_chosen; }
+
+public slots:
+    void accept() override;
+
+private:
+    bool m_filesAndFolders;
+    QStringList m_chosen;
+};
+
+} // namespace tagmoor

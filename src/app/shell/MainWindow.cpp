@@ -1,0 +1,67 @@
+#include "shell/MainWindow.h"
+
+#include "shell/AppDelegate.h"
+#include "shell/RootView.h"
+#include "shell/Settings.h"
+
+#include <QApplication>
+#include <QMenuBar>
+#include <QMessageBox>
+
+namespace tagmoor {
+
+MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
+    : QMainWindow(parent), m_app(app), m_root(new RootView(app, this)) {
+    setObjectName(QStringLiteral("mainWindow"));
+    setWindowTitle(QStringLiteral("Tagmoor"));
+    setCentralWidget(m_root);
+    setMinimumSize(960, 620);
+    resize(1180, 740);
+
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    QAction* addPhotos = file->addAction(QStringLiteral("&Add Photos..."));
+    addPhotos->setShortcut(QKeySequence::Open);
+    connect(addPhotos, &QAction::triggered, m_root, &RootView::addFiles);
+    file->addSeparator();
+    m_preferences = file->addAction(QStringLiteral("&Preferences..."));
+    m_preferences->setShortcut(QKeySequence::Preferences);
+    m_preferences->setMenuRole(QAction::PreferencesRole);
+    connect(m_preferences, &QAction::triggered, &app, &AppDelegate::showPreferences);
+    file->addSeparator();
+    QAction* quit = file->addAction(QStringLiteral("&Quit"));
+    quit->setShortcut(QKeySequence::Quit);
+    connect(quit, &QAction::triggered, qApp, &QApplication::quit);
+
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+    m_checkForUpdates = help->addAction(QStringLiteral("Check for &Updates..."));
+    connect(m_checkForUpdates, &QAction::triggered, &app, &AppDelegate::checkForUpdate);
+    m_about = help->addAction(QStringLiteral("&About Tagmoor"));
+    connect(m_about, &QAction::triggered, this, &MainWindow::tappedAbout);
+}
+
+AddFilesScreen* MainWindow::addFilesScreen() const {
+    return m_root->addFilesScreen();
+}
+
+HomeScreen* MainWindow::homeScreen() const {
+    return m_root->homeScreen();
+}
+
+void MainWindow::setOverlayMenusEnabled(bool enabled) {
+    m_preferences->setEnabled(enabled);
+    m_checkForUpdates->setEnabled(enabled);
+    m_about->setEnabled(enabled);
+    emit m_app.events().HideUnhideTopLayerTM(enabled);
+}
+
+void MainWindow::tappedAbout() {
+    // Not over another overlay, and not before the welcome window was left.
+    if (m_app.settings().isPopUp().value_or(false) || !m_app.settings().startup().has_value())
+        return;
+    QMessageBox::about(this, QStringLiteral("About Tagmoor"),
+                       QStringLiteral("<h3>Tagmoor %1</h3><p>Edit the metadata of many photos "
+                                      "at once.</p>")
+                           .arg(AppDelegate::version()));
+}
+
+} // namespace tagmoor

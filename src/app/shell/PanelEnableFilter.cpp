@@ -1,0 +1,54 @@
+#include "shell/PanelEnableFilter.h"
+
+#include <QCollator>
+#include <QFileInfo>
+#include <QFileSystemModel>
+
+namespace tagmoor {
+
+PanelEnableFilter::PanelEnableFilter(const QStringList& extensions, bool filesEnabled,
+                                     QObject* parent)
+    : QSortFilterProxyModel(parent), m_extensions(extensions), m_filesEnabled(filesEnabled) {}
+
+bool PanelEnableFilter::shouldEnable(const QFileInfo& info, const QStringList& extensions,
+                                     bool filesEnabled) {
+    if (info.isDir())
+        return true;
+    if (!filesEnabled)
+        return false;
+    return extensions.isEmpty() || extensions.contains(info.suffix().toLower());
+}
+
+Qt::ItemFlags PanelEnableFilter::flags(const QModelIndex& index) const {
+    Qt::ItemFlags flags = QSortFilterProxyModel::flags(index);
+    const auto* files = qobject_cast<const QFileSystemModel*>(sourceModel());
+    if (!files || !index.isValid())
+        return flags;
+    const QFileInfo info = files->fileInfo(mapToSource(index));
+    if (!shouldEnable(info, m_extensions, m_filesEnabled))
+        flags &= ~(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+    return flags;
+}
+
+} // namespace tagmoor
+
+namespace tagmoor {
+
+bool PanelEnableFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const {
+    const auto* files = qobject_cast<const QFileSystemModel*>(sourceModel());
+    if (!files || left.column() != 0)
+        return QSortFilterProxyModel::lessThan(left, right);
+    const bool leftDir = files->isDir(left);
+    const bool rightDir = files->isDir(right);
+    if (leftDir != rightDir)
+        return leftDir;
+    static const QCollator collator = [] {
+        QCollator c;
+        c.setNumericMode(true);
+        c.setCaseSensitivity(Qt::CaseInsensitive);
+        return c;
+    }();
+    return collator.compare(files->fileName(left), files->fileName(right)) < 0;
+}
+
+} // namespace tagmoor

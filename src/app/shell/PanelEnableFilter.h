@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QSortFilterProxyModel>
+#include <QStringList>
+
+class QFileInfo;
+
+namespace tagmoor {
+
+// The enable filter of the open panels: folders are always enabled (the user may pick them or
+// walk into them); a file is enabled when its lower-cased extension is in the list. With an
+// empty list every file is enabled; in a folder-only panel no file is.
+class PanelEnableFilter : public QSortFilterProxyModel {
+    Q_OBJECT
+public:
+    PanelEnableFilter(const QStringList& extensions, bool filesEnabled, QObject* parent = nullptr);
+
+    static bool shouldEnable(const QFileInfo& info, const QStringList& extensions,
+                             bool filesEnabled);
+
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+protected:
+    // Folders before files, then names in the order a person expects.
+    bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
+
+private:
+    QStringList m_extensions;
+    bool m_filesEnabled;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,115 @@
+#include "shell/PreferencesWindow.h"
+
+#include "shell/LaunchState.h"
+#include "shell/LoginItem.h"
+#include "shell/Settings.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace tagmoor {
+
+namespace {
+
+QLabel* caption(const QString& text) {
+    auto* label = new QLabel(text);
+    QFont font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+    return label;
+}
+
+} // namespace
+
+PreferencesWindow::PreferencesWindow(Settings& settings, LoginItem& loginItem, LaunchState& state,
+                                     QWidget* parent)
+    : QWidget(parent, Qt::Window), m_settings(settings), m_loginItem(loginItem), m_state(state),
+      m_tabs(new QTabWidget), m_launch(new QCheckBox), m_language(new QComboBox),
+      m_overwrite(new QCheckBox), m_presetSaving(new QCheckBox), m_autoUpdate(new QCheckBox) {
+    setObjectName(QStringLiteral("preferencesWindow"));
+    setWindowTitle(QStringLiteral("Preferences"));
+    m_tabs->addTab(makeGeneralTab(), QStringLiteral("General"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(12, 12, 12, 12);
+    layout->addWidget(m_tabs);
+
+    connect(m_launch, &QCheckBox::clicked, this, &PreferencesWindow::clickedAutomatically);
+    connect(m_overwrite, &QCheckBox::clicked, this,
+            &PreferencesWindow::clickedOverwriteIfAFileWithASameName);
+    connect(m_presetSaving, &QCheckBox::clicked, this,
+            &PreferencesWindow::clickedShowPresetSettingInHome);
+    // The language choice and the update box are shown but change nothing: there is one
+    // language, and the update mode is only settled at start.
+    reload();
+}
+
+QWidget* PreferencesWindow::makeGeneralTab() {
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("GeneralPreferences"));
+    m_launch->setObjectName(QStringLiteral("btnLaunchAutomatically"));
+    m_launch->setText(QStringLiteral("Launch Tagmoor automatically at login"));
+    m_language->setObjectName(QStringLiteral("comboBoxLanguage"));
+    m_overwrite->setObjectName(QStringLiteral("btnOverwriteIfAFileWithASameName"));
+    m_overwrite->setText(QStringLiteral("Overwrite if a file with the same name exists"));
+    m_presetSaving->setObjectName(QStringLiteral("btnShowPresetSavingSettingInHome"));
+    m_presetSaving->setText(QStringLiteral("Offer to save the settings as a preset after a run"));
+    m_autoUpdate->setObjectName(QStringLiteral("btnAutoUpdate"));
+    m_autoUpdate->setText(QStringLiteral("Check for updates automatically"));
+
+    auto* language = new QHBoxLayout;
+    language->addWidget(new QLabel(QStringLiteral("Select Language:")));
+    language->addWidget(m_language, 1);
+
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(20, 18, 20, 18);
+    layout->setSpacing(8);
+    layout->addWidget(caption(QStringLiteral("Application Settings")));
+    layout->addWidget(m_launch);
+    layout->addSpacing(10);
+    layout->addWidget(caption(QStringLiteral("Language Settings")));
+    layout->addLayout(language);
+    layout->addSpacing(10);
+    layout->addWidget(caption(QStringLiteral("File Saving Preference")));
+    layout->addWidget(m_overwrite);
+    layout->addSpacing(10);
+    layout->addWidget(caption(QStringLiteral("Notification")));
+    layout->addWidget(m_presetSaving);
+    layout->addSpacing(10);
+    layout->addWidget(caption(QStringLiteral("Update Setting")));
+    layout->addWidget(m_autoUpdate);
+    layout->addStretch(1);
+    return page;
+}
+
+void PreferencesWindow::reload() {
+    m_language->clear();
+    m_language->addItem(QStringLiteral("English"));
+    m_language->setCurrentIndex(0);
+    const std::optional<bool> login = m_settings.loginStartStatus();
+    m_launch->setChecked(login.value_or(false));
+    if (login)
+        m_loginItem.apply(*login);
+    m_overwrite->setChecked(m_settings.isOverwriteIfAFileWithASameName().value_or(false));
+    m_presetSaving->setChecked(m_settings.isPresetSavingSettingInHome().value_or(false));
+    m_autoUpdate->setChecked(m_settings.autoCheckForUpdate().value_or(1) == 1);
+}
+
+void PreferencesWindow::clickedAutomatically(bool on) {
+    m_settings.setLoginStartStatus(on);
+    m_loginItem.apply(on);
+}
+
+void PreferencesWindow::clickedOverwriteIfAFileWithASameName(bool on) {
+    m_settings.setIsOverwriteIfAFileWithASameName(on);
+    m_state.isOverwriteIfAFileWithASameName = on;
+}
+
+void PreferencesWindow::clickedShowPresetSettingInHome(bool on) {
+    m_settings.setIsPresetSavingSettingInHome(on);
+}
+
+} // namespace tagmoor

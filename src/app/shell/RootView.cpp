@@ -1,0 +1,57 @@
+#include "shell/RootView.h"
+
+#include "shell/AppDelegate.h"
+#include "workingset/AddFilesScreen.h"
+#include "workingset/HomeScreen.h"
+
+#include <QStackedLayout>
+
+namespace tagmoor {
+
+RootView::RootView(AppDelegate& app, QWidget* parent)
+    : QWidget(parent), m_stack(new QStackedLayout(this)), m_addFiles(new AddFilesScreen(app)),
+      m_home(new HomeScreen(app)), m_presetsDetails(new QWidget), m_empty(new QWidget) {
+    setObjectName(QStringLiteral("containerView"));
+    m_presetsDetails->setObjectName(QStringLiteral("presetsDetails"));
+    m_empty->setObjectName(QStringLiteral("emptyContainer"));
+    m_stack->setContentsMargins(0, 0, 0, 0);
+    m_stack->addWidget(m_addFiles);
+    m_stack->addWidget(m_home);
+    m_stack->addWidget(m_presetsDetails);
+    m_stack->addWidget(m_empty);
+    m_stack->setCurrentWidget(m_addFiles);
+    connect(&app.events(), &AppEvents::UpdateVCOTM, this, &RootView::updateVC);
+}
+
+void RootView::updateVC(int selectedIndex) {
+    m_selectedIndex = selectedIndex;
+    switch (selectedIndex) {
+    case 0:
+        m_stack->setCurrentWidget(m_addFiles);
+        break;
+    case 1:
+        m_stack->setCurrentWidget(m_home);
+        m_home->viewWillAppear();
+        break;
+    case 2:
+        m_stack->setCurrentWidget(m_presetsDetails);
+        break;
+    default:
+        m_stack->setCurrentWidget(m_empty);
+        break;
+    }
+}
+
+QWidget* RootView::currentChild() const {
+    QWidget* current = m_stack->currentWidget();
+    return current == m_empty ? nullptr : current;
+}
+
+void RootView::addFiles() {
+    if (m_stack->currentWidget() == m_addFiles)
+        m_addFiles->clickedAddPhotos();
+    else if (m_stack->currentWidget() == m_home)
+        m_home->clickedAddMore();
+}
+
+} // namespace tagmoor

@@ -1,0 +1,128 @@
+#include "workingset/AddFilesScreen.h"
+
+#include "shell/AppDelegate.h"
+#include "shell/DimmingCover.h"
+#include "shell/Settings.h"
+#include "shell/UserPrompt.h"
+#include "workingset/DropView.h"
+#include "workingset/PanelFilter.h"
+#include "workingset/ScanController.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace tagmoor {
+
+namespace {
+
+QLabel* makeLabel(const QString& name, const QString& text, double scale, bool bold) {
+    auto* label = new QLabel(text);
+    label->setObjectName(name);
+    label->setAlignment(Qt::AlignCenter);
+    label->setWordWrap(true);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * scale);
+    font.setBold(bold);
+    label->setFont(font);
+    return label;
+}
+
+} // namespace
+
+AddFilesScreen::AddFilesScreen(AppDelegate& app, QWidget* parent)
+    : QWidget(parent), m_app(app), m_dropView(new DropView(app.events())),
+      m_addPhotos(new QPushButton), m_addLibrary(new QPushButton), m_topLayer(nullptr) {
+    setObjectName(QStringLiteral("AddFiles"));
+
+    auto* imgView = new QLabel;
+    imgView->setObjectName(QStringLiteral("imgView"));
+    imgView->setPixmap(QIcon(QStringLiteral(":/icons/tagmoor.svg")).pixmap(112, 112));
+    imgView->setAlignment(Qt::AlignCenter);
+
+    auto* welcome = makeLabel(QStringLiteral("lblWelcomeToTagmoor"),
+                              QStringLiteral("Welcome to Tagmoor"), 1.9, true);
+    auto* addImages = makeLabel(
+        QStringLiteral("lblAddImages"),
+        QStringLiteral("Add photos or folders to edit their metadata in one go"), 1.15, false);
+    auto* dragAndDrop =
+        makeLabel(QStringLiteral("lblDragAndDrop"),
+                  QStringLiteral("Drag and drop photos or folders here"), 1.0, false);
+    dragAndDrop->setForegroundRole(QPalette::PlaceholderText);
+
+    m_addPhotos->setObjectName(QStringLiteral("btnAddPhotos"));
+    m_addPhotos->setText(QStringLiteral("Add Photos"));
+    m_addPhotos->setDefault(true);
+    m_addPhotos->setMinimumSize(180, 36);
+    m_addLibrary->setObjectName(QStringLiteral("btnAddPhotosLibrary"));
+    m_addLibrary->setText(QStringLiteral("Add from Photo Library"));
+    m_addLibrary->setMinimumSize(180, 36);
+    connect(m_addPhotos, &QPushButton::clicked, this, &AddFilesScreen::clickedAddPhotos);
+    connect(m_addLibrary, &QPushButton::clicked, this, &AddFilesScreen::clickedAddPhotosLibrary);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(12);
+    buttons->addStretch(1);
+    buttons->addWidget(m_addPhotos);
+    buttons->addWidget(m_addLibrary);
+    buttons->addStretch(1);
+
+    auto* inside = new QVBoxLayout(m_dropView);
+    inside->setContentsMargins(40, 36, 40, 36);
+    inside->setSpacing(10);
+    inside->addStretch(1);
+    inside->addWidget(imgView);
+    inside->addWidget(welcome);
+    inside->addWidget(addImages);
+    inside->addSpacing(14);
+    inside->addLayout(buttons);
+    inside->addSpacing(6);
+    inside->addWidget(dragAndDrop);
+    inside->addStretch(1);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(28, 28, 28, 28);
+    layout->addWidget(m_dropView);
+
+    m_topLayer = new DimmingCover(this);
+    m_topLayer->setObjectName(QStringLiteral("boxTopLayer"));
+    m_topLayer->hide();
+    connect(&app.events(), &AppEvents::HideUnhideTopLayerTM, m_topLayer,
+            [this](bool isHidden) { m_topLayer->setHidden(isHidden); });
+    connect(&app.events(), &AppEvents::DropViewOTM, this, &AddFilesScreen::getDropViewItems);
+}
+
+void AddFilesScreen::clickedAddPhotos() {
+    const QStringList chosen =
+        m_app.prompt().openPanel(addPhotosPanelRequest(PanelScreen::AddScreen));
+    if (chosen.isEmpty())
+        return;
+    m_app.scans().addFromPanel(PanelScreen::AddScreen, chosen);
+}
+
+void AddFilesScreen::clickedAddPhotosLibrary() {
+    m_app.prompt().tell(QStringLiteral("Photo library"),
+                        QStringLiteral("Adding photos from a photo library is not available "
+                                       "yet. Use \"Add Photos\" or drop the photos here."));
+}
+
+bool AddFilesScreen::isBlockedByOverlay() const {
+    if (!m_app.settings().startup().has_value())
+        return true;
+    if (m_topLayer->isVisible())
+        return true;
+    const QWidget* top = window();
+    for (const auto* cover : top->findChildren<DimmingCover*>()) {
+        if (cover->isVisible())
+            return true;
+    }
+    return false;
+}
+
+void AddFilesScreen::getDropViewItems(const QStringList& paths) {
+    if (paths.isEmpty() || isBlockedByOverlay())
+        return;
+    m_app.scans().addFromDrop(paths);
+}
+
+} // namespace tagmoor

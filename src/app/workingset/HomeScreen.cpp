@@ -1,0 +1,467 @@
+#include "workingset/HomeScreen.h"
+
+#include "shell/AppDelegate.h"
+#include "shell/DimmingCover.h"
+#include "shell/UserPrompt.h"
+#include "workingset/ListSelection.h"
+#include "workingset/PanelFilter.h"
+#include "workingset/PhotoItemDelegate.h"
+#include "workingset/PhotoListViews.h"
+#include "workingset/ScanController.h"
+#include "workingset/ScanProgressBox.h"
+#include "workingset/ScanProgressView.h"
+#include "workingset/ThumbnailProvider.h"
+#include "workingset/WorkingListModel.h"
+#include "workingset/WorkingSet.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace tagmoor {
+
+namespace {
+
+constexpr int kPreviewSide = 208;
+
+QPushButton* makeButton(const QString& name, const QString& text) {
+    auto* button = new QPushButton(text);
+    button->setObjectName(name);
+    button->setMinimumHeight(30);
+    return button;
+}
+
+QFrame* makeLine() {
+    auto* line = new QFrame;
+    line->setFrameShape(QFrame::HLine);
+    line->setFrameShadow(QFrame::Sunken);
+    return line;
+}
+
+} // namespace
+
+HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
+    : QWidget(parent), m_app(app), m_segment(new QButtonGroup(this)), m_gridButton(new QToolButton),
+      m_tableButton(new QToolButton), m_selectAll(new QCheckBox), m_total(new QLabel),
+      m_addMore(makeButton(QStringLiteral("btnAddMore"), QStringLiteral("Add More"))),
+      m_remove(makeButton(QStringLiteral("btnRemove"), QStringLiteral("Remove"))),
+      m_views(new QStackedWidget), m_grid(new PhotoGridView(app.thumbnails())),
+      m_table(new PhotoTableView(app.thumbnails())), m_preview(new QLabel), m_imageName(new QLabel),
+      m_editorHost(new QWidget), m_markedSummary(new QLabel),
+      m_start(makeButton(QStringLiteral("btnStartProcess"), QStringLiteral("Start Process"))),
+      m_cover(nullptr), m_progress(nullptr) {
+    setObjectName(QStringLiteral("Home"));
+
+    m_grid->setModel(&app.listModel());
+    m_table->setModel(&app.listModel());
+    auto* gridBox = new QWidget;
+    gridBox->setObjectName(QStringLiteral("boxCollectionView"));
+    (new QVBoxLayout(gridBox))->addWidget(m_grid);
+    gridBox->layout()->setContentsMargins(0, 0, 0, 0);
+    auto* tableBox = new QWidget;
+    tableBox->setObjectName(QStringLiteral("boxTableView"));
+    (new QVBoxLayout(tableBox))->addWidget(m_table);
+    tableBox->layout()->setContentsMargins(0, 0, 0, 0);
+    m_views->addWidget(gridBox);
+    m_views->addWidget(tableBox);
+
+    auto* listSide = new QWidget;
+    auto* listLayout = new QVBoxLayout(listSide);
+    listLayout->setContentsMargins(0, 0, 0, 0);
+    listLayout->setSpacing(0);
+    listLayout->addWidget(makeTopBar());
+    listLayout->addWidget(makeLine());
+    listLayout->addWidget(m_views, 1);
+
+    auto* divider = new QFrame;
+    divider->setFrameShape(QFrame::VLine);
+    divider->setFrameShadow(QFrame::Sunken);
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(listSide, 1);
+    layout->addWidget(divider);
+    layout->addWidget(makeSidePane());
+
+    // The scan's cover and its box, centred over the whole screen.
+    m_cover = new DimmingCover(this);
+    m_cover->setObjectName(QStringLiteral("loaderCover"));
+    m_progress = new ScanProgressBox;
+    auto* coverLayout = new QGridLayout(m_cover);
+    coverLayout->addWidget(m_progress, 0, 0, Qt::AlignCenter);
+    m_cover->hide();
+
+    // The cover raised while an overlay panel is up.
+    auto* topLayer = new DimmingCover(this);
+    topLayer->setObjectName(QStringLiteral("boxTopLayer"));
+    topLayer->hide();
+    connect(&app.events(), &AppEvents::HideUnhideTopLayerTM, topLayer, [topLayer](bool isHidden) {
+        topLayer->setHidden(isHidden);
+        if (!isHidden)
+            topLayer->raise();
+    });
+
+    for (QAbstractItemView* view :
+         {static_cast<QAbstractItemView*>(m_grid), static_cast<QAbstractItemView*>(m_table)}) {
+        auto* delegate = qobject_cast<PhotoItemDelegate*>(view->itemDelegate());
+        connect(delegate, &PhotoItemDelegate::checkBoxToggled, this, &HomeScreen::clickedCheckBox);
+        connect(view, &QAbstractItemView::clicked, this,
+                [this](const QModelIndex& index) { showPreview(index.row()); });
+        view->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(view, &QWidget::customContextMenuRequested, this,
+                [this, view](const QPoint& pos) { showContextMenu(view, pos); });
+    }
+
+    ScanController& scans = app.scans();
+    connect(&scans, &ScanController::progressViewChanged, this, &HomeScreen::applyProgress);
+    connect(&scans, &ScanController::selectionRefreshed, this, &HomeScreen::applyOutcome);
+    connect(&scans, &ScanController::reloadViews, this, &HomeScreen::reloadViews);
+    connect(&app.workingSet(), &WorkingSet::imagesAppended, this, &HomeScreen::updateTotal);
+    connect(&app.workingSet(), &WorkingSet::imagesReset, this, &HomeScreen::updateTotal);
+    connect(&app.workingSet(), &WorkingSet::selectionChanged, this,
+            &HomeScreen::updateMarkedSummary);
+    connect(&app.events(), &AppEvents::OpenWithItemsOTM, this,
+            [this] { m_app.scans().getOpenWithItems(); });
+    connect(m_progress->btnStopScanning(), &QPushButton::clicked, this,
+            &HomeScreen::clickedStopScanning);
+    connect(&app.thumbnails(), &ThumbnailProvider::thumbnailReady, this,
+            [this](const QString& path, int side) {
+                if (path == m_previewPath && (side == kPreviewSide || side == 0))
+                    refreshPreviewPicture();
+            });
+
+    setBatchControlsEnabled(false);
+    clearPreview();
+    m_preview->setForegroundRole(QPalette::PlaceholderText);
+    updateTotal();
+}
+
+QWidget* HomeScreen::makeTopBar() {
+    auto* bar = new QWidget;
+    bar->setObjectName(QStringLiteral("homeTopBar"));
+    m_gridButton->setObjectName(QStringLiteral("segmentGrid"));
+    m_gridButton->setText(QStringLiteral("Grid"));
+    m_tableButton->setObjectName(QStringLiteral("segmentTable"));
+    m_tableButton->setText(QStringLiteral("Table"));
+    for (QToolButton* b : {m_gridButton, m_tableButton}) {
+        b->setCheckable(true);
+        b->setToolButtonStyle(Qt::ToolButtonTextOnly);
+        b->setMinimumSize(64, 28);
+    }
+    m_segment->setObjectName(QStringLiteral("segmentCollectionnTable"));
+    m_segment->setExclusive(true);
+    m_segment->addButton(m_gridButton, 0);
+    m_segment->addButton(m_tableButton, 1);
+    m_gridButton->setChecked(true);
+    connect(m_segment, &QButtonGroup::idClicked, this,
+            &HomeScreen::clickedSegmentCollectionnTableView);
+
+    m_selectAll->setObjectName(QStringLiteral("btnSelectUnselectAllInInTabColl"));
+    m_selectAll->setText(QStringLiteral("Select All"));
+    connect(m_selectAll, &QCheckBox::clicked, this, &HomeScreen::clickedSelectUnselectAll);
+    m_total->setObjectName(QStringLiteral("lblTotalPhotos"));
+
+    connect(m_addMore, &QPushButton::clicked, this, &HomeScreen::clickedAddMore);
+    connect(m_remove, &QPushButton::clicked, this, &HomeScreen::clickedRemove);
+    m_remove->setToolTip(QStringLiteral("Remove the marked photos from the list"));
+
+    auto* segment = new QHBoxLayout;
+    segment->setSpacing(0);
+    segment->addWidget(m_gridButton);
+    segment->addWidget(m_tableButton);
+
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(14, 10, 14, 10);
+    layout->setSpacing(14);
+    layout->addLayout(segment);
+    layout->addWidget(m_selectAll);
+    layout->addWidget(m_total);
+    layout->addStretch(1);
+    layout->addWidget(m_addMore);
+    layout->addWidget(m_remove);
+    addBatchControl(m_remove);
+    return bar;
+}
+
+QWidget* HomeScreen::makeSidePane() {
+    auto* pane = new QWidget;
+    pane->setObjectName(QStringLiteral("homeSidePane"));
+    pane->setFixedWidth(300);
+
+    m_preview->setObjectName(QStringLiteral("imgViewPreview"));
+    m_preview->setFixedSize(kPreviewSide + 16, kPreviewSide + 16);
+    m_preview->setAlignment(Qt::AlignCenter);
+    m_preview->setFrameShape(QFrame::StyledPanel);
+    m_imageName->setObjectName(QStringLiteral("lblImageName"));
+    m_imageName->setWordWrap(true);
+    m_imageName->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    m_imageName->setMinimumHeight(m_imageName->fontMetrics().height() * 2);
+    m_imageName->setTextInteractionFlags(Qt::TextSelectableByMouse);
+
+    auto* tabs = new QHBoxLayout;
+    tabs->setSpacing(0);
+    auto* tabGroup = new QButtonGroup(pane);
+    const QStringList names{QStringLiteral("btnExif"), QStringLiteral("btnIPTC"),
+                            QStringLiteral("btnXMP")};
+    const QStringList texts{QStringLiteral("EXIF"), QStringLiteral("IPTC"), QStringLiteral("XMP")};
+    for (int i = 0; i < names.size(); ++i) {
+        auto* tab = new QToolButton;
+        tab->setObjectName(names[i]);
+        tab->setText(texts[i]);
+        tab->setCheckable(true);
+        tab->setChecked(i == 0);
+        tab->setMinimumSize(74, 28);
+        tabGroup->addButton(tab, i);
+        tabs->addWidget(tab);
+        addBatchControl(tab);
+    }
+    tabs->addStretch(1);
+
+    m_editorHost->setObjectName(QStringLiteral("scrollViewMetadata"));
+    auto* editorLayout = new QVBoxLayout(m_editorHost);
+    editorLayout->setContentsMargins(0, 0, 0, 0);
+    m_markedSummary->setObjectName(QStringLiteral("lblMarkedSummary"));
+    m_markedSummary->setWordWrap(true);
+    m_markedSummary->setAlignment(Qt::AlignCenter);
+    m_markedSummary->setForegroundRole(QPalette::PlaceholderText);
+    editorLayout->addWidget(m_markedSummary, 1);
+
+    auto* gps = makeButton(QStringLiteral("btnShowEditorGPS"), QStringLiteral("Location..."));
+    auto* resetAll = makeButton(QStringLiteral("btnResetAll"), QStringLiteral("Reset All"));
+    auto* rename = makeButton(QStringLiteral("btnRename"), QStringLiteral("Rename..."));
+    auto* preset = makeButton(QStringLiteral("btnPreset"), QStringLiteral("Presets..."));
+    m_start->setDefault(true);
+    m_start->setMinimumHeight(36);
+    QFont startFont = m_start->font();
+    startFont.setBold(true);
+    m_start->setFont(startFont);
+    for (QWidget* control : {static_cast<QWidget*>(gps), static_cast<QWidget*>(resetAll),
+                             static_cast<QWidget*>(rename), static_cast<QWidget*>(preset),
+                             static_cast<QWidget*>(m_start)})
+        addBatchControl(control);
+
+    auto* small = new QGridLayout;
+    small->setSpacing(8);
+    small->addWidget(gps, 0, 0);
+    small->addWidget(resetAll, 0, 1);
+    small->addWidget(rename, 1, 0);
+    small->addWidget(preset, 1, 1);
+
+    auto* layout = new QVBoxLayout(pane);
+    layout->setContentsMargins(16, 14, 16, 16);
+    layout->setSpacing(10);
+    layout->addWidget(m_preview, 0, Qt::AlignHCenter);
+    layout->addWidget(m_imageName);
+    layout->addWidget(makeLine());
+    layout->addLayout(tabs);
+    layout->addWidget(m_editorHost, 1);
+    layout->addLayout(small);
+    layout->addWidget(m_start);
+    return pane;
+}
+
+void HomeScreen::addBatchControl(QWidget* control) {
+    m_batchControls.append(control);
+    control->setEnabled(m_app.workingSet().markedCount() > 0);
+}
+
+void HomeScreen::viewWillAppear() {
+    WorkingSet& set = m_app.workingSet();
+    if (set.isScanning())
+        return;
+    if (set.isFirstAdding) {
+        set.isFirstAdding = false;
+        clearPreview();
+        clickedSegmentCollectionnTableView(segmentIndex());
+    }
+    if (set.retrieveOnAppear)
+        m_app.scans().firstRetriving();
+}
+
+void HomeScreen::clickedAddMore() {
+    if (m_app.workingSet().isScanning())
+        return;
+    const QStringList chosen =
+        m_app.prompt().openPanel(addPhotosPanelRequest(PanelScreen::HomeScreen));
+    if (chosen.isEmpty())
+        return;
+    m_app.scans().addFromPanel(PanelScreen::HomeScreen, chosen);
+}
+
+void HomeScreen::clickedRemove() {
+    m_app.scans().clickedRemove();
+}
+
+void HomeScreen::clickedStopScanning() {
+    m_app.scans().clickedStopScanning();
+}
+
+void HomeScreen::clickedCheckBox(int row, bool on) {
+    applyOutcome(m_app.scans().selection().checkBoxClicked(row, on));
+}
+
+void HomeScreen::clickedSelectUnselectAll(bool on) {
+    applyOutcome(m_app.scans().selection().setAllMarked(on));
+}
+
+void HomeScreen::markUnmarkAll() {
+    // The menu entry flips the box, then acts as the box does.
+    clickedSelectUnselectAll(!m_selectAll->isChecked());
+}
+
+int HomeScreen::segmentIndex() const {
+    return m_segment->checkedId() == 1 ? 1 : 0;
+}
+
+void HomeScreen::clickedSegmentCollectionnTableView(int index) {
+    m_segment->button(index == 1 ? 1 : 0)->setChecked(true);
+    m_views->setCurrentIndex(index == 1 ? 1 : 0);
+    if (index == 1)
+        m_table->reset();
+    updateTotal();
+    clearViewSelection();
+}
+
+void HomeScreen::applyProgress(const ScanProgressView& view) {
+    m_progress->apply(view);
+    m_cover->setVisible(view.boxLoaderVisible);
+    if (view.boxLoaderVisible)
+        m_cover->raise();
+    m_addMore->setEnabled(view.addMoreEnabled);
+}
+
+void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
+    if (outcome.ignored)
+        return;
+    setBatchControlsEnabled(outcome.buttons.batchControlsEnabled);
+    clearViewSelection();
+    if (outcome.buttons.clearEditorAndPreview && !outcome.buttons.batchControlsEnabled)
+        clearPreview();
+    if (outcome.showRecord)
+        showPreview(*outcome.showRecord);
+    else if (outcome.geocodeDefaultAndClearPreview)
+        clearPreview();
+    if (outcome.metadataInfo) {
+        const MetadataInfo& info = *outcome.metadataInfo;
+        emit m_app.events().UpdateMetadataInfoOTM(info.indexes, info.isMultipleSelected,
+                                                  info.index);
+    }
+    m_selectAll->setChecked(outcome.selectAllOn);
+    updateMarkedSummary();
+    m_grid->viewport()->update();
+    m_table->viewport()->update();
+}
+
+void HomeScreen::setBatchControlsEnabled(bool on) {
+    for (const QPointer<QWidget>& control : m_batchControls) {
+        if (control)
+            control->setEnabled(on);
+    }
+}
+
+void HomeScreen::updateTotal() {
+    const int count = m_app.workingSet().count();
+    m_total->setText(count == 1 ? QStringLiteral("1 Photo")
+                                : QStringLiteral("%1 Photos").arg(count));
+    updateMarkedSummary();
+}
+
+void HomeScreen::updateMarkedSummary() {
+    const int marked = m_app.workingSet().markedCount();
+    const int count = m_app.workingSet().count();
+    if (marked == 0)
+        m_markedSummary->setText(QStringLiteral("No photo is marked.\nMark photos in the list to "
+                                                "edit their metadata."));
+    else
+        m_markedSummary->setText(
+            QStringLiteral("%1 of %2 photos marked for editing.").arg(marked).arg(count));
+}
+
+void HomeScreen::reloadViews() {
+    updateTotal();
+    m_grid->viewport()->update();
+    m_table->viewport()->update();
+    if (m_app.workingSet().isEmpty())
+        clearPreview();
+}
+
+void HomeScreen::clearViewSelection() {
+    m_grid->clearSelection();
+    m_table->clearSelection();
+}
+
+void HomeScreen::showPreview(int row) {
+    const auto& images = m_app.workingSet().workingImages();
+    if (row < 0 || row >= images.size())
+        return;
+    m_previewPath = images[row].path();
+    m_imageName->setText(m_previewPath);
+    refreshPreviewPicture();
+}
+
+void HomeScreen::refreshPreviewPicture() {
+    if (m_previewPath.isEmpty()) {
+        clearPreview();
+        return;
+    }
+    const QImage image = m_app.thumbnails().thumbnail(m_previewPath, kPreviewSide);
+    if (image.isNull())
+        m_preview->setText(QFileInfo(m_previewPath).suffix().toUpper());
+    else
+        m_preview->setPixmap(QPixmap::fromImage(image));
+}
+
+void HomeScreen::clearPreview() {
+    m_previewPath.clear();
+    m_preview->clear();
+    m_preview->setText(QStringLiteral("No photo selected"));
+    m_imageName->clear();
+}
+
+QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
+    auto* menu = new QMenu(parent);
+    menu->addAction(QStringLiteral("Add More Images"), this, &HomeScreen::clickedAddMore);
+    menu->addSeparator();
+    QAction* removeSelected = menu->addAction(QStringLiteral("Remove All Selected"));
+    removeSelected->setData(100);
+    if (m_remove->isEnabled())
+        connect(removeSelected, &QAction::triggered, this,
+                [this] { m_app.scans().removeSelected(); });
+    else
+        removeSelected->setEnabled(false);
+    menu->addAction(QStringLiteral("Remove All"), this, [this] { m_app.scans().removeAll(); });
+    menu->addSeparator();
+    menu->addAction(QStringLiteral("Mark/Unmark All"), this, &HomeScreen::markUnmarkAll);
+    const auto& images = m_app.workingSet().workingImages();
+    if (row >= 0 && row < images.size()) {
+        const QString path = images[row].path();
+        menu->addSeparator();
+        menu->addAction(QStringLiteral("Open in Preview"), this,
+                        [path] { QDesktopServices::openUrl(QUrl::fromLocalFile(path)); });
+        menu->addAction(QStringLiteral("Show in Finder"), this, [path] {
+            QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+        });
+    }
+    return menu;
+}
+
+void HomeScreen::showContextMenu(QAbstractItemView* view, const QPoint& pos) {
+    if (m_app.workingSet().isScanning())
+        return;
+    const QModelIndex index = view->indexAt(pos);
+    QMenu* menu = buildContextMenu(index.isValid() ? index.row() : -1, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(view->viewport()->mapToGlobal(pos));
+}
+
+} // namespace tagmoor

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class QAbstractButton;
+class QAbstractItemView;
+class QButtonGroup;
+class QCheckBox;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QStackedWidget;
+class QToolButton;
+
+namespace tagmoor {
+
+class AppDelegate;
+class DimmingCover;
+class PhotoGridView;
+class PhotoTableView;
+class ScanProgressBox;
+struct ScanProgressView;
+struct SelectionOutcome;
+
+// The home screen: the working list as a thumbnail grid or a table over one model, the marks,
+// the list's buttons, the preview pane, and the progress box of a running scan. It shows the
+// state of the core objects and hands every action to them.
+class HomeScreen : public QWidget {
+    Q_OBJECT
+public:
+    explicit HomeScreen(AppDelegate& app, QWidget* parent = nullptr);
+
+    // Called by the root each time the screen comes up: starts the scan that waits for it.
+    void viewWillAppear();
+
+    void clickedAddMore();
+    void clickedRemove();
+    void clickedStopScanning();
+    void clickedCheckBox(int row, bool on);
+    void clickedSelectUnselectAll(bool on);
+    void markUnmarkAll();
+    // 0 grid, 1 table.
+    void clickedSegmentCollectionnTableView(int index);
+
+    int segmentIndex() const;
+    PhotoGridView* collectionView() const { return m_grid; }
+    PhotoTableView* tableView() const { return m_table; }
+    ScanProgressBox* boxLoader() const { return m_progress; }
+    DimmingCover* loaderCover() const { return m_cover; }
+    QCheckBox* btnSelectUnselectAllInInTabColl() const { return m_selectAll; }
+    QLabel* lblTotalPhotos() const { return m_total; }
+    QLabel* lblImageName() const { return m_imageName; }
+    QPushButton* btnAddMore() const { return m_addMore; }
+    QPushButton* btnRemove() const { return m_remove; }
+    QPushButton* btnStartProcess() const { return m_start; }
+    // Controls that are on only while at least one photo is marked.
+    const QList<QPointer<QWidget>>& batchControls() const { return m_batchControls; }
+    void addBatchControl(QWidget* control);
+    // Where the metadata editor goes.
+    QWidget* editorHost() const { return m_editorHost; }
+
+    // Builds the context menu for a row of the list (-1: outside any row).
+    QMenu* buildContextMenu(int row, QWidget* parent);
+
+private:
+    QWidget* makeTopBar();
+    QWidget* makeSidePane();
+    void applyProgress(const ScanProgressView& view);
+    void applyOutcome(const SelectionOutcome& outcome);
+    void setBatchControlsEnabled(bool on);
+    void updateTotal();
+    void updateMarkedSummary();
+    void reloadViews();
+    void clearViewSelection();
+    void showPreview(int row);
+    void refreshPreviewPicture();
+    void clearPreview();
+    void showContextMenu(QAbstractItemView* view, const QPoint& pos);
+
+    AppDelegate& m_app;
+    QButtonGroup* m_segment;
+    QToolButton* m_gridButton;
+    QToolButton* m_tableButton;
+    QCheckBox* m_selectAll;
+    QLabel* m_total;
+    QPushButton* m_addMore;
+    QPushButton* m_remove;
+    QStackedWidget* m_views;
+    PhotoGridView* m_grid;
+    PhotoTableView* m_table;
+    QLabel* m_preview;
+    QLabel* m_imageName;
+    QString m_previewPath;
+    QWidget* m_editorHost;
+    QLabel* m_markedSummary;
+    QPushButton* m_start;
+    QList<QPointer<QWidget>> m_batchControls;
+    DimmingCover* m_cover;
+    ScanProgressBox* m_progress;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,43 @@
+#include "metadata/PreviewExtractor.h"
+
+#include <QFile>
+#include <QLoggingCategory>
+
+#include <exiv2/exiv2.hpp>
+
+#include <algorithm>
+
+Q_DECLARE_LOGGING_CATEGORY(lcMetadataPreview)
+Q_LOGGING_CATEGORY(lcMetadataPreview, "tagmoor.metadata.preview")
+
+namespace tagmoor {
+
+QByteArray PreviewExtractor::embeddedPreview(const QString& path, int minSide) {
+    try {
+        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        if (!image.get())
+            return {};
+        image->readMetadata();
+        Exiv2::PreviewManager manager(*image);
+        const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
+        if (list.empty())
+            return {};
+        // The list comes sorted by pixel count, smallest first.
+        auto chosen = std::find_if(list.begin(), list.end(), [minSide](const auto& p) {
+            return int(std::max(p.width_, p.height_)) >= minSide;
+        });
+        if (chosen == list.end())
+            chosen = std::prev(list.end());
+        const Exiv2::PreviewImage preview = manager.getPreviewImage(*chosen);
+        return QByteArray(reinterpret_cast<const char*>(preview.pData()), int(preview.size()));
+    } catch (const Exiv2::AnyError& e) {
+        qCDebug(lcMetadataPreview) << "no preview in" << path << e.what();
+    } catch (const std::exception& e) {
+        qCDebug(lcMetadataPreview) << "no preview in" << path << e.what();
+    } catch (...) {
+        qCDebug(lcMetadataPreview) << "no preview in" << path << "(unknown error)";
+    }
+    return {};
+}
+
+} // namespace tagmoor

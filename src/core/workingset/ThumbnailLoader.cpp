@@ -1,0 +1,105 @@
+#include "workingset/ThumbnailLoader.h"
+
+#include "metadata/PreviewExtractor.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QSet>
+
+#include <libraw/libraw.h>
+
+#include <memory>
+
+namespace tagmoor {
+
+bool ThumbnailLoader::isRawExtension(const QString& suffix) {
+    static const QSet<QString> raw{"mos", "cr2", "fff", "dng", "nef", "nrw", "pef", "sr2", "srf",
+                                   "3fr", "arw", "crw", "dcr", "erf", "gpr", "iiq", "kdc", "mdc",
+                                   "mef", "mrw", "orf", "raf", "raw", "rwl", "srw", "x3f"};
+    return raw.contains(suffix);
+}
+
+ThumbnailResult ThumbnailLoader::load(const ThumbnailRequest& request) {
+    ThumbnailResult result;
+    result.path = request.path;
+    result.maxSide = request.maxSide;
+    const QFileInfo info(request.path);
+    if (!info.isFile())
+        return result;
+    result.fileSize = info.size();
+    result.modified = info.lastModified();
+
+    const int side = std::max(1, request.maxSide);
+    QImage image;
+    if (isRawExtension(info.suffix().toLower()))
+        image = fromRaw(request.path, result.originalSize);
+    if (image.isNull())
+        image = fromReader(request.path, side, result.originalSize);
+    if (image.isNull())
+        image = fromPreview(request.path, side);
+    if (!image.isNull()) {
+        if (!result.originalSize.isValid())
+            result.originalSize = image.size();
+        result.image = scaled(image, side);
+    }
+    return result;
+}
+
+QImage ThumbnailLoader::fromReader(const QString& path, int maxSide, QSize& originalSize) {
+    QImageReader reader(path);
+    reader.setAutoTransform(true);
+    if (!reader.canRead())
+        return {};
+    const QSize size = reader.size();
+    if (size.isValid()) {
+        originalSize = size;
+        // Scaled decoding lets the JPEG reader skip most of the picture data.
+        if (std::max(size.width(), size.height()) > maxSide)
+            reader.setScaledSize(size.scaled(maxSide, maxSide, Qt::KeepAspectRatio));
+    }
+    QImage image = reader.read();
+    return image;
+}
+
+QImage ThumbnailLoader::fromRaw(const QString& path, QSize& originalSize) {
+    auto raw = std::make_unique<LibRaw>();
+    if (raw->open_file(QFile::encodeName(path).constData()) != LIBRAW_SUCCESS)
+        return {};
+    const auto& sizes = raw->imgdata.sizes;
+    if (sizes.width > 0 && sizes.height > 0) {
+        const bool turned = sizes.flip == 5 || sizes.flip == 6;
+        originalSize = turned ? QSize(sizes.height, sizes.width) : QSize(sizes.width, sizes.height);
+    }
+    if (raw->unpack_thumb() != LIBRAW_SUCCESS)
+        return {};
+    int error = 0;
+    libraw_processed_image_t* thumb = raw->dcraw_make_mem_thumb(&error);
+    if (!thumb)
+        return {};
+    QImage image;
+    if (thumb->type == LIBRAW_IMAGE_JPEG) {
+        image = QImage::fromData(thumb->data, int(thumb->data_size), "JPEG");
+    } else if (thumb->type == LIBRAW_IMAGE_BITMAP && thumb->colors == 3 && thumb->bits == 8) {
+        image = QImage(thumb->data, thumb->width, thumb->height, thumb->width * 3,
+                       QImage::Format_RGB888)
+                    .copy();
+    }
+    LibRaw::dcraw_clear_mem(thumb);
+    return image;
+}
+
+QImage ThumbnailLoader::fromPreview(const QString& path, int maxSide) {
+    const QByteArray bytes = PreviewExtractor::embeddedPreview(path, maxSide);
+    if (bytes.isEmpty())
+        return {};
+    return QImage::fromData(bytes);
+}
+
+QImage ThumbnailLoader::scaled(const QImage& image, int maxSide) {
+    if (std::max(image.width(), image.height()) <= maxSide)
+        return image;
+    return image.scaled(maxSide, maxSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+} // namespace tagmoor

@@ -1,0 +1,94 @@
+#pragma once
+// Helpers shared by the screen tests: a whole application over temporary settings, answered
+// by a ScriptedPrompt, and scratch folders of sample photos.
+
+#include "metadata/MetadataLibrary.h"
+#include "metadata/PropertyLoading.h"
+#include "shell/AppDelegate.h"
+#include "shell/MainWindow.h"
+#include "shell/ScriptedPrompt.h"
+#include "shell/Settings.h"
+#include "workingset/WorkingSet.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace tagmoor::test {
+
+inline QString formatsDir() {
+    return QStringLiteral(TAGMOOR_SAMPLES "/formats");
+}
+
+// Copies every sample photo into `dir`; the paths of the copies.
+inline QStringList copySamples(const QString& dir) {
+    QDir().mkpath(dir);
+    QStringList copies;
+    for (const QFileInfo& fi : QDir(formatsDir()).entryInfoList(QDir::Files, QDir::Name)) {
+        const QString target = dir + QLatin1Char('/') + fi.fileName();
+        if (QFile::copy(fi.absoluteFilePath(), target)) {
+            QFile(target).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+            copies.append(target);
+        }
+    }
+    return copies;
+}
+
+// How many of the files give a record: what a scan of them must add.
+inline int readableCount(const QStringList& paths) {
+    int n = 0;
+    for (const QString& path : paths)
+        n += loadImageProperties(QUrl::fromLocalFile(path)).has_value() ? 1 : 0;
+    return n;
+}
+
+inline void writeText(const QString& path, const QByteArray& bytes) {
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+
+// One application with its own settings file and autostart folder, its main window up.
+struct TestApp {
+    QTemporaryDir home;
+    ScriptedPrompt prompt;
+    std::unique_ptr<AppDelegate> app;
+
+    explicit TestApp(bool welcomeSeen = true) {
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(QStringLiteral("config"))));
+        AppDelegate::Options options;
+        options.settingsFile = home.filePath(QStringLiteral("settings.ini"));
+        options.loginExecutable = QStringLiteral("/usr/bin/tagmoor");
+        app = std::make_unique<AppDelegate>(prompt, options);
+        if (welcomeSeen)
+            app->settings().setStartup(true);
+        app->start();
+        QCoreApplication::processEvents();
+    }
+    MainWindow& window() { return *app->mainWindow(); }
+    WorkingSet& set() { return app->workingSet(); }
+    QString dir(const QString& name) {
+        const QString path = home.filePath(name);
+        QDir().mkpath(path);
+        return path;
+    }
+    bool scanIdle() { return !set().isScanning(); }
+};
+
+} // namespace tagmoor::test
+
+// Each screen test binary starts the metadata library once, before any thread.
+#define TAGMOOR_APP_TEST_MAIN(TestClass)                                                           \
+    int main(int argc, char** argv) {                                                              \
+        qputenv("QT_QPA_PLATFORM", "offscreen");                                                   \
+        tagmoor::initializeMetadataLibrary();                                                      \
+        QApplication app(argc, argv);                                                              \
+        QStandardPaths::setTestModeEnabled(true);                                                  \
+        TestClass test;                                                                            \
+        return QTest::qExec(&test, argc, argv);                                                    \
+    }

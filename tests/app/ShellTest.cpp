@@ -1,0 +1,279 @@
+// The welcome window, the preferences, the dialogs of the application prompt, the open
+// panel's enable filter, and the thumbnail cache and provider.
+
+#include "AppTestSupport.h"
+
+#include "shell/DialogPrompt.h"
+#include "shell/DimmingCover.h"
+#include "shell/FilePanel.h"
+#include "shell/LoginItem.h"
+#include "shell/PanelEnableFilter.h"
+#include "shell/PreferencesWindow.h"
+#include "shell/WelcomeWindow.h"
+#include "workingset/ThumbnailCache.h"
+#include "workingset/ThumbnailProvider.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTimer>
+
+using namespace tagmoor;
+using namespace tagmoor::test;
+
+class ShellTest : public QObject {
+    Q_OBJECT
+private slots:
+    void welcomeWindowComesFirstAndStoresTheChoice();
+    void preferencesStoreEachBoxAsItChanges();
+    void messageBoxesKeepTheButtonOrderAndReportTheAnswer();
+    void panelEnablesFoldersAndListedTypesOnly();
+    void panelTakesFilesAndFoldersTogetherOverACover();
+    void cacheStaysWithinItsBytesAndDropsChangedFiles();
+    void providerDecodesOnRequestAndDropsWorkWhenScrolling();
+};
+
+void ShellTest::welcomeWindowComesFirstAndStoresTheChoice() {
+    TestApp t(false);
+    WelcomeWindow* welcome = t.app->welcomeWindow();
+    QVERIFY(welcome);
+    QVERIFY(welcome->isVisible());
+    QVERIFY(!t.window().isVisible());
+
+    // Files handed over while the welcome window is up are dropped without a word.
+    t.app->openFiles({formatsDir() + QStringLiteral("/Reagan.jpg")});
+    QTest::qWait(50);
+    QVERIFY(t.set().pendingOpenURLs.isEmpty());
+
+    welcome->launchAtLoginBox()->setChecked(true);
+    QTest::mouseClick(welcome->startButton(), Qt::LeftButton);
+    QTRY_VERIFY(t.window().isVisible());
+    QCOMPARE(t.app->settings().startup(), std::optional<bool>(true));
+    QCOMPARE(t.app->settings().loginStartStatus(), std::optional<bool>(true));
+    QVERIFY(QFileInfo::exists(LoginItem::entryPath()));
+    QVERIFY(LoginItem::entryPath().startsWith(t.home.path()));
+}
+
+void ShellTest::preferencesStoreEachBoxAsItChanges() {
+    TestApp t;
+    t.app->settings().setLoginStartStatus(true);
+    t.app->showPreferences();
+    PreferencesWindow* prefs = t.app->preferencesWindow();
+    QVERIFY(prefs && prefs->isVisible());
+    QCOMPARE(prefs->tabs()->count(), 1);
+    QCOMPARE(prefs->tabs()->tabText(0), QStringLiteral("General"));
+    QCOMPARE(prefs->comboBoxLanguage()->count(), 1);
+    QCOMPARE(prefs->comboBoxLanguage()->currentText(), QStringLiteral("English"));
+    // Opening the window applies the stored login choice to the autostart entry.
+    QVERIFY(prefs->btnLaunchAutomatically()->isChecked());
+    QVERIFY(QFileInfo::exists(LoginItem::entryPath()));
+
+    QTest::mouseClick(prefs->btnLaunchAutomatically(), Qt::LeftButton);
+    QCOMPARE(t.app->settings().loginStartStatus(), std::optional<bool>(false));
+    QVERIFY(!QFileInfo::exists(LoginItem::entryPath()));
+    prefs->clickedAutomatically(false); // twice off: nothing to remove, nothing raised
+    QVERIFY(!QFileInfo::exists(LoginItem::entryPath()));
+
+    QTest::mouseClick(prefs->btnOverwriteIfAFileWithASameName(), Qt::LeftButton);
+    QCOMPARE(t.app->settings().isOverwriteIfAFileWithASameName(), std::optional<bool>(true));
+    QVERIFY(t.app->launchState().isOverwriteIfAFileWithASameName);
+
+    const bool presetBefore = prefs->btnShowPresetSavingSettingInHome()->isChecked();
+    QTest::mouseClick(prefs->btnShowPresetSavingSettingInHome(), Qt::LeftButton);
+    QCOMPARE(t.app->settings().isPresetSavingSettingInHome(), std::optional<bool>(!presetBefore));
+
+    // The update box changes nothing that is stored.
+    const auto updateBefore = t.app->settings().autoCheckForUpdate();
+    QTest::mouseClick(prefs->btnAutoUpdate(), Qt::LeftButton);
+    QCOMPARE(t.app->settings().autoCheckForUpdate(), updateBefore);
+}
+
+void ShellTest::messageBoxesKeepTheButtonOrderAndReportTheAnswer() {
+    QWidget window;
+    window.resize(400, 300);
+    window.show();
+    DialogPrompt prompt(&window);
+
+    QStringList order;
+    QString seenTitle;
+    auto answerWith = [&](const QString& button) {
+        QTimer::singleShot(0, [&, button] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QVERIFY(box);
+            seenTitle = box->windowTitle();
+            QList<QAbstractButton*> buttons = box->buttons();
+            std::sort(buttons.begin(), buttons.end(), [](auto* a, auto* b) {
+                return a->mapToGlobal(QPoint()).x() < b->mapToGlobal(QPoint()).x();
+            });
+            order.clear();
+            for (auto* b : buttons)
+                order.append(b->text());
+            for (auto* b : buttons) {
+                if (b->text() == button)
+                    b->click();
+            }
+        });
+    };
+
+    answerWith(QStringLiteral("NO"));
+    QVERIFY(!prompt.askYesNo(QStringLiteral("Remove all images?"),
+                             QStringLiteral("Are you sure you want to remove all images?")));
+    QCOMPARE(order, (QStringList{QStringLiteral("YES"), QStringLiteral("NO")}));
+    QCOMPARE(seenTitle, QStringLiteral("Remove all images?"));
+
+    answerWith(QStringLiteral("YES"));
+    QCOMPARE(prompt.ask(Alert::yesNo(QStringLiteral("Stop adding images?"), QStringLiteral("?"))),
+             0);
+
+    answerWith(QStringLiteral("OK"));
+    QCOMPARE(
+        prompt.ask(Alert::ok(QStringLiteral("Some images cannot be added"),
+                             QStringLiteral("The selected images are already added to the list"))),
+        0);
+    QCOMPARE(order, QStringList{QStringLiteral("OK")});
+}
+
+void ShellTest::panelEnablesFoldersAndListedTypesOnly() {
+    QTemporaryDir dir;
+    const QString folder = dir.filePath(QStringLiteral("album.photoslibrary"));
+    QDir().mkpath(folder);
+    writeText(dir.filePath(QStringLiteral("a.JPG")), "x");
+    writeText(dir.filePath(QStringLiteral("b.txt")), "x");
+    writeText(dir.filePath(QStringLiteral("c.cr2")), "x");
+    const QStringList images{QStringLiteral("jpg"), QStringLiteral("cr2")};
+
+    auto enabled = [&](const QString& name, const QStringList& exts, bool files) {
+        return PanelEnableFilter::shouldEnable(QFileInfo(dir.filePath(name)), exts, files);
+    };
+    QVERIFY(enabled(QStringLiteral("a.JPG"), images, true)); // extension compared lower-cased
+    QVERIFY(enabled(QStringLiteral("c.cr2"), images, true));
+    QVERIFY(!enabled(QStringLiteral("b.txt"), images, true));
+    QVERIFY(enabled(QStringLiteral("album.photoslibrary"), images, true));
+    QVERIFY(enabled(QStringLiteral("b.txt"), {}, true));
+    // A folder chooser greys every file and keeps every folder.
+    QVERIFY(!enabled(QStringLiteral("a.JPG"), images, false));
+    QVERIFY(enabled(QStringLiteral("album.photoslibrary"), {}, false));
+}
+
+void ShellTest::panelTakesFilesAndFoldersTogetherOverACover() {
+    QTemporaryDir dir;
+    QDir().mkpath(dir.filePath(QStringLiteral("Holidays")));
+    writeText(dir.filePath(QStringLiteral("a.jpg")), "x");
+
+    QMainWindow window;
+    window.setCentralWidget(new QWidget);
+    window.resize(600, 400);
+    window.show();
+    DialogPrompt prompt(&window);
+    OpenPanelRequest request;
+    request.prompt = QStringLiteral("Add Photos");
+    request.allowedExtensions = {QStringLiteral("jpg")};
+    request.directory = dir.path();
+
+    bool coverShown = false;
+    QString acceptText;
+    auto choose = [&](const QString& typed) {
+        QTimer::singleShot(0, [&, typed] {
+            auto* panel = qobject_cast<FilePanel*>(QApplication::activeModalWidget());
+            QVERIFY(panel);
+            const auto covers = window.findChildren<DimmingCover*>();
+            coverShown = covers.size() == 1 && covers[0]->isVisible();
+            acceptText = panel->labelText(QFileDialog::Accept);
+            if (typed.isEmpty()) {
+                panel->reject();
+                return;
+            }
+            panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(typed);
+            panel->accept();
+        });
+    };
+
+    choose(QStringLiteral("\"Holidays\" \"a.jpg\""));
+    QStringList chosen = prompt.openPanel(request);
+    std::sort(chosen.begin(), chosen.end());
+    QCOMPARE(chosen, (QStringList{dir.filePath(QStringLiteral("Holidays")),
+                                  dir.filePath(QStringLiteral("a.jpg"))}));
+    QVERIFY(coverShown);
+    QCOMPARE(acceptText, QStringLiteral("Add Photos"));
+    QVERIFY(window.findChildren<DimmingCover*>().isEmpty());
+
+    choose(QString());
+    QVERIFY(prompt.openPanel(request).isEmpty());
+    QVERIFY(window.findChildren<DimmingCover*>().isEmpty());
+}
+
+void ShellTest::cacheStaysWithinItsBytesAndDropsChangedFiles() {
+    ThumbnailCache cache(1024 * 1024);
+    const QDateTime when = QDateTime::currentDateTimeUtc();
+    QImage tile(120, 120, QImage::Format_ARGB32); // 57,600 bytes
+    tile.fill(Qt::red);
+    for (int i = 0; i < 60; ++i)
+        cache.insert(QStringLiteral("/p/%1.jpg").arg(i), 120, {tile, {800, 800}, 100, when});
+    QVERIFY(cache.usedBytes() <= cache.maxBytes());
+    QVERIFY(!cache.find(QStringLiteral("/p/0.jpg"), 120)); // the oldest went first
+    QVERIFY(cache.find(QStringLiteral("/p/59.jpg"), 120));
+    QVERIFY(!cache.find(QStringLiteral("/p/59.jpg"), 30)); // sizes are kept apart
+
+    cache.insert(QStringLiteral("/p/59.jpg"), 30, {tile.scaled(30, 30), {800, 800}, 100, when});
+    QVERIFY(!cache.dropIfChanged(QStringLiteral("/p/59.jpg"), 100, when));
+    QVERIFY(cache.find(QStringLiteral("/p/59.jpg"), 120));
+    QVERIFY(cache.dropIfChanged(QStringLiteral("/p/59.jpg"), 101, when));
+    QVERIFY(!cache.find(QStringLiteral("/p/59.jpg"), 120));
+    QVERIFY(!cache.find(QStringLiteral("/p/59.jpg"), 30));
+    QVERIFY(cache.find(QStringLiteral("/p/58.jpg"), 120));
+}
+
+void ShellTest::providerDecodesOnRequestAndDropsWorkWhenScrolling() {
+    QTemporaryDir dir;
+    QStringList paths;
+    for (int i = 0; i < 12; ++i) {
+        const QString path = dir.filePath(QStringLiteral("p%1.png").arg(i));
+        QImage image(400, 300, QImage::Format_RGB32);
+        image.fill(QColor::fromHsv(i * 30, 200, 200));
+        QVERIFY(image.save(path));
+        paths.append(path);
+    }
+    ThumbnailProvider provider;
+    QSignalSpy ready(&provider, &ThumbnailProvider::thumbnailReady);
+
+    QVERIFY(provider.thumbnail(paths[0], 120).isNull()); // a miss is queued
+    QTRY_VERIFY(!provider.thumbnail(paths[0], 120).isNull());
+    QCOMPARE(provider.thumbnail(paths[0], 120).size(), QSize(120, 90));
+    QCOMPARE(provider.originalSize(paths[0]), QSize(400, 300));
+
+    // While scrolling, requests wait for the pause and earlier ones are dropped.
+    provider.viewScrolled();
+    for (int i = 1; i < 12; ++i)
+        provider.thumbnail(paths[i], 120);
+    provider.viewScrolled();
+    QCOMPARE(provider.pendingCount(), 0);
+    provider.thumbnail(paths[11], 120);
+    QCOMPARE(provider.runningCount(), 0);
+    QTRY_VERIFY(!provider.thumbnail(paths[11], 120).isNull());
+    QCOMPARE(provider.runningCount(), 0);
+    for (int i = 1; i < 11; ++i)
+        QVERIFY(!provider.cache().find(paths[i], 120));
+
+    // A file changed on disk is decoded again.
+    QImage changed(200, 200, QImage::Format_RGB32);
+    changed.fill(Qt::black);
+    QVERIFY(changed.save(paths[0]));
+    {
+        QFile file(paths[0]);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-3600),
+                                 QFileDevice::FileModificationTime));
+    }
+    provider.revalidate();
+    QTRY_VERIFY(!provider.cache().find(paths[0], 120));
+    QTRY_COMPARE(provider.thumbnail(paths[0], 120).size(), QSize(120, 120));
+}
+
+TAGMOOR_APP_TEST_MAIN(ShellTest)
+#include "ShellTest.moc"
