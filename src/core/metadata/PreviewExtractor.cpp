@@ -1,5 +1,7 @@
 #include "metadata/PreviewExtractor.h"
 
+#include "metadata/MetadataLibrary.h"
+
 #include <QFile>
 #include <QLoggingCategory>
 
@@ -17,7 +19,10 @@ QByteArray PreviewExtractor::embeddedPreview(const QString& path, int minSide) {
         auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
         if (!image.get())
             return {};
-        image->readMetadata();
+        {
+            const auto xmpLock = lockXmpToolkit();
+            image->readMetadata();
+        }
         Exiv2::PreviewManager manager(*image);
         const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
         if (list.empty())

@@ -1,5 +1,6 @@
 #include "metadata/SafeMetadataEdit.h"
 
+#include "metadata/MetadataLibrary.h"
 #include "metadata/SafeFileReplace.h"
 
 #include <QFile>
@@ -30,9 +31,13 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
     auto image = Exiv2::ImageFactory::open(
         reinterpret_cast<const Exiv2::byte*>(original.constData()), long(original.size()));
     Q_ASSERT(image.get() != nullptr);
-    image->readMetadata();
-    edit(*image);
-    image->writeMetadata();
+    {
+        // Parsing and serialising XMP share one toolkit that is not safe across threads.
+        const auto xmpLock = lockXmpToolkit();
+        image->readMetadata();
+        edit(*image);
+        image->writeMetadata();
+    }
 
     // The image now lives in memory; its io holds the complete new file.
     Exiv2::BasicIo& io = image->io();
@@ -44,6 +49,7 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
         reinterpret_cast<const char*>(bytes), std::size_t(size), [](const QString& temporaryPath) {
             auto check =
                 Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
+            const auto xmpLock = lockXmpToolkit();
             check->readMetadata();
             return true;
         });
