@@ -1,4 +1,22 @@
 #!/usr/bin/env bash
-# Runs the benchmarks against a generated corpus. Called by scripts/run-bench.sh.
+# Runs one benchmark or all of them. Each builds what it needs in Release (build-release/)
+# and generates its corpus once under bench/corpus-*.
+#   bench/run.sh [load|write|batch|scan|grid|rules|all] [COUNT]
 set -euo pipefail
-echo "no benchmarks yet"
+cd "$(dirname "$0")/.."
+what=${1:-all}
+count=${2:-}
+run() {
+  echo "== $1"
+  bash "bench/$1.sh" ${count:+"$count"}
+}
+case "$what" in
+  load | write | batch | scan | grid) run "$what" ;;
+  rules) bash bench/rules_bench.sh ;;
+  all)
+    for b in load write batch scan; do run "$b"; done
+    bash bench/rules_bench.sh
+    bash bench/grid.sh
+    ;;
+  *) echo "usage: bench/run.sh [load|write|batch|scan|grid|rules|all] [COUNT]" >&2; exit 2 ;;
+esac

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs the benchmarks on a generated corpus.
-# Usage: scripts/run-bench.sh [load|write|batch|scan|all] [photo count]
+# Installs what is missing and runs the benchmarks (see bench/run.sh).
+# Usage: scripts/run-bench.sh [load|write|batch|scan|grid|rules|all] [COUNT]
 set -euo pipefail
 cd "$(dirname "$0")/.."
-BUILD_TYPE=Release BUILD_DIR=build-release bash scripts/build.sh
-exec bash bench/run.sh "${1:-all}" "${2:-1000}"
+bash scripts/install-deps.sh
+exec bash bench/run.sh "$@"
