@@ -1,0 +1,135 @@
+#include "batch/PhotoPipeline.h"
+
+#include "batch/BatchLog.h"
+#include "batch/BatchSummary.h"
+#include "batch/FileCopier.h"
+#include "metadata/MergeForWriting.h"
+#include "metadata/MetadataTest.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace tagmoor {
+
+namespace {
+
+QString lastComponent(const QString& path) {
+    const int slash = int(path.lastIndexOf(QLatin1Char('/')));
+    return slash < 0 ? path : path.mid(slash + 1);
+}
+
+QString folderOf(const QString& path) {
+    const int slash = int(path.lastIndexOf(QLatin1Char('/')));
+    return slash < 0 ? QString() : path.left(slash);
+}
+
+bool existsAt(const QString& path) { return QFileInfo::exists(path); }
+
+} // namespace
+
+PhotoPipeline::PhotoPipeline(RunValues values)
+    : m_values(std::move(values)), m_plainEdits(plainFieldEdits(m_values)) {}
+
+QString PhotoPipeline::baseNameOf(const QString& fileName) {
+    const int dot = int(fileName.lastIndexOf(QLatin1Char('.')));
+    return dot > 0 ? fileName.left(dot) : fileName;
+}
+
+QString PhotoPipeline::extensionOf(const QString& fileName) {
+    const int dot = int(fileName.lastIndexOf(QLatin1Char('.')));
+    return dot > 0 ? fileName.mid(dot + 1) : QString();
+}
+
+QString PhotoPipeline::renamedBase(const QString& base, long long) const { return base; }
+
+PhotoPlan PhotoPipeline::plan(const CGImageProperties& record, int processed, int total,
+                              long long firstNumber) const {
+    PhotoPlan p;
+    p.processed = processed;
+    p.total = total;
+    if (!record.url)
+        return p;
+    p.hasUrl = true;
+    p.sourcePath = record.path();
+
+    QString target = p.sourcePath;
+    if (m_values.isDestinationPathAsSource) {
+        p.outputDirectoryValue = BatchSummary::destinationAsSameAsSource;
+    } else if (m_values.destinationFolder && !m_values.destinationFolder->isEmpty()) {
+        const QString folder = *m_values.destinationFolder;
+        const QString name = record.photoLibraryProperties
+                                 ? record.photoLibraryProperties->OriginalFileName
+                                 : lastComponent(p.sourcePath);
+        target = folder + QLatin1Char('/') + name;
+        p.outputDirectoryValue = folder;
+    }
+
+    // The "." is always written: a file without an extension gets a name ending in a point.
+    const QString name = lastComponent(target);
+    p.finalPath = folderOf(target) + QLatin1Char('/') + renamedBase(baseNameOf(name), firstNumber) +
+                  QLatin1Char('.') + extensionOf(name);
+    return p;
+}
+
+PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const QSet<QString>& claimed) const {
+    if (!plan.hasUrl)
+        return PhotoOutcome::SkippedNoUrl;
+    const bool inPlace =
+        m_values.isDestinationPathAsSource && plan.finalPath == plan.sourcePath;
+    if (!inPlace && !m_values.overwriteExisting &&
+        (existsAt(plan.finalPath) || claimed.contains(plan.finalPath)))
+        return PhotoOutcome::SkippedCollision;
+    if (!existsAt(plan.sourcePath))
+        return PhotoOutcome::SkippedNoSource;
+    return PhotoOutcome::Written;
+}
+
+PhotoOutcome PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperties& record) const {
+    if (!plan.hasUrl)
+        return PhotoOutcome::SkippedNoUrl;
+    const QString& source = plan.sourcePath;
+    const QString& target = plan.finalPath;
+
+    const bool inPlace = m_values.isDestinationPathAsSource && target == source;
+    if (!inPlace && !m_values.overwriteExisting && existsAt(target))
+        return PhotoOutcome::SkippedCollision;
+    if (!existsAt(source))
+        return PhotoOutcome::SkippedNoSource;
+    if (target != source && existsAt(target) && !QFile::remove(target))
+        qCDebug(lcBatch) << "could not remove the old output" << target;
+
+    // Onto itself the copy fails because the file is there: that is how a photo is edited
+    // in place, the metadata step then writes into the source.
+    QString error;
+    if (!FileCopier::copyNoClobber(source, target, &error) && target != source &&
+        m_values.processingMode != ProcessingMode::removeGroups)
+        qCWarning(lcBatch).noquote() << "copy of" << source << "to" << target << "failed:" << error;
+    if (!QFileInfo(target).isFile())
+        return PhotoOutcome::SkippedNoOutput;
+
+    if (m_values.processingMode == ProcessingMode::removeGroups) {
+        const CleanOptions& c = m_values.clean;
+        MetadataTest().cleanMetadata(target, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
+                                     c.cleanComment);
+    } else {
+        writeMetadata(target, record);
+    }
+    return PhotoOutcome::Written;
+}
+
+FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties&) const { return m_plainEdits; }
+
+void PhotoPipeline::writeMetadata(const QString& path, const CGImageProperties& record) const {
+    const FieldEdits edits = fieldEditsFor(record);
+    const MetadataTest bridge;
+    bridge.setImagePropertiesAll(path, mergeForWriting(edits.values, path, bridge), edits.eraseExif,
+                                 edits.eraseIptc, edits.eraseXmp);
+    setFileDates(path, edits);
+}
+
+void PhotoPipeline::setFileDates(const QString&, const FieldEdits&) const {}
+
+} // namespace tagmoor
