@@ -46,9 +46,11 @@ public:
                                const QStringList& xmpKeys,
                                const std::optional<FileStamp>& expected = std::nullopt) const;
 
-    // Strips the chosen groups from the file, with the same safe replacement.
+    // Strips the chosen groups from the file, with the same safe replacement and the same
+    // refusal when `expected` no longer matches. Failures are silent.
     void cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp, bool gps,
-                       bool comment) const;
+                       bool comment,
+                       const std::optional<FileStamp>& expected = std::nullopt) const;
 
 private:
     void initializeAllNeeded();

@@ -1,0 +1,247 @@
+#include "metadata/SafeFileReplace.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMutex>
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QSet>
+#include <QTimeZone>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tagmoor {
+
+namespace {
+
+constexpr std::size_t kChunk = 4 * 1024 * 1024;
+
+SafeFileReplace::FaultHook& faultHook() {
+    static SafeFileReplace::FaultHook hook;
+    return hook;
+}
+
+// Asks the test seam whether a step is to fail; 0 means go on.
+int injectedError(SafeFileReplace::Step step) {
+    const auto& hook = faultHook();
+    return hook ? hook(step) : 0;
+}
+
+const QRegularExpression& temporaryPattern() {
+    static const QRegularExpression re(QStringLiteral("^\\.tagmoor-(\\d+)-[A-Za-z0-9]{6}\\.tmp$"));
+    return re;
+}
+
+QDateTime modificationTime(const struct stat& st) {
+    return QDateTime::fromMSecsSinceEpoch(qint64(st.st_mtim.tv_sec) * 1000 +
+                                              st.st_mtim.tv_nsec / 1000000,
+                                          Qt::UTC);
+}
+
+// A killed writer leaves its temporary file behind. Once per folder and process, remove those
+// whose writing process no longer exists; a live one (this process included) may still be
+// writing, so its files stay.
+void removeLeftovers(const QString& folder) {
+    static QMutex mutex;
+    static QSet<QString> swept;
+    {
+        QMutexLocker lock(&mutex);
+        if (swept.contains(folder))
+            return;
+        swept.insert(folder);
+    }
+    const QStringList names = QDir(folder).entryList(
+        {QStringLiteral(".tagmoor-*.tmp")}, QDir::Files | QDir::Hidden | QDir::System);
+    for (const QString& name : names) {
+        const auto match = temporaryPattern().match(name);
+        if (!match.hasMatch())
+            continue;
+        const pid_t pid = pid_t(match.captured(1).toLongLong());
+        if (pid == getpid() || kill(pid, 0) == 0 || errno != ESRCH)
+            continue;
+        QFile::remove(folder + QLatin1Char('/') + name);
+    }
+}
+
+bool writeAll(int fd, const char* data, std::size_t size, int* error) {
+    std::size_t done = 0;
+    while (done < size) {
+        if (const int injected = injectedError(SafeFileReplace::Step::Write)) {
+            *error = injected;
+            return false;
+        }
+        const std::size_t chunk = std::min(kChunk, size - done);
+        std::size_t chunkDone = 0;
+        while (chunkDone < chunk) {
+            const ssize_t n = ::write(fd, data + done + chunkDone, chunk - chunkDone);
+            if (n < 0) {
+                if (errno == EINTR)
+                    continue;
+                *error = errno;
+                return false;
+            }
+            chunkDone += std::size_t(n);
+        }
+        done += chunk;
+    }
+    return true;
+}
+
+} // namespace
+
+void SafeFileReplace::setFaultHook(FaultHook hook) { faultHook() = std::move(hook); }
+
+SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPath) {
+    // Write through a symbolic link to the file it names, so the link stays a link.
+    const QString canonical = QFileInfo(targetPath).canonicalFilePath();
+    m_encodedTarget = QFile::encodeName(canonical.isEmpty() ? targetPath : canonical);
+}
+
+SafeFileReplace::~SafeFileReplace() { removeTemporary(); }
+
+bool SafeFileReplace::fail(const QString& what, int error) {
+    m_error = m_target + QStringLiteral(": ") + what + QStringLiteral(": ") +
+              QString::fromLocal8Bit(std::strerror(error)) +
+              QStringLiteral(" (errno = %1)").arg(error);
+    return false;
+}
+
+void SafeFileReplace::removeTemporary() {
+    if (!m_temporary.isEmpty()) {
+        ::unlink(m_temporary.constData());
+        m_temporary.clear();
+    }
+}
+
+SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<FileStamp>& expected) {
+    const int fd = ::open(m_encodedTarget.constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        fail(QStringLiteral("Failed to open file"), errno);
+        return ReadResult::Failed;
+    }
+    auto closeFd = qScopeGuard([fd] { ::close(fd); });
+    if (::fstat(fd, &m_status) != 0) {
+        fail(QStringLiteral("Failed to examine file"), errno);
+        return ReadResult::Failed;
+    }
+    if (!S_ISREG(m_status.st_mode)) {
+        fail(QStringLiteral("Not a regular file"), EINVAL);
+        return ReadResult::Failed;
+    }
+    if (expected && (expected->size != qint64(m_status.st_size) ||
+                     expected->modified != modificationTime(m_status))) {
+        m_error = m_target + QStringLiteral(": changed since it was read");
+        return ReadResult::Changed;
+    }
+    // Renaming needs only the folder's permission; a file that we may not write stays as it is.
+    if (::access(m_encodedTarget.constData(), W_OK) != 0) {
+        fail(QStringLiteral("Failed to open file for writing"), errno);
+        return ReadResult::Failed;
+    }
+    if (const int injected = injectedError(Step::Read)) {
+        fail(QStringLiteral("Failed to read file"), injected);
+        return ReadResult::Failed;
+    }
+    m_original.resize(qsizetype(m_status.st_size));
+    qsizetype done = 0;
+    while (done < m_original.size()) {
+        const ssize_t n = ::read(fd, m_original.data() + done, std::size_t(m_original.size() - done));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            fail(QStringLiteral("Failed to read file"), n < 0 ? errno : EIO);
+            return ReadResult::Failed;
+        }
+        done += n;
+    }
+    return ReadResult::Read;
+}
+
+bool SafeFileReplace::targetUnchangedSinceRead() {
+    struct stat now {};
+    if (::stat(m_encodedTarget.constData(), &now) != 0)
+        return false;
+    return now.st_dev == m_status.st_dev && now.st_ino == m_status.st_ino &&
+           now.st_size == m_status.st_size &&
+           now.st_mtim.tv_sec == m_status.st_mtim.tv_sec &&
+           now.st_mtim.tv_nsec == m_status.st_mtim.tv_nsec;
+}
+
+bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
+                                  const std::function<bool(const QString&)>& verify) {
+    const QString targetName = QFile::decodeName(m_encodedTarget);
+    const QString folder = QFileInfo(targetName).absolutePath();
+    removeLeftovers(folder);
+
+    QByteArray pattern = QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) +
+                         "-XXXXXX.tmp";
+    if (const int injected = injectedError(Step::Create))
+        return fail(QStringLiteral("Failed to create a temporary file"), injected);
+    const int fd = ::mkostemps(pattern.data(), 4, O_CLOEXEC);
+    if (fd < 0)
+        return fail(QStringLiteral("Failed to create a temporary file"), errno);
+    m_temporary = pattern;
+    bool closed = false;
+    auto closeFd = qScopeGuard([&] {
+        if (!closed)
+            ::close(fd);
+    });
+
+    int error = 0;
+    if (!writeAll(fd, data, size, &error))
+        return fail(QStringLiteral("Failed to write the new file"), error);
+
+    // The owner first: changing it may clear set-id bits that the mode then restores.
+    if (::fchown(fd, m_status.st_uid, m_status.st_gid) != 0 && geteuid() == 0)
+        return fail(QStringLiteral("Failed to keep the file's owner"), errno);
+    if (::fchmod(fd, m_status.st_mode & 07777) != 0)
+        return fail(QStringLiteral("Failed to keep the file's permissions"), errno);
+
+    if (const int injected = injectedError(Step::Flush))
+        return fail(QStringLiteral("Failed to flush the new file"), injected);
+    if (::fdatasync(fd) != 0)
+        return fail(QStringLiteral("Failed to flush the new file"), errno);
+    struct stat written {};
+    if (::fstat(fd, &written) != 0)
+        return fail(QStringLiteral("Failed to examine the new file"), errno);
+    closed = true;
+    if (::close(fd) != 0)
+        return fail(QStringLiteral("Failed to close the new file"), errno);
+    if (written.st_size != off_t(size))
+        return fail(QStringLiteral("The new file is incomplete"), EIO);
+
+    if (const int injected = injectedError(Step::Verify))
+        return fail(QStringLiteral("The new file does not read back"), injected);
+    if (!verify(QFile::decodeName(m_temporary)))
+        return fail(QStringLiteral("The new file does not read back"), EIO);
+
+    // Someone may have replaced or changed the file while we wrote; their bytes win.
+    if (!targetUnchangedSinceRead())
+        return fail(QStringLiteral("The file changed while it was being written"), EBUSY);
+    if (const int injected = injectedError(Step::Rename))
+        return fail(QStringLiteral("Failed to replace the file"), injected);
+    if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0)
+        return fail(QStringLiteral("Failed to replace the file"), errno);
+    m_temporary.clear();
+    return true;
+}
+
+std::optional<FileStamp> SafeFileReplace::stampOf(const QString& path) {
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        return std::nullopt;
+    return FileStamp{qint64(st.st_size), modificationTime(st)};
+}
+
+bool SafeFileReplace::isTemporaryName(const QString& fileName) {
+    return temporaryPattern().match(fileName).hasMatch();
+}
+
+} // namespace tagmoor

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "metadata/MetadataTest.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+
+namespace tagmoor {
+
+// Replaces the bytes of one file so that, whatever happens (full disk, crash, kill, a rival
+// writer), the file holds either its old bytes or the complete new ones.
+//
+// The new bytes go to a hidden temporary file beside the target (".tagmoor-<pid>-XXXXXX.tmp",
+// so a folder scan skips it and a later run can tell whether its writer is still alive), are
+// flushed to disk and checked, get the target's owner and permissions, and are renamed over
+// the target in one step. The target itself is never opened for writing. A temporary file
+// left by a killed process is removed by the next replacement in that folder.
+class SafeFileReplace {
+public:
+    // The points where a test can inject a failure or block. `Write` is reached before each
+    // chunk of the temporary file, so a test can stop a writer with the copy half done.
+    enum class Step { Read, Create, Write, Flush, Verify, Rename };
+    // Returns 0 to go on, or an errno value that the step then fails with as if the system had
+    // returned it. May block, so that a test can kill the process at that point.
+    using FaultHook = std::function<int(Step)>;
+    // Test seam; an empty hook turns it off. Not meant to change while replacements run.
+    static void setFaultHook(FaultHook hook);
+
+    enum class ReadResult { Read, Changed, Failed };
+
+    explicit SafeFileReplace(const QString& targetPath);
+    ~SafeFileReplace();
+    SafeFileReplace(const SafeFileReplace&) = delete;
+    SafeFileReplace& operator=(const SafeFileReplace&) = delete;
+
+    // Reads the target's bytes. `Changed` when `expected` is given and the file's size or
+    // modification time differ from it; `Failed` when the file can't be read or written by us.
+    ReadResult readTarget(const std::optional<FileStamp>& expected);
+    const QByteArray& originalBytes() const { return m_original; }
+
+    // Puts `size` bytes at `data` in place of the target. `verify` gets the temporary file's
+    // path after it was flushed and must return true for the replacement to go on; an
+    // exception from it leaves the target alone and propagates. False on failure, with the
+    // target untouched and no temporary file left.
+    bool replaceWith(const char* data, std::size_t size,
+                     const std::function<bool(const QString& temporaryPath)>& verify);
+
+    QString errorText() const { return m_error; }
+
+    // The size and modification time of a file now; nothing when it can't be examined.
+    static std::optional<FileStamp> stampOf(const QString& path);
+    // Whether a file name is one of our temporary files.
+    static bool isTemporaryName(const QString& fileName);
+
+private:
+    bool fail(const QString& what, int error);
+    bool targetUnchangedSinceRead();
+    void removeTemporary();
+
+    QString m_target;
+    QByteArray m_encodedTarget;
+    QByteArray m_original;
+    struct stat m_status {};
+    QByteArray m_temporary;
+    QString m_error;
+};
+
+} // namespace tagmoor
