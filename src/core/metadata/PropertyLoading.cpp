@@ -11,8 +11,4 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
     return makeEmptyRecord(url);
 }
 
-MetadataFieldSet readMetadataFieldSet(const QString&) { return {}; }
-
-std::optional<QDateTime> parseMetadataDate(const QString&) { return std::nullopt; }
-
 } // namespace tagmoor

@@ -1,0 +1,130 @@
+#include "metadata/ImageKind.h"
+
+#include <QFile>
+
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tagmoor {
+
+namespace {
+
+bool startsWith(const QByteArray& head, const char* magic, qsizetype size, qsizetype at = 0) {
+    return head.size() >= at + size && std::memcmp(head.constData() + at, magic, size) == 0;
+}
+
+} // namespace
+
+ImageKind sniffImageKind(const QByteArray& head) {
+    if (startsWith(head, "\xFF\xD8\xFF", 3))
+        return ImageKind::Jpeg;
+    if (startsWith(head, "\x89PNG\r\n\x1A\n", 8))
+        return ImageKind::Png;
+    if (startsWith(head, "RIFF", 4) && startsWith(head, "WEBP", 4, 8))
+        return ImageKind::WebP;
+    // Canon's first RAW format starts like a little-endian TIFF with a different tag.
+    if (startsWith(head, "II\x1A\0\0\0HEAPCCDR", 14))
+        return ImageKind::Crw;
+    if (startsWith(head, "II*\0", 4) || startsWith(head, "MM\0*", 4))
+        return ImageKind::Tiff;
+    if (startsWith(head, "IIRO", 4) || startsWith(head, "IIRS", 4) || startsWith(head, "MMOR", 4))
+        return ImageKind::Orf;
+    if (startsWith(head, "IIU\0", 4))
+        return ImageKind::Rw2;
+    if (startsWith(head, "\0\0\0\x0CjP  \r\n\x87\n", 12))
+        return ImageKind::Jp2;
+    if (startsWith(head, "\xFF\x4F\xFF\x51", 4))
+        return ImageKind::J2k;
+    if (startsWith(head, "8BPS", 4))
+        return ImageKind::Psd;
+    if (startsWith(head, "\0MRM", 4))
+        return ImageKind::Mrw;
+    if (startsWith(head, "FUJIFILMCCD-RAW", 15))
+        return ImageKind::Raf;
+    if (startsWith(head, "FOVb", 4))
+        return ImageKind::X3f;
+    // Kyocera's RAW has no signature at its start; the maker's name is stored reversed.
+    if (startsWith(head, "ARECOYK", 7, 0x19))
+        return ImageKind::Kyocera;
+    return ImageKind::Unknown;
+}
+
+ImageKind sniffImageKindOfFile(const QString& path) {
+    const QByteArray native = QFile::encodeName(path);
+    // O_NONBLOCK: a FIFO with a photo's name must not stall the scan.
+    const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0)
+        return ImageKind::Unknown;
+    QByteArray head;
+    struct stat st {};
+    if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) {
+        head.resize(kImageKindHeadSize);
+        const ssize_t got = ::read(fd, head.data(), head.size());
+        head.resize(got > 0 ? got : 0);
+    }
+    ::close(fd);
+    return sniffImageKind(head);
+}
+
+bool exiv2Reads(ImageKind kind) {
+    switch (kind) {
+    case ImageKind::Jpeg:
+    case ImageKind::Png:
+    case ImageKind::WebP:
+    case ImageKind::Tiff:
+    case ImageKind::Orf:
+    case ImageKind::Rw2:
+    case ImageKind::Jp2:
+    case ImageKind::Psd:
+    case ImageKind::Crw:
+    case ImageKind::Mrw:
+    case ImageKind::Raf:
+        return true;
+    case ImageKind::Unknown:
+    case ImageKind::J2k:
+    case ImageKind::X3f:
+    case ImageKind::Kyocera:
+        break;
+    }
+    return false;
+}
+
+const char* imageKindName(ImageKind kind) {
+    switch (kind) {
+    case ImageKind::Unknown:
+        return "unknown";
+    case ImageKind::Jpeg:
+        return "jpeg";
+    case ImageKind::Png:
+        return "png";
+    case ImageKind::WebP:
+        return "webp";
+    case ImageKind::Tiff:
+        return "tiff";
+    case ImageKind::Orf:
+        return "orf";
+    case ImageKind::Rw2:
+        return "rw2";
+    case ImageKind::Jp2:
+        return "jp2";
+    case ImageKind::J2k:
+        return "j2k";
+    case ImageKind::Psd:
+        return "psd";
+    case ImageKind::Crw:
+        return "crw";
+    case ImageKind::Mrw:
+        return "mrw";
+    case ImageKind::Raf:
+        return "raf";
+    case ImageKind::X3f:
+        return "x3f";
+    case ImageKind::Kyocera:
+        return "kyocera";
+    }
+    return "unknown";
+}
+
+} // namespace tagmoor
