@@ -62,7 +62,7 @@ private:
 
 } // namespace
 
-BatchDriver::BatchDriver(const PhotoPipeline& pipeline, BatchNumbering& numbering,
+BatchDriver::BatchDriver(const PhotoPipeline& pipeline, RenameNumbering& numbering,
                          StopControl& stop, BatchObserver* observer, int threads)
     : m_pipeline(pipeline), m_numbering(numbering), m_stop(stop), m_observer(observer),
       m_threads(std::max(1, threads)) {}
@@ -103,8 +103,9 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
             continue;
         ++result.processed;
         CGImageProperties record = photos.record(i);
+        // A skipped photo uses up its number too.
         PhotoPlan plan =
-            m_pipeline.plan(record, result.processed, result.total, m_numbering.firstNumber());
+            m_pipeline.plan(record, result.processed, result.total, m_numbering.take());
         if (plan.outputDirectoryValue)
             result.outputDirectoryValue = *plan.outputDirectoryValue;
         if (m_observer)
@@ -118,8 +119,6 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
                 inFlight.done(i);
             });
         }
-        // A skipped photo uses up its number too.
-        m_numbering.advance();
     }
     inFlight.waitAll();
     pool.waitForDone();

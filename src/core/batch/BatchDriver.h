@@ -1,10 +1,10 @@
 #pragma once
 
-#include "batch/BatchNumbering.h"
 #include "batch/BatchResult.h"
 #include "batch/PhotoPipeline.h"
 #include "batch/PhotoSource.h"
 #include "batch/StopControl.h"
+#include "rename/RenameNumbering.h"
 
 namespace tagmoor {
 
@@ -21,7 +21,7 @@ class BatchObserver;
 // finish and starts no new one until the answer; "YES" ends the run.
 class BatchDriver {
 public:
-    BatchDriver(const PhotoPipeline& pipeline, BatchNumbering& numbering, StopControl& stop,
+    BatchDriver(const PhotoPipeline& pipeline, RenameNumbering& numbering, StopControl& stop,
                 BatchObserver* observer = nullptr, int threads = 1);
 
     // Runs to the end of the list or to a stop, and returns the result screen's values.
@@ -29,7 +29,7 @@ public:
 
 private:
     const PhotoPipeline& m_pipeline;
-    BatchNumbering& m_numbering;
+    RenameNumbering& m_numbering;
     StopControl& m_stop;
     BatchObserver* m_observer;
     int m_threads;

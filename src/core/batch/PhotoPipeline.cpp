@@ -3,8 +3,12 @@
 #include "batch/BatchLog.h"
 #include "batch/BatchSummary.h"
 #include "batch/FileCopier.h"
+#include "dates/DateRule.h"
+#include "dates/DateTexts.h"
 #include "metadata/MergeForWriting.h"
 #include "metadata/MetadataTest.h"
+#include "model/FormFieldTable.h"
+#include "rename/RenameRule.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,7 +47,9 @@ QString PhotoPipeline::extensionOf(const QString& fileName) {
     return dot > 0 ? fileName.mid(dot + 1) : QString();
 }
 
-QString PhotoPipeline::renamedBase(const QString& base, long long) const { return base; }
+QString PhotoPipeline::renamedBase(const QString& base, long long firstNumber) const {
+    return tagmoor::renamedBase(m_values.renameSettings, base, firstNumber);
+}
 
 PhotoPlan PhotoPipeline::plan(const CGImageProperties& record, int processed, int total,
                               long long firstNumber) const {
@@ -120,7 +126,31 @@ PhotoOutcome PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperti
     return PhotoOutcome::Written;
 }
 
-FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties&) const { return m_plainEdits; }
+FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
+    FieldEdits edits = m_plainEdits;
+    const bool clearUnedited = m_values.processingMode == ProcessingMode::clearUnedited;
+    const auto fields = dateFieldsInRunOrder();
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const KeyRow& row = fields[i]->keyRow();
+        if (!m_values.fieldEditedFlags.test(fields[i]->position)) {
+            if (clearUnedited)
+                edits.erase(row);
+            continue;
+        }
+        const DateRuleOutcome outcome = applyDateRule(allDateFields[i], record, m_values.editorDates);
+        switch (outcome.action) {
+        case DateRuleOutcome::Action::deleteKey:
+            edits.erase(row);
+            break;
+        case DateRuleOutcome::Action::writeText:
+            edits.values.at(row) = PropertyValue(outcome.text);
+            break;
+        case DateRuleOutcome::Action::nothing:
+            break;
+        }
+    }
+    return edits;
+}
 
 void PhotoPipeline::writeMetadata(const QString& path, const CGImageProperties& record) const {
     const FieldEdits edits = fieldEditsFor(record);
@@ -130,6 +160,25 @@ void PhotoPipeline::writeMetadata(const QString& path, const CGImageProperties& 
     setFileDates(path, edits);
 }
 
-void PhotoPipeline::setFileDates(const QString&, const FieldEdits&) const {}
+void PhotoPipeline::setFileDates(const QString& path, const FieldEdits& edits) const {
+    const FieldEditedFlags& flags = m_values.fieldEditedFlags;
+    if (!flags.test(formpos::CreationDate) && !flags.test(formpos::ModifyDate))
+        return;
+    // Linux keeps no settable birth time, so the creation date rule reaches the tag only; the
+    // modify date rule also becomes the file's modification time.
+    if (!flags.test(formpos::ModifyDate))
+        return;
+    const auto text = edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text();
+    if (!text)
+        return;
+    const auto date = sharedDateFormatter().parse(*text);
+    if (!date)
+        return;
+    const qint64 ms = date->toMSecsSinceEpoch();
+    const struct timespec times[2] = {{0, UTIME_OMIT},
+                                      {time_t(ms / 1000), long(ms % 1000) * 1000000L}};
+    if (::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0) != 0)
+        qCWarning(lcBatch).noquote() << "could not set the modification date of" << path;
+}
 
 } // namespace tagmoor

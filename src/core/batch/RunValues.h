@@ -1,7 +1,9 @@
 #pragma once
 
 #include "batch/FieldEditedFlags.h"
+#include "dates/OriginalFinalDate.h"
 #include "model/CGImageProperties.h"
+#include "rename/Rename.h"
 
 #include <QString>
 
@@ -38,6 +40,9 @@ struct RunValues {
     // The snapshot of the form taken just before the run.
     CGImageProperties editedProperties;
     FieldEditedFlags fieldEditedFlags;
+    // The rules of the six date fields (a copy of editorDates).
+    OriginalFinalDate editorDates;
+    Rename renameSettings;
 };
 
 } // namespace tagmoor
