@@ -51,12 +51,12 @@ ImageKind sniffImageKind(const QByteArray& head) {
     return ImageKind::Unknown;
 }
 
-ImageKind sniffImageKindOfFile(const QString& path) {
+QByteArray readImageHead(const QString& path) {
     const QByteArray native = QFile::encodeName(path);
     // O_NONBLOCK: a FIFO with a photo's name must not stall the scan.
     const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (fd < 0)
-        return ImageKind::Unknown;
+        return {};
     QByteArray head;
     struct stat st {};
     if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) {
@@ -65,8 +65,10 @@ ImageKind sniffImageKindOfFile(const QString& path) {
         head.resize(got > 0 ? got : 0);
     }
     ::close(fd);
-    return sniffImageKind(head);
+    return head;
 }
+
+ImageKind sniffImageKindOfFile(const QString& path) { return sniffImageKind(readImageHead(path)); }
 
 bool exiv2Reads(ImageKind kind) {
     switch (kind) {

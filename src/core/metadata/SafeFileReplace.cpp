@@ -222,11 +222,11 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     if (!verify(QFile::decodeName(m_temporary)))
         return fail(QStringLiteral("The new file does not read back"), EIO);
 
+    if (const int injected = injectedError(Step::Rename))
+        return fail(QStringLiteral("Failed to replace the file"), injected);
     // Someone may have replaced or changed the file while we wrote; their bytes win.
     if (!targetUnchangedSinceRead())
         return fail(QStringLiteral("The file changed while it was being written"), EBUSY);
-    if (const int injected = injectedError(Step::Rename))
-        return fail(QStringLiteral("Failed to replace the file"), injected);
     if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0)
         return fail(QStringLiteral("Failed to replace the file"), errno);
     m_temporary.clear();

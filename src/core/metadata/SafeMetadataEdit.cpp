@@ -6,9 +6,9 @@
 
 #include <exiv2/exiv2.hpp>
 
-Q_LOGGING_CATEGORY(lcMetadataWrite, "tagmoor.metadata.write", QtInfoMsg)
-
 namespace tagmoor {
+
+Q_LOGGING_CATEGORY(lcMetadataWrite, "tagmoor.metadata.write", QtInfoMsg)
 
 SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
                                                const std::optional<FileStamp>& expected,

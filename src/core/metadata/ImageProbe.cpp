@@ -1,0 +1,179 @@
+#include "metadata/ImageProbe.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QLoggingCategory>
+#include <QSet>
+#include <QtEndian>
+
+#include <exiv2/exiv2.hpp>
+#include <libraw/libraw.h>
+
+#include <exception>
+#include <memory>
+
+namespace tagmoor {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcProbe, "tagmoor.metadata.probe", QtInfoMsg)
+
+std::optional<QSize> validSize(qint64 width, qint64 height) {
+    if (width <= 0 || height <= 0 || width > INT_MAX || height > INT_MAX)
+        return std::nullopt;
+    return QSize(int(width), int(height));
+}
+
+// Header only: QImageReader::size() reads up to the frame header and stops.
+std::optional<QSize> qtSize(const QString& path, const char* format) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QImageReader reader(&file, format);
+    reader.setDecideFormatFromContent(false);
+    const QSize size = reader.size();
+    return validSize(size.width(), size.height());
+}
+
+// LibRaw identifies the camera and the sensor's size from the file's headers; the RAW data
+// is not unpacked.
+std::optional<QSize> librawSize(const QString& path) {
+    auto raw = std::make_unique<LibRaw>(LIBRAW_OPTIONS_NONE);
+    if (raw->open_file(QFile::encodeName(path).constData()) != LIBRAW_SUCCESS)
+        return std::nullopt;
+    return validSize(raw->imgdata.sizes.width, raw->imgdata.sizes.height);
+}
+
+std::optional<QSize> tagSize(const Exiv2::ExifData& exif, const char* widthKey,
+                             const char* heightKey) {
+    const auto w = exif.findKey(Exiv2::ExifKey(widthKey));
+    const auto h = exif.findKey(Exiv2::ExifKey(heightKey));
+    if (w == exif.end() || h == exif.end() || w->count() == 0 || h->count() == 0)
+        return std::nullopt;
+    return validSize(w->toLong(0), h->toLong(0));
+}
+
+// The size Exiv2 finds in the format's own header, or else the one recorded in the tags.
+std::optional<QSize> exiv2Size(const QString& path) {
+    try {
+        Exiv2::Image::AutoPtr image =
+            Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        if (!image.get())
+            return std::nullopt;
+        image->readMetadata();
+        if (auto s = validSize(image->pixelWidth(), image->pixelHeight()))
+            return s;
+        const Exiv2::ExifData& exif = image->exifData();
+        if (auto s = tagSize(exif, "Exif.Photo.PixelXDimension", "Exif.Photo.PixelYDimension"))
+            return s;
+        return tagSize(exif, "Exif.Image.ImageWidth", "Exif.Image.ImageLength");
+    } catch (const Exiv2::AnyError& e) {
+        qCDebug(lcProbe) << "no size from Exiv2 for" << path << ":" << e.what();
+    } catch (const std::exception& e) {
+        qCDebug(lcProbe) << "no size from Exiv2 for" << path << ":" << e.what();
+    } catch (...) {
+        qCDebug(lcProbe) << "no size from Exiv2 for" << path << ": unknown exception";
+    }
+    return std::nullopt;
+}
+
+// A bare JPEG 2000 code stream starts with its SIZ segment: the reference grid's size and
+// the image's offset in it.
+std::optional<QSize> j2kSize(const QByteArray& head) {
+    if (head.size() < 24)
+        return std::nullopt;
+    const auto* p = reinterpret_cast<const uchar*>(head.constData());
+    const qint64 width = qint64(qFromBigEndian<quint32>(p + 8)) - qFromBigEndian<quint32>(p + 16);
+    const qint64 height =
+        qint64(qFromBigEndian<quint32>(p + 12)) - qFromBigEndian<quint32>(p + 20);
+    return validSize(width, height);
+}
+
+// The X3F header records columns and rows after the signature, version, id and mark bits.
+std::optional<QSize> x3fSize(const QByteArray& head) {
+    if (head.size() < 36)
+        return std::nullopt;
+    const auto* p = reinterpret_cast<const uchar*>(head.constData());
+    return validSize(qFromLittleEndian<quint32>(p + 28), qFromLittleEndian<quint32>(p + 32));
+}
+
+// TIFF-built files with these extensions are camera RAW: their first directory is often a
+// small preview, so LibRaw gives the size rather than a TIFF reader.
+bool hasRawExtension(const QString& path) {
+    static const QSet<QString> raw{
+        QStringLiteral("mos"), QStringLiteral("cr2"), QStringLiteral("fff"), QStringLiteral("dng"),
+        QStringLiteral("nef"), QStringLiteral("nrw"), QStringLiteral("pef"), QStringLiteral("sr2"),
+        QStringLiteral("srf"), QStringLiteral("3fr"), QStringLiteral("arw"), QStringLiteral("dcr"),
+        QStringLiteral("erf"), QStringLiteral("gpr"), QStringLiteral("iiq"), QStringLiteral("kdc"),
+        QStringLiteral("mdc"), QStringLiteral("mef"), QStringLiteral("raw"), QStringLiteral("rwl"),
+        QStringLiteral("srw"), QStringLiteral("orf"), QStringLiteral("raf"), QStringLiteral("mrw"),
+        QStringLiteral("crw"), QStringLiteral("x3f")};
+    return raw.contains(QFileInfo(path).suffix().toLower());
+}
+
+template <typename... Readers>
+std::optional<QSize> firstSize(Readers&&... readers) {
+    std::optional<QSize> size;
+    ((size = size ? size : readers()), ...);
+    return size;
+}
+
+} // namespace
+
+ImageProbeResult ImageProbe::probe(const QString& path) {
+    ImageProbeResult result;
+    const QByteArray head = readImageHead(path);
+    result.kind = sniffImageKind(head);
+    const auto qt = [&](const char* format) { return [&, format] { return qtSize(path, format); }; };
+    const auto libraw = [&] { return librawSize(path); };
+    const auto exiv2 = [&] { return exiv2Size(path); };
+
+    switch (result.kind) {
+    case ImageKind::Unknown:
+        return result;
+    case ImageKind::Jpeg:
+        result.pixelSize = firstSize(qt("jpeg"), exiv2);
+        // A JPEG, PNG or WebP without a readable frame header has no picture at all.
+        result.readable = result.pixelSize.has_value();
+        return result;
+    case ImageKind::Png:
+        result.pixelSize = firstSize(qt("png"), exiv2);
+        result.readable = result.pixelSize.has_value();
+        return result;
+    case ImageKind::WebP:
+        result.pixelSize = firstSize(qt("webp"), exiv2);
+        result.readable = result.pixelSize.has_value();
+        return result;
+    case ImageKind::Tiff:
+        result.pixelSize = hasRawExtension(path) ? firstSize(libraw, exiv2, qt("tiff"))
+                                                 : firstSize(qt("tiff"), exiv2, libraw);
+        break;
+    case ImageKind::Orf:
+    case ImageKind::Rw2:
+    case ImageKind::Crw:
+    case ImageKind::Mrw:
+    case ImageKind::Raf:
+        result.pixelSize = firstSize(libraw, exiv2);
+        break;
+    case ImageKind::X3f:
+        result.pixelSize = firstSize(libraw, [&] { return x3fSize(head); });
+        break;
+    case ImageKind::Kyocera:
+        result.pixelSize = librawSize(path);
+        break;
+    case ImageKind::Jp2:
+    case ImageKind::Psd:
+        result.pixelSize = exiv2Size(path);
+        break;
+    case ImageKind::J2k:
+        result.pixelSize = j2kSize(head);
+        break;
+    }
+    // The signature of these types is proof enough: camera files whose picture data was
+    // cut away still carry their tags.
+    result.readable = true;
+    return result;
+}
+
+} // namespace tagmoor

@@ -1,0 +1,112 @@
+#include "ExivFixture.h"
+#include "metadata/PropertyLoading.h"
+
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+namespace tagmoor {
+namespace {
+
+using namespace tagmoor::test;
+
+class PropertyLoading : public ::testing::Test {
+protected:
+    QTemporaryDir dir;
+    QString path(const char* name) const { return dir.filePath(QLatin1String(name)); }
+};
+
+QDateTime utc(int y, int mo, int d, int h, int mi, int s) {
+    return QDateTime(QDate(y, mo, d), QTime(h, mi, s), Qt::UTC);
+}
+
+TEST_F(PropertyLoading, RecordJoinsTagValuesAndPixelSize) {
+    const QString file = jpegWithTags(path("full.jpg"), [](Exiv2::Image& img) {
+        Exiv2::ExifData& exif = img.exifData();
+        addExif(exif, "Exif.Image.Artist", Exiv2::asciiString, "Ann");
+        addExif(exif, "Exif.Image.Orientation", Exiv2::unsignedShort, "6");
+        addExif(exif, "Exif.Photo.FNumber", Exiv2::unsignedRational, "28/10");
+        addExif(exif, "Exif.Photo.DateTimeOriginal", Exiv2::asciiString, "2019:05:01 10:20:30");
+        addExif(exif, "Exif.Photo.DateTimeDigitized", Exiv2::asciiString, "2019:05:01 10:20");
+        addExif(exif, "Exif.Image.DateTime", Exiv2::asciiString, "2020-06-07 18:00:00");
+        addExif(exif, "Exif.GPSInfo.GPSLatitude", Exiv2::unsignedRational, "10/1 30/1 0/1");
+        addExif(exif, "Exif.GPSInfo.GPSLatitudeRef", Exiv2::asciiString, "S");
+        addExif(exif, "Exif.GPSInfo.GPSAltitudeRef", Exiv2::unsignedByte, "1");
+        addExif(exif, "Exif.Photo.MakerNote", Exiv2::undefined, "1 2 3");
+        addIptc(img.iptcData(), "Iptc.Application2.Keywords", "a");
+        addIptc(img.iptcData(), "Iptc.Application2.Keywords", "b");
+        img.xmpData()["Xmp.aux.Lens"] = "50mm";
+        img.xmpData()["Xmp.photoshop.DateCreated"] = "2018-01-02 03:04:05";
+        img.xmpData()["Xmp.xmp.ModifyDate"] = "not a date";
+    });
+    const auto record = loadImageProperties(QUrl::fromLocalFile(file));
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->url, QUrl::fromLocalFile(file));
+    EXPECT_EQ(record->tiffProperties->artist.text(), QStringLiteral("Ann"));
+    EXPECT_EQ(record->tiffProperties->orientation.int64(), 6);
+    EXPECT_TRUE(record->orientation.isAbsent());
+    EXPECT_EQ(record->exifProperties->fNumber.float32(), 2.8f);
+    EXPECT_EQ(record->exifProperties->dateTimeOriginal.date(), utc(2019, 5, 1, 10, 20, 30));
+    EXPECT_TRUE(record->createDate.isAbsent()); // no pattern takes a time without seconds
+    EXPECT_EQ(record->modifyDate.date(), utc(2020, 6, 7, 18, 0, 0));
+    EXPECT_EQ(record->gpsProperties->latitude.float32(), -10.5f);
+    EXPECT_EQ(record->gpsProperties->latitudeRef.text(), QStringLiteral("S"));
+    EXPECT_EQ(record->gpsProperties->altitudeRef.uint8(), quint8(1));
+    EXPECT_EQ(record->iptcProperties->keywords.text(), QStringLiteral("b"));
+    EXPECT_EQ(record->xmpDataProperties->lens.text(), QStringLiteral("50mm"));
+    EXPECT_EQ(record->xmpDataProperties->photoshopCreateDate.date(), utc(2018, 1, 2, 3, 4, 5));
+    EXPECT_TRUE(record->xmpDataProperties->modifyDate.isAbsent());
+    EXPECT_EQ(record->pixelWidth.float64(), 64.0);
+    EXPECT_EQ(record->pixelHeight.float64(), 48.0);
+    EXPECT_TRUE(record->isSelected);
+    EXPECT_FALSE(record->isTempDataAvailable);
+}
+
+TEST_F(PropertyLoading, PhotoWithoutTagsHasFiveEmptyGroupsAndItsSize) {
+    const QString file = makeJpeg(path("bare.jpg"), 33, 17);
+    const auto record = loadImageProperties(QUrl::fromLocalFile(file));
+    ASSERT_TRUE(record);
+    CGImageProperties expected;
+    expected.url = QUrl::fromLocalFile(file);
+    expected.tiffProperties.emplace();
+    expected.exifProperties.emplace();
+    expected.iptcProperties.emplace();
+    expected.gpsProperties.emplace();
+    expected.xmpDataProperties.emplace();
+    expected.pixelWidth = 33.0;
+    expected.pixelHeight = 17.0;
+    EXPECT_EQ(*record, expected);
+}
+
+TEST_F(PropertyLoading, ReadersAreJoinedWhenOnlyOneOfThemUnderstandsTheFile) {
+    // Exiv2 has no reader for a bare JPEG 2000 code stream: the size alone makes the record.
+    const auto j2c = loadImageProperties(
+        QUrl::fromLocalFile(formatsDir() + QStringLiteral("/et-Jpeg2000.j2c")));
+    ASSERT_TRUE(j2c);
+    EXPECT_EQ(j2c->pixelWidth.float64(), 8.0);
+    EXPECT_TRUE(j2c->tiffProperties && *j2c->tiffProperties == TiffProperties{});
+
+    // Camera files whose picture data was cut away still give their tags and sensor size.
+    const auto nef =
+        loadImageProperties(QUrl::fromLocalFile(formatsDir() + QStringLiteral("/et-Nikon.nef")));
+    ASSERT_TRUE(nef);
+    EXPECT_EQ(nef->tiffProperties->make.text(), QStringLiteral("NIKON CORPORATION"));
+    EXPECT_GT(nef->pixelWidth.float64().value_or(0), 3000.0);
+
+    // A JPEG whose frame header is cut off is no picture, whatever tags come before it.
+    QByteArray bytes = readBytes(jpegWithTags(path("tagged.jpg"), [](Exiv2::Image& img) {
+        addExif(img.exifData(), "Exif.Image.Artist", Exiv2::asciiString, "Ann");
+    }));
+    writeBytes(path("headless.jpg"), bytes.left(bytes.indexOf("\xFF\xC0")));
+    EXPECT_FALSE(loadImageProperties(QUrl::fromLocalFile(path("headless.jpg"))));
+    // Cut after the frame header, the record keeps its tags and size.
+    writeBytes(path("half.jpg"), bytes.left(bytes.indexOf("\xFF\xDA") + 40));
+    const auto half = loadImageProperties(QUrl::fromLocalFile(path("half.jpg")));
+    ASSERT_TRUE(half);
+    EXPECT_EQ(half->tiffProperties->artist.text(), QStringLiteral("Ann"));
+    EXPECT_EQ(half->pixelWidth.float64(), 64.0);
+}
+
+} // namespace
+} // namespace tagmoor
