@@ -1,0 +1,96 @@
+#include "rename/RenameRule.h"
+
+#include <unicode/locid.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+#include <memory>
+
+namespace tagmoor {
+
+namespace {
+
+QString placed(const QString& text, const QString& addition, RenamePosition position) {
+    return position == RenamePosition::afterName ? text + addition : addition + text;
+}
+
+QString replaced(const Rename& rule, const QString& baseName) {
+    // The whole name is folded to lower case, matched or not; only the replacement keeps the
+    // case it was typed in.
+    QString name = baseName.toLower();
+    const QString find = rule.findTextRT.toLower();
+    if (!find.isEmpty())
+        name.replace(find, rule.replaceWithRT, Qt::CaseSensitive);
+    return name;
+}
+
+QString formatted(const Rename& rule, const QString& baseName, qint64 firstNumber,
+                  const QDateTime& now) {
+    const QString text = rule.customFormatValueNF.isEmpty() ? baseName : rule.customFormatValueNF;
+    // A start number and a running number near the ends of the 64-bit range wrap around
+    // rather than overflow.
+    const qint64 number = qint64(quint64(rule.startNumberAtNF) + quint64(firstNumber));
+    switch (rule.nameFormatNF.kind) {
+    case NameFormat::Case::nameAndIndex:
+        return placed(text, QString::number(number), rule.whereTextPositionNF);
+    case NameFormat::Case::nameAndCounter:
+        return placed(text, padNumber(number, rule.minNumberDigitsNF), rule.whereTextPositionNF);
+    case NameFormat::Case::nameAndDate:
+        return placed(text, renameDateText(now), rule.whereTextPositionNF);
+    }
+    return text;
+}
+
+QString toQString(const icu::UnicodeString& text) {
+    return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length());
+}
+
+} // namespace
+
+QString padNumber(qint64 number, int minDigits) {
+    const QString digits = QString::number(number);
+    const qsizetype zeros = qsizetype(minDigits) - digits.size();
+    return zeros > 0 ? QString(zeros, QLatin1Char('0')) + digits : digits;
+}
+
+QString renameDateText(const QDateTime& moment) {
+    // The date goes into file names, so it is written with ASCII digits and the Gregorian
+    // calendar whatever the user's locale; the time zone is the user's.
+    UErrorCode status = U_ZERO_ERROR;
+    icu::SimpleDateFormat format(icu::UnicodeString(u"y-MM-dd H:m:ss.SSSS"),
+                                 icu::Locale("en_US_POSIX"), status);
+    if (U_FAILURE(status) || !moment.isValid())
+        return {};
+    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createDefault());
+    format.setTimeZone(*zone);
+    icu::UnicodeString text;
+    format.format(UDate(moment.toMSecsSinceEpoch()), text);
+    return toQString(text);
+}
+
+QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNumber,
+                    const QDateTime& now) {
+    if (rule.isKeepOriginal)
+        return baseName;
+    if (rule.isAddText)
+        return placed(baseName, rule.addTextValueAT, rule.addTextPositionAT);
+    if (rule.isReplaceText)
+        return replaced(rule, baseName);
+    if (rule.isChangeFileNameFormat)
+        return formatted(rule, baseName, firstNumber, now);
+    return baseName;
+}
+
+QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNumber) {
+    return renamedBase(rule, baseName, firstNumber, QDateTime::currentDateTime());
+}
+
+QString exampleBase(const Rename& rule, const QString& baseName, const QDateTime& now) {
+    return renamedBase(rule, baseName, 0, now);
+}
+
+QString exampleBase(const Rename& rule, const QString& baseName) {
+    return exampleBase(rule, baseName, QDateTime::currentDateTime());
+}
+
+} // namespace tagmoor
