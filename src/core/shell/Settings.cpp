@@ -1,0 +1,172 @@
+#include "shell/Settings.h"
+
+#include "shell/ShellLog.h"
+
+#include <QHash>
+#include <QSettings>
+
+namespace tagmoor {
+
+namespace {
+
+enum class Kind { Bool, Int, Text };
+
+struct KeySpec {
+    Kind kind;
+    std::optional<QVariant> defaultValue;
+};
+
+// Every key with its kind and default (absent when the key has none).
+const QHash<QString, KeySpec>& keyTable() {
+    static const QHash<QString, KeySpec> table{
+        {Settings::StartupOTM, {Kind::Bool, std::nullopt}},
+        {Settings::FirstRunOTM, {Kind::Bool, std::nullopt}},
+        {Settings::lastVersion, {Kind::Text, std::nullopt}},
+        {Settings::AutoCheckForUpdateOTM, {Kind::Int, QVariant(qint64(1))}},
+        {Settings::LoginStartStatusOTM, {Kind::Bool, QVariant(false)}},
+        {Settings::IsPresetSavingSettingInHomeOTM, {Kind::Bool, QVariant(true)}},
+        {Settings::kIsOverwriteIfAFileWithASameNameOTM, {Kind::Bool, QVariant(false)}},
+        {Settings::TutorialShowOTM, {Kind::Bool, std::nullopt}},
+        {Settings::OpenWithItemsOTM, {Kind::Bool, QVariant(false)}},
+        {Settings::IsPopUpOTM, {Kind::Bool, QVariant(false)}},
+        {Settings::UpdateFeedURL, {Kind::Text, std::nullopt}},
+    };
+    return table;
+}
+
+// The stored file keeps every value as text, so a Boolean or a number is recognised by
+// either its Qt type (values set in this run) or its stored spelling.
+std::optional<bool> asBool(const QVariant& v) {
+    if (v.typeId() == QMetaType::Bool)
+        return v.toBool();
+    if (v.typeId() == QMetaType::QString) {
+        const QString s = v.toString();
+        if (s == QLatin1String("true"))
+            return true;
+        if (s == QLatin1String("false"))
+            return false;
+    }
+    return std::nullopt;
+}
+
+std::optional<qint64> asInt(const QVariant& v) {
+    switch (v.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::UInt:
+    case QMetaType::ULongLong:
+        return v.toLongLong();
+    case QMetaType::QString: {
+        bool ok = false;
+        const qint64 n = v.toString().toLongLong(&ok);
+        return ok ? std::optional<qint64>(n) : std::nullopt;
+    }
+    default:
+        return std::nullopt;
+    }
+}
+
+std::optional<QString> asText(const QVariant& v) {
+    if (v.typeId() == QMetaType::QString)
+        return v.toString();
+    return std::nullopt;
+}
+
+bool holdsKind(const QVariant& v, Kind kind) {
+    switch (kind) {
+    case Kind::Bool:
+        return asBool(v).has_value();
+    case Kind::Int:
+        return asInt(v).has_value();
+    case Kind::Text:
+        return asText(v).has_value();
+    }
+    return false;
+}
+
+} // namespace
+
+Settings::Settings()
+    : m_settings(std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
+                                             QStringLiteral("Tagmoor"),
+                                             QStringLiteral("Tagmoor"))) {}
+
+Settings::Settings(const QString& fileName)
+    : m_settings(std::make_unique<QSettings>(fileName, QSettings::NativeFormat)) {
+    if (m_settings->status() != QSettings::NoError)
+        qCWarning(lcShell) << "Settings file could not be read; values count as absent:"
+                           << fileName;
+}
+
+Settings::~Settings() = default;
+
+std::optional<bool> Settings::readBool(const char* key) const {
+    return asBool(m_settings->value(QLatin1String(key)));
+}
+std::optional<qint64> Settings::readInt(const char* key) const {
+    return asInt(m_settings->value(QLatin1String(key)));
+}
+std::optional<QString> Settings::readText(const char* key) const {
+    return asText(m_settings->value(QLatin1String(key)));
+}
+void Settings::write(const char* key, const QVariant& value) {
+    m_settings->setValue(QLatin1String(key), value);
+}
+
+std::optional<bool> Settings::startup() const { return readBool(StartupOTM); }
+void Settings::setStartup(bool v) { write(StartupOTM, v); }
+std::optional<bool> Settings::firstRun() const { return readBool(FirstRunOTM); }
+void Settings::setFirstRun(bool v) { write(FirstRunOTM, v); }
+std::optional<QString> Settings::lastVersionString() const { return readText(lastVersion); }
+void Settings::setLastVersionString(const QString& v) { write(lastVersion, v); }
+std::optional<qint64> Settings::autoCheckForUpdate() const { return readInt(AutoCheckForUpdateOTM); }
+void Settings::setAutoCheckForUpdate(qint64 v) { write(AutoCheckForUpdateOTM, v); }
+std::optional<bool> Settings::loginStartStatus() const { return readBool(LoginStartStatusOTM); }
+void Settings::setLoginStartStatus(bool v) { write(LoginStartStatusOTM, v); }
+std::optional<bool> Settings::isPresetSavingSettingInHome() const {
+    return readBool(IsPresetSavingSettingInHomeOTM);
+}
+void Settings::setIsPresetSavingSettingInHome(bool v) { write(IsPresetSavingSettingInHomeOTM, v); }
+std::optional<bool> Settings::isOverwriteIfAFileWithASameName() const {
+    return readBool(kIsOverwriteIfAFileWithASameNameOTM);
+}
+void Settings::setIsOverwriteIfAFileWithASameName(bool v) {
+    write(kIsOverwriteIfAFileWithASameNameOTM, v);
+}
+std::optional<bool> Settings::tutorialShow() const { return readBool(TutorialShowOTM); }
+void Settings::setTutorialShow(bool v) { write(TutorialShowOTM, v); }
+std::optional<bool> Settings::openWithItems() const { return readBool(OpenWithItemsOTM); }
+void Settings::setOpenWithItems(bool v) { write(OpenWithItemsOTM, v); }
+std::optional<bool> Settings::isPopUp() const { return readBool(IsPopUpOTM); }
+void Settings::setIsPopUp(bool v) { write(IsPopUpOTM, v); }
+std::optional<QString> Settings::updateFeedUrl() const { return readText(UpdateFeedURL); }
+void Settings::setUpdateFeedUrl(const QString& v) { write(UpdateFeedURL, v); }
+
+std::optional<QVariant> Settings::defaultFor(const QString& key) {
+    const auto it = keyTable().constFind(key);
+    return it == keyTable().constEnd() ? std::nullopt : it->defaultValue;
+}
+
+void Settings::seedDefaults(const QStringList& keys) {
+    for (const QString& key : keys) {
+        const auto it = keyTable().constFind(key);
+        if (it == keyTable().constEnd() || !it->defaultValue)
+            continue;
+        if (!holdsKind(m_settings->value(key), it->kind))
+            m_settings->setValue(key, *it->defaultValue);
+    }
+}
+
+bool Settings::contains(const QString& key) const {
+    const auto it = keyTable().constFind(key);
+    const QVariant v = m_settings->value(key);
+    if (it == keyTable().constEnd())
+        return v.isValid();
+    return holdsKind(v, it->kind);
+}
+
+void Settings::remove(const QString& key) { m_settings->remove(key); }
+void Settings::sync() { m_settings->sync(); }
+QSettings& Settings::raw() { return *m_settings; }
+
+} // namespace tagmoor

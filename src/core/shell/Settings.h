@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+#include <optional>
+
+class QSettings;
+
+namespace tagmoor {
+
+// Typed access to the stored settings (QSettings, native format, organisation and
+// application "Tagmoor"). One getter and setter per key; a value that is absent or not of
+// the key's type reads as absent. Defaults live in one table (see Settings.cpp).
+class Settings {
+public:
+    // The user's settings.
+    Settings();
+    // Settings in the given file (tests).
+    explicit Settings(const QString& fileName);
+    ~Settings();
+    Settings(const Settings&) = delete;
+    Settings& operator=(const Settings&) = delete;
+
+    // Key names.
+    static constexpr const char* StartupOTM = "StartupOTM";
+    static constexpr const char* FirstRunOTM = "FirstRunOTM";
+    static constexpr const char* lastVersion = "lastVersion";
+    static constexpr const char* AutoCheckForUpdateOTM = "AutoCheckForUpdateOTM";
+    static constexpr const char* LoginStartStatusOTM = "LoginStartStatusOTM";
+    static constexpr const char* IsPresetSavingSettingInHomeOTM = "IsPresetSavingSettingInHomeOTM";
+    static constexpr const char* kIsOverwriteIfAFileWithASameNameOTM =
+        "kIsOverwriteIfAFileWithASameNameOTM";
+    static constexpr const char* TutorialShowOTM = "TutorialShowOTM";
+    static constexpr const char* OpenWithItemsOTM = "OpenWithItemsOTM";
+    static constexpr const char* IsPopUpOTM = "IsPopUpOTM";
+    // Address of the update feed; without it no update check happens.
+    static constexpr const char* UpdateFeedURL = "UpdateFeedURL";
+
+    // Present once the welcome screen was left; only presence counts.
+    std::optional<bool> startup() const;
+    void setStartup(bool v);
+    std::optional<bool> firstRun() const;
+    void setFirstRun(bool v);
+    std::optional<QString> lastVersionString() const;
+    void setLastVersionString(const QString& v);
+    std::optional<qint64> autoCheckForUpdate() const;
+    void setAutoCheckForUpdate(qint64 v);
+    std::optional<bool> loginStartStatus() const;
+    void setLoginStartStatus(bool v);
+    std::optional<bool> isPresetSavingSettingInHome() const;
+    void setIsPresetSavingSettingInHome(bool v);
+    std::optional<bool> isOverwriteIfAFileWithASameName() const;
+    void setIsOverwriteIfAFileWithASameName(bool v);
+    std::optional<bool> tutorialShow() const;
+    void setTutorialShow(bool v);
+    std::optional<bool> openWithItems() const;
+    void setOpenWithItems(bool v);
+    std::optional<bool> isPopUp() const;
+    void setIsPopUp(bool v);
+    std::optional<QString> updateFeedUrl() const;
+    void setUpdateFeedUrl(const QString& v);
+
+    // The default of a key from the table; nothing for keys without one.
+    static std::optional<QVariant> defaultFor(const QString& key);
+    // Stores the default of each listed key whose stored value is absent or mistyped.
+    void seedDefaults(const QStringList& keys);
+
+    // Raw access by key, typed as the table says (for generic callers and tests).
+    bool contains(const QString& key) const;
+    void remove(const QString& key);
+    void sync();
+    QSettings& raw();
+
+private:
+    std::optional<bool> readBool(const char* key) const;
+    std::optional<qint64> readInt(const char* key) const;
+    std::optional<QString> readText(const char* key) const;
+    void write(const char* key, const QVariant& value);
+
+    std::unique_ptr<QSettings> m_settings;
+};
+
+} // namespace tagmoor

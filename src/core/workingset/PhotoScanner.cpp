@@ -1,0 +1,310 @@
+#include "workingset/PhotoScanner.h"
+
+#include "metadata/PropertyLoading.h"
+#include "workingset/FolderWalk.h"
+#include "workingset/SupportedExtensions.h"
+#include "workingset/WorkingSetLog.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QFuture>
+#include <QThreadPool>
+#include <QtConcurrent>
+
+#include <deque>
+#include <exception>
+
+namespace tagmoor {
+
+struct PhotoScanner::Shared {
+    std::mutex mutex;
+    std::condition_variable resumed;
+    std::atomic_bool paused{false};
+    std::atomic_bool stopped{false};
+    std::atomic_bool running{false};
+};
+
+namespace {
+
+// Records may be read this far ahead of the one being handed over.
+constexpr int maxReadAhead = 64;
+// Records are handed over in groups of at most this many (or at each progress update).
+constexpr int maxBatch = 256;
+
+// One pass over the staged files. Owns the order: files are decided one after the other on
+// this thread; only the reading of a record runs on the reader threads, and the results are
+// committed in the order the files were met.
+class ScanRun {
+public:
+    ScanRun(PhotoScanner& owner, PhotoScanner::Shared& shared, ScanRequest request)
+        : m_owner(owner), m_shared(shared), m_request(std::move(request)),
+          m_committed(m_request.existingPaths) {
+        if (!m_request.loader)
+            m_request.loader = &loadImageProperties;
+        m_counters.imagesInList = m_request.listCountBefore;
+        if (m_request.readerThreads > 1)
+            m_pool.setMaxThreadCount(m_request.readerThreads);
+    }
+
+    ScanResult run() {
+        const QList<QUrl> urls = distinct(m_request.stagedURLs);
+        countingPass(urls);
+        if (!stopped())
+            libraryPass(urls);
+        emit m_owner.countingFinished(m_counters.totalPhotos);
+        m_clock.start();
+        addingPass(urls);
+        drain(true);
+        flush(true);
+        ScanResult result;
+        result.flags = m_flags;
+        result.counters = m_counters;
+        result.added = m_added;
+        result.stopped = stopped();
+        return result;
+    }
+
+private:
+    struct Pending {
+        QString path;
+        QFuture<std::optional<CGImageProperties>> future;
+    };
+
+    static QList<QUrl> distinct(const QList<QUrl>& urls) {
+        QList<QUrl> out;
+        QSet<QUrl> seen;
+        for (const QUrl& url : urls) {
+            if (!seen.contains(url)) {
+                seen.insert(url);
+                out.append(url);
+            }
+        }
+        return out;
+    }
+
+    bool stopped() const { return m_shared.stopped.load(); }
+
+    // Waits while the stop question is up; true when the scan is to end.
+    bool pauseAndStopTest() {
+        if (m_shared.paused.load()) {
+            flush(true);
+            std::unique_lock lock(m_shared.mutex);
+            m_shared.resumed.wait(lock, [this] { return !m_shared.paused.load(); });
+        }
+        return stopped();
+    }
+
+    void countingPass(const QList<QUrl>& urls) {
+        for (const QUrl& url : urls) {
+            if (pauseAndStopTest())
+                return;
+            const QString path = url.toLocalFile();
+            if (isPhotoLibraryPackage(path))
+                continue;
+            const QFileInfo info(path);
+            if (!info.exists())
+                continue;
+            if (info.isDir())
+                m_counters.totalPhotos += int(walkFolder(path, &m_shared.stopped).files.size());
+            else
+                ++m_counters.totalPhotos;
+        }
+    }
+
+    void libraryPass(const QList<QUrl>& urls) {
+        for (const QUrl& url : urls) {
+            if (!isPhotoLibraryPackage(url.toLocalFile()))
+                continue;
+            if (!m_request.libraryReader) {
+                qCInfo(lcWorkingSet) << "No library reader; passing over" << url.toLocalFile();
+                continue;
+            }
+            for (const CGImageProperties& record : m_request.libraryReader(url))
+                commitRecord(record);
+        }
+    }
+
+    void addingPass(const QList<QUrl>& urls) {
+        for (const QUrl& url : urls) {
+            if (pauseAndStopTest())
+                return;
+            const QString path = url.toLocalFile();
+            if (isPhotoLibraryPackage(path))
+                continue;
+            const QFileInfo info(path);
+            if (!info.exists())
+                continue;
+            if (!info.isDir()) {
+                item(path);
+                continue;
+            }
+            const FolderWalkResult walk = walkFolder(path, &m_shared.stopped);
+            if (walk.failed)
+                continue;
+            if (walk.files.isEmpty())
+                m_flags.isAddedEmpty = true;
+            for (const QString& file : walk.files) {
+                if (pauseAndStopTest())
+                    return;
+                item(file);
+            }
+        }
+    }
+
+    // One file met by the adding pass.
+    void item(const QString& path) {
+        ++m_counters.processedPhotos;
+        m_counters.currentPath = path;
+        flush(false);
+        if (m_committed.contains(path))
+            return;
+        if (!hasSupportedExtension(path)) {
+            m_flags.isNotSupportedExtension = true;
+            return;
+        }
+        // A second sighting of a path already being read gives the same answer as the
+        // first: a record (then this one is a duplicate) or none. Either way, nothing to do.
+        if (m_dispatched.contains(path))
+            return;
+        m_dispatched.insert(path);
+        const QUrl url = QUrl::fromLocalFile(path);
+        if (m_request.readerThreads <= 1) {
+            if (auto record = load(m_request.loader, url))
+                commitRecord(*record);
+            return;
+        }
+        m_pending.push_back(
+            {path, QtConcurrent::run(&m_pool, &ScanRun::load, m_request.loader, url)});
+        drain(false);
+    }
+
+    static std::optional<CGImageProperties> load(const RecordLoader& loader, const QUrl& url) {
+        try {
+            return loader(url);
+        } catch (const std::exception& e) {
+            qCWarning(lcWorkingSet) << "Reading" << url.toLocalFile() << "failed:" << e.what();
+        } catch (...) {
+            qCWarning(lcWorkingSet) << "Reading" << url.toLocalFile() << "failed";
+        }
+        return std::nullopt;
+    }
+
+    // Commits finished reads in order; with `all`, waits for every one.
+    void drain(bool all) {
+        while (!m_pending.empty()) {
+            Pending& head = m_pending.front();
+            const bool mustWait = all || int(m_pending.size()) > maxReadAhead;
+            if (!mustWait && !head.future.isFinished())
+                return;
+            const std::optional<CGImageProperties> record = head.future.result();
+            if (record && !m_committed.contains(head.path))
+                commitRecord(*record);
+            m_pending.pop_front();
+        }
+    }
+
+    void commitRecord(const CGImageProperties& record) {
+        const QString path = record.path();
+        if (!path.isEmpty())
+            m_committed.insert(path);
+        m_batch.append(record);
+        ++m_counters.imagesInList;
+        ++m_added;
+        if (m_batch.size() >= maxBatch)
+            flush(true);
+    }
+
+    // Hands over the records and the counters; without `force`, at most every interval.
+    void flush(bool force) {
+        if (!force && m_clock.isValid() &&
+            m_clock.elapsed() < PhotoScanner::progressIntervalMs)
+            return;
+        if (!m_batch.isEmpty()) {
+            emit m_owner.recordsReady(m_batch);
+            m_batch.clear();
+        }
+        if (m_counters.processedPhotos > 0 && m_counters != m_lastSent) {
+            emit m_owner.progress(m_counters);
+            m_lastSent = m_counters;
+        }
+        m_clock.restart();
+    }
+
+    PhotoScanner& m_owner;
+    PhotoScanner::Shared& m_shared;
+    ScanRequest m_request;
+    QThreadPool m_pool;
+    QSet<QString> m_committed;
+    QSet<QString> m_dispatched;
+    std::deque<Pending> m_pending;
+    QList<CGImageProperties> m_batch;
+    ScanFlags m_flags;
+    ScanCounters m_counters;
+    ScanCounters m_lastSent;
+    QElapsedTimer m_clock;
+    int m_added = 0;
+};
+
+} // namespace
+
+PhotoScanner::PhotoScanner(QObject* parent)
+    : QObject(parent), m_shared(std::make_shared<Shared>()) {
+    qRegisterMetaType<ScanCounters>();
+    qRegisterMetaType<ScanResult>();
+    qRegisterMetaType<QList<CGImageProperties>>();
+}
+
+PhotoScanner::~PhotoScanner() {
+    if (m_thread) {
+        resume(true);
+        m_thread->wait();
+        delete m_thread;
+    }
+}
+
+bool PhotoScanner::start(ScanRequest request) {
+    if (m_shared->running.load())
+        return false;
+    if (m_thread) {
+        m_thread->wait();
+        delete m_thread;
+        m_thread = nullptr;
+    }
+    m_shared->paused = false;
+    m_shared->stopped = false;
+    m_shared->running = true;
+    m_thread = QThread::create([this, shared = m_shared, request = std::move(request)]() mutable {
+        ScanRun scan(*this, *shared, std::move(request));
+        const ScanResult result = scan.run();
+        shared->running = false;
+        emit finished(result);
+    });
+    m_thread->setObjectName(QStringLiteral("PhotoScanner"));
+    m_thread->start();
+    return true;
+}
+
+bool PhotoScanner::isRunning() const { return m_shared->running.load(); }
+
+void PhotoScanner::pause() {
+    std::lock_guard lock(m_shared->mutex);
+    m_shared->paused = true;
+}
+
+void PhotoScanner::resume(bool stop) {
+    {
+        std::lock_guard lock(m_shared->mutex);
+        if (stop)
+            m_shared->stopped = true;
+        m_shared->paused = false;
+    }
+    m_shared->resumed.notify_all();
+}
+
+bool PhotoScanner::wait(int timeoutMs) {
+    if (!m_thread)
+        return true;
+    return timeoutMs < 0 ? m_thread->wait() : m_thread->wait(QDeadlineTimer(timeoutMs));
+}
+
+} // namespace tagmoor

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "workingset/ScanTypes.h"
+
+#include <QObject>
+#include <QThread>
+
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+
+namespace tagmoor {
+
+// Runs one scan of staged files on a worker thread: a counting pass, the library pass, then
+// an adding pass that reads the records (on `readerThreads` readers) and hands them over in
+// order. The list ends exactly as a one-file-at-a-time scan leaves it. The object lives on
+// the thread that starts it; its signals arrive there.
+class PhotoScanner : public QObject {
+    Q_OBJECT
+public:
+    explicit PhotoScanner(QObject* parent = nullptr);
+    ~PhotoScanner() override; // stops and joins a running scan
+
+    // Starts a scan; false when one is running already.
+    bool start(ScanRequest request);
+    bool isRunning() const;
+
+    // The stop question is on screen: the scan waits before its next item.
+    void pause();
+    // The question was answered; `stop` true ends the scan at the next item.
+    void resume(bool stop);
+    // Waits for the worker to end (tests, shutdown). False on timeout.
+    bool wait(int timeoutMs = -1);
+
+    // Coalescing period of progress updates (about 30 a second).
+    static constexpr int progressIntervalMs = 33;
+
+    // The pause and stop state shared with the worker (defined in the .cpp).
+    struct Shared;
+
+signals:
+    // The counting is done: switch to the percentage look.
+    void countingFinished(int totalPhotos);
+    // Coalesced; the last one before finished() carries the final counters.
+    void progress(const tagmoor::ScanCounters& counters);
+    // New records, in list order, to append to workingImages.
+    void recordsReady(const QList<tagmoor::CGImageProperties>& records);
+    // After the last recordsReady.
+    void finished(const tagmoor::ScanResult& result);
+
+private:
+    std::shared_ptr<Shared> m_shared;
+    QThread* m_thread = nullptr;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,164 @@
+#include "workingset/ScanController.h"
+
+#include "shell/AppEvents.h"
+#include "shell/UserPrompt.h"
+#include "workingset/WorkingSet.h"
+
+#include <QSet>
+#include <QTimer>
+
+namespace tagmoor {
+
+ScanController::ScanController(WorkingSet& workingSet, UserPrompt& prompt, AppEvents& events,
+                               QObject* parent)
+    : QObject(parent), m_set(workingSet), m_prompt(prompt), m_events(events),
+      m_selection(workingSet) {
+    connect(&m_scanner, &PhotoScanner::countingFinished, this, [this] {
+        m_view = ScanProgressView::percentageLook(m_view);
+        emit progressViewChanged(m_view);
+    });
+    connect(&m_scanner, &PhotoScanner::progress, this, [this](const ScanCounters& counters) {
+        m_view = ScanProgressView::forItem(counters);
+        emit progressViewChanged(m_view);
+    });
+    connect(&m_scanner, &PhotoScanner::recordsReady, this,
+            [this](const QList<CGImageProperties>& records) { m_set.appendImages(records); });
+    connect(&m_scanner, &PhotoScanner::finished, this, &ScanController::onFinished);
+}
+
+bool ScanController::isScanning() const { return m_set.isScanning(); }
+
+void ScanController::firstRetriving() { retriveImages(true); }
+
+void ScanController::getOpenWithItems() {
+    retriveImages(false);
+    m_set.retrieveOnAppear = true;
+}
+
+bool ScanController::homeScreenWillAppear() {
+    if (m_set.isScanning())
+        return false;
+    const bool first = m_set.isFirstAdding;
+    m_set.isFirstAdding = false;
+    if (m_set.retrieveOnAppear)
+        firstRetriving();
+    return first;
+}
+
+void ScanController::retriveImages(bool isFirst) {
+    if (m_set.isScanning())
+        return;
+    ScanRequest request;
+    request.stagedURLs = m_set.stagedURLs;
+    const QStringList paths = m_set.imagePaths();
+    request.existingPaths = QSet<QString>(paths.begin(), paths.end());
+    request.listCountBefore = m_set.count();
+    request.isFirst = isFirst;
+    request.readerThreads = m_readerThreads;
+    request.loader = m_loader;
+    request.libraryReader = m_libraryReader;
+    m_set.setScanning(true);
+    m_view = ScanProgressView::countingLook();
+    emit progressViewChanged(m_view);
+    m_scanner.start(std::move(request));
+}
+
+void ScanController::clickedStopScanning() {
+    if (!m_scanner.isRunning())
+        return;
+    m_scanner.pause();
+    const bool yes = m_prompt.ask(stopScanningQuestion()) == 0;
+    m_scanner.resume(yes);
+}
+
+void ScanController::onFinished(const ScanResult& result) {
+    m_lastResult = result;
+    m_set.stagedURLs.clear();
+    m_set.retrieveOnAppear = false;
+    m_set.setScanning(false);
+    m_view = ScanProgressView::finished(m_view);
+    if (const auto alert = endOfScanAlert(result.flags, m_set.isEmpty()))
+        showAlertLater(*alert);
+    if (m_set.isEmpty()) {
+        emit m_events.UpdateVCOTM(0);
+    } else {
+        const SelectionOutcome outcome = m_selection.refresh();
+        emit selectionRefreshed(outcome);
+        emit reloadViews();
+    }
+    emit progressViewChanged(m_view);
+    emit scanFinished(result);
+}
+
+void ScanController::showAlertLater(const TimedAlert& alert) {
+    QTimer::singleShot(alert.delayMs, this, [this, a = alert.alert] {
+        m_prompt.ask(a);
+        emit alertShown(a);
+    });
+}
+
+void ScanController::addFromPanel(PanelScreen screen, const QStringList& chosenPaths) {
+    const PanelFilterResult filtered =
+        filterPanelChoice(screen, chosenPaths, m_set.stagedURLs, m_set.workingImages());
+    m_set.stagedURLs.append(filtered.staged);
+    if (const auto alert = panelAlert(filtered.alreadyAdded, filtered.ignored))
+        showAlertLater(*alert);
+    if (m_set.stagedURLs.isEmpty())
+        return;
+    if (screen == PanelScreen::AddScreen) {
+        m_set.retrieveOnAppear = true;
+        m_set.isFirstAdding = true;
+        emit m_events.UpdateVCOTM(1);
+    } else {
+        retriveImages(false);
+        m_set.retrieveOnAppear = true;
+    }
+}
+
+void ScanController::addFromDrop(const QStringList& paths) {
+    for (const QString& path : paths)
+        m_set.stagedURLs.append(QUrl::fromLocalFile(path));
+    if (m_set.stagedURLs.isEmpty())
+        return;
+    m_set.retrieveOnAppear = true;
+    m_set.isFirstAdding = true;
+    emit m_events.UpdateVCOTM(1);
+}
+
+static QList<QUrl> urlsOf(const QList<CGImageProperties>& records, bool markedOnly) {
+    QList<QUrl> urls;
+    for (const CGImageProperties& record : records) {
+        if ((!markedOnly || record.isSelected) && record.url)
+            urls.append(*record.url);
+    }
+    return urls;
+}
+
+bool ScanController::clickedRemove() {
+    return removeUrls(urlsOf(m_set.workingImages(), true));
+}
+
+bool ScanController::removeSelected() {
+    const QList<QUrl> urls = urlsOf(m_set.workingImages(), true);
+    if (m_prompt.ask(removeSelectedQuestion()) != 0)
+        return false;
+    return removeUrls(urls);
+}
+
+bool ScanController::removeAll() {
+    const QList<QUrl> urls = urlsOf(m_set.workingImages(), false);
+    if (m_prompt.ask(removeAllQuestion()) != 0)
+        return false;
+    return removeUrls(urls);
+}
+
+bool ScanController::removeUrls(const QList<QUrl>& urls) {
+    m_set.removeImagesWithUrls(urls);
+    emit reloadViews();
+    emit selectionRefreshed(m_selection.refresh());
+    if (m_set.isEmpty())
+        emit m_events.UpdateVCOTM(0);
+    return true;
+}
+
+} // namespace tagmoor

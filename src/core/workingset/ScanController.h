@@ -1,0 +1,89 @@
+#pragma once
+
+#include "workingset/ListSelection.h"
+#include "workingset/PanelFilter.h"
+#include "workingset/PhotoScanner.h"
+#include "workingset/ScanProgressView.h"
+#include "workingset/WorkingSetAlerts.h"
+
+#include <QObject>
+
+namespace tagmoor {
+
+class AppEvents;
+class UserPrompt;
+class WorkingSet;
+
+// The home screen's adding logic without the screen: starts the scan of the staged files,
+// keeps the progress view, appends records as they arrive, asks the stop question, shows the
+// end-of-scan alert and moves back to the add screen when the list stays empty. The screen
+// binds its controls to progressViewChanged and calls the operations below.
+class ScanController : public QObject {
+    Q_OBJECT
+public:
+    ScanController(WorkingSet& workingSet, UserPrompt& prompt, AppEvents& events,
+                   QObject* parent = nullptr);
+
+    // Both start a scan of stagedURLs; the first for a fresh list, the other for opened files.
+    void firstRetriving();
+    void getOpenWithItems();
+    void retriveImages(bool isFirst);
+    // The home screen is about to appear: starts the scan when one is due. True when this
+    // is the first appearance for the list (the screen then resets editor, date rules and
+    // rename state). Does nothing while a scan runs.
+    bool homeScreenWillAppear();
+
+    // The stop button: pauses the scan, asks, and stops on "YES".
+    void clickedStopScanning();
+
+    // The file-opening path: with the panel's choice, stage and scan (home screen) or stage
+    // and move to the home screen (add screen). Shows the panel alert after its delay.
+    void addFromPanel(PanelScreen screen, const QStringList& chosenPaths);
+    // A drop on the add screen: every path staged without filtering, then as the add screen.
+    void addFromDrop(const QStringList& paths);
+
+    // Removal by the button (no question) or the menu (asks first); true when removed.
+    bool clickedRemove();
+    bool removeSelected();
+    bool removeAll();
+
+    const ScanProgressView& progressView() const { return m_view; }
+    const ScanResult& lastResult() const { return m_lastResult; }
+    bool isScanning() const;
+    ListSelection& selection() { return m_selection; }
+
+    // Tuning and seams: the number of reader threads, the record loader and the library reader.
+    void setReaderThreads(int n) { m_readerThreads = n; }
+    void setRecordLoader(RecordLoader loader) { m_loader = std::move(loader); }
+    void setLibraryReader(LibraryReader reader) { m_libraryReader = std::move(reader); }
+    PhotoScanner& scanner() { return m_scanner; }
+
+signals:
+    void progressViewChanged(const tagmoor::ScanProgressView& view);
+    // The end of scan ran: alert queued, list refreshed (or back to the add screen).
+    void scanFinished(const tagmoor::ScanResult& result);
+    // The marks changed in a way the screen must carry out (after a scan or a removal).
+    void selectionRefreshed(const tagmoor::SelectionOutcome& outcome);
+    // The views should reload (after a scan or a removal).
+    void reloadViews();
+    // An alert was shown (for screens that log or tests that wait).
+    void alertShown(const tagmoor::Alert& alert);
+
+private:
+    void onFinished(const ScanResult& result);
+    void showAlertLater(const TimedAlert& alert);
+    bool removeUrls(const QList<QUrl>& urls);
+
+    WorkingSet& m_set;
+    UserPrompt& m_prompt;
+    AppEvents& m_events;
+    ListSelection m_selection;
+    PhotoScanner m_scanner;
+    ScanProgressView m_view;
+    ScanResult m_lastResult;
+    int m_readerThreads = 2;
+    RecordLoader m_loader;
+    LibraryReader m_libraryReader;
+};
+
+} // namespace tagmoor

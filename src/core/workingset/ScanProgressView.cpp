@@ -1,0 +1,55 @@
+#include "workingset/ScanProgressView.h"
+
+#include <cmath>
+
+namespace tagmoor {
+
+ScanProgressView ScanProgressView::countingLook() {
+    ScanProgressView v;
+    v.boxLoaderVisible = true;
+    v.addMoreEnabled = false;
+    v.loaderVisible = false;
+    v.loaderValue = 0.0;
+    v.spinnerVisible = true;
+    v.editorBusy = true;
+    v.percentText = QStringLiteral("0%");
+    v.pathText = QStringLiteral("Path: Analysing objects...");
+    v.imagesSelectedText = QStringLiteral("0 Images Selected");
+    v.objectsSelectedText = QStringLiteral("Objects Selected: 0 / 0");
+    return v;
+}
+
+ScanProgressView ScanProgressView::percentageLook(const ScanProgressView& from) {
+    ScanProgressView v = from;
+    v.loaderVisible = true;
+    v.spinnerVisible = false;
+    return v;
+}
+
+ScanProgressView ScanProgressView::forItem(const ScanCounters& c) {
+    ScanProgressView v = percentageLook(countingLook());
+    // The total counts at least the item being shown; the guard only protects odd callers.
+    const int percent =
+        c.totalPhotos > 0
+            ? int(std::lround(double(c.processedPhotos) / double(c.totalPhotos) * 100.0))
+            : 0;
+    v.percentText = QStringLiteral("%1%").arg(percent);
+    v.loaderValue = percent / 100.0;
+    v.pathText = QStringLiteral("Path: ") + c.currentPath;
+    v.imagesSelectedText = QStringLiteral("%1 Images Selected").arg(c.imagesInList);
+    v.objectsSelectedText =
+        QStringLiteral("Objects Selected: %1 / %2").arg(c.processedPhotos).arg(c.totalPhotos);
+    return v;
+}
+
+ScanProgressView ScanProgressView::finished(const ScanProgressView& from) {
+    ScanProgressView v = from;
+    v.boxLoaderVisible = false;
+    v.loaderValue = 1.0;
+    v.spinnerVisible = false;
+    v.editorBusy = false;
+    v.addMoreEnabled = true;
+    return v;
+}
+
+} // namespace tagmoor

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "model/CGImageProperties.h"
+
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+namespace tagmoor {
+
+// Reads one file's record; nothing when it is not a readable image. Called on reader threads.
+using RecordLoader = std::function<std::optional<CGImageProperties>(const QUrl&)>;
+
+// Reads the records of one photo library package. Called on the scan's thread.
+using LibraryReader = std::function<QList<CGImageProperties>(const QUrl& package)>;
+
+// Everything a scan needs, by value.
+struct ScanRequest {
+    QList<QUrl> stagedURLs;
+    // Paths of the records already in the list: a file among them is passed over silently.
+    QSet<QString> existingPaths;
+    // Number of records in the list before the scan, for the "Images Selected" label.
+    int listCountBefore = 0;
+    bool isFirst = false;
+    // Number of threads reading records in parallel; the result is the same for any number.
+    int readerThreads = 2;
+    // Defaults to loadImageProperties.
+    RecordLoader loader;
+    // Without one, library packages are passed over.
+    LibraryReader libraryReader;
+};
+
+// The result flags of a scan.
+struct ScanFlags {
+    bool isNotSupportedExtension = false;
+    bool isAvailableAlready = false;
+    bool isAddedEmpty = false;
+    bool operator==(const ScanFlags&) const = default;
+};
+
+// The scan's counters and the item being looked at.
+struct ScanCounters {
+    int totalPhotos = 0;
+    int processedPhotos = 0;
+    int imagesInList = 0; // records in the list, the ones added so far included
+    QString currentPath;
+    bool operator==(const ScanCounters&) const = default;
+};
+
+struct ScanResult {
+    ScanFlags flags;
+    ScanCounters counters;
+    int added = 0;
+    bool stopped = false;
+};
+
+} // namespace tagmoor
+
+Q_DECLARE_METATYPE(tagmoor::ScanCounters)
+Q_DECLARE_METATYPE(tagmoor::ScanResult)

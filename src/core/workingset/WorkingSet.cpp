@@ -1,0 +1,100 @@
+#include "workingset/WorkingSet.h"
+
+#include "workingset/SupportedExtensions.h"
+
+#include <QSet>
+
+namespace tagmoor {
+
+WorkingSet::WorkingSet(QObject* parent) : QObject(parent) {}
+
+void WorkingSet::appendImages(const QList<CGImageProperties>& records) {
+    if (records.isEmpty())
+        return;
+    const int first = count();
+    const int last = first + int(records.size()) - 1;
+    emit imagesAboutToBeAppended(first, last);
+    m_workingImages.append(records);
+    emit imagesAppended(first, last);
+}
+
+int WorkingSet::removeImagesWithUrls(const QList<QUrl>& urls) {
+    const QSet<QUrl> gone(urls.begin(), urls.end());
+    QList<CGImageProperties> kept;
+    kept.reserve(m_workingImages.size());
+    for (const CGImageProperties& record : m_workingImages) {
+        if (!record.url || !gone.contains(*record.url))
+            kept.append(record);
+    }
+    const int removed = count() - int(kept.size());
+    if (removed == 0)
+        return 0;
+    emit imagesAboutToBeReset();
+    m_workingImages = std::move(kept);
+    emit imagesReset();
+    return removed;
+}
+
+void WorkingSet::clearImages() {
+    if (m_workingImages.isEmpty())
+        return;
+    emit imagesAboutToBeReset();
+    m_workingImages.clear();
+    emit imagesReset();
+}
+
+bool WorkingSet::setSelected(int row, bool selected) {
+    if (row < 0 || row >= count())
+        return false;
+    if (m_workingImages[row].isSelected != selected) {
+        m_workingImages[row].isSelected = selected;
+        emit selectionChanged(row, row);
+    }
+    return true;
+}
+
+void WorkingSet::setAllSelected(bool selected) {
+    for (CGImageProperties& record : m_workingImages)
+        record.isSelected = selected;
+    if (!m_workingImages.isEmpty())
+        emit selectionChanged(0, count() - 1);
+}
+
+void WorkingSet::notifyImagesChanged(int first, int last) {
+    if (first <= last && first >= 0 && last < count())
+        emit imagesChanged(first, last);
+}
+
+QList<int> WorkingSet::markedIndices() const {
+    QList<int> out;
+    for (int i = 0; i < count(); ++i) {
+        if (m_workingImages[i].isSelected)
+            out.append(i);
+    }
+    return out;
+}
+
+int WorkingSet::markedCount() const {
+    return int(std::count_if(m_workingImages.begin(), m_workingImages.end(),
+                             [](const CGImageProperties& r) { return r.isSelected; }));
+}
+
+QStringList WorkingSet::imagePaths() const {
+    QStringList out;
+    out.reserve(m_workingImages.size());
+    for (const CGImageProperties& record : m_workingImages)
+        out.append(record.path());
+    return out;
+}
+
+void WorkingSet::setScanning(bool on) {
+    if (m_isScanning == on)
+        return;
+    m_isScanning = on;
+    emit scanningChanged(on);
+}
+
+const QStringList& WorkingSet::supportedExtensions() { return tagmoor::supportedExtensions(); }
+const QStringList& WorkingSet::panelExtensions() { return tagmoor::panelExtensions(); }
+
+} // namespace tagmoor

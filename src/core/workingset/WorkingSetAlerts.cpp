@@ -1,0 +1,70 @@
+#include "workingset/WorkingSetAlerts.h"
+
+namespace tagmoor {
+
+namespace {
+const QString cannotBeAdded = QStringLiteral("Some images cannot be added");
+}
+
+Alert alertAlreadyAdded() {
+    return Alert::ok(cannotBeAdded,
+                     QStringLiteral("The selected images are already added to the list"));
+}
+
+Alert alertIgnoreFilesAdded() {
+    return Alert::ok(cannotBeAdded, QStringLiteral("Some of the selected images have formats "
+                                                   "which are currently not supported."));
+}
+
+Alert alertAlreadyAddedAndBeIgnore() {
+    return Alert::ok(cannotBeAdded, QStringLiteral("Either the selected images are already "
+                                                   "added in the list or are not supported."));
+}
+
+std::optional<TimedAlert> endOfScanAlert(const ScanFlags& flags, bool listEmpty) {
+    if (flags.isNotSupportedExtension && flags.isAvailableAlready)
+        return TimedAlert{alertAlreadyAddedAndBeIgnore(), 100};
+    if (flags.isAvailableAlready)
+        return TimedAlert{alertAlreadyAdded(), 100};
+    if (flags.isNotSupportedExtension) {
+        if (listEmpty)
+            return TimedAlert{
+                Alert::ok(QStringLiteral("Some items could not be added"),
+                          QStringLiteral("The items that are not supported could not be added "
+                                         "to the list for processing.")),
+                0};
+        return TimedAlert{alertIgnoreFilesAdded(), 0};
+    }
+    if (flags.isAddedEmpty)
+        return TimedAlert{Alert::ok(QStringLiteral("No images were found in the selected folder"),
+                                    QStringLiteral("Please select another folder to add images.")),
+                          0};
+    return std::nullopt;
+}
+
+std::optional<TimedAlert> panelAlert(bool alreadyAdded, bool ignored) {
+    if (alreadyAdded && ignored)
+        return TimedAlert{alertAlreadyAddedAndBeIgnore(), 500};
+    if (alreadyAdded)
+        return TimedAlert{alertAlreadyAdded(), 500};
+    if (ignored)
+        return TimedAlert{alertIgnoreFilesAdded(), 500};
+    return std::nullopt;
+}
+
+Alert stopScanningQuestion() {
+    return Alert::yesNo(QStringLiteral("Stop adding images?"),
+                        QStringLiteral("Are you sure you want to stop adding the images?"));
+}
+
+Alert removeSelectedQuestion() {
+    return Alert::yesNo(QStringLiteral("Remove all the selected images?"),
+                        QStringLiteral("Are you sure you want to remove all the selected images?"));
+}
+
+Alert removeAllQuestion() {
+    return Alert::yesNo(QStringLiteral("Remove all images?"),
+                        QStringLiteral("Are you sure you want to remove all images?"));
+}
+
+} // namespace tagmoor

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "shell/UserPrompt.h"
+#include "workingset/ScanTypes.h"
+
+#include <optional>
+
+namespace tagmoor {
+
+// An alert and how long after the triggering event it comes up.
+struct TimedAlert {
+    Alert alert;
+    int delayMs = 0;
+    bool operator==(const TimedAlert&) const = default;
+};
+
+// The one alert at the end of a scan, by priority: both flags, already added, unsupported
+// (text depends on whether the list ended empty), then an empty folder. None otherwise.
+std::optional<TimedAlert> endOfScanAlert(const ScanFlags& flags, bool listEmpty);
+
+// The alert after an open panel closed, from its two notes; shown after 0.5 seconds.
+std::optional<TimedAlert> panelAlert(bool alreadyAdded, bool ignored);
+
+// The three "Some images cannot be added" alerts of the panels and the scan's end.
+Alert alertAlreadyAdded();
+Alert alertIgnoreFilesAdded();
+Alert alertAlreadyAddedAndBeIgnore();
+
+// "Stop adding images?" with "YES" and "NO".
+Alert stopScanningQuestion();
+// The questions of "Remove All Selected" and "Remove All".
+Alert removeSelectedQuestion();
+Alert removeAllQuestion();
+
+} // namespace tagmoor

@@ -1,0 +1,3 @@
+#include "workingset/WorkingSetLog.h"
+
+Q_LOGGING_CATEGORY(lcWorkingSet, "tagmoor.workingset")
