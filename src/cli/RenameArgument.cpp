@@ -1,5 +1,7 @@
 #include "RenameArgument.h"
 
+#include <QStringList>
+
 namespace tagmoor::cli {
 
 namespace {
