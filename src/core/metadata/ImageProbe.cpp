@@ -32,6 +32,7 @@ std::optional<QSize> qtSize(const QString& path, const char* format) {
         return std::nullopt;
     QImageReader reader(&file, format);
     reader.setDecideFormatFromContent(false);
+    reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
     return validSize(size.width(), size.height());
 }

@@ -1,14 +1,17 @@
 // Date texts from metadata: the first of 13 patterns that parses the whole text wins.
 #include "metadata/PropertyLoading.h"
 
+#include <unicode/calendar.h>
 #include <unicode/locid.h>
 #include <unicode/parsepos.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace tagmoor {
 
@@ -32,30 +35,115 @@ constexpr std::array<const char16_t*, 13> kPatterns{
     u"HH:mm:ss.SSS",
 };
 
-// Building an ICU formatter costs far more than a parse, and a scan parses six dates per
-// photo, so each thread keeps its formatters. They are rebuilt when the default locale
-// changes; ICU's default time zone is fixed by the formatter's calendar when it is built.
-struct FormatterCache {
-    std::string localeName;
-    std::array<std::unique_ptr<icu::SimpleDateFormat>, kPatterns.size()> formatters;
+bool isAsciiDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
 
-    icu::SimpleDateFormat* get(std::size_t i) {
+// Punctuation that no number parser of any locale takes into or after a number: not a sign,
+// not a decimal or grouping separator, not a quote.
+bool isPlainPunctuation(char16_t c) {
+    return c > u' ' && c < 0x7F && !isAsciiDigit(c) && !isAsciiLetter(c) &&
+           std::u16string_view(u"+-.,'").find(c) == std::u16string_view::npos;
+}
+
+// What the cheap tests below need to know of a text.
+struct TextShape {
+    bool hasLetter = false;
+    bool startsWithDigit = false;
+    // The character after the leading ASCII digits, when it is plain punctuation; else 0.
+    char16_t afterDigits = 0;
+
+    explicit TextShape(std::u16string_view text) {
+        hasLetter = std::any_of(text.begin(), text.end(), isAsciiLetter);
+        startsWithDigit = !text.empty() && isAsciiDigit(text.front());
+        const auto end = std::find_if_not(text.begin(), text.end(), isAsciiDigit);
+        if (startsWithDigit && end != text.end() && isPlainPunctuation(*end))
+            afterDigits = *end;
+    }
+};
+
+// One pattern's formatter. Building an ICU formatter costs far more than a parse, so each
+// thread keeps its own, with a calendar of its own to parse into (the formatter would
+// otherwise clone its calendar for every parse).
+struct Parser {
+    std::unique_ptr<icu::SimpleDateFormat> format;
+    std::unique_ptr<icu::Calendar> calendar;
+    bool hasZone = false;
+    // Only digit fields and punctuation: such a pattern never takes an ASCII letter.
+    bool allDigits = false;
+    // Begins with a day or month name, which can't begin with a digit.
+    bool startsWithName = false;
+    // The punctuation that follows a leading digit field ("yyyy-..." gives '-'); else 0.
+    char16_t firstSeparator = 0;
+
+    explicit Parser(std::u16string_view pattern) {
+        UErrorCode status = U_ZERO_ERROR;
+        auto f = std::make_unique<icu::SimpleDateFormat>(
+            icu::UnicodeString(pattern.data(), int32_t(pattern.size())), status);
+        if (U_FAILURE(status))
+            return;
+        f->setLenient(false);
+        calendar.reset(f->getCalendar()->clone());
+        if (!calendar)
+            return;
+        format = std::move(f);
+        const auto has = [&](std::u16string_view part) {
+            return pattern.find(part) != std::u16string_view::npos;
+        };
+        hasZone = has(u"Z");
+        allDigits = !has(u"Z") && !has(u"E") && !has(u"a") && !has(u"MMM") && !has(u"'");
+        startsWithName = pattern.starts_with(u"E") || pattern.starts_with(u"MMM");
+        const auto fieldEnd = std::find_if_not(pattern.begin(), pattern.end(),
+                                               [&](char16_t c) { return c == pattern.front(); });
+        if (std::u16string_view(u"yYMdHh").find(pattern.front()) != std::u16string_view::npos &&
+            fieldEnd - pattern.begin() <= 4 && fieldEnd != pattern.end() &&
+            isPlainPunctuation(*fieldEnd))
+            firstSeparator = *fieldEnd;
+    }
+
+    // Whether ICU could accept the text at all. A parse that fails still costs microseconds
+    // (ICU copies a number format for each digit field and case-folds every month and day
+    // name), and most texts fail most patterns; these tests only turn away what can't match.
+    bool mayMatch(const TextShape& text) const {
+        if (allDigits && text.hasLetter)
+            return false;
+        if (startsWithName && text.startsWithDigit)
+            return false;
+        return !(firstSeparator && text.afterDigits && text.afterDigits != firstSeparator);
+    }
+
+    // Whether the whole text parses; the moment in milliseconds since the epoch.
+    std::optional<UDate> parse(const icu::UnicodeString& text) {
+        // A zone in the text ("Z") is set on the calendar; start again from the default.
+        // (Comparing zones costs more than setting one: the comparison walks their rules.)
+        if (hasZone)
+            calendar->setTimeZone(format->getTimeZone());
+        calendar->clear();
+        icu::ParsePosition position(0);
+        format->parse(text, *calendar, position);
+        if (position.getErrorIndex() != -1 || position.getIndex() != text.length())
+            return std::nullopt;
+        UErrorCode status = U_ZERO_ERROR;
+        const UDate date = calendar->getTime(status);
+        if (U_FAILURE(status))
+            return std::nullopt;
+        return date;
+    }
+};
+
+// The thread's parsers, rebuilt when the default locale changes.
+struct ParserCache {
+    std::string localeName;
+    std::array<std::unique_ptr<Parser>, kPatterns.size()> parsers;
+
+    Parser* get(std::size_t i) {
         const char* current = icu::Locale::getDefault().getName();
         if (localeName != current) {
             localeName = current;
-            for (auto& f : formatters)
-                f.reset();
+            parsers = {};
         }
-        if (!formatters[i]) {
-            UErrorCode status = U_ZERO_ERROR;
-            auto f = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString(kPatterns[i]),
-                                                             status);
-            if (U_FAILURE(status))
-                return nullptr;
-            f->setLenient(false);
-            formatters[i] = std::move(f);
-        }
-        return formatters[i].get();
+        if (!parsers[i])
+            parsers[i] = std::make_unique<Parser>(kPatterns[i]);
+        return parsers[i]->format ? parsers[i].get() : nullptr;
     }
 };
 
@@ -64,17 +152,17 @@ struct FormatterCache {
 std::optional<QDateTime> parseMetadataDate(const QString& text) {
     if (text.isEmpty())
         return std::nullopt;
-    thread_local FormatterCache cache;
-    const icu::UnicodeString input(reinterpret_cast<const char16_t*>(text.utf16()),
-                                   int32_t(text.size()));
+    thread_local ParserCache cache;
+    const std::u16string_view view(reinterpret_cast<const char16_t*>(text.utf16()),
+                                   std::size_t(text.size()));
+    const icu::UnicodeString input(view.data(), int32_t(view.size()));
+    const TextShape shape(view);
     for (std::size_t i = 0; i < kPatterns.size(); ++i) {
-        const icu::SimpleDateFormat* formatter = cache.get(i);
-        if (!formatter)
+        Parser* parser = cache.get(i);
+        if (!parser || !parser->mayMatch(shape))
             continue;
-        icu::ParsePosition position(0);
-        const UDate date = formatter->parse(input, position);
-        if (position.getErrorIndex() == -1 && position.getIndex() == input.length())
-            return QDateTime::fromMSecsSinceEpoch(qint64(date));
+        if (const std::optional<UDate> date = parser->parse(input))
+            return QDateTime::fromMSecsSinceEpoch(qint64(*date));
     }
     return std::nullopt;
 }

@@ -2,6 +2,10 @@
 
 #include "metadata/ImageProbe.h"
 
+#include <QVarLengthArray>
+
+#include <utility>
+
 namespace tagmoor {
 
 std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
@@ -20,13 +24,22 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
     record.iptcProperties.emplace();
     record.gpsProperties.emplace();
     record.xmpDataProperties.emplace();
+    // The six dates often repeat one text; each distinct text is parsed once.
+    QVarLengthArray<std::pair<QString, std::optional<QDateTime>>, 6> parsed;
+    const auto dateOf = [&](const QString& text) {
+        for (const auto& [seen, date] : parsed)
+            if (seen == text)
+                return date;
+        parsed.append({text, parseMetadataDate(text)});
+        return parsed.back().second;
+    };
     for (const KeyRow& row : allKeyRows()) {
         const PropertyValue& value = set.at(row);
         if (!row.field || value.isAbsent())
             continue;
         if (row.read == ReadKind::DateText) {
             // A date text of no known form leaves the field absent; the text is not kept.
-            if (const auto date = parseMetadataDate(*value.text()))
+            if (const auto date = dateOf(*value.text()))
                 *row.field(record) = *date;
         } else {
             *row.field(record) = value;

@@ -1,10 +1,12 @@
 // The first half of loading: the bridge's dictionaries cast row by row to the key table's
 // kinds. A value of the wrong kind, or a number the kind can't hold exactly, stays absent.
-#include "metadata/MetadataTest.h"
+#include "metadata/MetadataBlockReader.h"
 #include "metadata/PropertyLoading.h"
 
 #include <cmath>
 #include <limits>
+#include <string>
+#include <unordered_map>
 
 namespace tagmoor {
 
@@ -62,15 +64,18 @@ PropertyValue castTo(ReadKind kind, const QVariant& v) {
     return {};
 }
 
-template <std::size_t N>
-void readRows(std::span<const KeyRow, N> rows, const QVariantMap& block, MetadataFieldSet& set) {
-    for (const KeyRow& row : rows) {
-        if (row.read == ReadKind::NotRead)
-            continue;
-        const auto it = block.constFind(QLatin1String(row.key));
-        if (it != block.constEnd())
-            set.at(row) = castTo(row.read, *it);
-    }
+// The read rows by block and key text.
+const KeyRow* rowOf(KeyBlock block, const std::string& key) {
+    static const auto rows = [] {
+        std::array<std::unordered_map<std::string, const KeyRow*>, 3> byBlock;
+        for (const KeyRow& row : allKeyRows())
+            if (row.read != ReadKind::NotRead)
+                byBlock[std::size_t(row.block)].emplace(row.key, &row);
+        return byBlock;
+    }();
+    const auto& map = rows[std::size_t(block)];
+    const auto it = map.find(key);
+    return it == map.end() ? nullptr : it->second;
 }
 
 // Signs a coordinate by its reference ("N" or "E" positive, anything else negative), or
@@ -89,23 +94,21 @@ void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QStri
 
 } // namespace
 
+// The bridge's reading restricted to the key-list rows: the same values, in the same
+// order, as taking them from readAllPropertiesFrom's dictionaries, without building
+// dictionaries of all the other tags (a camera's maker notes hold hundreds).
 MetadataFieldSet readMetadataFieldSet(const QString& path) {
     MetadataFieldSet set;
-    const std::optional<QVariantMap> all = MetadataTest().readAllPropertiesFrom(path);
-    if (!all)
-        return set;
-    const auto exif = all->constFind(QStringLiteral("exif"));
-    if (exif != all->constEnd() && exif->metaType().id() == QMetaType::QVariantMap) {
-        readRows(exifKeyRows(), exif->toMap(), set);
-        signCoordinate(set, exifrow::GPSLatitude, exifrow::GPSLatitudeRef, QStringLiteral("N"));
-        signCoordinate(set, exifrow::GPSLongitude, exifrow::GPSLongitudeRef, QStringLiteral("E"));
-    }
-    const auto iptc = all->constFind(QStringLiteral("iptc"));
-    if (iptc != all->constEnd() && iptc->metaType().id() == QMetaType::QVariantMap)
-        readRows(iptcKeyRows(), iptc->toMap(), set);
-    const auto xmp = all->constFind(QStringLiteral("xmp"));
-    if (xmp != all->constEnd() && xmp->metaType().id() == QMetaType::QVariantMap)
-        readRows(xmpKeyRows(), xmp->toMap(), set);
+    const auto outcome = MetadataBlockReader::read(
+        path, [](KeyBlock block, const std::string& key) { return rowOf(block, key) != nullptr; },
+        [&](KeyBlock block, const std::string& key, QVariant&& value) {
+            const KeyRow* row = rowOf(block, key);
+            set.at(*row) = castTo(row->read, value);
+        });
+    if (outcome != MetadataBlockReader::Outcome::Read)
+        return {};
+    signCoordinate(set, exifrow::GPSLatitude, exifrow::GPSLatitudeRef, QStringLiteral("N"));
+    signCoordinate(set, exifrow::GPSLongitude, exifrow::GPSLongitudeRef, QStringLiteral("E"));
     return set;
 }
 

@@ -1,0 +1,81 @@
+#include "../metadata/ExivFixture.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace tagmoor {
+namespace {
+
+using namespace tagmoor::test;
+
+ToolResult cli(const QStringList& args) {
+    return runTool(QStringLiteral(TAGMOOR_CLI), QStringList{QStringLiteral("read")} + args);
+}
+
+QList<QJsonObject> objectsOf(const QByteArray& out) {
+    QList<QJsonObject> objects;
+    for (const QByteArray& line : out.split('\n')) {
+        if (line.isEmpty())
+            continue;
+        QJsonParseError error;
+        const QJsonDocument doc = QJsonDocument::fromJson(line, &error);
+        EXPECT_EQ(error.error, QJsonParseError::NoError) << line.toStdString();
+        objects << doc.object();
+    }
+    return objects;
+}
+
+TEST(ReadCommand, PrintsOneObjectPerPathWithValuesAndKinds) {
+    QTemporaryDir dir;
+    const QString photo = jpegWithTags(dir.filePath("p.jpg"), [](Exiv2::Image& img) {
+        addExif(img.exifData(), "Exif.Image.Artist", Exiv2::asciiString, "Ann \"A\" Lee");
+        addExif(img.exifData(), "Exif.Photo.FNumber", Exiv2::unsignedRational, "28/10");
+        addExif(img.exifData(), "Exif.Photo.DateTimeOriginal", Exiv2::asciiString,
+                "2019-05-01T10:20:30+0200");
+        addExif(img.exifData(), "Exif.GPSInfo.GPSAltitudeRef", Exiv2::unsignedByte, "1");
+    });
+    writeBytes(dir.filePath("note.jpg"), "not a photo");
+
+    const ToolResult r = cli({photo, dir.filePath("note.jpg"), dir.filePath("none.jpg")});
+    EXPECT_EQ(r.exitCode, 1);
+    const QList<QJsonObject> objects = objectsOf(r.out);
+    ASSERT_EQ(objects.size(), 3);
+
+    const QJsonObject& p = objects[0];
+    EXPECT_EQ(p["path"].toString(), photo);
+    EXPECT_EQ(p["tiffProperties.artist"]["value"].toString(), QStringLiteral("Ann \"A\" Lee"));
+    EXPECT_EQ(p["tiffProperties.artist"]["kind"].toString(), QStringLiteral("text"));
+    EXPECT_DOUBLE_EQ(p["exifProperties.fNumber"]["value"].toDouble(), 2.8);
+    EXPECT_EQ(p["exifProperties.fNumber"]["kind"].toString(), QStringLiteral("float32"));
+    EXPECT_EQ(p["gpsProperties.altitudeRef"]["kind"].toString(), QStringLiteral("uint8"));
+    EXPECT_EQ(p["exifProperties.dateTimeOriginal"]["kind"].toString(), QStringLiteral("date"));
+    EXPECT_EQ(QDateTime::fromString(p["exifProperties.dateTimeOriginal"]["value"].toString(),
+                                    Qt::ISODateWithMs),
+              QDateTime(QDate(2019, 5, 1), QTime(8, 20, 30), Qt::UTC));
+    EXPECT_EQ(p["pixelWidth"]["value"].toDouble(), 64.0);
+    EXPECT_EQ(p["pixelWidth"]["kind"].toString(), QStringLiteral("float64"));
+    EXPECT_FALSE(p.contains("error"));
+
+    EXPECT_EQ(objects[1].keys(), (QStringList{"error", "path"}));
+    EXPECT_EQ(objects[2]["error"].toString(), QStringLiteral("no such file"));
+
+    EXPECT_EQ(cli({photo}).exitCode, 0);
+}
+
+TEST(ReadCommand, ArgumentsAndHelp) {
+    const ToolResult help = cli({QStringLiteral("--help")});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_TRUE(help.out.startsWith("usage: tagmoor-cli read"));
+    EXPECT_EQ(cli({}).exitCode, 2);
+    EXPECT_EQ(cli({QStringLiteral("--bogus"), QStringLiteral("x.jpg")}).exitCode, 2);
+    // After "--" a name that starts with a dash is a path.
+    const ToolResult dashed = cli({QStringLiteral("--"), QStringLiteral("-odd.jpg")});
+    EXPECT_EQ(dashed.exitCode, 1);
+    EXPECT_EQ(objectsOf(dashed.out).value(0)["path"].toString(), QStringLiteral("-odd.jpg"));
+}
+
+} // namespace
+} // namespace tagmoor
