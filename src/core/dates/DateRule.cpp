@@ -18,7 +18,9 @@ struct Decided {
     std::optional<qint64> second = std::nullopt;
 };
 
-QString twoDigits(qint64 value) { return QString::asprintf("%02lld", value); }
+QString twoDigits(qint64 value) {
+    return QString::asprintf("%02lld", value);
+}
 
 // The work date of one rule computation and the assembly that ends each step.
 class RuleWork {
@@ -36,12 +38,12 @@ public:
     // date's other parts; the work date becomes what parseRuleDate makes of it.
     void assemble(const Decided& decided) {
         const DateParts from = datePartsOf(current());
-        const QString text = QString::number(decided.year.value_or(from.year)) +
-                             QLatin1Char('-') + twoDigits(decided.month.value_or(from.month)) +
-                             QLatin1Char('-') + twoDigits(decided.day.value_or(from.day)) +
-                             QLatin1Char(' ') + twoDigits(decided.hour.value_or(from.hour)) +
-                             QLatin1Char('-') + twoDigits(decided.minute.value_or(from.minute)) +
-                             QLatin1Char('-') + twoDigits(decided.second.value_or(from.second));
+        const QString text = QString::number(decided.year.value_or(from.year)) + QLatin1Char('-') +
+                             twoDigits(decided.month.value_or(from.month)) + QLatin1Char('-') +
+                             twoDigits(decided.day.value_or(from.day)) + QLatin1Char(' ') +
+                             twoDigits(decided.hour.value_or(from.hour)) + QLatin1Char('-') +
+                             twoDigits(decided.minute.value_or(from.minute)) + QLatin1Char('-') +
+                             twoDigits(decided.second.value_or(from.second));
         m_work = parseRuleDate(text);
     }
 

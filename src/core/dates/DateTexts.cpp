@@ -28,18 +28,19 @@ QString toQString(const icu::UnicodeString& text) {
     return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length());
 }
 
-UDate toUDate(const QDateTime& date) { return UDate(date.toMSecsSinceEpoch()); }
+UDate toUDate(const QDateTime& date) {
+    return UDate(date.toMSecsSinceEpoch());
+}
 
 QDateTime fromUDate(UDate date) {
     return QDateTime::fromMSecsSinceEpoch(qint64(std::llround(date)));
 }
 
-std::unique_ptr<icu::SimpleDateFormat> makeStrictFormat(const char16_t* pattern,
-                                                        const icu::Locale& locale,
-                                                        const icu::TimeZone& zone) {
+std::unique_ptr<icu::SimpleDateFormat>
+makeStrictFormat(const char16_t* pattern, const icu::Locale& locale, const icu::TimeZone& zone) {
     UErrorCode status = U_ZERO_ERROR;
-    auto format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString(pattern), locale,
-                                                          status);
+    auto format =
+        std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString(pattern), locale, status);
     if (U_FAILURE(status))
         return nullptr;
     format->setTimeZone(zone);

@@ -43,8 +43,7 @@ std::optional<QDateTime>& OriginalDate::get(DateField field) {
 
 OriginalDate OriginalDate::of(const CGImageProperties& record) {
     OriginalDate dates;
-    dates.dateTimeOriginal =
-        groupDate(record.exifProperties, &EXIFProperties::dateTimeOriginal);
+    dates.dateTimeOriginal = groupDate(record.exifProperties, &EXIFProperties::dateTimeOriginal);
     dates.creationDate = dateOf(record.createDate);
     dates.modifyDate = dateOf(record.modifyDate);
     dates.createDateXMP = groupDate(record.xmpDataProperties, &XMPDataProperties::createDate);

@@ -27,7 +27,9 @@ constexpr FieldMembers kMembers[] = {
      &OriginalFinalDate::createDateXMPPhotoshopAlive},
 };
 
-const FieldMembers& membersOf(DateField field) { return kMembers[static_cast<int>(field)]; }
+const FieldMembers& membersOf(DateField field) {
+    return kMembers[static_cast<int>(field)];
+}
 
 } // namespace
 
@@ -47,8 +49,12 @@ const DateTimeConfiguration& OriginalFinalDate::rule(DateField field) const {
     return this->*membersOf(field).rule;
 }
 
-bool& OriginalFinalDate::alive(DateField field) { return this->*membersOf(field).alive; }
+bool& OriginalFinalDate::alive(DateField field) {
+    return this->*membersOf(field).alive;
+}
 
-bool OriginalFinalDate::alive(DateField field) const { return this->*membersOf(field).alive; }
+bool OriginalFinalDate::alive(DateField field) const {
+    return this->*membersOf(field).alive;
+}
 
 } // namespace tagmoor

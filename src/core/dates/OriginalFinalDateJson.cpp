@@ -37,10 +37,16 @@ QByteArray jsonObject(const Members& members) {
     return out;
 }
 
-QByteArray boolean(bool value) { return value ? "true" : "false"; }
-QByteArray number(int value) { return QByteArray::number(value); }
+QByteArray boolean(bool value) {
+    return value ? "true" : "false";
+}
+QByteArray number(int value) {
+    return QByteArray::number(value);
+}
 
-QString dateText(const QDateTime& date) { return date.toUTC().toString(Qt::ISODateWithMs); }
+QString dateText(const QDateTime& date) {
+    return date.toUTC().toString(Qt::ISODateWithMs);
+}
 
 void addDate(Members& members, const char* name, const std::optional<QDateTime>& date) {
     if (date && date->isValid())
@@ -87,9 +93,12 @@ QByteArray encode(const IDOT& v) {
 
 QByteArray encode(const DateTimeConfiguration& v) {
     Members members{
-        {"isKeepOriginal", boolean(v.isKeepOriginal)}, {"isEmptyValue", boolean(v.isEmptyValue)},
-        {"isSelectDate", boolean(v.isSelectDate)},     {"isUpdateDate", boolean(v.isUpdateDate)},
-        {"isIDOD", boolean(v.isIDOD)},                 {"isIDOT", boolean(v.isIDOT)},
+        {"isKeepOriginal", boolean(v.isKeepOriginal)},
+        {"isEmptyValue", boolean(v.isEmptyValue)},
+        {"isSelectDate", boolean(v.isSelectDate)},
+        {"isUpdateDate", boolean(v.isUpdateDate)},
+        {"isIDOD", boolean(v.isIDOD)},
+        {"isIDOT", boolean(v.isIDOT)},
     };
     addDate(members, "selectDate", v.selectDate);
     members.emplace_back("updateDate", encode(v.updateDate));
@@ -153,8 +162,7 @@ public:
             m_ok = false;
     }
 
-    template <typename Record>
-    void read(const char* name, Record& out) {
+    template <typename Record> void read(const char* name, Record& out) {
         const QJsonValue v = m_object.value(QLatin1String(name));
         if (!v.isObject() || !decodeInto(v.toObject(), out))
             m_ok = false;
@@ -236,7 +244,9 @@ const char* ruleName(DateField field) {
     return "configurationCreateDateXMPPhotoshop";
 }
 
-QByteArray aliveName(DateField field) { return QByteArray(dateFieldName(field)) + "Alive"; }
+QByteArray aliveName(DateField field) {
+    return QByteArray(dateFieldName(field)) + "Alive";
+}
 
 } // namespace
 

@@ -52,9 +52,9 @@ constexpr CodeRow kExposureMode[] = {
 };
 
 constexpr CodeRow kExposureProgram[] = {
-    {-1, "Leave Blank"},      {0, "Not Defined"},       {1, "Manual"},
-    {2, "Normal Program"},    {3, "Aperture Priority"}, {4, "Shutter Priority"},
-    {5, "Creative Program"},  {6, "Action Program"},    {7, "Portrait Mode"},
+    {-1, "Leave Blank"},     {0, "Not Defined"},       {1, "Manual"},
+    {2, "Normal Program"},   {3, "Aperture Priority"}, {4, "Shutter Priority"},
+    {5, "Creative Program"}, {6, "Action Program"},    {7, "Portrait Mode"},
     {8, "Landscape Mode"},
 };
 

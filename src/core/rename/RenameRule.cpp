@@ -55,16 +55,19 @@ QString padNumber(qint64 number, int minDigits) {
 
 QString renameDateText(const QDateTime& moment) {
     // The date goes into file names, so it is written with ASCII digits and the Gregorian
-    // calendar whatever the user's locale; the time zone is the user's.
-    UErrorCode status = U_ZERO_ERROR;
-    icu::SimpleDateFormat format(icu::UnicodeString(u"y-MM-dd H:m:ss.SSSS"),
-                                 icu::Locale("en_US_POSIX"), status);
-    if (U_FAILURE(status) || !moment.isValid())
+    // calendar whatever the user's locale; the time zone is the user's at each call. Making
+    // the formatter costs far more than using it, so each thread keeps one.
+    thread_local const std::unique_ptr<icu::SimpleDateFormat> format = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        auto made = std::make_unique<icu::SimpleDateFormat>(
+            icu::UnicodeString(u"y-MM-dd H:m:ss.SSSS"), icu::Locale("en_US_POSIX"), status);
+        return U_SUCCESS(status) ? std::move(made) : nullptr;
+    }();
+    if (!format || !moment.isValid())
         return {};
-    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createDefault());
-    format.setTimeZone(*zone);
+    format->adoptTimeZone(icu::TimeZone::createDefault());
     icu::UnicodeString text;
-    format.format(UDate(moment.toMSecsSinceEpoch()), text);
+    format->format(UDate(moment.toMSecsSinceEpoch()), text);
     return toQString(text);
 }
 
