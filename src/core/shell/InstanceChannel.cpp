@@ -56,24 +56,24 @@ bool InstanceChannel::forward(const QStringList& paths, int timeoutMs) const {
 bool InstanceChannel::listen() {
     if (m_server)
         return m_server->isListening();
-    m_server = new QLocalServer(this);
-    m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    if (!m_server->listen(m_name)) {
-        // A socket left by a crashed instance: nobody answers on it, so it can go.
+    // A running instance answers on the name; then this one must not take it over.
+    {
         QLocalSocket probe;
         probe.connectToServer(m_name);
         if (probe.waitForConnected(200)) {
-            delete m_server;
-            m_server = nullptr;
+            probe.abort();
             return false;
         }
-        QLocalServer::removeServer(m_name);
-        if (!m_server->listen(m_name)) {
-            qCWarning(lcShell) << "Cannot listen for other launches:" << m_server->errorString();
-            delete m_server;
-            m_server = nullptr;
-            return false;
-        }
+    }
+    // Nobody answers: a socket left by a crashed instance can go.
+    QLocalServer::removeServer(m_name);
+    m_server = new QLocalServer(this);
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    if (!m_server->listen(m_name)) {
+        qCWarning(lcShell) << "Cannot listen for other launches:" << m_server->errorString();
+        delete m_server;
+        m_server = nullptr;
+        return false;
     }
     connect(m_server, &QLocalServer::newConnection, this, &InstanceChannel::onNewConnection);
     return true;

@@ -1,0 +1,139 @@
+#include "TestSupport.h"
+#include "shell/InstanceChannel.h"
+#include "shell/LaunchState.h"
+#include "shell/OpenWithQueue.h"
+#include "shell/ShellFixture.h"
+#include "workingset/ScanFixture.h"
+
+#include <QLocalSocket>
+#include <QTemporaryDir>
+#include <QUuid>
+#include <QtConcurrent>
+
+namespace tagmoor {
+namespace {
+
+using test::makeFile;
+using test::ScanFixture;
+using test::ScratchConfig;
+using test::waitFor;
+
+struct QueueFixture : ScanFixture {
+    ScratchConfig cfg;
+    Settings settings{cfg.settingsFile()};
+    LaunchState state;
+    OpenWithQueue queue{set, settings, state, events};
+    int showRequests = 0;
+
+    QueueFixture() {
+        queue.setInterval(50);
+        settings.setStartup(true);
+        state.launchFinished = true;
+        QObject::connect(&events, &AppEvents::showMainWindowRequested, [this] { ++showRequests; });
+        // What the screens do with the two notifications.
+        QObject::connect(&events, &AppEvents::OpenWithItemsOTM,
+                         [this] { controller.getOpenWithItems(); });
+        QObject::connect(&events, &AppEvents::UpdateVCOTM, [this](int index) {
+            if (index == 1)
+                controller.homeScreenWillAppear();
+        });
+        controller.setRecordLoader(test::fakeLoader);
+    }
+};
+
+TEST(OpenFiles, WelcomeWindowDropsFilesAndRepeatedPathsArriveOnce) {
+    QTemporaryDir tmp;
+    const QString a = makeFile(tmp.path() + "/a.jpg");
+    const QString b = makeFile(tmp.path() + "/b.jpg");
+    {
+        QueueFixture f;
+        f.settings.remove(Settings::StartupOTM);
+        EXPECT_FALSE(f.queue.openFiles({a}));
+        test::serveEvents(150);
+        EXPECT_TRUE(f.set.pendingOpenURLs.isEmpty());
+        EXPECT_EQ(f.showRequests, 0);
+        EXPECT_TRUE(f.set.isEmpty());
+    }
+    QueueFixture f;
+    EXPECT_TRUE(f.queue.openFiles({a, b}));
+    EXPECT_TRUE(f.queue.openFiles({a}));
+    EXPECT_EQ(f.set.pendingOpenURLs.size(), 2);
+    EXPECT_EQ(f.showRequests, 2);
+    ASSERT_TRUE(waitFor([&] { return f.finishedScans == 1; }));
+    EXPECT_EQ(f.listedPaths(), (QStringList{a, b}));
+    EXPECT_EQ(f.screens, QList<int>{1});
+    EXPECT_TRUE(f.set.pendingOpenURLs.isEmpty());
+    EXPECT_FALSE(f.set.isFirstAdding);
+}
+
+TEST(OpenFiles, FilesOpenedDuringAScanOrBeforeLaunchFinishedWaitTheirTurn) {
+    QTemporaryDir tmp;
+    QStringList first;
+    for (int i = 0; i < 150; ++i)
+        first << makeFile(tmp.path() + QStringLiteral("/batch/p%1.jpg").arg(i, 3, 10, QChar('0')));
+    const QString late = makeFile(tmp.path() + "/late.jpg");
+    const QString early = makeFile(tmp.path() + "/early.jpg");
+
+    QueueFixture f;
+    f.state.launchFinished = false;
+    f.queue.openFiles({early});
+    test::serveEvents(200);
+    EXPECT_TRUE(f.set.isEmpty()) << "waits for the end of the launch";
+    EXPECT_TRUE(f.queue.isWaiting());
+    f.state.launchFinished = true;
+    ASSERT_TRUE(waitFor([&] { return f.finishedScans == 1; }));
+    EXPECT_EQ(f.listedPaths(), QStringList{early});
+
+    // A slow scan; a file opened meanwhile joins after it, in a second scan.
+    f.controller.setRecordLoader([](const QUrl& url) {
+        QThread::msleep(2);
+        return test::fakeLoader(url);
+    });
+    f.stage({tmp.path() + "/batch"});
+    f.controller.retriveImages(false);
+    ASSERT_TRUE(f.set.isScanning());
+    f.queue.openFiles({late});
+    ASSERT_TRUE(waitFor([&] { return f.finishedScans == 3; }));
+    QStringList expected{early};
+    expected << first << late;
+    EXPECT_EQ(f.listedPaths(), expected);
+    EXPECT_FALSE(f.set.isScanning());
+    EXPECT_TRUE(f.set.stagedURLs.isEmpty());
+}
+
+TEST(OpenFiles, ASecondLaunchHandsItsPathsToTheFirst) {
+    const QString name = "tagmoor-test-" + QUuid::createUuid().toString(QUuid::Id128);
+    InstanceChannel first(name);
+    ASSERT_TRUE(first.listen());
+    QStringList received;
+    QObject::connect(&first, &InstanceChannel::filesReceived,
+                     [&](const QStringList& paths) { received << paths; });
+
+    // Another instance cannot take over the name while the first answers.
+    InstanceChannel rival(name);
+    EXPECT_FALSE(rival.listen());
+
+    const QStringList paths{"/photos/a b.jpg", QString::fromUtf8("/photos/\xc3\xa9t\xc3\xa9\n.jpg")};
+    QFuture<bool> sent = QtConcurrent::run([&] { return InstanceChannel(name).forward(paths); });
+    ASSERT_TRUE(waitFor([&] { return sent.isFinished(); }));
+    EXPECT_TRUE(sent.result());
+    ASSERT_TRUE(waitFor([&] { return !received.isEmpty(); }));
+    EXPECT_EQ(received, paths);
+
+    // A garbled sender is cut off and the channel goes on working.
+    QLocalSocket bad;
+    bad.connectToServer(name);
+    ASSERT_TRUE(bad.waitForConnected(2000));
+    bad.write(QByteArray("\xff\xff\xff\xff garbage", 12));
+    bad.flush();
+    test::serveEvents(100);
+    received.clear();
+    sent = QtConcurrent::run([&] { return InstanceChannel(name).forward({"/x.jpg"}); });
+    ASSERT_TRUE(waitFor([&] { return sent.isFinished() && !received.isEmpty(); }));
+    EXPECT_EQ(received, QStringList{"/x.jpg"});
+
+    EXPECT_FALSE(InstanceChannel(name + "-nobody").forward({"/y.jpg"}, 300));
+}
+
+} // namespace
+} // namespace tagmoor

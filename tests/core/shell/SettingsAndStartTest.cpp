@@ -1,0 +1,173 @@
+#include "TestSupport.h"
+#include "shell/LaunchState.h"
+#include "shell/LoginItem.h"
+#include "shell/Settings.h"
+#include "shell/ShellFixture.h"
+#include "shell/StartSequence.h"
+
+#include <QSettings>
+
+namespace tagmoor {
+namespace {
+
+using test::ScratchConfig;
+using Action = StartPlan::UpdateAction;
+
+TEST(Settings, MistypedAndCorruptValuesCountAsAbsentAndAreSeeded) {
+    ScratchConfig cfg;
+    {
+        Settings s(cfg.settingsFile());
+        EXPECT_FALSE(s.startup());
+        EXPECT_FALSE(s.autoCheckForUpdate());
+        EXPECT_EQ(Settings::defaultFor(Settings::AutoCheckForUpdateOTM), QVariant(qint64(1)));
+        EXPECT_FALSE(Settings::defaultFor(Settings::StartupOTM));
+        s.raw().setValue(Settings::LoginStartStatusOTM, "banana");
+        s.raw().setValue(Settings::AutoCheckForUpdateOTM, "often");
+        s.setStartup(false);
+        s.setLastVersionString("1.4");
+        s.sync();
+    }
+    {   // Read back from the file: types survive, the wrong ones read as absent.
+        Settings s(cfg.settingsFile());
+        EXPECT_EQ(s.startup(), false) << "present with value false";
+        EXPECT_EQ(s.lastVersionString(), "1.4");
+        EXPECT_FALSE(s.loginStartStatus());
+        EXPECT_FALSE(s.autoCheckForUpdate());
+        s.seedDefaults({Settings::LoginStartStatusOTM, Settings::AutoCheckForUpdateOTM,
+                        Settings::IsPresetSavingSettingInHomeOTM, Settings::StartupOTM});
+        s.sync();
+    }
+    {
+        Settings s(cfg.settingsFile());
+        EXPECT_EQ(s.loginStartStatus(), false);
+        EXPECT_EQ(s.autoCheckForUpdate(), 1);
+        EXPECT_EQ(s.isPresetSavingSettingInHome(), true);
+        EXPECT_EQ(s.startup(), false) << "seeding leaves a valid value alone";
+    }
+
+    // A file of garbage: nothing readable, and the seeded values are kept afterwards.
+    QByteArray junk;
+    for (int i = 0; i < 4096; ++i)
+        junk.append(char((i * 7919) & 0xff));
+    ASSERT_TRUE(test::writeBytes(cfg.settingsFile(), "[General\n=\x01\x02]]]\n" + junk));
+    {
+        Settings s(cfg.settingsFile());
+        EXPECT_FALSE(s.loginStartStatus());
+        EXPECT_FALSE(s.startup());
+        s.seedDefaults({Settings::LoginStartStatusOTM});
+        s.setStartup(true);
+        s.sync();
+    }
+    Settings again(cfg.settingsFile());
+    EXPECT_EQ(again.loginStartStatus(), false);
+    EXPECT_EQ(again.startup(), true);
+}
+
+TEST(StartSequence, FirstStartSeedsAndSchedulesNoUpdateCheck) {
+    ScratchConfig cfg;
+    Settings settings(cfg.settingsFile());
+    settings.setIsPopUp(true);
+    LoginItem login("/usr/bin/tagmoor");
+    LaunchState state;
+    StartSequence start(settings, login, state, "2.1");
+
+    const StartPlan plan = start.applicationWillFinishLaunching();
+    EXPECT_TRUE(plan.showWelcomeWindow);
+    EXPECT_TRUE(plan.firstStart);
+    EXPECT_EQ(plan.updateAction, Action::None);
+    EXPECT_EQ(plan.usageEvents, QStringList{"install"});
+    EXPECT_EQ(settings.isPopUp(), false);
+    EXPECT_EQ(settings.firstRun(), false);
+    EXPECT_EQ(settings.lastVersionString(), "2.1");
+    EXPECT_EQ(settings.openWithItems(), false);
+    EXPECT_EQ(settings.loginStartStatus(), false);
+    EXPECT_EQ(settings.isPresetSavingSettingInHome(), true);
+    EXPECT_EQ(settings.isOverwriteIfAFileWithASameName(), false);
+    EXPECT_FALSE(settings.autoCheckForUpdate()) << "stored on the second start, not the first";
+    EXPECT_FALSE(QFile::exists(cfg.autostartEntry()));
+    EXPECT_FALSE(state.launchFinished);
+
+    // Leaving the welcome window with the login box on.
+    start.welcomeLeft(true);
+    EXPECT_EQ(settings.startup(), true);
+    EXPECT_EQ(settings.loginStartStatus(), true);
+    EXPECT_TRUE(QFile::exists(cfg.autostartEntry()));
+    EXPECT_TRUE(test::readBytes(cfg.autostartEntry()).contains("Exec=/usr/bin/tagmoor\n"));
+    start.applicationDidFinishLaunching();
+    EXPECT_TRUE(state.launchFinished);
+}
+
+TEST(StartSequence, LaterStartsPickTheUpdateModeVersionAndOverwriteValue) {
+    struct Row {
+        std::optional<qint64> mode;
+        Action action;
+    };
+    for (const Row& row : {Row{std::nullopt, Action::AutoInstallUpdates},
+                           Row{0, Action::CheckForUpdate}, Row{1, Action::AutoInstallUpdates},
+                           Row{2, Action::None}, Row{-5, Action::None}}) {
+        ScratchConfig cfg;
+        Settings settings(cfg.settingsFile());
+        settings.setFirstRun(false);
+        settings.setStartup(false); // only presence counts
+        settings.setIsPopUp(true);
+        settings.setIsOverwriteIfAFileWithASameName(true);
+        settings.setLoginStartStatus(true);
+        if (row.mode)
+            settings.setAutoCheckForUpdate(*row.mode);
+        LoginItem login("/opt/Tag moor/tagmoor");
+        LaunchState state;
+        const StartPlan plan =
+            StartSequence(settings, login, state, "1.2").applicationWillFinishLaunching();
+        EXPECT_EQ(plan.updateAction, row.action);
+        EXPECT_EQ(plan.updateDelayMs, 5000);
+        EXPECT_FALSE(plan.showWelcomeWindow);
+        EXPECT_FALSE(plan.firstStart);
+        EXPECT_TRUE(state.isOverwriteIfAFileWithASameName);
+        EXPECT_EQ(settings.isPopUp(), false);
+        EXPECT_EQ(settings.autoCheckForUpdate(), row.mode.value_or(1));
+        EXPECT_TRUE(test::readBytes(cfg.autostartEntry()).contains("Exec=\"/opt/Tag moor/tagmoor\""));
+    }
+
+    // The stored version moves forward only when both parse as one number and it grew.
+    struct VersionRow {
+        QString stored, current, after;
+        bool event;
+    };
+    for (const VersionRow& row : {VersionRow{"1.0", "1.2", "1.2", true},
+                                  VersionRow{"1.3", "1.2", "1.3", false},
+                                  VersionRow{"1.2.3", "1.3", "1.2.3", false},
+                                  VersionRow{"1.2", "1.2.1", "1.2", false},
+                                  VersionRow{"V1", "1.0", "V1", false}}) {
+        ScratchConfig cfg;
+        Settings settings(cfg.settingsFile());
+        settings.setFirstRun(false);
+        settings.setLastVersionString(row.stored);
+        settings.setAutoCheckForUpdate(2);
+        LoginItem login;
+        LaunchState state;
+        const StartPlan plan =
+            StartSequence(settings, login, state, row.current).applicationWillFinishLaunching();
+        EXPECT_EQ(settings.lastVersionString(), row.after) << row.stored.toStdString();
+        EXPECT_EQ(plan.usageEvents.contains("tagmoorupdated"), row.event);
+    }
+}
+
+TEST(LoginItem, WritesAndRemovesTheAutostartEntryRepeatedly) {
+    ScratchConfig cfg;
+    LoginItem login("/usr/bin/tagmoor");
+    EXPECT_EQ(LoginItem::entryPath(), cfg.autostartEntry());
+    login.apply(false);
+    login.apply(false);
+    EXPECT_FALSE(login.isInstalled());
+    login.apply(true);
+    login.apply(true);
+    EXPECT_TRUE(login.isInstalled());
+    const QByteArray text = test::readBytes(cfg.autostartEntry());
+    EXPECT_TRUE(text.startsWith("[Desktop Entry]\n"));
+    EXPECT_TRUE(text.contains("Type=Application\n"));
+    login.apply(false);
+    EXPECT_FALSE(login.isInstalled());
+}
+
+} // namespace
+} // namespace tagmoor
