@@ -46,7 +46,8 @@ private:
     bool m_shown = false;
 };
 
-void printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos) {
+// Prints what a run would do and gives whether every photo would be written.
+bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos) {
     RenameNumbering numbering;
     QSet<QString> claimed;
     int writes = 0;
@@ -94,6 +95,7 @@ void printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoS
     }
     out << "dry run: " << writes << " of " << total << " photos would be written, "
         << total - writes << " skipped; nothing was changed\n";
+    return writes == total;
 }
 
 } // namespace
@@ -127,9 +129,9 @@ int runApply(const QStringList& args) {
     const PhotoPipeline pipeline(values);
     const PathPhotoSource photos(paths);
     if (options->dryRun) {
-        printPlan(out, pipeline, photos);
+        const bool allWritten = printPlan(out, pipeline, photos);
         out.flush();
-        return 0;
+        return allWritten ? 0 : 1;
     }
     if (values.destinationFolder && !QDir().mkpath(*values.destinationFolder)) {
         err << "tagmoor-cli apply: cannot create the output folder " << *values.destinationFolder

@@ -106,7 +106,8 @@ QString ApplyOptions::helpText() {
         "                       most 4); the result is the same as one at a time\n"
         "  --quiet              no progress on the terminal\n"
         "\n"
-        "Exit status: 0 every photo processed, 1 some photos skipped, 2 bad arguments.\n");
+        "Exit status: 0 every photo processed, 1 some photos skipped (for --dry-run: would be\n"
+        "skipped), 2 bad arguments.\n");
 }
 
 std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString* error) {
