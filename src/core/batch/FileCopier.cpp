@@ -105,33 +105,24 @@ bool moveIntoPlace(const QByteArray& temp, const QByteArray& target, QString* er
     return true;
 }
 
-} // namespace
-
-bool FileCopier::copyNoClobber(const QString& source, const QString& target, QString* error) {
-    QString ignored;
-    if (!error)
-        error = &ignored;
+// A complete copy of `source` under a fresh hidden name in `folder`; empty on failure.
+QByteArray copyToTemporary(const QString& source, const QString& folder, QString* error) {
     const QByteArray src = QFile::encodeName(source);
-    const QByteArray dst = QFile::encodeName(target);
-    struct stat st {};
-    if (::lstat(dst.constData(), &st) == 0) {
-        *error = QStringLiteral("the target exists");
-        return false;
-    }
     Fd in(::open(src.constData(), O_RDONLY | O_CLOEXEC));
     if (in.fd < 0) {
         *error = errnoText("open source");
-        return false;
+        return {};
     }
+    struct stat st {};
     if (::fstat(in.fd, &st) != 0 || !S_ISREG(st.st_mode)) {
         *error = QStringLiteral("the source is not a regular file");
-        return false;
+        return {};
     }
-    QByteArray temp = QFile::encodeName(QFileInfo(target).absolutePath()) + "/.tagmoor-copy-XXXXXX";
+    QByteArray temp = QFile::encodeName(folder) + "/.tagmoor-copy-XXXXXX";
     Fd out(::mkostemp(temp.data(), O_CLOEXEC));
     if (out.fd < 0) {
         *error = errnoText("create");
-        return false;
+        return {};
     }
     bool ok = copyBytes(in.fd, out.fd, st.st_size, error);
     if (ok) {
@@ -143,11 +134,92 @@ bool FileCopier::copyNoClobber(const QString& source, const QString& target, QSt
             ok = false;
         }
     }
-    if (ok)
-        ok = moveIntoPlace(temp, dst, error);
-    if (!ok)
+    if (!ok) {
         ::unlink(temp.constData());
-    return ok;
+        return {};
+    }
+    return temp;
+}
+
+} // namespace
+
+QString FileCopier::stage(const QString& source, const QString& folder, QString* error) {
+    QString ignored;
+    if (!error)
+        error = &ignored;
+    const QByteArray src = QFile::encodeName(source);
+    struct stat st {};
+    if (::stat(src.constData(), &st) != 0 || !S_ISREG(st.st_mode)) {
+        *error = QStringLiteral("the source is not a regular file");
+        return {};
+    }
+    // A free name for the link: a fresh temporary file, removed again, then linked.
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        QByteArray name = QFile::encodeName(folder) + "/.tagmoor-copy-XXXXXX";
+        const int fd = ::mkostemp(name.data(), O_CLOEXEC);
+        if (fd < 0) {
+            *error = errnoText("create");
+            return {};
+        }
+        ::close(fd);
+        ::unlink(name.constData());
+        if (::link(src.constData(), name.constData()) == 0)
+            return QFile::decodeName(name);
+        if (errno == EEXIST)
+            continue;
+        break; // another file system, or links not allowed: a real copy instead
+    }
+    const QByteArray copy = copyToTemporary(source, folder, error);
+    return copy.isEmpty() ? QString() : QFile::decodeName(copy);
+}
+
+bool FileCopier::detach(const QString& staged, const QString& source, QString* error) {
+    struct stat a {}, b {};
+    if (::stat(QFile::encodeName(staged).constData(), &a) != 0 ||
+        ::stat(QFile::encodeName(source).constData(), &b) != 0) {
+        *error = errnoText("stat");
+        return false;
+    }
+    if (a.st_dev != b.st_dev || a.st_ino != b.st_ino)
+        return true;
+    const QByteArray copy = copyToTemporary(source, QFileInfo(staged).absolutePath(), error);
+    if (copy.isEmpty())
+        return false;
+    if (::rename(copy.constData(), QFile::encodeName(staged).constData()) != 0) {
+        *error = errnoText("rename");
+        ::unlink(copy.constData());
+        return false;
+    }
+    return true;
+}
+
+bool FileCopier::publish(const QString& staged, const QString& target, QString* error) {
+    QString ignored;
+    if (!error)
+        error = &ignored;
+    const QByteArray from = QFile::encodeName(staged);
+    if (moveIntoPlace(from, QFile::encodeName(target), error))
+        return true;
+    ::unlink(from.constData());
+    return false;
+}
+
+bool FileCopier::copyNoClobber(const QString& source, const QString& target, QString* error) {
+    QString ignored;
+    if (!error)
+        error = &ignored;
+    struct stat st {};
+    if (::lstat(QFile::encodeName(target).constData(), &st) == 0) {
+        *error = QStringLiteral("the target exists");
+        return false;
+    }
+    const QByteArray temp = copyToTemporary(source, QFileInfo(target).absolutePath(), error);
+    if (temp.isEmpty())
+        return false;
+    if (moveIntoPlace(temp, QFile::encodeName(target), error))
+        return true;
+    ::unlink(temp.constData());
+    return false;
 }
 
 } // namespace tagmoor

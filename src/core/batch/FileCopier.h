@@ -15,6 +15,18 @@ public:
     // photo copied onto itself fails here and is then written where it is), or any step
     // failed; `error` then says why, and no temporary file remains.
     static bool copyNoClobber(const QString& source, const QString& target, QString* error);
+
+    // A hidden file in `folder` with the source's bytes, ready to be changed and then put in
+    // place with publish(). It shares the source's storage (a hard link) when the file
+    // system allows: whoever changes it must replace the file, never write into it, and call
+    // detach() before publishing. Empty on failure, with `error` set.
+    static QString stage(const QString& source, const QString& folder, QString* error);
+
+    // Turns a staged file that still shares the source's storage into a real copy.
+    static bool detach(const QString& staged, const QString& source, QString* error);
+
+    // Moves a staged file to `target` unless something stands there; removes it on failure.
+    static bool publish(const QString& staged, const QString& target, QString* error);
 };
 
 } // namespace tagmoor

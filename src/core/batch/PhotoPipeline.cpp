@@ -107,23 +107,55 @@ PhotoOutcome PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperti
     if (target != source && existsAt(target) && !QFile::remove(target))
         qCDebug(lcBatch) << "could not remove the old output" << target;
 
-    // Onto itself the copy fails because the file is there: that is how a photo is edited
-    // in place, the metadata step then writes into the source.
-    QString error;
-    if (!FileCopier::copyNoClobber(source, target, &error) && target != source &&
-        m_values.processingMode != ProcessingMode::removeGroups)
-        qCWarning(lcBatch).noquote() << "copy of" << source << "to" << target << "failed:" << error;
-    if (!QFileInfo(target).isFile())
-        return PhotoOutcome::SkippedNoOutput;
+    // Onto itself there is nothing to copy: the metadata are written into the source.
+    if (target == source) {
+        if (!QFileInfo(target).isFile())
+            return PhotoOutcome::SkippedNoOutput;
+        setFileDates(target, changeMetadata(target, record));
+        return PhotoOutcome::Written;
+    }
 
+    // A new output is made beside its place, changed there and then moved in whole, so that a
+    // file at the output path is never half made. The staged file starts as a link to the
+    // source where possible: the writer replaces files rather than writing into them, and
+    // whatever still shares the source's storage afterwards becomes a real copy.
+    QString error;
+    const QString staged = FileCopier::stage(source, folderOf(target), &error);
+    bool published = false;
+    std::optional<QString> modifyDate;
+    if (!staged.isEmpty()) {
+        modifyDate = changeMetadata(staged, record);
+        published = FileCopier::detach(staged, source, &error) &&
+                    FileCopier::publish(staged, target, &error);
+        if (!published)
+            QFile::remove(staged);
+    }
+    if (!published) {
+        if (m_values.processingMode != ProcessingMode::removeGroups)
+            qCWarning(lcBatch).noquote()
+                << "copy of" << source << "to" << target << "failed:" << error;
+        // An old output that could not be removed takes the photo's metadata instead.
+        if (!QFileInfo(target).isFile())
+            return PhotoOutcome::SkippedNoOutput;
+        modifyDate = changeMetadata(target, record);
+    }
+    setFileDates(target, modifyDate);
+    return PhotoOutcome::Written;
+}
+
+std::optional<QString> PhotoPipeline::changeMetadata(const QString& path,
+                                                     const CGImageProperties& record) const {
     if (m_values.processingMode == ProcessingMode::removeGroups) {
         const CleanOptions& c = m_values.clean;
-        MetadataTest().cleanMetadata(target, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
+        MetadataTest().cleanMetadata(path, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
                                      c.cleanComment);
-    } else {
-        writeMetadata(target, record);
+        return std::nullopt;
     }
-    return PhotoOutcome::Written;
+    const FieldEdits edits = fieldEditsFor(record);
+    const MetadataTest bridge;
+    bridge.setImagePropertiesAll(path, mergeForWriting(edits.values, path, bridge), edits.eraseExif,
+                                 edits.eraseIptc, edits.eraseXmp);
+    return edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text();
 }
 
 FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
@@ -152,15 +184,7 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
     return edits;
 }
 
-void PhotoPipeline::writeMetadata(const QString& path, const CGImageProperties& record) const {
-    const FieldEdits edits = fieldEditsFor(record);
-    const MetadataTest bridge;
-    bridge.setImagePropertiesAll(path, mergeForWriting(edits.values, path, bridge), edits.eraseExif,
-                                 edits.eraseIptc, edits.eraseXmp);
-    setFileDates(path, edits);
-}
-
-void PhotoPipeline::setFileDates(const QString& path, const FieldEdits& edits) const {
+void PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
     const FieldEditedFlags& flags = m_values.fieldEditedFlags;
     if (!flags.test(formpos::CreationDate) && !flags.test(formpos::ModifyDate))
         return;
@@ -168,15 +192,15 @@ void PhotoPipeline::setFileDates(const QString& path, const FieldEdits& edits) c
     // modify date rule also becomes the file's modification time.
     if (!flags.test(formpos::ModifyDate))
         return;
-    const auto text = edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text();
     if (!text)
         return;
     const auto date = sharedDateFormatter().parse(*text);
     if (!date)
         return;
     const qint64 ms = date->toMSecsSinceEpoch();
+    const qint64 seconds = ms >= 0 ? ms / 1000 : -((-ms + 999) / 1000);
     const struct timespec times[2] = {{0, UTIME_OMIT},
-                                      {time_t(ms / 1000), long(ms % 1000) * 1000000L}};
+                                      {time_t(seconds), long(ms - seconds * 1000) * 1000000L}};
     if (::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0) != 0)
         qCWarning(lcBatch).noquote() << "could not set the modification date of" << path;
 }

@@ -41,8 +41,9 @@ public:
 
 private:
     QString renamedBase(const QString& base, long long firstNumber) const;
-    void writeMetadata(const QString& path, const CGImageProperties& record) const;
-    void setFileDates(const QString& path, const FieldEdits& edits) const;
+    // The mode's metadata step on one file; gives the new modify date text, if any.
+    std::optional<QString> changeMetadata(const QString& path, const CGImageProperties& record) const;
+    void setFileDates(const QString& path, const std::optional<QString>& modifyDate) const;
 
     RunValues m_values;
     FieldEdits m_plainEdits;

@@ -7,12 +7,19 @@
 #include <QFileInfo>
 #include <QImageReader>
 
+#include <sys/stat.h>
+
 using namespace tagmoor;
 using namespace tagmoor::test;
 
 namespace {
 
 int widthOf(const QString& path) { return QImageReader(path).size().width(); }
+
+int linkCount(const QString& path) {
+    struct stat st {};
+    return ::stat(QFile::encodeName(path).constData(), &st) == 0 ? int(st.st_nlink) : -1;
+}
 
 class Pipeline : public ::testing::Test {
 protected:
@@ -154,6 +161,11 @@ TEST_F(Pipeline, OutputFolderRunNeverTouchesASource) {
     EXPECT_EQ(r.totalProcessedPhotos, paths.size());
     EXPECT_EQ(folderChecksums(in), before);
     EXPECT_EQ(fileNames(dir("out")).size(), paths.size());
+    // Every output is a file of its own, also where the writer gave up (raw, broken files).
+    for (const QString& name : fileNames(dir("out"))) {
+        EXPECT_EQ(linkCount(dir("out") + "/" + name), 1) << name.toStdString();
+        EXPECT_EQ(linkCount(in + "/" + name), 1) << name.toStdString();
+    }
     // The unflagged reference is erased after the latitude is written.
     EXPECT_EQ(tagOf(dir("out") + "/Reagan.jpg", "Exif.GPSInfo.GPSLatitude"), "48.5");
     EXPECT_FALSE(tagOf(dir("out") + "/Reagan.jpg", "Exif.GPSInfo.GPSLatitudeRef").has_value());
