@@ -69,8 +69,12 @@ int floor(const QString& corpus, const QString& out) {
             std::fprintf(stderr, "%s: %s\n", dst.c_str(), e.what());
         }
     }
-    std::printf("floor: %lld photos in %.3f s\n", static_cast<long long>(names.size()),
-                double(timer.nsecsElapsed()) / 1e9);
+    struct rusage usage {};
+    getrusage(RUSAGE_SELF, &usage);
+    const double cpu = double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+                       double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+    std::printf("floor: %lld photos wall=%.3f s cpu=%.3f s\n", static_cast<long long>(names.size()),
+                double(timer.nsecsElapsed()) / 1e9, cpu);
     return 0;
 }
 
@@ -89,8 +93,11 @@ int child(char** argv) {
         std::perror("wait4");
         return 2;
     }
-    std::printf("wall=%.3f s maxrss=%ld KiB exit=%d\n", double(timer.nsecsElapsed()) / 1e9,
-                usage.ru_maxrss, WIFEXITED(status) ? WEXITSTATUS(status) : -1);
+    const double cpu = double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+                       double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+    std::printf("wall=%.3f s cpu=%.3f s maxrss=%ld KiB exit=%d\n",
+                double(timer.nsecsElapsed()) / 1e9, cpu, usage.ru_maxrss,
+                WIFEXITED(status) ? WEXITSTATUS(status) : -1);
     return 0;
 }
 
