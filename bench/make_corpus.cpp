@@ -22,7 +22,8 @@
 
 namespace {
 
-const char* kUsage = "usage: make_corpus DIR COUNT [--size WIDTHxHEIGHT] [--seed N] [--prefix NAME]\n";
+const char* kUsage =
+    "usage: make_corpus DIR COUNT [--size WIDTHxHEIGHT] [--seed N] [--prefix NAME]\n";
 
 // A picture with smooth areas and fine noise, so that it compresses like a photo.
 QByteArray encodePicture(int width, int height, quint32 seed) {
@@ -43,8 +44,7 @@ QByteArray encodePicture(int width, int height, quint32 seed) {
     return bytes;
 }
 
-template <typename... Args>
-std::string format(const char* pattern, Args... args) {
+template <typename... Args> std::string format(const char* pattern, Args... args) {
     char text[256];
     std::snprintf(text, sizeof text, pattern, args...);
     return text;
@@ -81,16 +81,19 @@ void fillTags(Exiv2::Image& image, int index, QRandomGenerator& random, int widt
     setExifValue(exif, "Exif.Image.XResolution", T::unsignedRational, "300/1");
     setExifValue(exif, "Exif.Image.YResolution", T::unsignedRational, "300/1");
     setExifValue(exif, "Exif.Image.ResolutionUnit", T::unsignedShort, "2");
-    setExifValue(exif, "Exif.Image.Software", T::asciiString, format("Firmware %d.%d", camera, index % 10));
+    setExifValue(exif, "Exif.Image.Software", T::asciiString,
+                 format("Firmware %d.%d", camera, index % 10));
     setExifValue(exif, "Exif.Image.DateTime", T::asciiString, date);
     setExifValue(exif, "Exif.Image.Artist", T::asciiString, format("Photographer %d", index % 37));
     setExifValue(exif, "Exif.Image.YCbCrPositioning", T::unsignedShort, "2");
-    setExifValue(exif, "Exif.Image.Copyright", T::asciiString, format("(c) %d Studio %d", year, index % 5));
+    setExifValue(exif, "Exif.Image.Copyright", T::asciiString,
+                 format("(c) %d Studio %d", year, index % 5));
     setExifValue(exif, "Exif.Photo.ExposureTime", T::unsignedRational,
                  format("1/%d", 30 + int(random.bounded(4000))));
     setExifValue(exif, "Exif.Photo.FNumber", T::unsignedRational,
                  format("%d/10", 14 + int(random.bounded(200))));
-    setExifValue(exif, "Exif.Photo.ExposureProgram", T::unsignedShort, std::to_string(random.bounded(9)));
+    setExifValue(exif, "Exif.Photo.ExposureProgram", T::unsignedShort,
+                 std::to_string(random.bounded(9)));
     setExifValue(exif, "Exif.Photo.ISOSpeedRatings", T::unsignedShort,
                  std::to_string(100 << random.bounded(7)));
     setExifValue(exif, "Exif.Photo.ExifVersion", T::undefined, "48 50 51 50");
@@ -103,8 +106,10 @@ void fillTags(Exiv2::Image& image, int index, QRandomGenerator& random, int widt
     setExifValue(exif, "Exif.Photo.ExposureBiasValue", T::signedRational,
                  format("%d/3", int(random.bounded(13)) - 6));
     setExifValue(exif, "Exif.Photo.MaxApertureValue", T::unsignedRational, "297/100");
-    setExifValue(exif, "Exif.Photo.MeteringMode", T::unsignedShort, std::to_string(random.bounded(7)));
-    setExifValue(exif, "Exif.Photo.LightSource", T::unsignedShort, std::to_string(random.bounded(4)));
+    setExifValue(exif, "Exif.Photo.MeteringMode", T::unsignedShort,
+                 std::to_string(random.bounded(7)));
+    setExifValue(exif, "Exif.Photo.LightSource", T::unsignedShort,
+                 std::to_string(random.bounded(4)));
     setExifValue(exif, "Exif.Photo.Flash", T::unsignedShort, random.bounded(2) ? "16" : "9");
     setExifValue(exif, "Exif.Photo.FocalLength", T::unsignedRational,
                  format("%d/10", 120 + int(random.bounded(4000))));
@@ -114,26 +119,38 @@ void fillTags(Exiv2::Image& image, int index, QRandomGenerator& random, int widt
     setExifValue(exif, "Exif.Photo.PixelXDimension", T::unsignedLong, std::to_string(width));
     setExifValue(exif, "Exif.Photo.PixelYDimension", T::unsignedLong, std::to_string(height));
     setExifValue(exif, "Exif.Photo.SensingMethod", T::unsignedShort, "2");
-    setExifValue(exif, "Exif.Photo.ExposureMode", T::unsignedShort, std::to_string(random.bounded(3)));
-    setExifValue(exif, "Exif.Photo.WhiteBalance", T::unsignedShort, std::to_string(random.bounded(2)));
+    setExifValue(exif, "Exif.Photo.ExposureMode", T::unsignedShort,
+                 std::to_string(random.bounded(3)));
+    setExifValue(exif, "Exif.Photo.WhiteBalance", T::unsignedShort,
+                 std::to_string(random.bounded(2)));
     setExifValue(exif, "Exif.Photo.FocalLengthIn35mmFilm", T::unsignedShort,
                  std::to_string(18 + random.bounded(300)));
-    setExifValue(exif, "Exif.Photo.SceneCaptureType", T::unsignedShort, std::to_string(random.bounded(4)));
-    setExifValue(exif, "Exif.Photo.Saturation", T::unsignedShort, std::to_string(random.bounded(3)));
+    setExifValue(exif, "Exif.Photo.SceneCaptureType", T::unsignedShort,
+                 std::to_string(random.bounded(4)));
+    setExifValue(exif, "Exif.Photo.Saturation", T::unsignedShort,
+                 std::to_string(random.bounded(3)));
     setExifValue(exif, "Exif.Photo.Sharpness", T::unsignedShort, std::to_string(random.bounded(3)));
-    setExifValue(exif, "Exif.Photo.SubjectDistanceRange", T::unsignedShort, std::to_string(random.bounded(4)));
-    setExifValue(exif, "Exif.Photo.CameraOwnerName", T::asciiString, format("Owner %d", index % 11));
-    setExifValue(exif, "Exif.Photo.BodySerialNumber", T::asciiString, format("%08u", random.generate() % 100000000));
+    setExifValue(exif, "Exif.Photo.SubjectDistanceRange", T::unsignedShort,
+                 std::to_string(random.bounded(4)));
+    setExifValue(exif, "Exif.Photo.CameraOwnerName", T::asciiString,
+                 format("Owner %d", index % 11));
+    setExifValue(exif, "Exif.Photo.BodySerialNumber", T::asciiString,
+                 format("%08u", random.generate() % 100000000));
     setExifValue(exif, "Exif.Photo.LensMake", T::asciiString, makes[camera]);
-    setExifValue(exif, "Exif.Photo.LensModel", T::asciiString, format("%d-%dmm F%d", 12 + camera, 70 + 10 * camera, 2 + camera % 3));
+    setExifValue(exif, "Exif.Photo.LensModel", T::asciiString,
+                 format("%d-%dmm F%d", 12 + camera, 70 + 10 * camera, 2 + camera % 3));
     setExifValue(exif, "Exif.Photo.LensSerialNumber", T::asciiString, format("L%06d", index));
     setExifValue(exif, "Exif.GPSInfo.GPSVersionID", T::unsignedByte, "2 3 0 0");
-    setExifValue(exif, "Exif.GPSInfo.GPSLatitudeRef", T::asciiString, random.bounded(2) ? "N" : "S");
+    setExifValue(exif, "Exif.GPSInfo.GPSLatitudeRef", T::asciiString,
+                 random.bounded(2) ? "N" : "S");
     setExifValue(exif, "Exif.GPSInfo.GPSLatitude", T::unsignedRational,
-                 format("%d/1 %d/1 %d/100", int(random.bounded(90)), int(random.bounded(60)), int(random.bounded(6000))));
-    setExifValue(exif, "Exif.GPSInfo.GPSLongitudeRef", T::asciiString, random.bounded(2) ? "E" : "W");
+                 format("%d/1 %d/1 %d/100", int(random.bounded(90)), int(random.bounded(60)),
+                        int(random.bounded(6000))));
+    setExifValue(exif, "Exif.GPSInfo.GPSLongitudeRef", T::asciiString,
+                 random.bounded(2) ? "E" : "W");
     setExifValue(exif, "Exif.GPSInfo.GPSLongitude", T::unsignedRational,
-                 format("%d/1 %d/1 %d/100", int(random.bounded(180)), int(random.bounded(60)), int(random.bounded(6000))));
+                 format("%d/1 %d/1 %d/100", int(random.bounded(180)), int(random.bounded(60)),
+                        int(random.bounded(6000))));
     setExifValue(exif, "Exif.GPSInfo.GPSAltitudeRef", T::unsignedByte, "0");
     setExifValue(exif, "Exif.GPSInfo.GPSAltitude", T::unsignedRational,
                  format("%d/10", int(random.bounded(40000))));
@@ -222,7 +239,8 @@ int main(int argc, char** argv) {
             QFile out(QDir(dirPath).filePath(
                 QStringLiteral("%1_%2.jpg").arg(prefix).arg(i, 5, 10, QLatin1Char('0'))));
             if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-                out.write(reinterpret_cast<const char*>(bytes.pData_), bytes.size_) != bytes.size_) {
+                out.write(reinterpret_cast<const char*>(bytes.pData_), bytes.size_) !=
+                    bytes.size_) {
                 QTextStream(stderr) << "make_corpus: cannot write " << out.fileName() << "\n";
                 return 1;
             }
@@ -232,7 +250,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     QTextStream(stdout) << "make_corpus: " << count << " files of " << width << "x" << height
-                        << " (" << picture.size() / 1024 << " KiB picture) in " << dirPath
-                        << ", " << timer.elapsed() << " ms\n";
+                        << " (" << picture.size() / 1024 << " KiB picture) in " << dirPath << ", "
+                        << timer.elapsed() << " ms\n";
     return 0;
 }

@@ -58,8 +58,7 @@ QString quoted(const QString& text) {
 }
 
 // The shortest text that reads back as the same number; JSON has no NaN or infinity.
-template <typename Float>
-QString number(Float f) {
+template <typename Float> QString number(Float f) {
     if (!std::isfinite(f))
         return QStringLiteral("null");
     char buffer[64];
@@ -103,15 +102,15 @@ QString jsonOf(const PropertyValue& v) {
 
 QString recordLine(const QString& path, const CGImageProperties& record) {
     QString line = QStringLiteral("{\"path\": ") + quoted(path);
-    forEachPresentValue(record, [&](const char* group, const char* field, const char*,
-                                    const PropertyValue& value) {
-        const QString name = *group ? QStringLiteral("%1.%2").arg(QLatin1String(group),
-                                                                  QLatin1String(field))
-                                    : QString::fromLatin1(field);
-        line += QStringLiteral(", %1: {\"value\": %2, \"kind\": \"%3\"}")
-                    .arg(quoted(name), jsonOf(value),
-                         QLatin1String(PropertyValue::kindName(value.kind())));
-    });
+    forEachPresentValue(
+        record, [&](const char* group, const char* field, const char*, const PropertyValue& value) {
+            const QString name =
+                *group ? QStringLiteral("%1.%2").arg(QLatin1String(group), QLatin1String(field))
+                       : QString::fromLatin1(field);
+            line += QStringLiteral(", %1: {\"value\": %2, \"kind\": \"%3\"}")
+                        .arg(quoted(name), jsonOf(value),
+                             QLatin1String(PropertyValue::kindName(value.kind())));
+        });
     return line + QLatin1Char('}');
 }
 

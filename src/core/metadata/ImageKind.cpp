@@ -68,7 +68,9 @@ QByteArray readImageHead(const QString& path) {
     return head;
 }
 
-ImageKind sniffImageKindOfFile(const QString& path) { return sniffImageKind(readImageHead(path)); }
+ImageKind sniffImageKindOfFile(const QString& path) {
+    return sniffImageKind(readImageHead(path));
+}
 
 bool exiv2Reads(ImageKind kind) {
     switch (kind) {

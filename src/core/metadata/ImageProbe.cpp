@@ -1,5 +1,7 @@
 #include "metadata/ImageProbe.h"
 
+#include "metadata/MetadataLibrary.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
@@ -40,10 +42,17 @@ std::optional<QSize> qtSize(const QString& path, const char* format) {
 // LibRaw identifies the camera and the sensor's size from the file's headers; the RAW data
 // is not unpacked.
 std::optional<QSize> librawSize(const QString& path) {
-    auto raw = std::make_unique<LibRaw>(LIBRAW_OPTIONS_NONE);
-    if (raw->open_file(QFile::encodeName(path).constData()) != LIBRAW_SUCCESS)
-        return std::nullopt;
-    return validSize(raw->imgdata.sizes.width, raw->imgdata.sizes.height);
+    try {
+        auto raw = std::make_unique<LibRaw>(LIBRAW_OPTIONS_NONE);
+        if (raw->open_file(QFile::encodeName(path).constData()) != LIBRAW_SUCCESS)
+            return std::nullopt;
+        return validSize(raw->imgdata.sizes.width, raw->imgdata.sizes.height);
+    } catch (const std::exception& e) {
+        qCDebug(lcProbe) << "no size from LibRaw for" << path << ":" << e.what();
+    } catch (...) {
+        qCDebug(lcProbe) << "no size from LibRaw for" << path << ": unknown exception";
+    }
+    return std::nullopt;
 }
 
 std::optional<QSize> tagSize(const Exiv2::ExifData& exif, const char* widthKey,
@@ -62,7 +71,10 @@ std::optional<QSize> exiv2Size(const QString& path) {
             Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
         if (!image.get())
             return std::nullopt;
-        image->readMetadata();
+        {
+            const auto xmpLock = lockXmpToolkit();
+            image->readMetadata();
+        }
         if (auto s = validSize(image->pixelWidth(), image->pixelHeight()))
             return s;
         const Exiv2::ExifData& exif = image->exifData();
@@ -86,8 +98,7 @@ std::optional<QSize> j2kSize(const QByteArray& head) {
         return std::nullopt;
     const auto* p = reinterpret_cast<const uchar*>(head.constData());
     const qint64 width = qint64(qFromBigEndian<quint32>(p + 8)) - qFromBigEndian<quint32>(p + 16);
-    const qint64 height =
-        qint64(qFromBigEndian<quint32>(p + 12)) - qFromBigEndian<quint32>(p + 20);
+    const qint64 height = qint64(qFromBigEndian<quint32>(p + 12)) - qFromBigEndian<quint32>(p + 20);
     return validSize(width, height);
 }
 
@@ -113,8 +124,7 @@ bool hasRawExtension(const QString& path) {
     return raw.contains(QFileInfo(path).suffix().toLower());
 }
 
-template <typename... Readers>
-std::optional<QSize> firstSize(Readers&&... readers) {
+template <typename... Readers> std::optional<QSize> firstSize(Readers&&... readers) {
     std::optional<QSize> size;
     ((size = size ? size : readers()), ...);
     return size;
@@ -123,10 +133,15 @@ std::optional<QSize> firstSize(Readers&&... readers) {
 } // namespace
 
 ImageProbeResult ImageProbe::probe(const QString& path) {
+    return probe(path, readImageHead(path));
+}
+
+ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) {
     ImageProbeResult result;
-    const QByteArray head = readImageHead(path);
     result.kind = sniffImageKind(head);
-    const auto qt = [&](const char* format) { return [&, format] { return qtSize(path, format); }; };
+    const auto qt = [&](const char* format) {
+        return [&, format] { return qtSize(path, format); };
+    };
     const auto libraw = [&] { return librawSize(path); };
     const auto exiv2 = [&] { return exiv2Size(path); };
 

@@ -24,6 +24,8 @@ struct ImageProbeResult {
 class ImageProbe {
 public:
     static ImageProbeResult probe(const QString& path);
+    // The same, for a caller that has already read the file's first bytes.
+    static ImageProbeResult probe(const QString& path, const QByteArray& head);
 };
 
 } // namespace tagmoor

@@ -1,6 +1,7 @@
 #include "metadata/MetadataBlockReader.h"
 
 #include "metadata/ImageKind.h"
+#include "metadata/MetadataLibrary.h"
 
 #include <QFile>
 #include <QLoggingCategory>
@@ -11,11 +12,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <exception>
+#include <string_view>
+#include <unordered_map>
 
 namespace tagmoor {
 
 namespace {
-
 
 Q_LOGGING_CATEGORY(lcRead, "tagmoor.metadata.read", QtInfoMsg)
 
@@ -50,7 +52,7 @@ double gpsDegrees(const Exiv2::Metadatum& datum) {
     return result + double(s.first) / 3600.0;
 }
 
-bool isGpsCoordinate(const std::string& key) {
+bool isGpsCoordinate(std::string_view key) {
     return key == "Exif.GPSInfo.GPSLatitude" || key == "Exif.GPSInfo.GPSLongitude";
 }
 
@@ -74,7 +76,7 @@ QString textOf(const Exiv2::Value& value) {
 // The dictionary value of one datum, or an invalid variant for the types that are skipped.
 // Numbers keep only their first component and become 32-bit floats; whole-number types
 // go through toLong, so a TIFF float of 2.5 reads as 2 and a byte of 200 as -56.
-QVariant valueOf(const Exiv2::Metadatum& datum, const std::string& key, bool gpsRule) {
+QVariant valueOf(const Exiv2::Metadatum& datum, std::string_view key, bool gpsRule) {
     const Exiv2::Value& value = datum.value();
     switch (datum.typeId()) {
     case Exiv2::unsignedByte:
@@ -104,22 +106,25 @@ QVariant valueOf(const Exiv2::Metadatum& datum, const std::string& key, bool gps
     }
 }
 
-// Walks one block, handing each wanted datum with a kept value to the sink. The Exif block
-// also writes its "key: ... value: ..." lines to the debug log.
+// The "key: ... value: ..." line of an Exif datum, in the debug log; other blocks have none.
+void logIfExif(const Exiv2::Exifdatum& datum) {
+    if (!lcRead().isDebugEnabled())
+        return;
+    qCDebug(lcRead).noquote().nospace()
+        << "key: " << QString::fromStdString(datum.key()) << " value: "
+        << (datum.size() > 0 ? QString::fromStdString(datum.value().toString()) : QString()) << ' ';
+}
+void logIfExif(const Exiv2::Metadatum&) {}
+
+// Walks one block, handing each datum with a kept value to the sink. The Exif block also
+// writes its "key: ... value: ..." lines to the debug log.
 template <typename Data>
-void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Filter& wanted,
-               const MetadataBlockReader::Sink& sink) {
+void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Sink& sink) {
     const bool isExif = block == KeyBlock::Exif;
     for (const auto& datum : data) {
         const std::string key = datum.key();
-        if (isExif && lcRead().isDebugEnabled()) {
-            qCDebug(lcRead).noquote().nospace()
-                << "key: " << QString::fromStdString(key) << " value: "
-                << (datum.size() > 0 ? QString::fromStdString(datum.value().toString())
-                                     : QString())
-                << ' ';
-        }
-        if (datum.size() == 0 || key.empty() || (wanted && !wanted(block, key)))
+        logIfExif(datum);
+        if (datum.size() == 0 || key.empty())
             continue;
         QVariant v = valueOf(datum, key, isExif);
         if (v.isValid())
@@ -127,15 +132,84 @@ void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Filt
     }
 }
 
+// The read rows of the key table by Exiv2's numbers: IFD and tag for Exif, record and
+// dataset for IPTC; XMP by key text.
+struct KeyListIndex {
+    std::unordered_map<quint32, const KeyRow*> exif;
+    std::unordered_map<quint32, const KeyRow*> iptc;
+    std::unordered_map<std::string, const KeyRow*> xmp;
+
+    static quint32 pack(int group, int tag) { return quint32(group) << 16 | quint32(tag); }
+
+    static const KeyListIndex& get() {
+        static const KeyListIndex index = [] {
+            KeyListIndex built;
+            for (const KeyRow& row : allKeyRows()) {
+                if (row.read == ReadKind::NotRead)
+                    continue;
+                switch (row.block) {
+                case KeyBlock::Exif: {
+                    const Exiv2::ExifKey key(row.key);
+                    built.exif.emplace(pack(key.ifdId(), key.tag()), &row);
+                    break;
+                }
+                case KeyBlock::Iptc: {
+                    const Exiv2::IptcKey key(row.key);
+                    built.iptc.emplace(pack(key.record(), key.tag()), &row);
+                    break;
+                }
+                case KeyBlock::Xmp:
+                    built.xmp.emplace(row.key, &row);
+                    break;
+                }
+            }
+            return built;
+        }();
+        return index;
+    }
+
+    const KeyRow* find(const Exiv2::Exifdatum& d) const {
+        return find(exif, pack(d.ifdId(), d.tag()));
+    }
+    const KeyRow* find(const Exiv2::Iptcdatum& d) const {
+        return find(iptc, pack(d.record(), d.tag()));
+    }
+    const KeyRow* find(const Exiv2::Xmpdatum& d) const {
+        const auto it = xmp.find(d.key());
+        return it == xmp.end() ? nullptr : it->second;
+    }
+
+private:
+    static const KeyRow* find(const std::unordered_map<quint32, const KeyRow*>& map, quint32 id) {
+        const auto it = map.find(id);
+        return it == map.end() ? nullptr : it->second;
+    }
+};
+
+template <typename Data> void readRows(const Data& data, const MetadataBlockReader::RowSink& sink) {
+    const KeyListIndex& index = KeyListIndex::get();
+    for (const auto& datum : data) {
+        logIfExif(datum);
+        const KeyRow* row = index.find(datum);
+        if (!row || datum.size() == 0)
+            continue;
+        QVariant v = valueOf(datum, row->key, row->block == KeyBlock::Exif);
+        if (v.isValid())
+            sink(*row, std::move(v));
+    }
+}
+
 // Opens and parses the file, or gives nothing for content that is not a photo we accept:
 // such a file never reaches Exiv2's parsers.
-Exiv2::Image::AutoPtr openImage(const std::string& native, const QString& path) {
-    if (!exiv2Reads(sniffImageKindOfFile(path)))
+Exiv2::Image::AutoPtr openImage(const std::string& native, ImageKind kind) {
+    if (!exiv2Reads(kind))
         return Exiv2::Image::AutoPtr();
     Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(native, true);
     Q_ASSERT_X(image.get() != 0, "MetadataBlockReader", "image.get() != 0");
-    if (image.get())
+    if (image.get()) {
+        const auto xmpLock = lockXmpToolkit();
         image->readMetadata();
+    }
     return image;
 }
 
@@ -154,8 +228,7 @@ QString jsonEscaped(const QString& text) {
 }
 
 // "{", one line per datum ("  \"key\": \"value\"", with "," between), "}".
-template <typename Data>
-QString jsonShaped(const Data& data) {
+template <typename Data> QString jsonShaped(const Data& data) {
     QStringList lines;
     for (const auto& datum : data) {
         const QString value =
@@ -168,18 +241,52 @@ QString jsonShaped(const Data& data) {
 
 } // namespace
 
-MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Filter& wanted,
-                                                       const Sink& sink) {
+MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString& path,
+                                                                  const RowSink& sink,
+                                                                  const Options& options) {
     const std::optional<std::string> native = nativePath(path);
     if (!native)
         return Outcome::UnencodablePath;
     try {
-        Exiv2::Image::AutoPtr image = openImage(*native, path);
+        Exiv2::Image::AutoPtr image =
+            openImage(*native, options.kind ? *options.kind : sniffImageKindOfFile(path));
         if (!image.get())
             return Outcome::Failed;
-        readBlock(image->exifData(), KeyBlock::Exif, wanted, sink);
-        readBlock(image->iptcData(), KeyBlock::Iptc, wanted, sink);
-        readBlock(image->xmpData(), KeyBlock::Xmp, wanted, sink);
+        if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
+            *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
+        readRows(image->exifData(), sink);
+        readRows(image->iptcData(), sink);
+        readRows(image->xmpData(), sink);
+        return Outcome::Read;
+    } catch (const Exiv2::AnyError& e) {
+        qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
+    } catch (const std::exception& e) {
+        qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
+    } catch (...) {
+        qCDebug(lcRead) << "no metadata from" << path << ": unknown exception";
+    }
+    return Outcome::Failed;
+}
+
+MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink) {
+    return read(path, sink, Options{});
+}
+
+MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink,
+                                                       const Options& options) {
+    const std::optional<std::string> native = nativePath(path);
+    if (!native)
+        return Outcome::UnencodablePath;
+    try {
+        Exiv2::Image::AutoPtr image =
+            openImage(*native, options.kind ? *options.kind : sniffImageKindOfFile(path));
+        if (!image.get())
+            return Outcome::Failed;
+        if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
+            *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
+        readBlock(image->exifData(), KeyBlock::Exif, sink);
+        readBlock(image->iptcData(), KeyBlock::Iptc, sink);
+        readBlock(image->xmpData(), KeyBlock::Xmp, sink);
         return Outcome::Read;
     } catch (const Exiv2::AnyError& e) {
         qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
@@ -197,7 +304,7 @@ QVariantMap MetadataBlockReader::readJsonShaped(const QString& path) {
     if (!native)
         return result;
     try {
-        Exiv2::Image::AutoPtr image = openImage(*native, path);
+        Exiv2::Image::AutoPtr image = openImage(*native, sniffImageKindOfFile(path));
         if (!image.get())
             return result;
         result.insert(QStringLiteral("exif"), jsonShaped(image->exifData()));

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "metadata/ImageKind.h"
 #include "metadata/KeyTable.h"
 
+#include <QSize>
 #include <QString>
 #include <QVariant>
 #include <QVariantMap>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace tagmoor {
@@ -20,14 +23,30 @@ class MetadataBlockReader {
 public:
     enum class Outcome { Read, UnencodablePath, Failed };
 
-    // Whether a datum is wanted; deciding before converting spares the conversion.
-    using Filter = std::function<bool(KeyBlock block, const std::string& key)>;
-    // Receives every wanted datum that has a value of a kept type. A key may come again;
-    // the later datum stands. On Failed the caller drops what it received.
+    // Receives every datum that has a value of a kept type. A key may come again; the later
+    // datum stands. On Failed the caller drops what it received.
     using Sink = std::function<void(KeyBlock block, const std::string& key, QVariant&& value)>;
 
-    // An empty filter wants everything.
-    static Outcome read(const QString& path, const Filter& wanted, const Sink& sink);
+    // What a caller already knows of the file, and what it wants besides the tags.
+    struct Options {
+        // The kind told from the file's first bytes; read here when not given.
+        std::optional<ImageKind> kind;
+        // Receives the pixel size that Exiv2 found in the picture's own header, if any.
+        std::optional<QSize>* headerSize = nullptr;
+    };
+
+    // Every datum of the three blocks.
+    static Outcome read(const QString& path, const Sink& sink, const Options& options);
+    static Outcome read(const QString& path, const Sink& sink);
+
+    // Receives a key-list row's value; the same row may come again, and the later stands.
+    using RowSink = std::function<void(const KeyRow& row, QVariant&& value)>;
+
+    // Only the data of the read rows of the key table, matched by Exiv2's tag numbers so
+    // that no other datum costs more than a comparison. The values are the ones read()
+    // gives for the same keys.
+    static Outcome readKeyListRows(const QString& path, const RowSink& sink,
+                                   const Options& options);
 
     // Exiv2's own data of each block as JSON-shaped text under "exif", "iptc" and "xmp";
     // what stands when Exiv2 fails midway.

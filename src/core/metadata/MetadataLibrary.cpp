@@ -20,12 +20,28 @@ void exiv2Log(int level, const char* message) {
     else
         qCDebug(lcExiv2).noquote() << text;
 }
+// Exiv2 takes this lock when it registers XMP namespaces (recursive, in case it ever nests).
+std::recursive_mutex& namespaceMutex() {
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+void lockNamespaces(void* mutex, bool lock) {
+    if (lock)
+        static_cast<std::recursive_mutex*>(mutex)->lock();
+    else
+        static_cast<std::recursive_mutex*>(mutex)->unlock();
+}
 } // namespace
+
+std::unique_lock<std::mutex> lockXmpToolkit() {
+    static std::mutex mutex;
+    return std::unique_lock<std::mutex>(mutex);
+}
 
 void initializeMetadataLibrary() {
     static std::once_flag once;
     std::call_once(once, [] {
-        Exiv2::XmpParser::initialize();
+        Exiv2::XmpParser::initialize(lockNamespaces, &namespaceMutex());
         Exiv2::LogMsg::setHandler(exiv2Log);
         Exiv2::LogMsg::setLevel(Exiv2::LogMsg::warn);
     });

@@ -6,13 +6,11 @@ namespace tagmoor {
 
 std::optional<QVariantMap> MetadataTest::readAllPropertiesFrom(const QString& path) const {
     QVariantMap exif, iptc, xmp;
-    const auto outcome = MetadataBlockReader::read(
-        path, {}, [&](KeyBlock block, const std::string& key, QVariant&& value) {
-            QVariantMap& target = block == KeyBlock::Exif   ? exif
-                                  : block == KeyBlock::Iptc ? iptc
-                                                            : xmp;
-            target.insert(QString::fromStdString(key), std::move(value));
-        });
+    const auto outcome = MetadataBlockReader::read(path, [&](KeyBlock block, const std::string& key,
+                                                             QVariant&& value) {
+        QVariantMap& target = block == KeyBlock::Exif ? exif : block == KeyBlock::Iptc ? iptc : xmp;
+        target.insert(QString::fromStdString(key), std::move(value));
+    });
     switch (outcome) {
     case MetadataBlockReader::Outcome::UnencodablePath:
         return QVariantMap{};

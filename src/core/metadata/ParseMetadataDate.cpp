@@ -1,6 +1,8 @@
 // Date texts from metadata: the first of 13 patterns that parses the whole text wins.
 #include "metadata/PropertyLoading.h"
 
+#include "metadata/DateDigitFormat.h"
+
 #include <unicode/calendar.h>
 #include <unicode/locid.h>
 #include <unicode/parsepos.h>
@@ -35,8 +37,12 @@ constexpr std::array<const char16_t*, 13> kPatterns{
     u"HH:mm:ss.SSS",
 };
 
-bool isAsciiDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
+bool isAsciiDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
+bool isAsciiLetter(char16_t c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+}
 
 // Punctuation that no number parser of any locale takes into or after a number: not a sign,
 // not a decimal or grouping separator, not a quote.
@@ -51,15 +57,45 @@ struct TextShape {
     bool startsWithDigit = false;
     // The character after the leading ASCII digits, when it is plain punctuation; else 0.
     char16_t afterDigits = 0;
+    // Runs of digits, when every digit of the text is one of these runs: an ASCII text in
+    // which no number parser could read "NaN". Otherwise -1 (unknown).
+    int digitRuns = -1;
+    bool endsWithDigit = false;
 
     explicit TextShape(std::u16string_view text) {
         hasLetter = std::any_of(text.begin(), text.end(), isAsciiLetter);
+        const bool ascii =
+            std::all_of(text.begin(), text.end(), [](char16_t c) { return c < 0x80; });
+        const auto lower = [](char16_t c) { return c | 0x20; };
+        bool mentionsNaN = false;
+        for (std::size_t i = 0; i + 2 < text.size(); ++i)
+            mentionsNaN |=
+                lower(text[i]) == u'n' && lower(text[i + 1]) == u'a' && lower(text[i + 2]) == u'n';
+        if (ascii && !mentionsNaN) {
+            digitRuns = 0;
+            for (std::size_t i = 0; i < text.size(); ++i)
+                digitRuns += isAsciiDigit(text[i]) && (i == 0 || !isAsciiDigit(text[i - 1]));
+        }
         startsWithDigit = !text.empty() && isAsciiDigit(text.front());
+        endsWithDigit = !text.empty() && isAsciiDigit(text.back());
         const auto end = std::find_if_not(text.begin(), text.end(), isAsciiDigit);
         if (startsWithDigit && end != text.end() && isPlainPunctuation(*end))
             afterDigits = *end;
     }
 };
+
+// Puts the short way for plain digit fields in place of ICU's number parser, unless the
+// locale gives some field a number format of its own.
+void useDigitFormat(icu::SimpleDateFormat& format, std::u16string_view pattern) {
+    const icu::NumberFormat* common = format.getNumberFormat();
+    const auto* decimal = dynamic_cast<const icu::DecimalFormat*>(common);
+    if (!decimal)
+        return;
+    for (const char16_t c : pattern)
+        if (isAsciiLetter(c) && format.getNumberFormatForField(c) != common)
+            return;
+    format.adoptNumberFormat(new DateDigitFormat(*decimal));
+}
 
 // One pattern's formatter. Building an ICU formatter costs far more than a parse, so each
 // thread keeps its own, with a calendar of its own to parse into (the formatter would
@@ -74,6 +110,11 @@ struct Parser {
     bool startsWithName = false;
     // The punctuation that follows a leading digit field ("yyyy-..." gives '-'); else 0.
     char16_t firstSeparator = 0;
+    // Digit fields; in these patterns each stands apart from the next, so each needs a run
+    // of digits of its own.
+    int digitFields = 0;
+    // Ends with a zone, which no digit run that a digit field took can give.
+    bool endsWithZone = false;
 
     explicit Parser(std::u16string_view pattern) {
         UErrorCode status = U_ZERO_ERROR;
@@ -82,6 +123,7 @@ struct Parser {
         if (U_FAILURE(status))
             return;
         f->setLenient(false);
+        useDigitFormat(*f, pattern);
         calendar.reset(f->getCalendar()->clone());
         if (!calendar)
             return;
@@ -90,10 +132,27 @@ struct Parser {
             return pattern.find(part) != std::u16string_view::npos;
         };
         hasZone = has(u"Z");
+        endsWithZone = pattern.ends_with(u"Z");
         allDigits = !has(u"Z") && !has(u"E") && !has(u"a") && !has(u"MMM") && !has(u"'");
         startsWithName = pattern.starts_with(u"E") || pattern.starts_with(u"MMM");
         const auto fieldEnd = std::find_if_not(pattern.begin(), pattern.end(),
                                                [&](char16_t c) { return c == pattern.front(); });
+        for (std::size_t i = 0; i < pattern.size();) {
+            const char16_t c = pattern[i];
+            if (c == u'\'') {
+                const std::size_t close = pattern.find(u'\'', i + 1);
+                i = close == std::u16string_view::npos ? pattern.size() : close + 1;
+                continue;
+            }
+            std::size_t run = 1;
+            while (i + run < pattern.size() && pattern[i + run] == c)
+                ++run;
+            const bool digitField =
+                std::u16string_view(u"yYdHhmsS").find(c) != std::u16string_view::npos ||
+                (c == u'M' && run <= 2);
+            digitFields += digitField;
+            i += run;
+        }
         if (std::u16string_view(u"yYMdHh").find(pattern.front()) != std::u16string_view::npos &&
             fieldEnd - pattern.begin() <= 4 && fieldEnd != pattern.end() &&
             isPlainPunctuation(*fieldEnd))
@@ -107,6 +166,11 @@ struct Parser {
         if (allDigits && text.hasLetter)
             return false;
         if (startsWithName && text.startsWithDigit)
+            return false;
+        if (text.digitRuns >= 0 && text.digitRuns < digitFields)
+            return false;
+        // Every run went to a digit field and the text ends in one: nothing left for the zone.
+        if (endsWithZone && text.digitRuns == digitFields && text.endsWithDigit)
             return false;
         return !(firstSeparator && text.afterDigits && text.afterDigits != firstSeparator);
     }

@@ -1,5 +1,6 @@
 #include "metadata/PropertyLoading.h"
 
+#include "metadata/FieldSetReading.h"
 #include "metadata/ImageProbe.h"
 
 #include <QVarLengthArray>
@@ -8,15 +9,35 @@
 
 namespace tagmoor {
 
+namespace {
+
+// The readability test and the pixel size. A JPEG's frame header is one that Exiv2 has just
+// walked past to read the tags, so its size is taken from there; QImageReader reads it
+// again only when Exiv2 found none. Every other kind goes through the probe.
+ImageProbeResult readability(const QString& path, const QByteArray& head, ImageKind kind,
+                             const std::optional<QSize>& exiv2HeaderSize) {
+    if (kind == ImageKind::Jpeg && exiv2HeaderSize)
+        return {kind, true, exiv2HeaderSize};
+    return ImageProbe::probe(path, head);
+}
+
+} // namespace
+
 std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
     if (!url.isLocalFile())
         return std::nullopt;
     const QString path = url.toLocalFile();
-    const ImageProbeResult probe = ImageProbe::probe(path);
+    const QByteArray head = readImageHead(path);
+    const ImageKind kind = sniffImageKind(head);
+    if (kind == ImageKind::Unknown)
+        return std::nullopt;
+
+    std::optional<QSize> exiv2HeaderSize;
+    const MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize});
+    const ImageProbeResult probe = readability(path, head, kind, exiv2HeaderSize);
     if (!probe.readable)
         return std::nullopt;
 
-    const MetadataFieldSet set = readMetadataFieldSet(path);
     CGImageProperties record;
     record.url = url;
     record.tiffProperties.emplace();

@@ -1,12 +1,10 @@
 // The first half of loading: the bridge's dictionaries cast row by row to the key table's
 // kinds. A value of the wrong kind, or a number the kind can't hold exactly, stays absent.
-#include "metadata/MetadataBlockReader.h"
+#include "metadata/FieldSetReading.h"
 #include "metadata/PropertyLoading.h"
 
 #include <cmath>
 #include <limits>
-#include <string>
-#include <unordered_map>
 
 namespace tagmoor {
 
@@ -24,7 +22,9 @@ std::optional<double> numberOf(const QVariant& v) {
     }
 }
 
-bool isWhole(double d) { return std::isfinite(d) && std::trunc(d) == d; }
+bool isWhole(double d) {
+    return std::isfinite(d) && std::trunc(d) == d;
+}
 
 PropertyValue castTo(ReadKind kind, const QVariant& v) {
     if (kind == ReadKind::Text || kind == ReadKind::DateText) {
@@ -64,20 +64,6 @@ PropertyValue castTo(ReadKind kind, const QVariant& v) {
     return {};
 }
 
-// The read rows by block and key text.
-const KeyRow* rowOf(KeyBlock block, const std::string& key) {
-    static const auto rows = [] {
-        std::array<std::unordered_map<std::string, const KeyRow*>, 3> byBlock;
-        for (const KeyRow& row : allKeyRows())
-            if (row.read != ReadKind::NotRead)
-                byBlock[std::size_t(row.block)].emplace(row.key, &row);
-        return byBlock;
-    }();
-    const auto& map = rows[std::size_t(block)];
-    const auto it = map.find(key);
-    return it == map.end() ? nullptr : it->second;
-}
-
 // Signs a coordinate by its reference ("N" or "E" positive, anything else negative), or
 // drops both halves when one is missing.
 void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QString& positive) {
@@ -95,16 +81,18 @@ void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QStri
 } // namespace
 
 // The bridge's reading restricted to the key-list rows: the same values, in the same
-// order, as taking them from readAllPropertiesFrom's dictionaries, without building
-// dictionaries of all the other tags (a camera's maker notes hold hundreds).
+// order, as taking them from readAllPropertiesFrom's dictionaries, without converting all
+// the other tags (a camera's maker notes hold hundreds).
 MetadataFieldSet readMetadataFieldSet(const QString& path) {
+    return readMetadataFieldSet(path, MetadataBlockReader::Options{});
+}
+
+MetadataFieldSet readMetadataFieldSet(const QString& path,
+                                      const MetadataBlockReader::Options& options) {
     MetadataFieldSet set;
-    const auto outcome = MetadataBlockReader::read(
-        path, [](KeyBlock block, const std::string& key) { return rowOf(block, key) != nullptr; },
-        [&](KeyBlock block, const std::string& key, QVariant&& value) {
-            const KeyRow* row = rowOf(block, key);
-            set.at(*row) = castTo(row->read, value);
-        });
+    const auto outcome = MetadataBlockReader::readKeyListRows(
+        path, [&](const KeyRow& row, QVariant&& value) { set.at(row) = castTo(row.read, value); },
+        options);
     if (outcome != MetadataBlockReader::Outcome::Read)
         return {};
     signCoordinate(set, exifrow::GPSLatitude, exifrow::GPSLatitudeRef, QStringLiteral("N"));

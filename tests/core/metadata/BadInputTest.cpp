@@ -32,12 +32,14 @@ protected:
 TEST_F(BadInput, NonPhotosWithAPhotoNameGiveNothing) {
     writeBytes(path("empty.jpg"), {});
     writeBytes(path("text.jpg"), "Dear diary,\nno photo today.\n");
-    writeBytes(path("movie.jpg"), QByteArray("\0\0\0\x18" "ftypmp42\0\0\0\0mp42isom", 24) +
+    writeBytes(path("movie.jpg"), QByteArray("\0\0\0\x18"
+                                             "ftypmp42\0\0\0\0mp42isom",
+                                             24) +
                                       QByteArray(2000, '\0'));
     QDir(dir.path()).mkdir(QStringLiteral("folder.jpg"));
     mkfifo(QFile::encodeName(path("pipe.jpg")).constData(), 0600);
-    for (const char* name : {"empty.jpg", "text.jpg", "movie.jpg", "folder.jpg", "pipe.jpg",
-                             "missing.jpg"}) {
+    for (const char* name :
+         {"empty.jpg", "text.jpg", "movie.jpg", "folder.jpg", "pipe.jpg", "missing.jpg"}) {
         EXPECT_FALSE(load(path(name))) << name;
         EXPECT_FALSE(MetadataTest().readAllPropertiesFrom(path(name))) << name;
     }

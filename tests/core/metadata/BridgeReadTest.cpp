@@ -1,5 +1,8 @@
 #include "ExivFixture.h"
 #include "metadata/MetadataTest.h"
+#include "metadata/PropertyLoading.h"
+
+#include <QLoggingCategory>
 
 #include <QTemporaryDir>
 
@@ -125,6 +128,28 @@ TEST_F(BridgeRead, TextsRepeatsAndSkippedTypes) {
     EXPECT_TRUE(json.value("iptc").toString().startsWith("{\n  \"Iptc."));
     EXPECT_TRUE(json.value("iptc").toString().contains("\"Iptc.Application2.City\": \"Lyon\""));
     EXPECT_TRUE(json.value("xmp").toString().endsWith("\n}"));
+}
+
+QStringList gLogged;
+void keepMessage(QtMsgType, const QMessageLogContext& context, const QString& text) {
+    if (QLatin1String(context.category) == QLatin1String("tagmoor.metadata.read"))
+        gLogged << text;
+}
+
+TEST_F(BridgeRead, ExifDataAreLoggedAsKeyValueLines) {
+    const QString file = jpegWithTags(path("log.jpg"), [](Exiv2::Image& img) {
+        addExif(img.exifData(), "Exif.Image.Artist", Exiv2::asciiString, "Ann");
+        addIptc(img.iptcData(), "Iptc.Application2.City", "Lyon");
+    });
+    gLogged.clear();
+    QLoggingCategory::setFilterRules(QStringLiteral("tagmoor.metadata.read.debug=true"));
+    const QtMessageHandler previous = qInstallMessageHandler(keepMessage);
+    MetadataTest().readAllPropertiesFrom(file);
+    readMetadataFieldSet(file);
+    qInstallMessageHandler(previous);
+    QLoggingCategory::setFilterRules(QString());
+    EXPECT_EQ(gLogged.count(QStringLiteral("key: Exif.Image.Artist value: Ann ")), 2);
+    EXPECT_FALSE(gLogged.join('\n').contains(QStringLiteral("Iptc.")));
 }
 
 TEST_F(BridgeRead, EmptyFailedAndUnencodablePaths) {

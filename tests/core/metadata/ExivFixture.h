@@ -10,8 +10,7 @@
 namespace tagmoor::test {
 
 // Adds one datum of the given type, parsed from Exiv2's text form ("48/1 30/1 0/1").
-inline void addExif(Exiv2::ExifData& data, const char* key, Exiv2::TypeId type,
-                    const char* text) {
+inline void addExif(Exiv2::ExifData& data, const char* key, Exiv2::TypeId type, const char* text) {
     Exiv2::Value::AutoPtr v = Exiv2::Value::create(type);
     v->read(text);
     data.add(Exiv2::ExifKey(key), v.get());
@@ -24,8 +23,7 @@ inline void addIptc(Exiv2::IptcData& data, const char* key, const char* text) {
 }
 
 // A small JPEG at `path` whose metadata `fill` sets.
-inline QString jpegWithTags(const QString& path,
-                            const std::function<void(Exiv2::Image&)>& fill) {
+inline QString jpegWithTags(const QString& path, const std::function<void(Exiv2::Image&)>& fill) {
     makeJpeg(path);
     Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
     image->readMetadata();

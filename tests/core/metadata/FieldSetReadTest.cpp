@@ -75,15 +75,15 @@ TEST_F(FieldSetRead, CoordinatesTakeTheirSignFromTheReference) {
     };
     int i = 0;
     for (const Case& c : cases) {
-        const QString file = jpegWithTags(path(("gps" + std::to_string(i++) + ".jpg").c_str()),
-                                          [&](Exiv2::Image& img) {
-            Exiv2::ExifData& exif = img.exifData();
-            addExif(exif, "Exif.GPSInfo.GPSLatitude", Exiv2::signedRational, c.latitude);
-            if (c.latRef)
-                addExif(exif, "Exif.GPSInfo.GPSLatitudeRef", Exiv2::asciiString, c.latRef);
-            addExif(exif, "Exif.GPSInfo.GPSLongitude", Exiv2::signedRational, c.longitude);
-            addExif(exif, "Exif.GPSInfo.GPSLongitudeRef", Exiv2::asciiString, c.lonRef);
-        });
+        const QString file = jpegWithTags(
+            path(("gps" + std::to_string(i++) + ".jpg").c_str()), [&](Exiv2::Image& img) {
+                Exiv2::ExifData& exif = img.exifData();
+                addExif(exif, "Exif.GPSInfo.GPSLatitude", Exiv2::signedRational, c.latitude);
+                if (c.latRef)
+                    addExif(exif, "Exif.GPSInfo.GPSLatitudeRef", Exiv2::asciiString, c.latRef);
+                addExif(exif, "Exif.GPSInfo.GPSLongitude", Exiv2::signedRational, c.longitude);
+                addExif(exif, "Exif.GPSInfo.GPSLongitudeRef", Exiv2::asciiString, c.lonRef);
+            });
         const MetadataFieldSet set = readMetadataFieldSet(file);
         EXPECT_EQ(set.exif[29].float32(), c.lat) << c.latitude;
         EXPECT_EQ(set.exif[31].float32(), c.lon) << c.longitude;

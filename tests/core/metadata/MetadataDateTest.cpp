@@ -25,8 +25,8 @@ TEST(MetadataDate, EachPatternParsesItsOwnForm) {
         const char* expected;
     };
     const Case cases[] = {
-        {"2019-05-01 10:20:30", "2019-05-01T10:20:30.000Z"},   // 12-hour form first
-        {"2019-05-01 22:20:30", "2019-05-01T22:20:30.000Z"},   // then the 24-hour one
+        {"2019-05-01 10:20:30", "2019-05-01T10:20:30.000Z"}, // 12-hour form first
+        {"2019-05-01 22:20:30", "2019-05-01T22:20:30.000Z"}, // then the 24-hour one
         {"2019-05-01T10:20:30+0200", "2019-05-01T08:20:30.000Z"},
         {"Wednesday, May 1, 2019", "2019-05-01T00:00:00.000Z"},
         {"05/01/2019", "2019-05-01T00:00:00.000Z"},
@@ -51,20 +51,27 @@ TEST(MetadataDate, ExifFormParsesThroughTheWeekYearPattern) {
 }
 
 TEST(MetadataDate, IncompleteOrLooseTextGivesNothing) {
-    for (const char* text : {"", "2019:05:01 10:20", "2019:05:01 10:20:30 trailing",
-                             "2019-13-01 10:20:30", "2019-02-30 10:20:30", "yesterday",
-                             "2019-05-01"})
+    for (const char* text :
+         {"", "2019:05:01 10:20", "2019:05:01 10:20:30 trailing", "2019-13-01 10:20:30",
+          "2019-02-30 10:20:30", "yesterday", "2019-05-01"})
         EXPECT_FALSE(parseMetadataDate(QString::fromLatin1(text))) << text;
 }
 
 // The same rule with nothing cached and nothing skipped: a fresh ICU formatter per pattern.
 std::optional<qint64> plainIcuParse(const QString& text) {
-    const char16_t* patterns[] = {
-        u"yyyy-MM-dd hh:mm:ss", u"yyyy-MM-dd HH:mm:ss", u"yyyy-MM-dd'T'HH:mm:ssZ",
-        u"YYYY:MM:dd HH:mm:ss", u"EEEE, MMM d, yyyy",   u"MM/dd/yyyy",
-        u"MM-dd-yyyy HH:mm",    u"MMM d, h:mm a",       u"MMMM yyyy",
-        u"MMM d, yyyy",         u"E, d MMM yyyy HH:mm:ss Z", u"dd.MM.yy",
-        u"HH:mm:ss.SSS"};
+    const char16_t* patterns[] = {u"yyyy-MM-dd hh:mm:ss",
+                                  u"yyyy-MM-dd HH:mm:ss",
+                                  u"yyyy-MM-dd'T'HH:mm:ssZ",
+                                  u"YYYY:MM:dd HH:mm:ss",
+                                  u"EEEE, MMM d, yyyy",
+                                  u"MM/dd/yyyy",
+                                  u"MM-dd-yyyy HH:mm",
+                                  u"MMM d, h:mm a",
+                                  u"MMMM yyyy",
+                                  u"MMM d, yyyy",
+                                  u"E, d MMM yyyy HH:mm:ss Z",
+                                  u"dd.MM.yy",
+                                  u"HH:mm:ss.SSS"};
     static const auto formats = [&] {
         std::vector<std::unique_ptr<icu::SimpleDateFormat>> all;
         for (const char16_t* pattern : patterns) {
@@ -89,15 +96,38 @@ std::optional<qint64> plainIcuParse(const QString& text) {
 TEST(MetadataDate, AgreesWithPlainIcuOnAssortedTexts) {
     // Pieces of real date texts and of things that only look like them; the skipped
     // patterns must never be ones that would have matched.
-    const QStringList pieces{"2019", "05",  "01",  "10",   "20",    "30", "-",   ":",
-                             " ",    "T",   "+0200", "May", "Wednesday", ",", "/", ".",
-                             "PM",   "Wed", "1",   "250",  "GMT",   "99", "NaN", "\t",
-                             "x",    QString(QChar(0x0663)), "-0", "12", "1999", "Z"};
-    QStringList texts{"2019:05:01 10:20:30", "2019-05-01 10:20:30", "2019-05-01 13:20:30",
-                      "2019-05-01T10:20:30+0200", "2019-05-01T10:20:30Z", "05/01/2019",
-                      "05-01-2019 10:20", "May 1, 3:04 PM", "May 2019", "May 1, 2019",
-                      "Wed, 1 May 2019 10:20:30 +0000", "01.05.19", "10:20:30.250",
-                      "Wednesday, May 1, 2019", "2019:5:1 1:2:3", "0:0:0.0", "1/1/1"};
+    const QStringList pieces{"2019",      "05",
+                             "01",        "10",
+                             "20",        "30",
+                             "-",         ":",
+                             " ",         "T",
+                             "+0200",     "May",
+                             "Wednesday", ",",
+                             "/",         ".",
+                             "PM",        "Wed",
+                             "1",         "250",
+                             "GMT",       "99",
+                             "NaN",       "\t",
+                             "x",         QString(QChar(0x0663)),
+                             "-0",        "12",
+                             "1999",      "Z"};
+    QStringList texts{"2019:05:01 10:20:30",
+                      "2019-05-01 10:20:30",
+                      "2019-05-01 13:20:30",
+                      "2019-05-01T10:20:30+0200",
+                      "2019-05-01T10:20:30Z",
+                      "05/01/2019",
+                      "05-01-2019 10:20",
+                      "May 1, 3:04 PM",
+                      "May 2019",
+                      "May 1, 2019",
+                      "Wed, 1 May 2019 10:20:30 +0000",
+                      "01.05.19",
+                      "10:20:30.250",
+                      "Wednesday, May 1, 2019",
+                      "2019:5:1 1:2:3",
+                      "0:0:0.0",
+                      "1/1/1"};
     QRandomGenerator random(7);
     const auto piece = [&] { return pieces[int(random.bounded(qsizetype(pieces.size())))]; };
     const QStringList valid = texts;

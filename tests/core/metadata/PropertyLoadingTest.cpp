@@ -1,7 +1,8 @@
-#include "ExivFixture.h"
 #include "metadata/PropertyLoading.h"
+#include "ExivFixture.h"
 
 #include <QTemporaryDir>
+#include <QtConcurrent/QtConcurrentMap>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -81,8 +82,8 @@ TEST_F(PropertyLoading, PhotoWithoutTagsHasFiveEmptyGroupsAndItsSize) {
 
 TEST_F(PropertyLoading, ReadersAreJoinedWhenOnlyOneOfThemUnderstandsTheFile) {
     // Exiv2 has no reader for a bare JPEG 2000 code stream: the size alone makes the record.
-    const auto j2c = loadImageProperties(
-        QUrl::fromLocalFile(formatsDir() + QStringLiteral("/et-Jpeg2000.j2c")));
+    const auto j2c =
+        loadImageProperties(QUrl::fromLocalFile(formatsDir() + QStringLiteral("/et-Jpeg2000.j2c")));
     ASSERT_TRUE(j2c);
     EXPECT_EQ(j2c->pixelWidth.float64(), 8.0);
     EXPECT_TRUE(j2c->tiffProperties && *j2c->tiffProperties == TiffProperties{});
@@ -106,6 +107,37 @@ TEST_F(PropertyLoading, ReadersAreJoinedWhenOnlyOneOfThemUnderstandsTheFile) {
     ASSERT_TRUE(half);
     EXPECT_EQ(half->tiffProperties->artist.text(), QStringLiteral("Ann"));
     EXPECT_EQ(half->pixelWidth.float64(), 64.0);
+}
+
+// "group.field=value(kind)" for every present value, for readable failures.
+QStringList describe(const std::optional<CGImageProperties>& record) {
+    QStringList out;
+    if (!record)
+        return {QStringLiteral("no record")};
+    forEachPresentValue(*record, [&](const char* group, const char* field, const char*,
+                                     const PropertyValue& value) {
+        out << QStringLiteral("%1.%2=%3(%4)")
+                   .arg(QLatin1String(group), QLatin1String(field), value.variant().toString(),
+                        QLatin1String(PropertyValue::kindName(value.kind())));
+    });
+    return out;
+}
+
+TEST_F(PropertyLoading, ThreadsLoadingAtOnceGetTheSameRecords) {
+    QList<QUrl> urls;
+    for (const QString& file : sampleFiles(formatsDir()))
+        urls << QUrl::fromLocalFile(file);
+    QList<std::optional<CGImageProperties>> expected;
+    for (const QUrl& url : urls)
+        expected << loadImageProperties(url);
+    QList<QUrl> many;
+    for (int i = 0; i < 4; ++i)
+        many += urls;
+    const auto loaded = QtConcurrent::blockingMapped(
+        many, [](const QUrl& url) { return loadImageProperties(url); });
+    for (qsizetype i = 0; i < many.size(); ++i)
+        EXPECT_EQ(describe(loaded[i]).join(' ').toStdString(),
+                  describe(expected[i % urls.size()]).join(' ').toStdString());
 }
 
 } // namespace

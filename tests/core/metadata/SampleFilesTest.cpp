@@ -95,7 +95,8 @@ TEST(SampleFiles, BridgeAgreesWithTheExiv2ToolOnEveryListedKey) {
     int compared = 0;
     for (const QString& file : sampleFiles(formatsDir())) {
         SCOPED_TRACE(file.toStdString());
-        const ToolResult tool = runTool(QStringLiteral("exiv2"), {QStringLiteral("-PEIXkycv"), file});
+        const ToolResult tool =
+            runTool(QStringLiteral("exiv2"), {QStringLiteral("-PEIXkycv"), file});
         const auto ours = MetadataTest().readAllPropertiesFrom(file);
         if (tool.out.isEmpty()) {
             EXPECT_FALSE(ours && !ours->value(QStringLiteral("exif")).toMap().isEmpty());
@@ -122,11 +123,62 @@ TEST(SampleFiles, BridgeAgreesWithTheExiv2ToolOnEveryListedKey) {
             else if (expected.metaType().id() == QMetaType::Double)
                 EXPECT_DOUBLE_EQ(got.toDouble(), expected.toDouble()) << row.key;
             else
-                EXPECT_EQ(got.toString().toStdString(), expected.toString().toStdString()) << row.key;
+                EXPECT_EQ(got.toString().toStdString(), expected.toString().toStdString())
+                    << row.key;
             ++compared;
         }
     }
     EXPECT_GT(compared, 300);
+}
+
+// The field set reads by tag numbers; it must find what the full dictionaries hold.
+TEST(SampleFiles, FieldSetMatchesTheFullDictionaries) {
+    int checked = 0;
+    for (const QString& file : sampleFiles(formatsDir())) {
+        SCOPED_TRACE(file.toStdString());
+        const auto all = MetadataTest().readAllPropertiesFrom(file);
+        const MetadataFieldSet set = readMetadataFieldSet(file);
+        for (const KeyRow& row : allKeyRows()) {
+            if (row.read == ReadKind::NotRead || row.row == exifrow::GPSLatitude ||
+                row.row == exifrow::GPSLongitude)
+                continue;
+            const char* block = row.block == KeyBlock::Exif   ? "exif"
+                                : row.block == KeyBlock::Iptc ? "iptc"
+                                                              : "xmp";
+            const QVariant v =
+                all ? all->value(QLatin1String(block)).toMap().value(row.key) : QVariant();
+            const PropertyValue& got = set.at(row);
+            if (v.metaType().id() == QMetaType::QString) {
+                const bool isText = row.read == ReadKind::Text || row.read == ReadKind::DateText;
+                // Latitude and longitude references are dropped with a missing coordinate.
+                if (isText && row.block == KeyBlock::Exif &&
+                    (row.row == exifrow::GPSLatitudeRef || row.row == exifrow::GPSLongitudeRef))
+                    continue;
+                EXPECT_EQ(got.text(), isText ? std::optional(v.toString()) : std::nullopt)
+                    << row.key;
+                ++checked;
+            } else if (v.isValid()) {
+                const double n = v.toDouble();
+                const std::optional<double> ours =
+                    got.int64()     ? std::optional(double(*got.int64()))
+                    : got.float32() ? std::optional(double(*got.float32()))
+                    : got.uint8()   ? std::optional(double(*got.uint8()))
+                    : got.uint64()  ? std::optional(double(*got.uint64()))
+                                    : std::nullopt;
+                if (ours) {
+                    EXPECT_EQ(*ours, n) << row.key;
+                }
+                // A whole number in range is never lost by the integer casts.
+                if (row.read == ReadKind::Int64 && std::trunc(n) == n) {
+                    EXPECT_TRUE(ours) << row.key;
+                }
+                ++checked;
+            } else {
+                EXPECT_TRUE(got.isAbsent()) << row.key;
+            }
+        }
+    }
+    EXPECT_GT(checked, 300);
 }
 
 TEST(SampleFiles, EveryFormatSampleGivesARecordWithItsSize) {
@@ -148,7 +200,8 @@ TEST(SampleFiles, EveryFormatSampleGivesARecordWithItsSize) {
         const QString name = QFileInfo(file).fileName();
         EXPECT_TRUE(record->pixelWidth.float64().has_value()) << name.toStdString();
         if (sizes.contains(name)) {
-            EXPECT_EQ(record->pixelWidth.float64(), double(sizes[name].width())) << name.toStdString();
+            EXPECT_EQ(record->pixelWidth.float64(), double(sizes[name].width()))
+                << name.toStdString();
             EXPECT_EQ(record->pixelHeight.float64(), double(sizes[name].height()))
                 << name.toStdString();
         }
