@@ -14,8 +14,7 @@ QVariantMap mergeBlock(std::span<const KeyRow> rows, const QStringList& keyNames
         if (row.read == ReadKind::NotRead)
             continue;
         // An edited empty text counts as a value: it is written as an empty tag.
-        const PropertyValue& value =
-            edited.at(row).isPresent() ? edited.at(row) : inFile.at(row);
+        const PropertyValue& value = edited.at(row).isPresent() ? edited.at(row) : inFile.at(row);
         if (value.isPresent())
             block.insert(keyNames.at(row.row), value.variant());
     }

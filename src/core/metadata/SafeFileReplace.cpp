@@ -5,9 +5,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMutex>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSet>
+#include <QThreadPool>
 #include <QTimeZone>
 
 #include <cerrno>
@@ -15,6 +17,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace tagmoor {
@@ -40,9 +43,8 @@ const QRegularExpression& temporaryPattern() {
 }
 
 QDateTime modificationTime(const struct stat& st) {
-    return QDateTime::fromMSecsSinceEpoch(qint64(st.st_mtim.tv_sec) * 1000 +
-                                              st.st_mtim.tv_nsec / 1000000,
-                                          Qt::UTC);
+    return QDateTime::fromMSecsSinceEpoch(
+        qint64(st.st_mtim.tv_sec) * 1000 + st.st_mtim.tv_nsec / 1000000, Qt::UTC);
 }
 
 // A killed writer leaves its temporary file behind. Once per folder and process, remove those
@@ -57,8 +59,8 @@ void removeLeftovers(const QString& folder) {
             return;
         swept.insert(folder);
     }
-    const QStringList names = QDir(folder).entryList(
-        {QStringLiteral(".tagmoor-*.tmp")}, QDir::Files | QDir::Hidden | QDir::System);
+    const QStringList names = QDir(folder).entryList({QStringLiteral(".tagmoor-*.tmp")},
+                                                     QDir::Files | QDir::Hidden | QDir::System);
     for (const QString& name : names) {
         const auto match = temporaryPattern().match(name);
         if (!match.hasMatch())
@@ -94,9 +96,72 @@ bool writeAll(int fd, const char* data, std::size_t size, int* error) {
     return true;
 }
 
+// Extended attributes (tags of file managers, access lists) go with the file's bytes to the new
+// inode. Best effort: a file system or a name that refuses one leaves that one behind.
+void copyExtendedAttributes(const char* from, int toFd) {
+    const ssize_t listSize = ::listxattr(from, nullptr, 0);
+    if (listSize <= 0)
+        return;
+    QByteArray names(listSize, '\0');
+    const ssize_t got = ::listxattr(from, names.data(), std::size_t(names.size()));
+    if (got <= 0)
+        return;
+    for (const QByteArray& name : names.left(got).split('\0')) {
+        if (name.isEmpty())
+            continue;
+        const ssize_t valueSize = ::getxattr(from, name.constData(), nullptr, 0);
+        if (valueSize < 0)
+            continue;
+        QByteArray value(valueSize, '\0');
+        const ssize_t read =
+            ::getxattr(from, name.constData(), value.data(), std::size_t(value.size()));
+        if (read >= 0)
+            ::fsetxattr(toFd, name.constData(), value.constData(), std::size_t(read), 0);
+    }
+}
+
+// Giving back the blocks of the replaced photo costs more than the rest of the replacement
+// (the file system frees them inside the call that drops the last name). So the old file keeps
+// a second, hidden name across the rename, and a background thread drops that name. Should the
+// process die first, the name is a leftover like any other and the next sweep removes it.
+QThreadPool& releasePool() {
+    // Destroyed at exit, after waiting for the names still to drop.
+    static QThreadPool pool;
+    static const bool oneAtATime = [] {
+        pool.setMaxThreadCount(1);
+        return true;
+    }();
+    Q_UNUSED(oneAtATime);
+    return pool;
+}
+
+// A second hidden name for the file at `target` in `folder`, or empty when the file system
+// won't give one (no hard links there); the replacement then frees the old file itself.
+QByteArray linkAside(const QByteArray& folder, const QByteArray& target) {
+    static const char kAlphabet[] =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        QByteArray name = folder + "/.tagmoor-" + QByteArray::number(getpid()) + '-';
+        for (int i = 0; i < 6; ++i)
+            name += kAlphabet[QRandomGenerator::global()->bounded(int(sizeof kAlphabet) - 1)];
+        name += ".tmp";
+        if (::link(target.constData(), name.constData()) == 0)
+            return name;
+        if (errno != EEXIST)
+            break;
+    }
+    return {};
+}
+
 } // namespace
 
-void SafeFileReplace::setFaultHook(FaultHook hook) { faultHook() = std::move(hook); }
+void SafeFileReplace::waitForReleases() {
+    releasePool().waitForDone();
+}
+
+void SafeFileReplace::setFaultHook(FaultHook hook) {
+    faultHook() = std::move(hook);
+}
 
 SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPath) {
     // Write through a symbolic link to the file it names, so the link stays a link.
@@ -104,7 +169,9 @@ SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPat
     m_encodedTarget = QFile::encodeName(canonical.isEmpty() ? targetPath : canonical);
 }
 
-SafeFileReplace::~SafeFileReplace() { removeTemporary(); }
+SafeFileReplace::~SafeFileReplace() {
+    removeTemporary();
+}
 
 bool SafeFileReplace::fail(const QString& what, int error) {
     m_error = m_target + QStringLiteral(": ") + what + QStringLiteral(": ") +
@@ -152,7 +219,8 @@ SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<File
     m_original.resize(qsizetype(m_status.st_size));
     qsizetype done = 0;
     while (done < m_original.size()) {
-        const ssize_t n = ::read(fd, m_original.data() + done, std::size_t(m_original.size() - done));
+        const ssize_t n =
+            ::read(fd, m_original.data() + done, std::size_t(m_original.size() - done));
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0) {
@@ -169,8 +237,7 @@ bool SafeFileReplace::targetUnchangedSinceRead() {
     if (::stat(m_encodedTarget.constData(), &now) != 0)
         return false;
     return now.st_dev == m_status.st_dev && now.st_ino == m_status.st_ino &&
-           now.st_size == m_status.st_size &&
-           now.st_mtim.tv_sec == m_status.st_mtim.tv_sec &&
+           now.st_size == m_status.st_size && now.st_mtim.tv_sec == m_status.st_mtim.tv_sec &&
            now.st_mtim.tv_nsec == m_status.st_mtim.tv_nsec;
 }
 
@@ -180,8 +247,8 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     const QString folder = QFileInfo(targetName).absolutePath();
     removeLeftovers(folder);
 
-    QByteArray pattern = QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) +
-                         "-XXXXXX.tmp";
+    QByteArray pattern =
+        QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) + "-XXXXXX.tmp";
     if (const int injected = injectedError(Step::Create))
         return fail(QStringLiteral("Failed to create a temporary file"), injected);
     const int fd = ::mkostemps(pattern.data(), 4, O_CLOEXEC);
@@ -203,6 +270,15 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
         return fail(QStringLiteral("Failed to keep the file's owner"), errno);
     if (::fchmod(fd, m_status.st_mode & 07777) != 0)
         return fail(QStringLiteral("Failed to keep the file's permissions"), errno);
+    copyExtendedAttributes(m_encodedTarget.constData(), fd);
+
+    // Start the write-back now, so that the disk works while the copy is being checked; the
+    // flush below then only waits for what is left.
+    ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+    if (const int injected = injectedError(Step::Verify))
+        return fail(QStringLiteral("The new file does not read back"), injected);
+    if (!verify(QFile::decodeName(m_temporary)))
+        return fail(QStringLiteral("The new file does not read back"), EIO);
 
     if (const int injected = injectedError(Step::Flush))
         return fail(QStringLiteral("Failed to flush the new file"), injected);
@@ -217,19 +293,23 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     if (written.st_size != off_t(size))
         return fail(QStringLiteral("The new file is incomplete"), EIO);
 
-    if (const int injected = injectedError(Step::Verify))
-        return fail(QStringLiteral("The new file does not read back"), injected);
-    if (!verify(QFile::decodeName(m_temporary)))
-        return fail(QStringLiteral("The new file does not read back"), EIO);
-
     if (const int injected = injectedError(Step::Rename))
         return fail(QStringLiteral("Failed to replace the file"), injected);
     // Someone may have replaced or changed the file while we wrote; their bytes win.
     if (!targetUnchangedSinceRead())
         return fail(QStringLiteral("The file changed while it was being written"), EBUSY);
-    if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0)
-        return fail(QStringLiteral("Failed to replace the file"), errno);
+    const QByteArray aside = linkAside(QFile::encodeName(folder), m_encodedTarget);
+    // The folder is not flushed after the rename: a crash right after it may bring back the old
+    // file, never a broken one, and that saves a second wait for the disk per photo.
+    if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0) {
+        const int renameError = errno;
+        if (!aside.isEmpty())
+            ::unlink(aside.constData());
+        return fail(QStringLiteral("Failed to replace the file"), renameError);
+    }
     m_temporary.clear();
+    if (!aside.isEmpty())
+        releasePool().start([aside] { ::unlink(aside.constData()); });
     return true;
 }
 

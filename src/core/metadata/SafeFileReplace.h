@@ -20,12 +20,13 @@ namespace tagmoor {
 // so a folder scan skips it and a later run can tell whether its writer is still alive), are
 // flushed to disk and checked, get the target's owner and permissions, and are renamed over
 // the target in one step. The target itself is never opened for writing. A temporary file
-// left by a killed process is removed by the next replacement in that folder.
+// left by a killed process is removed by the next replacement in that folder (once per folder
+// and process).
 class SafeFileReplace {
 public:
     // The points where a test can inject a failure or block. `Write` is reached before each
     // chunk of the temporary file, so a test can stop a writer with the copy half done.
-    enum class Step { Read, Create, Write, Flush, Verify, Rename };
+    enum class Step { Read, Create, Write, Verify, Flush, Rename };
     // Returns 0 to go on, or an errno value that the step then fails with as if the system had
     // returned it. May block, so that a test can kill the process at that point.
     using FaultHook = std::function<int(Step)>;
@@ -57,6 +58,9 @@ public:
     static std::optional<FileStamp> stampOf(const QString& path);
     // Whether a file name is one of our temporary files.
     static bool isTemporaryName(const QString& fileName);
+    // Waits until the replaced files of earlier replacements are given back to the file system
+    // (a background thread drops their last, hidden, name).
+    static void waitForReleases();
 
 private:
     bool fail(const QString& what, int error);

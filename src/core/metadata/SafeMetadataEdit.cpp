@@ -27,8 +27,8 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
     }
 
     const QByteArray& original = file.originalBytes();
-    auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(original.constData()),
-                                           long(original.size()));
+    auto image = Exiv2::ImageFactory::open(
+        reinterpret_cast<const Exiv2::byte*>(original.constData()), long(original.size()));
     Q_ASSERT(image.get() != nullptr);
     image->readMetadata();
     edit(*image);
@@ -40,14 +40,13 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
         throw Exiv2::Error(Exiv2::kerDataSourceOpenFailed, io.path(), Exiv2::strError());
     const long size = io.size();
     const Exiv2::byte* bytes = io.mmap();
-    const bool replaced =
-        file.replaceWith(reinterpret_cast<const char*>(bytes), std::size_t(size),
-                         [](const QString& temporaryPath) {
-                             auto check = Exiv2::ImageFactory::open(
-                                 QFile::encodeName(temporaryPath).toStdString(), true);
-                             check->readMetadata();
-                             return true;
-                         });
+    const bool replaced = file.replaceWith(
+        reinterpret_cast<const char*>(bytes), std::size_t(size), [](const QString& temporaryPath) {
+            auto check =
+                Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
+            check->readMetadata();
+            return true;
+        });
     io.munmap();
     io.close();
     if (!replaced)

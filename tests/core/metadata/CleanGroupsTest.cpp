@@ -13,15 +13,14 @@ struct Choice {
 };
 
 const QStringList kAllTags{
-    "IFD0:Artist",        "IFD0:ImageDescription", "ExifIFD:UserComment",
-    "GPS:GPSLatitude",    "GPS:GPSLatitudeRef",    "GPS:GPSLongitude",
-    "GPS:GPSLongitudeRef", "GPS:GPSAltitude",      "GPS:GPSAltitudeRef",
-    "GPS:GPSTimeStamp",   "IPTC:City",             "XMP-aux:Lens",
+    "IFD0:Artist",        "IFD0:ImageDescription", "ExifIFD:UserComment", "GPS:GPSLatitude",
+    "GPS:GPSLatitudeRef", "GPS:GPSLongitude",      "GPS:GPSLongitudeRef", "GPS:GPSAltitude",
+    "GPS:GPSAltitudeRef", "GPS:GPSTimeStamp",      "IPTC:City",           "XMP-aux:Lens",
     "File:Comment",
 };
 
-const QStringList kGpsPosition{"GPS:GPSLatitude",  "GPS:GPSLatitudeRef", "GPS:GPSLongitude",
-                               "GPS:GPSLongitudeRef", "GPS:GPSAltitude", "GPS:GPSAltitudeRef"};
+const QStringList kGpsPosition{"GPS:GPSLatitude",     "GPS:GPSLatitudeRef", "GPS:GPSLongitude",
+                               "GPS:GPSLongitudeRef", "GPS:GPSAltitude",    "GPS:GPSAltitudeRef"};
 
 TEST(CleanGroups, EachChoiceAloneAndAllTogether) {
     QTemporaryDir dir;
@@ -46,10 +45,9 @@ TEST(CleanGroups, EachChoiceAloneAndAllTogether) {
         ASSERT_TRUE(before.contains(tag)) << tag.toStdString();
     const QByteArray pixels = pictureFingerprint(original);
 
-    const QStringList exifTags =
-        QStringList{"IFD0:Artist", "IFD0:ImageDescription", "ExifIFD:UserComment",
-                    "GPS:GPSTimeStamp"} +
-        kGpsPosition;
+    const QStringList exifTags = QStringList{"IFD0:Artist", "IFD0:ImageDescription",
+                                             "ExifIFD:UserComment", "GPS:GPSTimeStamp"} +
+                                 kGpsPosition;
     const Choice choices[] = {
         {"nothing", false, false, false, false, false, {}},
         {"iptc", true, false, false, false, false, {"IPTC:City"}},
@@ -97,6 +95,19 @@ TEST(CleanGroups, FailuresAreSilentAndLeaveTheFile) {
     EXPECT_EQ(readBytes(raf), rafBytes);
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join('\n').toStdString();
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
+}
+
+TEST(CleanGroups, TiffBuiltFilesKeepWhatDescribesTheirPictures) {
+    QTemporaryDir dir;
+    const QString dng = copySample(formatsDir() + QStringLiteral("/et-DNG.dng"), dir.path());
+    MetadataTest().cleanMetadata(dng, false, true, false, false, false);
+    const QJsonObject tags = exiftoolTags(dng);
+    for (const char* kept : {"IFD0:StripOffsets", "IFD0:ImageWidth", "IFD0:DNGVersion",
+                             "IFD0:ColorMatrix1", "SubIFD:TileOffsets", "SubIFD:CFAPattern2"})
+        EXPECT_TRUE(tags.contains(QLatin1String(kept))) << kept;
+    for (const char* gone : {"IFD0:Make", "IFD0:Model", "IFD0:Artist", "IFD0:ModifyDate",
+                             "ExifIFD:ExposureTime", "ExifIFD:ISO"})
+        EXPECT_FALSE(tags.contains(QLatin1String(gone))) << gone;
 }
 
 } // namespace

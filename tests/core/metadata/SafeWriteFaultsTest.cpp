@@ -91,14 +91,13 @@ TEST_F(SafeWriteFaults, ReadOnlyFileOrFolderStaysAsItWas) {
 
 TEST_F(SafeWriteFaults, InjectedFailureAtEachStepKeepsTheOldFile) {
     const std::pair<Step, int> faults[] = {
-        {Step::Read, EIO},      {Step::Create, ENOSPC}, {Step::Write, ENOSPC},
-        {Step::Flush, EIO},     {Step::Verify, EIO},    {Step::Rename, EXDEV},
+        {Step::Read, EIO},  {Step::Create, ENOSPC}, {Step::Write, ENOSPC},
+        {Step::Flush, EIO}, {Step::Verify, EIO},    {Step::Rename, EXDEV},
     };
     for (const auto& [step, error] : faults) {
         SCOPED_TRACE(int(step));
-        SafeFileReplace::setFaultHook([step = step, error = error](Step at) {
-            return at == step ? error : 0;
-        });
+        SafeFileReplace::setFaultHook(
+            [step = step, error = error](Step at) { return at == step ? error : 0; });
         LogCapture log;
         writeArtist(photo);
         MetadataTest().cleanMetadata(photo, true, true, true, true, true);

@@ -4,6 +4,8 @@
 
 #include "TestSupport.h"
 
+#include "metadata/SafeFileReplace.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QImageReader>
@@ -23,18 +25,21 @@
 
 namespace tagmoor::test {
 
-// Collects every Qt log line written while it lives.
+// Collects every Qt log line written while it lives; the newest capture gets the lines.
 class LogCapture {
 public:
     LogCapture() {
         std::lock_guard lock(mutex());
+        m_outer = current();
         current() = this;
-        m_previous = qInstallMessageHandler(&LogCapture::handle);
+        if (!m_outer)
+            m_previous = qInstallMessageHandler(&LogCapture::handle);
     }
     ~LogCapture() {
         std::lock_guard lock(mutex());
-        qInstallMessageHandler(m_previous);
-        current() = nullptr;
+        current() = m_outer;
+        if (!m_outer)
+            qInstallMessageHandler(m_previous);
     }
     QStringList lines() const {
         std::lock_guard lock(mutex());
@@ -61,49 +66,57 @@ private:
         static LogCapture* c = nullptr;
         return c;
     }
+    LogCapture* m_outer = nullptr;
     QtMessageHandler m_previous = nullptr;
     QStringList m_lines;
 };
 
 inline const QString kExiv2ErrorStart = QStringLiteral("*** error exiv2 exception '");
 
-// The file's tags as exiftool sees them, numbers unformatted, group names of the first family
-// ("IFD0:Artist", "GPS:GPSLatitude", "IPTC:Keywords"). Empty on failure.
+// The tags of several files as exiftool sees them in one run, numbers unformatted, group names
+// of the first family ("IFD0:Artist", "GPS:GPSLatitude", "IPTC:Keywords"), by path.
+inline QMap<QString, QJsonObject> exiftoolTagsOf(const QStringList& paths,
+                                                 const QStringList& options = {}) {
+    QStringList args{QStringLiteral("-j"), QStringLiteral("-n"), QStringLiteral("-a"),
+                     QStringLiteral("-G1")};
+    const ToolResult r = runTool(QStringLiteral("exiftool"), args + options + paths);
+    QMap<QString, QJsonObject> byPath;
+    for (const QJsonValue& v : QJsonDocument::fromJson(r.out).array())
+        byPath.insert(v.toObject().value(QStringLiteral("SourceFile")).toString(), v.toObject());
+    return byPath;
+}
+
 inline QJsonObject exiftoolTags(const QString& path) {
-    const ToolResult r = runTool(QStringLiteral("exiftool"),
-                                 {QStringLiteral("-j"), QStringLiteral("-n"), QStringLiteral("-a"),
-                                  QStringLiteral("-G1"), path});
-    const QJsonArray all = QJsonDocument::fromJson(r.out).array();
-    return all.isEmpty() ? QJsonObject() : all.first().toObject();
+    return exiftoolTagsOf({path}).value(path);
 }
 
 // The raw value text of one tag as the exiv2 tool prints it ("48/1 30/1 0/1"), or nothing.
 inline std::optional<QString> exiv2Value(const QString& path, const QString& key) {
-    const ToolResult r = runTool(QStringLiteral("exiv2"),
-                                 {QStringLiteral("-q"), QStringLiteral("-Pv"), QStringLiteral("-K"),
-                                  key, path});
+    const ToolResult r =
+        runTool(QStringLiteral("exiv2"),
+                {QStringLiteral("-q"), QStringLiteral("-Pv"), QStringLiteral("-K"), key, path});
     if (r.out.isEmpty())
         return std::nullopt;
     return QString::fromUtf8(r.out).trimmed();
 }
 
-// Whether both outside readers read the file without an error.
-inline bool readsCleanly(const QString& path, QString* why) {
-    const QJsonObject tags = exiftoolTags(path);
+// Whether both outside readers read the file without an error; `tags` is exiftool's view.
+inline bool readsCleanly(const QString& path, const QJsonObject& tags, QString* why) {
     if (tags.isEmpty() || tags.contains(QStringLiteral("ExifTool:Error"))) {
-        *why = QStringLiteral("exiftool: ") + tags.value(QStringLiteral("ExifTool:Error")).toString();
+        *why =
+            QStringLiteral("exiftool: ") + tags.value(QStringLiteral("ExifTool:Error")).toString();
         return false;
     }
-    const ToolResult r = runTool(QStringLiteral("exiv2"), {QStringLiteral("-pS"), path});
-    if (r.exitCode != 0 && r.exitCode != 1) {
-        *why = QStringLiteral("exiv2: ") + QString::fromUtf8(r.err);
-        return false;
-    }
-    if (r.err.contains("Exiv2 exception")) {
+    const ToolResult r = runTool(QStringLiteral("exiv2"), {QStringLiteral("-pa"), path});
+    if (r.exitCode < 0 || r.err.toLower().contains("exception")) {
         *why = QStringLiteral("exiv2: ") + QString::fromUtf8(r.err);
         return false;
     }
     return true;
+}
+
+inline bool readsCleanly(const QString& path, QString* why) {
+    return readsCleanly(path, exiftoolTags(path), why);
 }
 
 // The bytes of the picture of a JPEG 2000 file: its codestream box.
@@ -137,70 +150,111 @@ inline QByteArray psdPictureData(const QByteArray& file) {
 }
 
 // The byte ranges of the picture and embedded previews that exiftool locates (strips, tiles,
-// previews, thumbnails), in a fixed order, clipped to the file.
-inline QByteArray locatedImageData(const QString& path, const QByteArray& file) {
+// previews; not the Exif thumbnail nor maker note previews, which belong to the Exif block), and
+// the embedded images it extracts, in a fixed order; ranges that don't lie inside the file
+// (samples cut short) are left out. For several files in one run, by path.
+inline QMap<QString, QByteArray> locatedImageData(const QStringList& paths) {
     static const QList<QPair<QString, QString>> pairs{
         {QStringLiteral("StripOffsets"), QStringLiteral("StripByteCounts")},
         {QStringLiteral("TileOffsets"), QStringLiteral("TileByteCounts")},
         {QStringLiteral("PreviewImageStart"), QStringLiteral("PreviewImageLength")},
         {QStringLiteral("JpgFromRawStart"), QStringLiteral("JpgFromRawLength")},
-        {QStringLiteral("ThumbnailOffset"), QStringLiteral("ThumbnailLength")},
     };
-    QStringList args{QStringLiteral("-j"), QStringLiteral("-n"), QStringLiteral("-a"),
-                     QStringLiteral("-G1"), QStringLiteral("-b")};
+    static const QStringList embedded{QStringLiteral("JpgFromRaw"), QStringLiteral("PreviewImage")};
+    QStringList options{QStringLiteral("-b")};
     for (const auto& [offsets, counts] : pairs)
-        args << QLatin1Char('-') + offsets << QLatin1Char('-') + counts;
-    args << path;
-    const QJsonArray all = QJsonDocument::fromJson(runTool(QStringLiteral("exiftool"), args).out).array();
-    const QJsonObject tags = all.isEmpty() ? QJsonObject() : all.first().toObject();
-    QStringList keys = tags.keys();
-    keys.sort();
-    QByteArray data;
-    for (const QString& key : keys) {
-        for (const auto& [offsets, counts] : pairs) {
-            if (!key.endsWith(QLatin1Char(':') + offsets))
+        options << QLatin1Char('-') + offsets << QLatin1Char('-') + counts;
+    for (const QString& name : embedded)
+        options << QLatin1Char('-') + name;
+    const QMap<QString, QJsonObject> all = exiftoolTagsOf(paths, options);
+    QMap<QString, QByteArray> result;
+    for (const QString& path : paths) {
+        const QByteArray file = readBytes(path);
+        const QJsonObject tags = all.value(path);
+        QStringList keys = tags.keys();
+        keys.sort();
+        QByteArray data;
+        for (const QString& key : keys) {
+            // Only the file's own image directories: a maker note's preview goes with the note.
+            if (!key.startsWith(QStringLiteral("IFD")) && !key.startsWith(QStringLiteral("SubIFD")))
                 continue;
-            const QString countKey = key.left(key.size() - offsets.size()) + counts;
-            const QStringList starts = tags.value(key).toVariant().toString().split(QLatin1Char(' '));
-            const QStringList lengths =
-                tags.value(countKey).toVariant().toString().split(QLatin1Char(' '));
-            data += key.toUtf8();
-            for (qsizetype i = 0; i < starts.size() && i < lengths.size(); ++i)
-                data += file.mid(starts[i].toLongLong(), lengths[i].toLongLong());
+            for (const QString& name : embedded)
+                if (key.endsWith(QLatin1Char(':') + name))
+                    data += tags.value(key).toString().toUtf8();
+            for (const auto& [offsets, counts] : pairs) {
+                if (!key.endsWith(QLatin1Char(':') + offsets))
+                    continue;
+                const QString countKey = key.left(key.size() - offsets.size()) + counts;
+                const QStringList starts =
+                    tags.value(key).toVariant().toString().split(QLatin1Char(' '));
+                const QStringList lengths =
+                    tags.value(countKey).toVariant().toString().split(QLatin1Char(' '));
+                for (qsizetype i = 0; i < starts.size() && i < lengths.size(); ++i) {
+                    const qint64 start = starts[i].toLongLong();
+                    const qint64 length = lengths[i].toLongLong();
+                    if (start >= 0 && length > 0 && start + length <= file.size())
+                        data += file.mid(start, length);
+                }
+            }
         }
+        result.insert(path, data);
     }
-    return data;
+    return result;
 }
 
-// A fingerprint of the picture itself, blind to metadata: decoded pixels where Qt decodes the
-// type, else the picture's bytes located by format or by exiftool. Empty when none is found.
+// Fingerprints of the picture itself, blind to metadata: decoded pixels where Qt decodes the
+// type without complaint, else the picture's bytes located by format or by exiftool. (A TIFF
+// whose strips are cut short decodes to whatever bytes follow them, so its pixels say nothing.)
+// Empty when the file holds no picture data that can be found.
+inline QMap<QString, QByteArray> pictureFingerprints(const QStringList& paths) {
+    QMap<QString, QByteArray> data;
+    QStringList unlocated;
+    for (const QString& path : paths) {
+        const QByteArray file = readBytes(path);
+        QByteArray picture;
+        {
+            LogCapture decoderChatter;
+            QImageReader reader(path);
+            reader.setAutoTransform(false);
+            const QImage image = reader.canRead() ? reader.read() : QImage();
+            const bool tiff = file.startsWith("II*") || file.startsWith("MM");
+            if (!image.isNull() && !(tiff && !decoderChatter.lines().isEmpty())) {
+                const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
+                picture =
+                    QByteArray("pixels") + QByteArray::number(argb.width()) + "x" +
+                    QByteArray::number(argb.height()) +
+                    QByteArray(reinterpret_cast<const char*>(argb.constBits()), argb.sizeInBytes());
+            }
+        }
+        if (picture.isEmpty() && file.startsWith(QByteArray("\0\0\0\x0cjP  ", 8)))
+            picture = jp2Codestream(file);
+        if (picture.isEmpty() && file.startsWith("8BPS"))
+            picture = psdPictureData(file);
+        if (picture.isEmpty())
+            unlocated << path;
+        else
+            data.insert(path, picture);
+    }
+    if (!unlocated.isEmpty())
+        data.insert(locatedImageData(unlocated));
+    QMap<QString, QByteArray> fingerprints;
+    for (const QString& path : paths) {
+        const QByteArray picture = data.value(path);
+        fingerprints.insert(
+            path, picture.isEmpty()
+                      ? QByteArray()
+                      : QCryptographicHash::hash(picture, QCryptographicHash::Sha256).toHex());
+    }
+    return fingerprints;
+}
+
 inline QByteArray pictureFingerprint(const QString& path) {
-    const QByteArray file = readBytes(path);
-    QByteArray data;
-    QImageReader reader(path);
-    reader.setAutoTransform(false);
-    if (reader.canRead()) {
-        const QImage image = reader.read();
-        if (!image.isNull()) {
-            const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
-            data = QByteArray("pixels") + QByteArray::number(argb.width()) + "x" +
-                   QByteArray::number(argb.height()) +
-                   QByteArray(reinterpret_cast<const char*>(argb.constBits()), argb.sizeInBytes());
-        }
-    }
-    if (data.isEmpty() && file.startsWith(QByteArray("\0\0\0\x0cjP  ", 8)))
-        data = jp2Codestream(file);
-    if (data.isEmpty() && file.startsWith("8BPS"))
-        data = psdPictureData(file);
-    if (data.isEmpty())
-        data = locatedImageData(path, file);
-    if (data.isEmpty())
-        return {};
-    return QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex();
+    return pictureFingerprints({path}).value(path);
 }
 
-// Our temporary files left in a folder.
+// Our temporary files left in a folder, once the background release of replaced files is done.
 inline QStringList temporaryFilesIn(const QString& dir) {
+    SafeFileReplace::waitForReleases();
     return QDir(dir).entryList({QStringLiteral(".tagmoor-*")},
                                QDir::Files | QDir::Hidden | QDir::System);
 }
@@ -211,8 +265,8 @@ inline int runInChild(const std::function<int()>& body, const QString& logPath =
     const pid_t pid = fork();
     if (pid == 0) {
         if (!logPath.isEmpty()) {
-            const int fd = ::open(QFile::encodeName(logPath).constData(),
-                                  O_WRONLY | O_CREAT | O_TRUNC, 0666);
+            const int fd =
+                ::open(QFile::encodeName(logPath).constData(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
             if (fd >= 0) {
                 dup2(fd, STDOUT_FILENO);
                 dup2(fd, STDERR_FILENO);

@@ -4,6 +4,7 @@
 #include "metadata/MetadataTest.h"
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 namespace tagmoor::test {
 namespace {
@@ -78,7 +79,8 @@ TEST_F(WriteTags, EachKindReadsBackAsWritten) {
     EXPECT_EQ(tags["XMP-aux:SerialNumber"].toString(), QStringLiteral("SN-9"));
     // Rationals are written as Exiv2's nearest fraction, integers as 32-bit integers.
     EXPECT_EQ(exiv2Value(photo, QStringLiteral("Exif.Photo.FNumber")), QStringLiteral("14/5"));
-    EXPECT_EQ(exiv2Value(photo, QStringLiteral("Exif.Photo.ExposureTime")), QStringLiteral("1/250"));
+    EXPECT_EQ(exiv2Value(photo, QStringLiteral("Exif.Photo.ExposureTime")),
+              QStringLiteral("1/250"));
     // Text rows that the dictionary leaves out keep their tags; other blocks' tags stay.
     EXPECT_EQ(tags["IFD0:Make"].toString(), QStringLiteral("Maker"));
     EXPECT_EQ(tags["XMP-aux:Lens"].toString(), QStringLiteral("OldLens"));
@@ -123,11 +125,11 @@ TEST_F(WriteTags, GpsOfAnotherTypeIsReplacedByTheStandardOne) {
     exiv2Modify(photo, {QStringLiteral("set Exif.GPSInfo.GPSLatitude SRational 10/1 20/1 3050/100"),
                         QStringLiteral("set Exif.GPSInfo.GPSLatitudeRef N")});
     const auto latitudeEntry = [this] {
-        return QString::fromUtf8(runTool(QStringLiteral("exiv2"),
-                                         {QStringLiteral("-q"), QStringLiteral("-pv"),
-                                          QStringLiteral("-K"),
-                                          QStringLiteral("Exif.GPSInfo.GPSLatitude"), photo})
-                                     .out)
+        return QString::fromUtf8(
+                   runTool(QStringLiteral("exiv2"),
+                           {QStringLiteral("-q"), QStringLiteral("-pv"), QStringLiteral("-K"),
+                            QStringLiteral("Exif.GPSInfo.GPSLatitude"), photo})
+                       .out)
             .simplified();
     };
     ASSERT_TRUE(latitudeEntry().contains(QStringLiteral("SRational 3 10/1 20/1 3050/100")));
@@ -169,8 +171,7 @@ TEST_F(WriteTags, MissingNumbersAreZeroUntilErased) {
 
 TEST_F(WriteTags, RepeatedKeywordsOnlyTheFirstChangesOrGoes) {
     write(properties({}, {{QStringLiteral("Iptc.Application2.Keywords"), QStringLiteral("new")}}));
-    EXPECT_EQ(exiftoolTags(photo)["IPTC:Keywords"].toArray(),
-              QJsonArray({"new", "two", "three"}));
+    EXPECT_EQ(exiftoolTags(photo)["IPTC:Keywords"].toArray(), QJsonArray({"new", "two", "three"}));
 
     write(properties({}), {}, {QStringLiteral("Iptc.Application2.Keywords")});
     EXPECT_EQ(exiftoolTags(photo)["IPTC:Keywords"].toArray(), QJsonArray({"two", "three"}));
@@ -194,10 +195,17 @@ TEST_F(WriteTags, AFailingBlockStopsTheWriteAndIsLogged) {
     EXPECT_EQ(readBytes(text), QByteArray("not a picture"));
     EXPECT_EQ(log.lines().size(), 2);
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
+
+    // A path the file system's encoding can't hold is left alone without a word.
+    MetadataTest().setImagePropertiesAll(dir.filePath(QStringLiteral("bad")) + QChar(0xD800),
+                                         properties({}), {}, {}, {});
+    EXPECT_EQ(log.lines().size(), 2);
 }
 
-TEST_F(WriteTags, OwnerPermissionsAndSymbolicLinksAreKept) {
+TEST_F(WriteTags, OwnerPermissionsAttributesAndSymbolicLinksAreKept) {
     QFile::setPermissions(photo, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    const bool attributes =
+        setxattr(QFile::encodeName(photo).constData(), "user.rating", "5", 1, 0) == 0;
     ASSERT_EQ(chown(QFile::encodeName(photo).constData(), 1234, 5678), 0);
     const QString link = dir.filePath(QStringLiteral("link.jpg"));
     ASSERT_TRUE(QFile::link(photo, link));
@@ -213,6 +221,12 @@ TEST_F(WriteTags, OwnerPermissionsAndSymbolicLinksAreKept) {
     EXPECT_EQ(st.st_mode & 07777, 0640u);
     EXPECT_EQ(st.st_uid, 1234u);
     EXPECT_EQ(st.st_gid, 5678u);
+    if (attributes) {
+        char value[8] = {};
+        EXPECT_EQ(
+            getxattr(QFile::encodeName(photo).constData(), "user.rating", value, sizeof value), 1);
+        EXPECT_STREQ(value, "5");
+    }
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
 }
 

@@ -1,0 +1,132 @@
+#include "metadata/PropertyWriter.h"
+
+#include "metadata/KeyTable.h"
+
+#include <exiv2/exiv2.hpp>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+namespace tagmoor {
+
+namespace {
+
+// Decimal degrees to the tag's "d/1 m/1 s/1" text and the hemisphere letter. Seconds lose their
+// fraction: that is the form of this tag in files we write.
+struct GpsText {
+    std::string value;
+    bool negative;
+};
+
+GpsText gpsText(double v) {
+    const double t = v * 3600.0;
+    const double r = std::fabs(std::fmod(t, 3600.0));
+    const int degrees = int(t / 3600.0);
+    const int minutes = int(r / 60.0);
+    const int seconds = int(std::fmod(r, 60.0));
+    char text[64];
+    std::snprintf(text, sizeof text, "%d/1 %d/1 %d/1", std::abs(degrees), std::abs(minutes),
+                  std::abs(seconds));
+    return {text, (degrees | minutes | seconds) < 0};
+}
+
+void writeGps(Exiv2::ExifData& exifData, const std::string& key, const std::string& refKey,
+              double value, const char* negativeRef, const char* positiveRef) {
+    const GpsText gps = gpsText(value);
+    // Create the datum afresh so it gets the tag's standard type whatever the file held.
+    const auto existing = exifData.findKey(Exiv2::ExifKey(key));
+    if (existing != exifData.end())
+        exifData.erase(existing);
+    exifData[key] = gps.value;
+    exifData[refKey] = std::string(gps.negative ? negativeRef : positiveRef);
+}
+
+template <typename Key, typename Data> void eraseListed(Data& data, const QStringList& keys) {
+    for (const QString& text : keys) {
+        const auto found = data.findKey(Key(text.toStdString()));
+        if (found != data.end())
+            data.erase(found);
+    }
+}
+
+// Integer and rational rows are written even without a value: a missing one becomes zero, and
+// the caller lists its key for erasure, which runs after writing.
+void applyExif(Exiv2::Image& image, const QVariantMap& exif, const QStringList& keyNames,
+               const QStringList& eraseKeys) {
+    Exiv2::ExifData& exifData = image.exifData();
+    for (const KeyRow& row : exifKeyRows()) {
+        const QString keyText = keyNames.at(row.row);
+        const std::string key = keyText.toStdString();
+        const QVariant value = exif.value(keyText);
+        switch (row.write) {
+        case WriteKind::NotWritten:
+        case WriteKind::GpsRef:
+            break;
+        case WriteKind::Text:
+            if (value.isValid())
+                exifData[key] = value.toString().toStdString();
+            break;
+        case WriteKind::Integer:
+            exifData[key] = int32_t(value.toLongLong());
+            break;
+        case WriteKind::Rational:
+            exifData[key] = Exiv2::floatToRationalCast(value.toFloat());
+            break;
+        case WriteKind::Gps:
+            if (row.row == exifrow::GPSLatitude)
+                writeGps(exifData, key, keyNames.at(exifrow::GPSLatitudeRef).toStdString(),
+                         value.toDouble(), "S", "N");
+            else
+                writeGps(exifData, key, keyNames.at(exifrow::GPSLongitudeRef).toStdString(),
+                         value.toDouble(), "W", "E");
+            break;
+        }
+    }
+    eraseListed<Exiv2::ExifKey>(exifData, eraseKeys);
+    image.setExifData(exifData);
+}
+
+// The subscript finds the first datum of a key: of repeated keys only the first changes.
+void applyIptc(Exiv2::Image& image, const QVariantMap& iptc, const QStringList& keyNames,
+               const QStringList& eraseKeys) {
+    Exiv2::IptcData& iptcData = image.iptcData();
+    for (const KeyRow& row : iptcKeyRows()) {
+        const QVariant value = iptc.value(keyNames.at(row.row));
+        if (value.isValid())
+            iptcData[keyNames.at(row.row).toStdString()] = value.toString().toStdString();
+    }
+    eraseListed<Exiv2::IptcKey>(iptcData, eraseKeys);
+    image.setIptcData(iptcData);
+}
+
+void applyXmp(Exiv2::Image& image, const QVariantMap& xmp, const QStringList& keyNames,
+              const QStringList& eraseKeys) {
+    Exiv2::XmpData& xmpData = image.xmpData();
+    for (const KeyRow& row : xmpKeyRows()) {
+        const QVariant value = xmp.value(keyNames.at(row.row));
+        if (value.isValid())
+            xmpData[keyNames.at(row.row).toStdString()] = value.toString().toStdString();
+    }
+    eraseListed<Exiv2::XmpKey>(xmpData, eraseKeys);
+    image.setXmpData(xmpData);
+}
+
+} // namespace
+
+void PropertyWriter::apply(Exiv2::Image& image, const QVariantMap& properties, const KeyNames& keys,
+                           const QStringList& exifErase, const QStringList& iptcErase,
+                           const QStringList& xmpErase) {
+    const auto exif = properties.find(QStringLiteral("exif"));
+    if (exif != properties.end())
+        applyExif(image, exif->toMap(), keys.exif, exifErase);
+    const auto iptc = properties.find(QStringLiteral("iptc"));
+    if (iptc != properties.end())
+        applyIptc(image, iptc->toMap(), keys.iptc, iptcErase);
+    const auto xmp = properties.find(QStringLiteral("xmp"));
+    if (xmp != properties.end())
+        applyXmp(image, xmp->toMap(), keys.xmp, xmpErase);
+}
+
+} // namespace tagmoor
