@@ -31,8 +31,7 @@ QList<AppcastItem> parseAppcast(const QByteArray& xml) {
             } else if (current && name == QLatin1String("version")) {
                 current->version = reader.readElementText(QXmlStreamReader::SkipChildElements);
             } else if (current && name == QLatin1String("shortVersionString")) {
-                current->shortVersion =
-                    reader.readElementText(QXmlStreamReader::SkipChildElements);
+                current->shortVersion = reader.readElementText(QXmlStreamReader::SkipChildElements);
             } else if (current && name == QLatin1String("enclosure")) {
                 const QXmlStreamAttributes attrs = reader.attributes();
                 current->downloadUrl = QUrl(attrs.value(QLatin1String("url")).toString());

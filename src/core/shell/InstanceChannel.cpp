@@ -79,7 +79,9 @@ bool InstanceChannel::listen() {
     return true;
 }
 
-bool InstanceChannel::isListening() const { return m_server && m_server->isListening(); }
+bool InstanceChannel::isListening() const {
+    return m_server && m_server->isListening();
+}
 
 void InstanceChannel::onNewConnection() {
     while (QLocalSocket* socket = m_server->nextPendingConnection()) {

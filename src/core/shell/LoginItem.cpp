@@ -19,7 +19,9 @@ QString LoginItem::entryPath() {
     return base + QStringLiteral("/autostart/tagmoor.desktop");
 }
 
-bool LoginItem::isInstalled() const { return QFileInfo::exists(entryPath()); }
+bool LoginItem::isInstalled() const {
+    return QFileInfo::exists(entryPath());
+}
 
 void LoginItem::apply(bool on) const {
     const QString path = entryPath();

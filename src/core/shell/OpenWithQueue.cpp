@@ -12,8 +12,7 @@ namespace tagmoor {
 
 OpenWithQueue::OpenWithQueue(WorkingSet& workingSet, Settings& settings, LaunchState& state,
                              AppEvents& events, QObject* parent)
-    : QObject(parent), m_set(workingSet), m_settings(settings), m_state(state),
-      m_events(events) {
+    : QObject(parent), m_set(workingSet), m_settings(settings), m_state(state), m_events(events) {
     for (QTimer* t : {&m_timer1, &m_timer}) {
         t->setSingleShot(true);
         t->setInterval(1000);
@@ -26,7 +25,9 @@ void OpenWithQueue::setInterval(int ms) {
     m_timer.setInterval(ms);
 }
 
-bool OpenWithQueue::isWaiting() const { return m_timer1.isActive() || m_timer.isActive(); }
+bool OpenWithQueue::isWaiting() const {
+    return m_timer1.isActive() || m_timer.isActive();
+}
 
 bool OpenWithQueue::openFiles(const QStringList& paths) {
     m_timer1.stop();

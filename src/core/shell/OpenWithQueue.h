@@ -18,8 +18,8 @@ struct LaunchState;
 class OpenWithQueue : public QObject {
     Q_OBJECT
 public:
-    OpenWithQueue(WorkingSet& workingSet, Settings& settings, LaunchState& state,
-                  AppEvents& events, QObject* parent = nullptr);
+    OpenWithQueue(WorkingSet& workingSet, Settings& settings, LaunchState& state, AppEvents& events,
+                  QObject* parent = nullptr);
 
     // Receives paths; false when they were dropped (welcome window up).
     bool openFiles(const QStringList& paths);

@@ -113,34 +113,72 @@ void Settings::write(const char* key, const QVariant& value) {
     m_settings->setValue(QLatin1String(key), value);
 }
 
-std::optional<bool> Settings::startup() const { return readBool(StartupOTM); }
-void Settings::setStartup(bool v) { write(StartupOTM, v); }
-std::optional<bool> Settings::firstRun() const { return readBool(FirstRunOTM); }
-void Settings::setFirstRun(bool v) { write(FirstRunOTM, v); }
-std::optional<QString> Settings::lastVersionString() const { return readText(lastVersion); }
-void Settings::setLastVersionString(const QString& v) { write(lastVersion, v); }
-std::optional<qint64> Settings::autoCheckForUpdate() const { return readInt(AutoCheckForUpdateOTM); }
-void Settings::setAutoCheckForUpdate(qint64 v) { write(AutoCheckForUpdateOTM, v); }
-std::optional<bool> Settings::loginStartStatus() const { return readBool(LoginStartStatusOTM); }
-void Settings::setLoginStartStatus(bool v) { write(LoginStartStatusOTM, v); }
+std::optional<bool> Settings::startup() const {
+    return readBool(StartupOTM);
+}
+void Settings::setStartup(bool v) {
+    write(StartupOTM, v);
+}
+std::optional<bool> Settings::firstRun() const {
+    return readBool(FirstRunOTM);
+}
+void Settings::setFirstRun(bool v) {
+    write(FirstRunOTM, v);
+}
+std::optional<QString> Settings::lastVersionString() const {
+    return readText(lastVersion);
+}
+void Settings::setLastVersionString(const QString& v) {
+    write(lastVersion, v);
+}
+std::optional<qint64> Settings::autoCheckForUpdate() const {
+    return readInt(AutoCheckForUpdateOTM);
+}
+void Settings::setAutoCheckForUpdate(qint64 v) {
+    write(AutoCheckForUpdateOTM, v);
+}
+std::optional<bool> Settings::loginStartStatus() const {
+    return readBool(LoginStartStatusOTM);
+}
+void Settings::setLoginStartStatus(bool v) {
+    write(LoginStartStatusOTM, v);
+}
 std::optional<bool> Settings::isPresetSavingSettingInHome() const {
     return readBool(IsPresetSavingSettingInHomeOTM);
 }
-void Settings::setIsPresetSavingSettingInHome(bool v) { write(IsPresetSavingSettingInHomeOTM, v); }
+void Settings::setIsPresetSavingSettingInHome(bool v) {
+    write(IsPresetSavingSettingInHomeOTM, v);
+}
 std::optional<bool> Settings::isOverwriteIfAFileWithASameName() const {
     return readBool(kIsOverwriteIfAFileWithASameNameOTM);
 }
 void Settings::setIsOverwriteIfAFileWithASameName(bool v) {
     write(kIsOverwriteIfAFileWithASameNameOTM, v);
 }
-std::optional<bool> Settings::tutorialShow() const { return readBool(TutorialShowOTM); }
-void Settings::setTutorialShow(bool v) { write(TutorialShowOTM, v); }
-std::optional<bool> Settings::openWithItems() const { return readBool(OpenWithItemsOTM); }
-void Settings::setOpenWithItems(bool v) { write(OpenWithItemsOTM, v); }
-std::optional<bool> Settings::isPopUp() const { return readBool(IsPopUpOTM); }
-void Settings::setIsPopUp(bool v) { write(IsPopUpOTM, v); }
-std::optional<QString> Settings::updateFeedUrl() const { return readText(UpdateFeedURL); }
-void Settings::setUpdateFeedUrl(const QString& v) { write(UpdateFeedURL, v); }
+std::optional<bool> Settings::tutorialShow() const {
+    return readBool(TutorialShowOTM);
+}
+void Settings::setTutorialShow(bool v) {
+    write(TutorialShowOTM, v);
+}
+std::optional<bool> Settings::openWithItems() const {
+    return readBool(OpenWithItemsOTM);
+}
+void Settings::setOpenWithItems(bool v) {
+    write(OpenWithItemsOTM, v);
+}
+std::optional<bool> Settings::isPopUp() const {
+    return readBool(IsPopUpOTM);
+}
+void Settings::setIsPopUp(bool v) {
+    write(IsPopUpOTM, v);
+}
+std::optional<QString> Settings::updateFeedUrl() const {
+    return readText(UpdateFeedURL);
+}
+void Settings::setUpdateFeedUrl(const QString& v) {
+    write(UpdateFeedURL, v);
+}
 
 std::optional<QVariant> Settings::defaultFor(const QString& key) {
     const auto it = keyTable().constFind(key);
@@ -165,8 +203,14 @@ bool Settings::contains(const QString& key) const {
     return holdsKind(v, it->kind);
 }
 
-void Settings::remove(const QString& key) { m_settings->remove(key); }
-void Settings::sync() { m_settings->sync(); }
-QSettings& Settings::raw() { return *m_settings; }
+void Settings::remove(const QString& key) {
+    m_settings->remove(key);
+}
+void Settings::sync() {
+    m_settings->sync();
+}
+QSettings& Settings::raw() {
+    return *m_settings;
+}
 
 } // namespace tagmoor

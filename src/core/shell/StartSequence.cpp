@@ -65,7 +65,9 @@ StartPlan StartSequence::applicationWillFinishLaunching() {
     return plan;
 }
 
-void StartSequence::applicationDidFinishLaunching() { m_state.launchFinished = true; }
+void StartSequence::applicationDidFinishLaunching() {
+    m_state.launchFinished = true;
+}
 
 void StartSequence::welcomeLeft(bool launchAtLogin) {
     m_settings.setStartup(true);

@@ -11,11 +11,26 @@ namespace {
 // Folder extensions that the platform presents as single documents. Only an exact,
 // lowercased match counts: an ordinary folder such as "2024.05 Trip" stays a folder.
 const QSet<QString>& packageExtensions() {
-    static const QSet<QString> set{
-        "photoslibrary", "photolibrary", "migratedphotolibrary", "aplibrary", "app",
-        "bundle",        "framework",    "plugin",               "kext",      "pkg",
-        "mpkg",          "rtfd",         "fcpbundle",            "imovielibrary", "tvlibrary",
-        "logicx",        "band",         "pages",                "numbers",   "key"};
+    static const QSet<QString> set{"photoslibrary",
+                                   "photolibrary",
+                                   "migratedphotolibrary",
+                                   "aplibrary",
+                                   "app",
+                                   "bundle",
+                                   "framework",
+                                   "plugin",
+                                   "kext",
+                                   "pkg",
+                                   "mpkg",
+                                   "rtfd",
+                                   "fcpbundle",
+                                   "imovielibrary",
+                                   "tvlibrary",
+                                   "logicx",
+                                   "band",
+                                   "pages",
+                                   "numbers",
+                                   "key"};
     return set;
 }
 

@@ -8,7 +8,7 @@
 namespace tagmoor {
 
 struct FolderWalkResult {
-    QStringList files; // absolute paths of regular files, in walk order
+    QStringList files;   // absolute paths of regular files, in walk order
     bool failed = false; // the folder itself could not be opened
 };
 

@@ -14,6 +14,10 @@
 #include <deque>
 #include <exception>
 
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 namespace tagmoor {
 
 struct PhotoScanner::Shared {
@@ -25,6 +29,18 @@ struct PhotoScanner::Shared {
 };
 
 namespace {
+
+// Scan threads yield to the main thread, which must keep the window responsive. Linux
+// takes a niceness per thread; Qt's thread priorities do not reach it for normal threads.
+void lowerThisThreadsPriority() {
+    thread_local bool lowered = false;
+    if (lowered)
+        return;
+    lowered = true;
+    const auto tid = id_t(::syscall(SYS_gettid));
+    if (::setpriority(PRIO_PROCESS, tid, ::getpriority(PRIO_PROCESS, tid) + 5) != 0)
+        qCDebug(lcWorkingSet) << "Could not lower a scan thread's priority";
+}
 
 // Records may be read this far ahead of the one being handed over.
 constexpr int maxReadAhead = 64;
@@ -119,8 +135,8 @@ private:
                 qCInfo(lcWorkingSet) << "No library reader; passing over" << url.toLocalFile();
                 continue;
             }
-            for (const CGImageProperties& record : m_request.libraryReader(url))
-                commitRecord(record);
+            for (CGImageProperties& record : m_request.libraryReader(url))
+                commitRecord(std::move(record));
         }
     }
 
@@ -135,7 +151,14 @@ private:
             if (!info.exists())
                 continue;
             if (!info.isDir()) {
-                item(path);
+                if (info.isFile()) {
+                    item(path);
+                } else {
+                    // A pipe or a device under an image name: counted, never opened (a read
+                    // could block for ever).
+                    ++m_counters.processedPhotos;
+                    m_counters.currentPath = path;
+                }
                 continue;
             }
             const FolderWalkResult walk = walkFolder(path, &m_shared.stopped);
@@ -170,7 +193,7 @@ private:
         const QUrl url = QUrl::fromLocalFile(path);
         if (m_request.readerThreads <= 1) {
             if (auto record = load(m_request.loader, url))
-                commitRecord(*record);
+                commitRecord(std::move(*record));
             return;
         }
         m_pending.push_back(
@@ -179,6 +202,7 @@ private:
     }
 
     static std::optional<CGImageProperties> load(const RecordLoader& loader, const QUrl& url) {
+        lowerThisThreadsPriority();
         try {
             return loader(url);
         } catch (const std::exception& e) {
@@ -196,18 +220,18 @@ private:
             const bool mustWait = all || int(m_pending.size()) > maxReadAhead;
             if (!mustWait && !head.future.isFinished())
                 return;
-            const std::optional<CGImageProperties> record = head.future.result();
+            std::optional<CGImageProperties> record = head.future.takeResult();
             if (record && !m_committed.contains(head.path))
-                commitRecord(*record);
+                commitRecord(std::move(*record));
             m_pending.pop_front();
         }
     }
 
-    void commitRecord(const CGImageProperties& record) {
+    void commitRecord(CGImageProperties&& record) {
         const QString path = record.path();
         if (!path.isEmpty())
             m_committed.insert(path);
-        m_batch.append(record);
+        m_batch.append(std::move(record));
         ++m_counters.imagesInList;
         ++m_added;
         if (m_batch.size() >= maxBatch)
@@ -216,8 +240,7 @@ private:
 
     // Hands over the records and the counters; without `force`, at most every interval.
     void flush(bool force) {
-        if (!force && m_clock.isValid() &&
-            m_clock.elapsed() < PhotoScanner::progressIntervalMs)
+        if (!force && m_clock.isValid() && m_clock.elapsed() < PhotoScanner::progressIntervalMs)
             return;
         if (!m_batch.isEmpty()) {
             emit m_owner.recordsReady(m_batch);
@@ -274,6 +297,7 @@ bool PhotoScanner::start(ScanRequest request) {
     m_shared->stopped = false;
     m_shared->running = true;
     m_thread = QThread::create([this, shared = m_shared, request = std::move(request)]() mutable {
+        lowerThisThreadsPriority();
         ScanRun scan(*this, *shared, std::move(request));
         const ScanResult result = scan.run();
         shared->running = false;
@@ -284,7 +308,9 @@ bool PhotoScanner::start(ScanRequest request) {
     return true;
 }
 
-bool PhotoScanner::isRunning() const { return m_shared->running.load(); }
+bool PhotoScanner::isRunning() const {
+    return m_shared->running.load();
+}
 
 void PhotoScanner::pause() {
     std::lock_guard lock(m_shared->mutex);

@@ -13,7 +13,8 @@ ScanController::ScanController(WorkingSet& workingSet, UserPrompt& prompt, AppEv
                                QObject* parent)
     : QObject(parent), m_set(workingSet), m_prompt(prompt), m_events(events),
       m_selection(workingSet) {
-    connect(&m_scanner, &PhotoScanner::countingFinished, this, [this] {
+    connect(&m_scanner, &PhotoScanner::countingFinished, this, [this](int totalPhotos) {
+        m_set.reserveFor(totalPhotos);
         m_view = ScanProgressView::percentageLook(m_view);
         emit progressViewChanged(m_view);
     });
@@ -26,9 +27,13 @@ ScanController::ScanController(WorkingSet& workingSet, UserPrompt& prompt, AppEv
     connect(&m_scanner, &PhotoScanner::finished, this, &ScanController::onFinished);
 }
 
-bool ScanController::isScanning() const { return m_set.isScanning(); }
+bool ScanController::isScanning() const {
+    return m_set.isScanning();
+}
 
-void ScanController::firstRetriving() { retriveImages(true); }
+void ScanController::firstRetriving() {
+    retriveImages(true);
+}
 
 void ScanController::getOpenWithItems() {
     retriveImages(false);

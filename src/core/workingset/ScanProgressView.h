@@ -14,9 +14,9 @@ struct ScanProgressView {
     double loaderValue = 0.0; // 0..1
     bool spinnerVisible = false;
     bool editorBusy = false;
-    QString percentText;        // lblPercentageLoader
-    QString pathText;           // lblPathScanning
-    QString imagesSelectedText; // lblImagesSelectedScanning
+    QString percentText;         // lblPercentageLoader
+    QString pathText;            // lblPathScanning
+    QString imagesSelectedText;  // lblImagesSelectedScanning
     QString objectsSelectedText; // lblObjectSelectedScanning
     bool operator==(const ScanProgressView&) const = default;
 

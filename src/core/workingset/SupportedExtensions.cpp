@@ -1,16 +1,17 @@
 #include "workingset/SupportedExtensions.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QSet>
 
 namespace tagmoor {
 
 const QStringList& supportedExtensions() {
-    static const QStringList list{
-        "jpeg", "jpg", "jpe", "png", "tiff", "tif", "jp2", "jpf", "jpx", "j2k",
-        "j2c",  "mos", "cr2", "fff", "dng",  "nef", "nrw", "pef", "sr2", "srf",
-        "psd",  "3fr", "arw", "crw", "dcr",  "erf", "gpr", "iiq", "kdc", "mdc",
-        "mef",  "mrw", "orf", "raf", "raw",  "rwl", "srw", "x3f", "photoslibrary"};
+    static const QStringList list{"jpeg", "jpg", "jpe", "png", "tiff", "tif", "jp2",          "jpf",
+                                  "jpx",  "j2k", "j2c", "mos", "cr2",  "fff", "dng",          "nef",
+                                  "nrw",  "pef", "sr2", "srf", "psd",  "3fr", "arw",          "crw",
+                                  "dcr",  "erf", "gpr", "iiq", "kdc",  "mdc", "mef",          "mrw",
+                                  "orf",  "raf", "raw", "rwl", "srw",  "x3f", "photoslibrary"};
     return list;
 }
 
@@ -20,8 +21,9 @@ const QStringList& panelExtensions() {
 }
 
 // The suffix after the last dot of the file name, as the platform's path extension gives it.
+// A folder path may end in a slash; the extension is that of its last name all the same.
 static QString extensionOf(const QString& path) {
-    return QFileInfo(path).suffix();
+    return QFileInfo(QDir::cleanPath(path)).suffix();
 }
 
 bool hasSupportedExtension(const QString& path) {

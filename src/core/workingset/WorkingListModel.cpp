@@ -84,8 +84,7 @@ QVariant WorkingListModel::data(const QModelIndex& index, int role) const {
 bool WorkingListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
     if (!index.isValid() || (role != Qt::CheckStateRole && role != MarkedRole))
         return false;
-    const bool on = role == MarkedRole ? value.toBool()
-                                       : value.toInt() == int(Qt::Checked);
+    const bool on = role == MarkedRole ? value.toBool() : value.toInt() == int(Qt::Checked);
     return m_set.setSelected(index.row(), on);
 }
 

@@ -18,6 +18,11 @@ void WorkingSet::appendImages(const QList<CGImageProperties>& records) {
     emit imagesAppended(first, last);
 }
 
+void WorkingSet::reserveFor(int extra) {
+    if (extra > 0)
+        m_workingImages.reserve(m_workingImages.size() + extra);
+}
+
 int WorkingSet::removeImagesWithUrls(const QList<QUrl>& urls) {
     const QSet<QUrl> gone(urls.begin(), urls.end());
     QList<CGImageProperties> kept;
@@ -94,7 +99,11 @@ void WorkingSet::setScanning(bool on) {
     emit scanningChanged(on);
 }
 
-const QStringList& WorkingSet::supportedExtensions() { return tagmoor::supportedExtensions(); }
-const QStringList& WorkingSet::panelExtensions() { return tagmoor::panelExtensions(); }
+const QStringList& WorkingSet::supportedExtensions() {
+    return tagmoor::supportedExtensions();
+}
+const QStringList& WorkingSet::panelExtensions() {
+    return tagmoor::panelExtensions();
+}
 
 } // namespace tagmoor

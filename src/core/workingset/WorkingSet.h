@@ -24,6 +24,9 @@ public:
     bool isEmpty() const { return m_workingImages.isEmpty(); }
 
     void appendImages(const QList<CGImageProperties>& records);
+    // Makes room for `extra` more records, so that a long scan does not move the whole
+    // list on the main thread each time it grows.
+    void reserveFor(int extra);
     // Keeps the records whose url is not among `urls`; the number removed.
     int removeImagesWithUrls(const QList<QUrl>& urls);
     void clearImages();

@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "shell/ApplicationShell.h"
 #include "shell/InstanceChannel.h"
 #include "shell/LaunchState.h"
 #include "shell/OpenWithQueue.h"
@@ -113,7 +114,8 @@ TEST(OpenFiles, ASecondLaunchHandsItsPathsToTheFirst) {
     InstanceChannel rival(name);
     EXPECT_FALSE(rival.listen());
 
-    const QStringList paths{"/photos/a b.jpg", QString::fromUtf8("/photos/\xc3\xa9t\xc3\xa9\n.jpg")};
+    const QStringList paths{"/photos/a b.jpg",
+                            QString::fromUtf8("/photos/\xc3\xa9t\xc3\xa9\n.jpg")};
     QFuture<bool> sent = QtConcurrent::run([&] { return InstanceChannel(name).forward(paths); });
     ASSERT_TRUE(waitFor([&] { return sent.isFinished(); }));
     EXPECT_TRUE(sent.result());
@@ -133,6 +135,33 @@ TEST(OpenFiles, ASecondLaunchHandsItsPathsToTheFirst) {
     EXPECT_EQ(received, QStringList{"/x.jpg"});
 
     EXPECT_FALSE(InstanceChannel(name + "-nobody").forward({"/y.jpg"}, 300));
+}
+
+TEST(OpenFiles, ASecondLaunchWithAPathQuitsAndTheFirstStagesIt) {
+    ScratchConfig cfg;
+    QTemporaryDir tmp;
+    const QString photo = makeFile(tmp.path() + "/photo.jpg");
+    const QString name = "tagmoor-test-" + QUuid::createUuid().toString(QUuid::Id128);
+    ApplicationShell first({"1.0", cfg.settingsFile(), name, "/usr/bin/tagmoor"});
+    first.settings().setStartup(true);
+    first.openWithQueue().setInterval(50);
+    ASSERT_TRUE(first.claimInstance({}));
+    const StartPlan plan = first.start();
+    EXPECT_FALSE(plan.showWelcomeWindow);
+    first.finishLaunching();
+    QList<int> screens;
+    QObject::connect(&first.events(), &AppEvents::UpdateVCOTM, [&](int i) { screens << i; });
+
+    QFuture<bool> second = QtConcurrent::run([&] {
+        ApplicationShell later({"1.0", tmp.path() + "/other.conf", name, "/usr/bin/tagmoor"});
+        return later.claimInstance({photo});
+    });
+    ASSERT_TRUE(waitFor([&] { return second.isFinished(); }));
+    EXPECT_FALSE(second.result()) << "the second launch hands over and quits";
+    ASSERT_TRUE(waitFor([&] { return !screens.isEmpty(); }));
+    EXPECT_EQ(first.workingSet().stagedURLs, QList<QUrl>{QUrl::fromLocalFile(photo)});
+    EXPECT_EQ(screens, QList<int>{1});
+    EXPECT_TRUE(first.workingSet().retrieveOnAppear);
 }
 
 } // namespace

@@ -27,7 +27,7 @@ TEST(Settings, MistypedAndCorruptValuesCountAsAbsentAndAreSeeded) {
         s.setLastVersionString("1.4");
         s.sync();
     }
-    {   // Read back from the file: types survive, the wrong ones read as absent.
+    { // Read back from the file: types survive, the wrong ones read as absent.
         Settings s(cfg.settingsFile());
         EXPECT_EQ(s.startup(), false) << "present with value false";
         EXPECT_EQ(s.lastVersionString(), "1.4");
@@ -102,9 +102,9 @@ TEST(StartSequence, LaterStartsPickTheUpdateModeVersionAndOverwriteValue) {
         std::optional<qint64> mode;
         Action action;
     };
-    for (const Row& row : {Row{std::nullopt, Action::AutoInstallUpdates},
-                           Row{0, Action::CheckForUpdate}, Row{1, Action::AutoInstallUpdates},
-                           Row{2, Action::None}, Row{-5, Action::None}}) {
+    for (const Row& row :
+         {Row{std::nullopt, Action::AutoInstallUpdates}, Row{0, Action::CheckForUpdate},
+          Row{1, Action::AutoInstallUpdates}, Row{2, Action::None}, Row{-5, Action::None}}) {
         ScratchConfig cfg;
         Settings settings(cfg.settingsFile());
         settings.setFirstRun(false);
@@ -125,7 +125,8 @@ TEST(StartSequence, LaterStartsPickTheUpdateModeVersionAndOverwriteValue) {
         EXPECT_TRUE(state.isOverwriteIfAFileWithASameName);
         EXPECT_EQ(settings.isPopUp(), false);
         EXPECT_EQ(settings.autoCheckForUpdate(), row.mode.value_or(1));
-        EXPECT_TRUE(test::readBytes(cfg.autostartEntry()).contains("Exec=\"/opt/Tag moor/tagmoor\""));
+        EXPECT_TRUE(
+            test::readBytes(cfg.autostartEntry()).contains("Exec=\"/opt/Tag moor/tagmoor\""));
     }
 
     // The stored version moves forward only when both parse as one number and it grew.
@@ -133,11 +134,10 @@ TEST(StartSequence, LaterStartsPickTheUpdateModeVersionAndOverwriteValue) {
         QString stored, current, after;
         bool event;
     };
-    for (const VersionRow& row : {VersionRow{"1.0", "1.2", "1.2", true},
-                                  VersionRow{"1.3", "1.2", "1.3", false},
-                                  VersionRow{"1.2.3", "1.3", "1.2.3", false},
-                                  VersionRow{"1.2", "1.2.1", "1.2", false},
-                                  VersionRow{"V1", "1.0", "V1", false}}) {
+    for (const VersionRow& row :
+         {VersionRow{"1.0", "1.2", "1.2", true}, VersionRow{"1.3", "1.2", "1.3", false},
+          VersionRow{"1.2.3", "1.3", "1.2.3", false}, VersionRow{"1.2", "1.2.1", "1.2", false},
+          VersionRow{"V1", "1.0", "V1", false}}) {
         ScratchConfig cfg;
         Settings settings(cfg.settingsFile());
         settings.setFirstRun(false);

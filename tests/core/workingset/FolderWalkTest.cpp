@@ -1,5 +1,5 @@
-#include "TestSupport.h"
 #include "workingset/FolderWalk.h"
+#include "TestSupport.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -28,15 +28,14 @@ TEST(FolderWalk, ListsRegularFilesInNameOrderAndKeepsOutHiddenPackagesAndMediaLi
     QTemporaryDir tmp;
     const QString r = tmp.path();
     QDir d(r);
-    for (const char* sub : {"a", "b/c", ".hidden", "Pics.photoslibrary/originals",
-                            "Music/iTunes/Album", "x/Photo Booth Library/Pictures",
-                            "2024.05 Trip", "empty"})
+    for (const char* sub :
+         {"a", "b/c", ".hidden", "Pics.photoslibrary/originals", "Music/iTunes/Album",
+          "x/Photo Booth Library/Pictures", "2024.05 Trip", "empty"})
         ASSERT_TRUE(d.mkpath(sub));
-    for (const char* f : {"z.jpg", "a/1.jpg", "a/2.txt", "b/c/3.png", "b/0.jpg",
-                          ".dot.jpg", ".hidden/4.jpg", "Pics.photoslibrary/originals/5.jpg",
-                          "Music/iTunes/Album/6.jpg", "Music/keep.jpg",
-                          "x/Photo Booth Library/Pictures/7.jpg", "2024.05 Trip/8.jpg",
-                          "iTunesArt.jpg"})
+    for (const char* f :
+         {"z.jpg", "a/1.jpg", "a/2.txt", "b/c/3.png", "b/0.jpg", ".dot.jpg", ".hidden/4.jpg",
+          "Pics.photoslibrary/originals/5.jpg", "Music/iTunes/Album/6.jpg", "Music/keep.jpg",
+          "x/Photo Booth Library/Pictures/7.jpg", "2024.05 Trip/8.jpg", "iTunesArt.jpg"})
         ASSERT_TRUE(writeBytes(r + "/" + f, "x"));
 
     // Files before or after folders purely by name; a folder's files where it stands.

@@ -11,6 +11,7 @@
 #include <mutex>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tagmoor {
@@ -55,8 +56,7 @@ TEST(PhotoScan, AddsASampleFolderInWalkOrderWithTheRealLoaderAndEndsOnTrueCounts
     ASSERT_GE(views.size(), 3);
     EXPECT_EQ(views.first(), ScanProgressView::countingLook());
     const ScanProgressView& last = views[views.size() - 2];
-    EXPECT_EQ(last.objectsSelectedText,
-              QStringLiteral("Objects Selected: %1 / %1").arg(total));
+    EXPECT_EQ(last.objectsSelectedText, QStringLiteral("Objects Selected: %1 / %1").arg(total));
     EXPECT_EQ(last.percentText, "100%");
     EXPECT_EQ(last.imagesSelectedText, QStringLiteral("%1 Images Selected").arg(listed.size()));
     EXPECT_FALSE(views.last().boxLoaderVisible);
@@ -96,7 +96,7 @@ TEST(PhotoScan, EndAlertsAndTheWayBackToTheAddScreen) {
     QDir().mkpath(tmp.path() + "/empty");
     const QString photo = makeFile(tmp.path() + "/photo.jpg");
 
-    {   // Only unsupported files: the list stays empty, back to the add screen.
+    { // Only unsupported files: the list stays empty, back to the add screen.
         ScanFixture f;
         f.controller.setRecordLoader(fakeLoader);
         f.stage({tmp.path() + "/text"});
@@ -109,7 +109,7 @@ TEST(PhotoScan, EndAlertsAndTheWayBackToTheAddScreen) {
                                            "to the list for processing.");
         EXPECT_EQ(f.screens, QList<int>{0});
     }
-    {   // Unsupported files beside a photo: the list has it, the other text.
+    { // Unsupported files beside a photo: the list has it, the other text.
         ScanFixture f;
         f.controller.setRecordLoader(fakeLoader);
         f.stage({tmp.path() + "/text", photo});
@@ -119,7 +119,7 @@ TEST(PhotoScan, EndAlertsAndTheWayBackToTheAddScreen) {
         EXPECT_TRUE(f.screens.isEmpty());
         EXPECT_EQ(f.set.count(), 1);
     }
-    {   // An empty folder, and a path that is gone: the empty-folder alert only.
+    { // An empty folder, and a path that is gone: the empty-folder alert only.
         ScanFixture f;
         f.controller.setRecordLoader(fakeLoader);
         f.stage({tmp.path() + "/empty", tmp.path() + "/gone.jpg"});
@@ -143,8 +143,8 @@ StopRun stopDuringScan(const QString& answer, int count) {
     QTemporaryDir tmp;
     StopRun run;
     for (int i = 0; i < count; ++i)
-        run.expectedOrder << makeFile(tmp.path() + QStringLiteral("/p%1.jpg").arg(i, 4, 10,
-                                                                               QChar('0')));
+        run.expectedOrder << makeFile(tmp.path() +
+                                      QStringLiteral("/p%1.jpg").arg(i, 4, 10, QChar('0')));
     ScanFixture f;
     QSemaphore asked;
     std::atomic_int calls{0};
@@ -156,8 +156,7 @@ StopRun stopDuringScan(const QString& answer, int count) {
     f.controller.setRecordLoader([&](const QUrl& url) {
         if (++calls == 3) {
             QMetaObject::invokeMethod(
-                &f.controller, [&] { f.controller.clickedStopScanning(); },
-                Qt::QueuedConnection);
+                &f.controller, [&] { f.controller.clickedStopScanning(); }, Qt::QueuedConnection);
             EXPECT_TRUE(asked.tryAcquire(1, 10000));
         }
         return fakeLoader(url);
@@ -245,8 +244,10 @@ TEST(PhotoScan, ParallelReadersEndWithTheListAndFlagsOfASequentialScan) {
     test::removeTree(tmp.path() + "/dir3");
 }
 
-TEST(PhotoScan, AFolderThatVanishesMidScanEndsCleanly) {
+TEST(PhotoScan, AVanishingFolderOrAPipeUnderAnImageNameEndsCleanly) {
     QTemporaryDir tmp;
+    const QString pipe = tmp.path() + "/pipe.jpg";
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0644), 0);
     for (int i = 0; i < 20; ++i) {
         makeFile(tmp.path() + QStringLiteral("/first/a%1.jpg").arg(i));
         makeFile(tmp.path() + QStringLiteral("/second/b%1.jpg").arg(i));
@@ -261,10 +262,10 @@ TEST(PhotoScan, AFolderThatVanishesMidScanEndsCleanly) {
         });
         return fakeLoader(url);
     });
-    f.stage({tmp.path() + "/first", tmp.path() + "/second"});
+    f.stage({tmp.path() + "/first", tmp.path() + "/second", pipe});
     ASSERT_TRUE(f.scan());
     EXPECT_EQ(f.set.count(), 19);
-    EXPECT_EQ(f.controller.lastResult().counters.totalPhotos, 40);
+    EXPECT_EQ(f.controller.lastResult().counters.totalPhotos, 41);
     EXPECT_TRUE(f.prompt.alerts.isEmpty());
 }
 
@@ -277,12 +278,14 @@ TEST(PhotoScan, TenThousandFilesOfTheSameNameInDifferentFolders) {
     QStringList expected;
     for (int a = 0; a < 100; ++a) {
         for (int b = 0; b < 100; ++b) {
-            const QString dir = tmp.path() + QStringLiteral("/all/%1/%2").arg(a, 2, 10, QChar('0'))
-                                                 .arg(b, 2, 10, QChar('0'));
+            const QString dir =
+                tmp.path() +
+                QStringLiteral("/all/%1/%2").arg(a, 2, 10, QChar('0')).arg(b, 2, 10, QChar('0'));
             ASSERT_TRUE(QDir().mkpath(dir));
             const QString file = dir + "/IMG_0001.JPG";
-            ASSERT_EQ(::link(QFile::encodeName(seed).constData(),
-                             QFile::encodeName(file).constData()), 0);
+            ASSERT_EQ(
+                ::link(QFile::encodeName(seed).constData(), QFile::encodeName(file).constData()),
+                0);
             expected << file;
         }
     }

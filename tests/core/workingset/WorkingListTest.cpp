@@ -31,6 +31,7 @@ TEST(WorkingList, ExtensionListsAndPanelRequests) {
     EXPECT_FALSE(hasSupportedExtension("/a/jpg"));
     EXPECT_TRUE(isPhotoLibraryPackage("/a/P.photoslibrary"));
     EXPECT_FALSE(isPhotoLibraryPackage("/a/P.PhotosLibrary"));
+    EXPECT_TRUE(isPhotoLibraryPackage("/a/P.photoslibrary/"));
 
     const OpenPanelRequest add = addPhotosPanelRequest(PanelScreen::AddScreen);
     const OpenPanelRequest home = addPhotosPanelRequest(PanelScreen::HomeScreen);
@@ -49,16 +50,14 @@ TEST(WorkingList, PanelChoiceIsFilteredByCaseInsensitivePathAndType) {
     const QList<CGImageProperties> list{record(jpg)};
 
     // The add screen does not look at the list; missing paths and folders always pass.
-    PanelFilterResult add = filterPanelChoice(PanelScreen::AddScreen,
-                                              {jpg, txt, missingTxt, tmp.path(), jpg.toLower()},
-                                              {}, list);
+    PanelFilterResult add = filterPanelChoice(
+        PanelScreen::AddScreen, {jpg, txt, missingTxt, tmp.path(), jpg.toLower()}, {}, list);
     EXPECT_EQ(add.staged, (QList<QUrl>{QUrl::fromLocalFile(jpg), QUrl::fromLocalFile(missingTxt),
                                        QUrl::fromLocalFile(tmp.path())}));
     EXPECT_TRUE(add.ignored);
     EXPECT_TRUE(add.alreadyAdded) << "the same path twice in one choice";
 
-    PanelFilterResult home =
-        filterPanelChoice(PanelScreen::HomeScreen, {jpg.toUpper()}, {}, list);
+    PanelFilterResult home = filterPanelChoice(PanelScreen::HomeScreen, {jpg.toUpper()}, {}, list);
     EXPECT_TRUE(home.staged.isEmpty());
     EXPECT_TRUE(home.alreadyAdded);
     EXPECT_FALSE(home.ignored);
@@ -147,8 +146,7 @@ TEST(WorkingList, ModelShowsRecordsAndItsCheckBoxIsTheMark) {
     ASSERT_EQ(model.rowCount(), 2);
     const QModelIndex first = model.index(0);
     EXPECT_EQ(model.data(first, Qt::DisplayRole).toString(), "one.jpg");
-    EXPECT_EQ(model.data(first, WorkingListModel::SubtitleRole).toString(),
-              "4000 x 3000 - 1.2 MB");
+    EXPECT_EQ(model.data(first, WorkingListModel::SubtitleRole).toString(), "4000 x 3000 - 1.2 MB");
     EXPECT_EQ(model.data(model.index(1), WorkingListModel::SubtitleRole).toString(),
               "0 x 0 - 0 bytes");
     EXPECT_EQ(model.data(first, WorkingListModel::PathRole).toString(), "/p/one.jpg");

@@ -1,0 +1,52 @@
+#include "shell/ApplicationShell.h"
+
+#include "shell/ShellLog.h"
+
+#include <QTimer>
+
+namespace tagmoor {
+
+std::unique_ptr<Settings> ApplicationShell::makeSettings(const QString& file) {
+    return file.isEmpty() ? std::make_unique<Settings>() : std::make_unique<Settings>(file);
+}
+
+ApplicationShell::ApplicationShell(Options options, QObject* parent)
+    : QObject(parent), m_settingsOwner(makeSettings(options.settingsFile)),
+      m_settings(*m_settingsOwner), m_loginItem(options.executable),
+      m_start(m_settings, m_loginItem, m_launchState, options.version),
+      m_openWith(m_workingSet, m_settings, m_launchState, m_events),
+      m_updater(m_settings, options.version), m_channel(options.channelName) {}
+
+bool ApplicationShell::claimInstance(const QStringList& paths) {
+    if (m_channel.listen()) {
+        connect(&m_channel, &InstanceChannel::filesReceived, this,
+                [this](const QStringList& received) { m_openWith.openFiles(received); });
+        return true;
+    }
+    if (m_channel.forward(paths))
+        return false;
+    qCWarning(lcShell) << "Another instance holds" << m_channel.name()
+                       << "but does not answer; running on our own";
+    return true;
+}
+
+StartPlan ApplicationShell::start() {
+    const StartPlan plan = m_start.applicationWillFinishLaunching();
+    switch (plan.updateAction) {
+    case StartPlan::UpdateAction::CheckForUpdate:
+        QTimer::singleShot(plan.updateDelayMs, &m_updater, &UpdateChecker::checkForUpdate);
+        break;
+    case StartPlan::UpdateAction::AutoInstallUpdates:
+        QTimer::singleShot(plan.updateDelayMs, &m_updater, &UpdateChecker::autoInstallUpdates);
+        break;
+    case StartPlan::UpdateAction::None:
+        break;
+    }
+    return plan;
+}
+
+void ApplicationShell::finishLaunching() {
+    m_start.applicationDidFinishLaunching();
+}
+
+} // namespace tagmoor

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "shell/AppEvents.h"
+#include "shell/InstanceChannel.h"
+#include "shell/LaunchState.h"
+#include "shell/LoginItem.h"
+#include "shell/OpenWithQueue.h"
+#include "shell/Settings.h"
+#include "shell/StartSequence.h"
+#include "shell/UpdateChecker.h"
+#include "workingset/WorkingSet.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace tagmoor {
+
+// The process-wide objects of the application, made once and wired together: settings,
+// events, the working set, the launch state, the file-opening queue, the channel to later
+// launches, the login item and the updater. The application's main() makes one and hands
+// references to the screens; tests make their own with a scratch settings file.
+class ApplicationShell : public QObject {
+    Q_OBJECT
+public:
+    struct Options {
+        QString version;      // the short version string
+        QString settingsFile; // empty: the user's settings
+        QString channelName;  // empty: the per-user name
+        QString executable;   // for the login item; empty: this process
+    };
+
+    explicit ApplicationShell(Options options, QObject* parent = nullptr);
+
+    // Becomes the running instance, or hands `paths` to the one already running. False when
+    // they were handed over: this process should then quit. Without a working channel the
+    // process runs on its own.
+    bool claimInstance(const QStringList& paths);
+
+    // The start sequence; schedules the update check the plan asks for.
+    StartPlan start();
+    // After the presets are loaded: opened files may now be added.
+    void finishLaunching();
+    // Paths given on this process's command line or by a later launch.
+    bool openFiles(const QStringList& paths) { return m_openWith.openFiles(paths); }
+
+    Settings& settings() { return m_settings; }
+    AppEvents& events() { return m_events; }
+    WorkingSet& workingSet() { return m_workingSet; }
+    LaunchState& launchState() { return m_launchState; }
+    LoginItem& loginItem() { return m_loginItem; }
+    StartSequence& startSequence() { return m_start; }
+    OpenWithQueue& openWithQueue() { return m_openWith; }
+    UpdateChecker& updater() { return m_updater; }
+    InstanceChannel& channel() { return m_channel; }
+
+private:
+    std::unique_ptr<Settings> makeSettings(const QString& file);
+
+    std::unique_ptr<Settings> m_settingsOwner;
+    Settings& m_settings;
+    AppEvents m_events;
+    WorkingSet m_workingSet;
+    LaunchState m_launchState;
+    LoginItem m_loginItem;
+    StartSequence m_start;
+    OpenWithQueue m_openWith;
+    UpdateChecker m_updater;
+    InstanceChannel m_channel;
+};
+
+} // namespace tagmoor
