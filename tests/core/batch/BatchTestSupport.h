@@ -9,6 +9,7 @@
 #include "batch/ListPhotoSource.h"
 #include "batch/PhotoPipeline.h"
 #include "metadata/MetadataTest.h"
+#include "metadata/SafeFileReplace.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameNumbering.h"
 
@@ -56,7 +57,11 @@ inline BatchResult runBatch(const RunValues& values, const QList<CGImageProperti
     const PhotoPipeline pipeline(values);
     StopControl ownStop;
     BatchDriver driver(pipeline, numbering, stop ? *stop : ownStop, observer, threads);
-    return driver.run(ListPhotoSource(records));
+    const BatchResult result = driver.run(ListPhotoSource(records));
+    // The writer drops the replaced files' hidden names in the background; let it finish so
+    // that folders can be compared.
+    SafeFileReplace::waitForReleases();
+    return result;
 }
 
 inline BatchResult runBatch(const RunValues& values, const QList<CGImageProperties>& records) {
@@ -82,6 +87,7 @@ inline QByteArray checksum(const QString& path) {
 
 // Every file below `dir` (relative path -> checksum).
 inline QMap<QString, QByteArray> folderChecksums(const QString& dir) {
+    SafeFileReplace::waitForReleases();
     QMap<QString, QByteArray> sums;
     QDirIterator it(dir, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (it.hasNext()) {
@@ -92,6 +98,7 @@ inline QMap<QString, QByteArray> folderChecksums(const QString& dir) {
 }
 
 inline QStringList fileNames(const QString& dir) {
+    SafeFileReplace::waitForReleases();
     return QDir(dir).entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 

@@ -17,6 +17,7 @@ namespace {
 int widthOf(const QString& path) { return QImageReader(path).size().width(); }
 
 int linkCount(const QString& path) {
+    SafeFileReplace::waitForReleases();
     struct stat st {};
     return ::stat(QFile::encodeName(path).constData(), &st) == 0 ? int(st.st_nlink) : -1;
 }
