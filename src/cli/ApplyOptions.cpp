@@ -1,0 +1,244 @@
+#include "ApplyOptions.h"
+
+#include "DateRuleArgument.h"
+#include "RenameArgument.h"
+#include "batch/FormSnapshot.h"
+#include "model/FormFieldTable.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QThread>
+
+#include <algorithm>
+
+namespace tagmoor::cli {
+
+namespace {
+
+std::optional<ApplyOptions> fail(QString* error, const QString& message) {
+    *error = message;
+    return std::nullopt;
+}
+
+bool applyStrip(CleanOptions& clean, const QString& list, QString* error) {
+    for (const QString& raw : list.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        const QString group = raw.trimmed().toLower();
+        // As the check boxes do: EXIF takes its GPS and comment parts along.
+        if (group == QLatin1String("exif"))
+            clean.cleanExif = clean.cleanGPS = clean.cleanComment = true;
+        else if (group == QLatin1String("iptc"))
+            clean.cleanIPTC = true;
+        else if (group == QLatin1String("xmp"))
+            clean.cleanXMP = true;
+        else if (group == QLatin1String("gps"))
+            clean.cleanGPS = true;
+        else if (group == QLatin1String("comment"))
+            clean.cleanComment = true;
+        else {
+            *error = QStringLiteral("--strip: unknown group '%1' (exif, iptc, xmp, gps, comment)")
+                         .arg(raw);
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+QString ApplyOptions::helpText() {
+    return QStringLiteral(
+        "usage: tagmoor-cli apply [OPTIONS] PHOTO|FOLDER...\n"
+        "\n"
+        "Runs one batch over the photos given and the photos found in the folders given\n"
+        "(walked with the same rules as the photo list: hidden entries and packages skipped,\n"
+        "only the accepted photo types).\n"
+        "\n"
+        "Where the output goes (one of the two is required):\n"
+        "  --out DIR            write edited copies into DIR; the sources are never changed\n"
+        "  --in-place           edit each photo where it is (a rename makes a copy beside it)\n"
+        "  --overwrite          replace a file that is in the way; without it the photo is\n"
+        "                       skipped\n"
+        "\n"
+        "What is done:\n"
+        "  --mode keep|clear|remove\n"
+        "                       keep: write the edited fields, keep every other tag (default)\n"
+        "                       clear: write the edited fields, erase the other tags of the\n"
+        "                              field table\n"
+        "                       remove: strip the groups given by --strip\n"
+        "  --strip LIST         with --mode remove: comma list of exif, iptc, xmp, gps, comment\n"
+        "                       (exif includes gps and comment)\n"
+        "  --set FIELD=VALUE    give a field a value, by its form name or its key:\n"
+        "                       --set Artist=\"Jane Doe\"  --set Iptc.Application2.City=Paris\n"
+        "                       An empty VALUE writes the empty text. Numbers as 2.8 or 400;\n"
+        "                       popups by their stored code (--set Orientation=6).\n"
+        "  --date FIELD=RULE    a rule for a date field: DateTimeOriginal, CreationDate,\n"
+        "                       ModifyDate, CreateDateXMP, ModifyDateXMP, CreateDatePhotoshop.\n"
+        "                       RULE is one of\n"
+        "                         keep                     the tag stays as it is\n"
+        "                         empty                    the tag is erased\n"
+        "                         select:YYYY-MM-DD HH:MM:SS   this date for every photo\n"
+        "                         update:day=D,month=M,year=Y,time=HH:MM:SS\n"
+        "                                                  the parts given replace the photo's\n"
+        "                                                  own, the others stay\n"
+        "                         shift-date:Y:M:D         add signed years, months, days\n"
+        "                                                  (e.g. shift-date:0:0:-2)\n"
+        "                         shift-time:H:M:S         add signed hours, minutes, seconds\n"
+        "                                                  (e.g. shift-time:+1:00:00)\n"
+        "                       Each part of a date or time wraps within its own range and\n"
+        "                       never carries into the next (Jan 31 + 1 day is Jan 1); a part\n"
+        "                       of 0 keeps the photo's own. A photo without the date keeps\n"
+        "                       it missing, except with select and empty.\n"
+        "                       ModifyDate also sets the output file's modification time.\n"
+        "  --rename RULE        how output names are made from each photo's name:\n"
+        "                         keep | add-before:TEXT | add-after:TEXT\n"
+        "                         replace:FIND=REPLACEMENT   (the name is lower-cased)\n"
+        "                         index[:OPTS] | counter[:OPTS] | date[:OPTS]\n"
+        "                       OPTS, comma separated: before | after, text=T (stands in for\n"
+        "                       the name), start=N (first number, default 1), digits=N\n"
+        "                       (counter only: least number of digits)\n"
+        "  --preset NAME        use a stored preset\n"
+        "\n"
+        "Running:\n"
+        "  --dry-run            print the plan (per photo: output path, write or skip, the\n"
+        "                       values to be written and the keys to be erased) and change\n"
+        "                       nothing\n"
+        "  --threads N          photos worked on at once (default: the number of cores, at\n"
+        "                       most 4); the result is the same as one at a time\n"
+        "  --quiet              no progress on the terminal\n"
+        "\n"
+        "Exit status: 0 every photo processed, 1 some photos skipped (for --dry-run: would be\n"
+        "skipped), 2 bad arguments.\n");
+}
+
+std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString* error) {
+    ApplyOptions o;
+    o.threads = std::clamp(QThread::idealThreadCount(), 1, 4);
+    o.values.editedProperties = FormSnapshot::empty();
+    bool inPlace = false;
+    std::optional<QString> mode;
+    std::optional<QString> strip;
+
+    for (int i = 0; i < args.size(); ++i) {
+        QString arg = args[i];
+        QString value;
+        bool hasInlineValue = false;
+        if (arg.startsWith(QLatin1String("--")) && arg.contains(QLatin1Char('='))) {
+            const int eq = int(arg.indexOf(QLatin1Char('=')));
+            // "--out=DIR" and "--set=Artist=x" carry their value after the first "=".
+            value = arg.mid(eq + 1);
+            arg = arg.left(eq);
+            hasInlineValue = true;
+        }
+        auto takeValue = [&]() -> std::optional<QString> {
+            if (hasInlineValue)
+                return value;
+            if (i + 1 >= args.size())
+                return std::nullopt;
+            return args[++i];
+        };
+        const bool needsValue = arg == QLatin1String("--set") || arg == QLatin1String("--date") ||
+                                arg == QLatin1String("--mode") || arg == QLatin1String("--strip") ||
+                                arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
+                                arg == QLatin1String("--preset") || arg == QLatin1String("--threads");
+        std::optional<QString> v;
+        if (needsValue) {
+            v = takeValue();
+            if (!v)
+                return fail(error, QStringLiteral("%1 needs a value").arg(arg));
+        }
+
+        if (arg == QLatin1String("--help") || arg == QLatin1String("-h")) {
+            o.help = true;
+        } else if (arg == QLatin1String("--set")) {
+            const int eq = int(v->indexOf(QLatin1Char('=')));
+            if (eq <= 0)
+                return fail(error, QStringLiteral("--set wants FIELD=VALUE, not '%1'").arg(*v));
+            const FormField* field = findFormField(v->left(eq));
+            if (!field)
+                return fail(error, QStringLiteral("--set: no field named '%1'").arg(v->left(eq)));
+            if (auto problem = FormSnapshot::setText(o.values.editedProperties, *field, v->mid(eq + 1)))
+                return fail(error, QStringLiteral("--set: %1").arg(*problem));
+            o.values.fieldEditedFlags.set(field->position);
+        } else if (arg == QLatin1String("--date")) {
+            const auto rule = DateRuleArgument::parse(*v, error);
+            if (!rule)
+                return fail(error, QStringLiteral("--date: %1").arg(*error));
+            const auto& fields = dateFieldsInRunOrder();
+            const auto it = std::find_if(fields.begin(), fields.end(), [&](const FormField* f) {
+                return f->position == rule->position;
+            });
+            const DateField field = allDateFields[std::size_t(it - fields.begin())];
+            o.values.editorDates.rule(field) = rule->rule;
+            o.values.editorDates.slot(field) = rule->slot;
+            o.values.editorDates.alive(field) = true;
+            o.values.fieldEditedFlags.set(rule->position);
+        } else if (arg == QLatin1String("--mode")) {
+            mode = v->toLower();
+            if (*mode == QLatin1String("keep"))
+                o.values.processingMode = ProcessingMode::keepUnedited;
+            else if (*mode == QLatin1String("clear"))
+                o.values.processingMode = ProcessingMode::clearUnedited;
+            else if (*mode == QLatin1String("remove"))
+                o.values.processingMode = ProcessingMode::removeGroups;
+            else
+                return fail(error, QStringLiteral("--mode is keep, clear or remove, not '%1'").arg(*v));
+        } else if (arg == QLatin1String("--strip")) {
+            strip = *v;
+            if (!applyStrip(o.values.clean, *v, error))
+                return std::nullopt;
+        } else if (arg == QLatin1String("--rename")) {
+            const auto rule = parseRenameArgument(*v, error);
+            if (!rule)
+                return fail(error, QStringLiteral("--rename: %1").arg(*error));
+            o.values.renameSettings = *rule;
+        } else if (arg == QLatin1String("--out")) {
+            if (v->isEmpty())
+                return fail(error, QStringLiteral("--out needs a folder"));
+            o.values.destinationFolder = QDir::cleanPath(QFileInfo(*v).absoluteFilePath());
+        } else if (arg == QLatin1String("--in-place")) {
+            inPlace = true;
+        } else if (arg == QLatin1String("--overwrite")) {
+            o.values.overwriteExisting = true;
+        } else if (arg == QLatin1String("--preset")) {
+            return fail(error, QStringLiteral("--preset: presets are not available yet"));
+        } else if (arg == QLatin1String("--dry-run")) {
+            o.dryRun = true;
+        } else if (arg == QLatin1String("--quiet") || arg == QLatin1String("-q")) {
+            o.quiet = true;
+        } else if (arg == QLatin1String("--threads")) {
+            bool ok = false;
+            o.threads = v->toInt(&ok);
+            if (!ok || o.threads < 1 || o.threads > 64)
+                return fail(error, QStringLiteral("--threads wants a number from 1 to 64"));
+        } else if (arg == QLatin1String("--")) {
+            o.inputs << args.mid(i + 1);
+            break;
+        } else if (arg.startsWith(QLatin1Char('-')) && arg.size() > 1) {
+            return fail(error, QStringLiteral("unknown option '%1'").arg(arg));
+        } else {
+            o.inputs << arg;
+        }
+    }
+    if (o.help)
+        return o;
+
+    if (inPlace && o.values.destinationFolder)
+        return fail(error, QStringLiteral("--out and --in-place exclude each other"));
+    if (!inPlace && !o.values.destinationFolder)
+        return fail(error, QStringLiteral("say where the output goes: --out DIR or --in-place"));
+    o.values.isDestinationPathAsSource = inPlace;
+
+    const bool removing = o.values.processingMode == ProcessingMode::removeGroups;
+    if (strip && !removing)
+        return fail(error, QStringLiteral("--strip goes with --mode remove"));
+    if (removing && !o.values.clean.any())
+        return fail(error, QStringLiteral("No options selected for removing metadata: give "
+                                          "--strip exif,iptc,xmp,gps,comment"));
+    if (removing && o.values.fieldEditedFlags.hasEdits())
+        return fail(error, QStringLiteral("--mode remove writes no field: leave out --set and --date"));
+    if (o.inputs.isEmpty())
+        return fail(error, QStringLiteral("no photos or folders given"));
+    return o;
+}
+
+} // namespace tagmoor::cli

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "batch/RunValues.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace tagmoor::cli {
+
+// The options of `tagmoor-cli apply`, mapped onto the values the screens would have set
+// before a run: the form snapshot and its edit flags, the date rules, the rename rule, the
+// mode and its clean boxes, the output folder and the collision preference.
+struct ApplyOptions {
+    RunValues values;
+    QStringList inputs;
+    bool dryRun = false;
+    bool help = false;
+    bool quiet = false;
+    int threads = 1;
+
+    // Parses the arguments after "apply"; on a bad argument gives nothing and sets `error`
+    // to a message for the user.
+    static std::optional<ApplyOptions> parse(const QStringList& args, QString* error);
+
+    static QString helpText();
+};
+
+} // namespace tagmoor::cli

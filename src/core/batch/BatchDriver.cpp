@@ -1,0 +1,129 @@
+#include "batch/BatchDriver.h"
+
+#include "batch/BatchLog.h"
+#include "batch/BatchObserver.h"
+
+#include <QThreadPool>
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <map>
+#include <mutex>
+
+namespace tagmoor {
+
+namespace {
+
+// The photos handed to workers and not yet done, with the paths each one touches.
+class InFlight {
+public:
+    explicit InFlight(int limit) : m_limit(limit) {}
+
+    // Waits for a free worker and for every photo in work that shares a path with `plan`.
+    void admit(int index, const PhotoPlan& plan) {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [&] {
+            if (int(m_paths.size()) >= m_limit)
+                return false;
+            return std::none_of(m_paths.begin(), m_paths.end(), [&](const auto& entry) {
+                return sharesPath(entry.second, plan);
+            });
+        });
+        m_paths.emplace(index, plan);
+    }
+
+    void done(int index) {
+        {
+            std::lock_guard lock(m_mutex);
+            m_paths.erase(index);
+        }
+        m_changed.notify_all();
+    }
+
+    void waitAll() {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [&] { return m_paths.empty(); });
+    }
+
+private:
+    static bool sharesPath(const PhotoPlan& a, const PhotoPlan& b) {
+        if (!a.hasUrl || !b.hasUrl)
+            return false;
+        return a.finalPath == b.finalPath || a.finalPath == b.sourcePath ||
+               a.sourcePath == b.finalPath || a.sourcePath == b.sourcePath;
+    }
+
+    const int m_limit;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::map<int, PhotoPlan> m_paths;
+};
+
+} // namespace
+
+BatchDriver::BatchDriver(const PhotoPipeline& pipeline, RenameNumbering& numbering,
+                         StopControl& stop, BatchObserver* observer, int threads)
+    : m_pipeline(pipeline), m_numbering(numbering), m_stop(stop), m_observer(observer),
+      m_threads(std::max(1, threads)) {}
+
+BatchResult BatchDriver::run(const PhotoSource& photos) {
+    BatchResult result;
+    const int count = photos.count();
+    for (int i = 0; i < count; ++i) {
+        if (photos.isSelected(i))
+            ++result.total;
+    }
+    const ProcessingMode mode = m_pipeline.values().processingMode;
+    if (mode != ProcessingMode::keepUnedited && mode != ProcessingMode::clearUnedited &&
+        mode != ProcessingMode::removeGroups) {
+        qCWarning(lcBatch) << "unknown processing mode" << int(mode) << "- no photo processed";
+        return result;
+    }
+
+    std::atomic<int> written{0};
+    InFlight inFlight(m_threads);
+    QThreadPool pool;
+    pool.setMaxThreadCount(m_threads);
+
+    auto work = [&](const PhotoPlan& plan, const CGImageProperties& record) {
+        const PhotoOutcome outcome = m_pipeline.process(plan, record);
+        if (isCounted(outcome))
+            ++written;
+        if (m_observer)
+            m_observer->photoDone(plan, outcome);
+    };
+
+    for (int i = 0; i < count; ++i) {
+        if (m_stop.waitBetweenPhotos()) {
+            result.stopped = true;
+            break;
+        }
+        if (!photos.isSelected(i))
+            continue;
+        ++result.processed;
+        CGImageProperties record = photos.record(i);
+        // A skipped photo uses up its number too.
+        PhotoPlan plan =
+            m_pipeline.plan(record, result.processed, result.total, m_numbering.take());
+        if (plan.outputDirectoryValue)
+            result.outputDirectoryValue = *plan.outputDirectoryValue;
+        if (m_observer)
+            m_observer->photoStarted(plan);
+        if (m_threads == 1) {
+            work(plan, record);
+        } else {
+            inFlight.admit(i, plan);
+            pool.start([&, i, plan = std::move(plan), record = std::move(record)] {
+                work(plan, record);
+                inFlight.done(i);
+            });
+        }
+    }
+    inFlight.waitAll();
+    pool.waitForDone();
+    result.totalProcessedPhotos = written.load();
+    return result;
+}
+
+} // namespace tagmoor

@@ -1,0 +1,5 @@
+#include "batch/BatchLog.h"
+
+namespace tagmoor {
+Q_LOGGING_CATEGORY(lcBatch, "tagmoor.batch")
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+namespace tagmoor {
+Q_DECLARE_LOGGING_CATEGORY(lcBatch)
+}

@@ -1,0 +1,149 @@
+#include "batch/FieldEdits.h"
+
+#include "model/FormFieldTable.h"
+
+#include <cmath>
+#include <limits>
+
+namespace tagmoor {
+
+namespace {
+
+bool isTextRow(const KeyRow& row) {
+    return row.read == ReadKind::Text || row.read == ReadKind::DateText;
+}
+
+std::optional<double> numberOf(const PropertyValue& v) {
+    if (auto i = v.int64())
+        return double(*i);
+    if (auto u = v.uint8())
+        return double(*u);
+    if (auto u = v.uint64())
+        return double(*u);
+    if (auto f = v.float32())
+        return double(*f);
+    if (auto d = v.float64())
+        return *d;
+    return std::nullopt;
+}
+
+// An integer of the value: integers as they are, floats cut towards zero. A float that has no
+// integer gives nothing; the form never produces one.
+template <typename Int>
+std::optional<Int> integerOf(const PropertyValue& v) {
+    if (auto i = v.int64()) {
+        if (*i >= qint64(std::numeric_limits<Int>::min()) &&
+            (*i < 0 || quint64(*i) <= quint64(std::numeric_limits<Int>::max())))
+            return Int(*i);
+        return std::nullopt;
+    }
+    if (auto u = v.uint8())
+        return Int(*u);
+    if (auto u = v.uint64()) {
+        if (*u <= quint64(std::numeric_limits<Int>::max()))
+            return Int(*u);
+        return std::nullopt;
+    }
+    const auto d = numberOf(v);
+    if (!d || !std::isfinite(*d))
+        return std::nullopt;
+    const double cut = std::trunc(*d);
+    if (cut < double(std::numeric_limits<Int>::min()) ||
+        cut >= std::ldexp(1.0, std::numeric_limits<Int>::digits))
+        return std::nullopt;
+    return Int(cut);
+}
+
+// A copy of the record in which every group that a key row reads is present, so that the
+// table's field accessors can be used on it.
+CGImageProperties withKeyGroups(CGImageProperties r) {
+    if (!r.tiffProperties)
+        r.tiffProperties.emplace();
+    if (!r.exifProperties)
+        r.exifProperties.emplace();
+    if (!r.gpsProperties)
+        r.gpsProperties.emplace();
+    if (!r.iptcProperties)
+        r.iptcProperties.emplace();
+    if (!r.xmpDataProperties)
+        r.xmpDataProperties.emplace();
+    return r;
+}
+
+} // namespace
+
+void FieldEdits::erase(const KeyRow& row) {
+    const QString key = QString::fromLatin1(row.key);
+    QStringList& list = row.block == KeyBlock::Exif   ? eraseExif
+                        : row.block == KeyBlock::Iptc ? eraseIptc
+                                                      : eraseXmp;
+    if (!list.contains(key))
+        list << key;
+}
+
+bool FieldEdits::isErased(const KeyRow& row) const {
+    const QString key = QString::fromLatin1(row.key);
+    return eraseExif.contains(key) || eraseIptc.contains(key) || eraseXmp.contains(key);
+}
+
+std::optional<PropertyValue> valueOfRowType(const KeyRow& row, const PropertyValue& value) {
+    if (isTextRow(row)) {
+        if (auto t = value.text())
+            return PropertyValue(*t);
+        return std::nullopt;
+    }
+    switch (row.read) {
+    case ReadKind::Int64:
+        if (auto i = integerOf<qint64>(value))
+            return PropertyValue(*i);
+        return std::nullopt;
+    case ReadKind::UInt8:
+        if (auto i = integerOf<quint8>(value))
+            return PropertyValue(*i);
+        return std::nullopt;
+    case ReadKind::UInt64:
+        if (auto i = integerOf<quint64>(value))
+            return PropertyValue(*i);
+        return std::nullopt;
+    case ReadKind::Float32:
+        if (auto d = numberOf(value))
+            return PropertyValue(float(*d));
+        return std::nullopt;
+    case ReadKind::Float64:
+        if (auto d = numberOf(value))
+            return PropertyValue(*d);
+        return std::nullopt;
+    case ReadKind::NotRead:
+    case ReadKind::Text:
+    case ReadKind::DateText:
+        break;
+    }
+    return std::nullopt;
+}
+
+FieldEdits plainFieldEdits(const RunValues& values) {
+    FieldEdits edits;
+    CGImageProperties form = withKeyGroups(values.editedProperties);
+    const bool clearUnedited = values.processingMode == ProcessingMode::clearUnedited;
+    for (const FormField* field : plainFieldsInKeyOrder()) {
+        const KeyRow& row = field->keyRow();
+        const bool flagged = values.fieldEditedFlags.test(field->position);
+        const std::optional<PropertyValue> value = valueOfRowType(row, *row.field(form));
+        if (clearUnedited) {
+            if (!flagged)
+                edits.erase(row);
+            else if (value)
+                edits.values.at(row) = *value;
+        } else {
+            // Keeping unedited tags: a field the form has no value for goes, whatever its
+            // flag; an edited one takes the form's value, the empty text included.
+            if (!value)
+                edits.erase(row);
+            else if (flagged)
+                edits.values.at(row) = *value;
+        }
+    }
+    return edits;
+}
+
+} // namespace tagmoor

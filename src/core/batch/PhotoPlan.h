@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace tagmoor {
+
+// Where one photo of a run goes, decided in list order before any file is touched: the
+// source, the output path after the rename rule, and what the result screen's output folder
+// becomes. Planning is cheap and sequential; the file work may then run in parallel.
+struct PhotoPlan {
+    // The ordinal of the photo among the selected ones (1-based) and the run's total.
+    int processed = 0;
+    int total = 0;
+    // False for a record without url: the photo is skipped.
+    bool hasUrl = false;
+    QString sourcePath;
+    QString finalPath;
+    // Set when this photo changes the result screen's output folder.
+    std::optional<QString> outputDirectoryValue;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "model/CGImageProperties.h"
+
+#include <QList>
+
+namespace tagmoor {
+
+// The photos of a run in list order. The application hands a snapshot of its working list;
+// the command line reads each record only when the run reaches it, so that a long run holds
+// one record at a time.
+class PhotoSource {
+public:
+    virtual ~PhotoSource() = default;
+    virtual int count() const = 0;
+    virtual bool isSelected(int index) const = 0;
+    // The record of a photo; a record without url is skipped by the run.
+    virtual CGImageProperties record(int index) const = 0;
+};
+
+} // namespace tagmoor

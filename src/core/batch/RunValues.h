@@ -1,0 +1,48 @@
+#pragma once
+
+#include "batch/FieldEditedFlags.h"
+#include "dates/OriginalFinalDate.h"
+#include "model/CGImageProperties.h"
+#include "rename/Rename.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace tagmoor {
+
+// What a run does to each photo. Stored values are part of the design (0, 1, 2); anything
+// else read from outside runs no photo.
+enum class ProcessingMode { keepUnedited = 0, clearUnedited = 1, removeGroups = 2 };
+
+// The five clean-metadata check boxes. EXIF stands for all of EXIF, GPS and the comment
+// being parts of it; the box actions keep them consistent, not this struct.
+struct CleanOptions {
+    bool cleanExif = false;
+    bool cleanIPTC = false;
+    bool cleanXMP = false;
+    bool cleanGPS = false;
+    bool cleanComment = false;
+
+    bool any() const { return cleanExif || cleanIPTC || cleanXMP || cleanGPS || cleanComment; }
+    bool operator==(const CleanOptions&) const = default;
+};
+
+// Everything a run reads, settled before it starts and copied into it, so that the run never
+// looks at the screens' live state.
+struct RunValues {
+    ProcessingMode processingMode = ProcessingMode::keepUnedited;
+    CleanOptions clean;
+    // The output folder's path; none means each photo is written where it is.
+    std::optional<QString> destinationFolder;
+    bool isDestinationPathAsSource = false;
+    bool overwriteExisting = false;
+    // The snapshot of the form taken just before the run.
+    CGImageProperties editedProperties;
+    FieldEditedFlags fieldEditedFlags;
+    // The rules of the six date fields (a copy of editorDates).
+    OriginalFinalDate editorDates;
+    Rename renameSettings;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+
+namespace tagmoor {
+
+// The Stop button's two flags. A pause request makes the run finish the photos in work and
+// then wait, without spinning, until the question is answered; "YES" ends the run there,
+// "NO" lets it go on as if nothing happened.
+class StopControl {
+public:
+    // The start of a run: both flags clear.
+    void reset();
+
+    // Stop pressed: no new photo starts until answer() is called.
+    void requestPause();
+
+    // The answer to the stop question. Either answer clears the pause.
+    void answer(bool stop);
+
+    bool pauseRequested() const { return m_pause.load(); }
+    bool stopRequested() const { return m_stop.load(); }
+
+    // Called by the run between photos: blocks while a pause stands and gives true when the
+    // run is to end.
+    bool waitBetweenPhotos();
+
+    // Called by the run once it is waiting in waitBetweenPhotos; for observers and tests.
+    bool isWaiting() const { return m_waiting.load(); }
+
+private:
+    std::atomic<bool> m_pause{false};
+    std::atomic<bool> m_stop{false};
+    std::atomic<bool> m_waiting{false};
+    std::mutex m_mutex;
+    std::condition_variable m_answered;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,103 @@
+#include "BatchTestSupport.h"
+
+using namespace tagmoor;
+using namespace tagmoor::test;
+
+namespace {
+
+ToolResult apply(const QStringList& args) {
+    return runTool(QStringLiteral(TAGMOOR_CLI), QStringList{"apply"} + args);
+}
+
+class ApplyCommand : public ::testing::Test {
+protected:
+    void SetUp() override {
+        QDir().mkpath(in() + "/sub");
+        copySample(formatsDir() + "/et-GPS.jpg", in());
+        copySample(formatsDir() + "/Reagan.jpg", in() + "/sub");
+        writeBytes(in() + "/notes.txt", "not a photo");
+        writeBytes(in() + "/.hidden.jpg", "hidden");
+    }
+    QString in() const { return tmp.path() + "/in"; }
+    QString out() const { return tmp.path() + "/out"; }
+    QTemporaryDir tmp;
+};
+
+} // namespace
+
+TEST_F(ApplyCommand, BadArgumentsExitWithTwoAndAClearMessage) {
+    const QList<std::pair<QStringList, QString>> cases = {
+        {{"--set", "Artist=x", in()}, "--out DIR or --in-place"},
+        {{"--out", out(), "--in-place", in()}, "exclude each other"},
+        {{"--set", "Nope=1", "--out", out(), in()}, "no field named 'Nope'"},
+        {{"--set", "ISO=fast", "--out", out(), in()}, "ISO takes an integer"},
+        {{"--set", "DateTimeOriginal=2020", "--out", out(), in()}, "date field"},
+        {{"--date", "Artist=keep", "--out", out(), in()}, "not a date field"},
+        {{"--date", "ModifyDate=shift-time:1:2", "--out", out(), in()}, "three signed numbers"},
+        {{"--date", "ModifyDate=select:yesterday", "--out", out(), in()}, "select wants a date"},
+        {{"--mode", "remove", "--out", out(), in()}, "No options selected for removing metadata"},
+        {{"--strip", "exif", "--out", out(), in()}, "--strip goes with --mode remove"},
+        {{"--rename", "shuffle", "--out", out(), in()}, "unknown rename rule"},
+        {{"--preset", "Trip", "--out", out(), in()}, "presets are not available yet"},
+        {{"--out", out(), in() + "/nowhere"}, "no such file or folder"},
+        {{"--bogus"}, "unknown option '--bogus'"},
+    };
+    for (const auto& [args, message] : cases) {
+        const ToolResult r = apply(args);
+        EXPECT_EQ(r.exitCode, 2) << args.join(' ').toStdString();
+        EXPECT_TRUE(QString::fromUtf8(r.err).contains(message))
+            << args.join(' ').toStdString() << ": " << r.err.toStdString();
+    }
+    EXPECT_FALSE(QFileInfo::exists(out()));
+    const ToolResult help = apply({"--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_TRUE(help.out.contains("shift-time:H:M:S"));
+}
+
+// The dry run prints each photo's plan (folders walked by the list's rules) and changes
+// nothing; the real run then does what it said, leaves the sources alone and prints the
+// result screen's summary.
+TEST_F(ApplyCommand, DryRunPrintsThePlanAndTheRunDoesIt) {
+    const auto before = folderChecksums(in());
+    const QStringList args = {"--set", "Artist=Jane Doe", "--set", "Iptc.Application2.City=Paris",
+                              "--date", "DateTimeOriginal=shift-time:+1:00:00",
+                              "--rename", "add-after:_e", "--out", out(), in()};
+    const ToolResult dry = apply(QStringList{"--dry-run"} + args);
+    ASSERT_EQ(dry.exitCode, 0) << dry.err.toStdString();
+    const QString plan = QString::fromUtf8(dry.out);
+    EXPECT_TRUE(plan.contains(in() + "/et-GPS.jpg -> " + out() + "/et-GPS_e.jpg: written"));
+    EXPECT_TRUE(plan.contains(in() + "/sub/Reagan.jpg -> " + out() + "/Reagan_e.jpg: written"));
+    EXPECT_TRUE(plan.contains("set Exif.Image.Artist = \"Jane Doe\""));
+    EXPECT_TRUE(plan.contains("set Iptc.Application2.City = \"Paris\""));
+    EXPECT_TRUE(plan.contains("set Exif.Photo.DateTimeOriginal = \"2002-07-13 16:58:28\""));
+    EXPECT_FALSE(plan.contains("notes") || plan.contains("hidden"));
+    EXPECT_FALSE(QFileInfo::exists(out()));
+    EXPECT_EQ(folderChecksums(in()), before);
+
+    const ToolResult run = apply(args);
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.err.isEmpty()) << run.err.toStdString(); // no progress when not a terminal
+    EXPECT_EQ(QString::fromUtf8(run.out).split('\n').first(), "Batch Process Completed!");
+    EXPECT_TRUE(run.out.contains("2 Photos saved successfully!"));
+    EXPECT_EQ(tagOf(out() + "/et-GPS_e.jpg", "Exif.Image.Artist"), "Jane Doe");
+    EXPECT_EQ(tagOf(out() + "/Reagan_e.jpg", "Iptc.Application2.City"), "Paris");
+    EXPECT_EQ(folderChecksums(in()), before);
+
+    // Again, without --overwrite: both are in the way.
+    const ToolResult again = apply(args);
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_TRUE(again.out.contains("Batch Process Partially Completed!"));
+    EXPECT_TRUE(again.out.contains("Photos Skipped: 2"));
+    EXPECT_EQ(apply(QStringList{"--overwrite"} + args).exitCode, 0);
+}
+
+TEST_F(ApplyCommand, InPlaceRemovalStripsTheChosenGroups) {
+    const QString photo = in() + "/et-GPS.jpg";
+    ASSERT_TRUE(tagOf(photo, "Exif.GPSInfo.GPSLatitude").has_value());
+    const ToolResult r = apply({"--mode", "remove", "--strip", "gps,iptc", "--in-place", photo});
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_FALSE(tagOf(photo, "Exif.GPSInfo.GPSLatitude").has_value());
+    EXPECT_FALSE(tagOf(photo, "Iptc.Application2.City").has_value());
+    EXPECT_TRUE(tagOf(photo, "Exif.Image.Make").has_value());
+    EXPECT_TRUE(r.out.contains("Output Directory: Destination path is same as source path"));
+}

@@ -1,0 +1,105 @@
+#pragma once
+// Helpers for the batch tests: run values as the screens leave them, runs over records,
+// tags read back through the bridge, and checksums of whole folders.
+
+#include "TestSupport.h"
+
+#include "batch/BatchDriver.h"
+#include "batch/FormSnapshot.h"
+#include "batch/ListPhotoSource.h"
+#include "batch/PhotoPipeline.h"
+#include "metadata/MetadataTest.h"
+#include "metadata/SafeFileReplace.h"
+#include "model/FormFieldTable.h"
+#include "rename/RenameNumbering.h"
+
+#include <QCryptographicHash>
+#include <QDirIterator>
+#include <QMap>
+#include <QUrl>
+
+#include <optional>
+
+namespace tagmoor::test {
+
+// Values of an edit run with an empty form and nothing flagged.
+inline RunValues editRun(ProcessingMode mode, const std::optional<QString>& out = std::nullopt) {
+    RunValues v;
+    v.processingMode = mode;
+    v.editedProperties = FormSnapshot::empty();
+    v.destinationFolder = out;
+    v.isDestinationPathAsSource = !out;
+    return v;
+}
+
+// Types a value into a form field and marks it edited, as the editor does.
+inline void edit(RunValues& v, const QString& field, const QString& text) {
+    const FormField* f = findFormField(field);
+    ASSERT_NE(f, nullptr) << field.toStdString();
+    ASSERT_FALSE(FormSnapshot::setText(v.editedProperties, *f, text).has_value());
+    v.fieldEditedFlags.set(f->position);
+}
+
+inline CGImageProperties recordOf(const QString& path) {
+    return makeEmptyRecord(QUrl::fromLocalFile(path));
+}
+
+inline QList<CGImageProperties> recordsOf(const QStringList& paths) {
+    QList<CGImageProperties> records;
+    for (const QString& p : paths)
+        records << recordOf(p);
+    return records;
+}
+
+inline BatchResult runBatch(const RunValues& values, const QList<CGImageProperties>& records,
+                            RenameNumbering& numbering, int threads = 1,
+                            BatchObserver* observer = nullptr, StopControl* stop = nullptr) {
+    const PhotoPipeline pipeline(values);
+    StopControl ownStop;
+    BatchDriver driver(pipeline, numbering, stop ? *stop : ownStop, observer, threads);
+    const BatchResult result = driver.run(ListPhotoSource(records));
+    // The writer drops the replaced files' hidden names in the background; let it finish so
+    // that folders can be compared.
+    SafeFileReplace::waitForReleases();
+    return result;
+}
+
+inline BatchResult runBatch(const RunValues& values, const QList<CGImageProperties>& records) {
+    RenameNumbering numbering;
+    return runBatch(values, records, numbering);
+}
+
+// The text of a tag as the bridge reads it back; nothing when the file lacks it.
+inline std::optional<QString> tagOf(const QString& path, const QString& key) {
+    const auto all = MetadataTest().readAllPropertiesFrom(path);
+    if (!all)
+        return std::nullopt;
+    const QString block = key.section(QLatin1Char('.'), 0, 0).toLower();
+    const QVariantMap tags = all->value(block).toMap();
+    if (!tags.contains(key))
+        return std::nullopt;
+    return tags.value(key).toString();
+}
+
+inline QByteArray checksum(const QString& path) {
+    return QCryptographicHash::hash(readBytes(path), QCryptographicHash::Sha256);
+}
+
+// Every file below `dir` (relative path -> checksum).
+inline QMap<QString, QByteArray> folderChecksums(const QString& dir) {
+    SafeFileReplace::waitForReleases();
+    QMap<QString, QByteArray> sums;
+    QDirIterator it(dir, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString p = it.next();
+        sums.insert(QDir(dir).relativeFilePath(p), checksum(p));
+    }
+    return sums;
+}
+
+inline QStringList fileNames(const QString& dir) {
+    SafeFileReplace::waitForReleases();
+    return QDir(dir).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+} // namespace tagmoor::test
