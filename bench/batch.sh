@@ -8,20 +8,14 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 COUNT=${1:-1000}
-BUILD_DIR=${BUILD_DIR:-build-release}
-cmake -S . -B "$BUILD_DIR" -G Ninja -DCMAKE_BUILD_TYPE=Release -DTAGMOOR_BUILD_TESTS=OFF >/dev/null
-cmake --build "$BUILD_DIR" --target make_corpus bench_batch tagmoor-cli >/dev/null
-BIN="$BUILD_DIR"
-CLI="$BIN/src/cli/tagmoor-cli"
-PROBE="$BIN/bench/bench_batch"
+source bench/common.sh
+bench_build make_corpus bench_batch tagmoor-cli
+CLI="$BUILD_DIR/src/cli/tagmoor-cli"
+PROBE="$BUILD_DIR/bench/bench_batch"
 
 corpus() { # DIR COUNT [make_corpus options]
-  local dir=$1 count=$2; shift 2
-  if [ "$(find "$dir" -maxdepth 1 -name '*.jpg' 2>/dev/null | wc -l)" -ne "$count" ]; then
-    rm -rf "$dir"
-    "$BIN/bench/make_corpus" "$dir" "$count" "$@" >/dev/null
-  fi
-  cat "$dir"/*.jpg >/dev/null # warm the page cache so every contender reads from memory
+  bench_corpus "$@" >/dev/null
+  cat "$1"/*.jpg >/dev/null # warm the page cache so every contender reads from memory
 }
 
 BIG=bench/corpus-batch-$COUNT
