@@ -241,9 +241,15 @@ template <typename Data> QString jsonShaped(const Data& data) {
 
 } // namespace
 
-MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString& path,
-                                                                  const RowSink& sink,
-                                                                  const Options& options) {
+namespace {
+
+// Opens and parses the file, hands the image to `body`, and keeps every exception inside:
+// a file Exiv2 cannot read gives Failed and a debug line, never an error to the caller.
+template <typename Body>
+MetadataBlockReader::Outcome withParsedImage(const QString& path,
+                                             const MetadataBlockReader::Options& options,
+                                             Body&& body) {
+    using Outcome = MetadataBlockReader::Outcome;
     const std::optional<std::string> native = nativePath(path);
     if (!native)
         return Outcome::UnencodablePath;
@@ -254,9 +260,7 @@ MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString&
             return Outcome::Failed;
         if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
             *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
-        readRows(image->exifData(), sink);
-        readRows(image->iptcData(), sink);
-        readRows(image->xmpData(), sink);
+        body(*image);
         return Outcome::Read;
     } catch (const Exiv2::AnyError& e) {
         qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
@@ -266,6 +270,18 @@ MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString&
         qCDebug(lcRead) << "no metadata from" << path << ": unknown exception";
     }
     return Outcome::Failed;
+}
+
+} // namespace
+
+MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString& path,
+                                                                  const RowSink& sink,
+                                                                  const Options& options) {
+    return withParsedImage(path, options, [&](Exiv2::Image& image) {
+        readRows(image.exifData(), sink);
+        readRows(image.iptcData(), sink);
+        readRows(image.xmpData(), sink);
+    });
 }
 
 MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink) {
@@ -274,28 +290,11 @@ MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, cons
 
 MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink,
                                                        const Options& options) {
-    const std::optional<std::string> native = nativePath(path);
-    if (!native)
-        return Outcome::UnencodablePath;
-    try {
-        Exiv2::Image::AutoPtr image =
-            openImage(*native, options.kind ? *options.kind : sniffImageKindOfFile(path));
-        if (!image.get())
-            return Outcome::Failed;
-        if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
-            *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
-        readBlock(image->exifData(), KeyBlock::Exif, sink);
-        readBlock(image->iptcData(), KeyBlock::Iptc, sink);
-        readBlock(image->xmpData(), KeyBlock::Xmp, sink);
-        return Outcome::Read;
-    } catch (const Exiv2::AnyError& e) {
-        qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
-    } catch (const std::exception& e) {
-        qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
-    } catch (...) {
-        qCDebug(lcRead) << "no metadata from" << path << ": unknown exception";
-    }
-    return Outcome::Failed;
+    return withParsedImage(path, options, [&](Exiv2::Image& image) {
+        readBlock(image.exifData(), KeyBlock::Exif, sink);
+        readBlock(image.iptcData(), KeyBlock::Iptc, sink);
+        readBlock(image.xmpData(), KeyBlock::Xmp, sink);
+    });
 }
 
 QVariantMap MetadataBlockReader::readJsonShaped(const QString& path) {
