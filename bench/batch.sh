@@ -18,7 +18,7 @@ corpus() { # DIR COUNT [make_corpus options]
   cat "$1"/*.jpg >/dev/null # warm the page cache so every contender reads from memory
 }
 
-BIG=bench/corpus-batch-$COUNT
+BIG=bench/corpus-camera-$COUNT
 corpus "$BIG" "$COUNT"
 # Outputs on the corpus's file system, as a user's output folder usually is.
 WORK=$(mktemp -d "bench/corpus-out.XXXXXX")
