@@ -1,7 +1,10 @@
 #include "workingset/FolderWalk.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
+
+#include <algorithm>
 #include <QSet>
 
 namespace tagmoor {
@@ -35,15 +38,25 @@ const QSet<QString>& packageExtensions() {
 }
 
 void walkInto(const QString& folder, const std::atomic_bool* stop, QStringList& out) {
-    const QFileInfoList entries =
-        QDir(folder).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QFileInfo& entry : entries) {
+    // Only the names are gathered and sorted (as QDir's name order does, case-sensitively):
+    // a folder of tens of thousands of photos is never held as a list of file infos.
+    QStringList names;
+    QDirIterator it(folder, QDir::AllEntries | QDir::NoDotAndDotDot);
+    while (it.hasNext()) {
+        it.next();
+        names.append(it.fileName());
+    }
+    std::sort(names.begin(), names.end(), [](const QString& a, const QString& b) {
+        return a.compare(b, Qt::CaseSensitive) < 0;
+    });
+    const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    for (const QString& name : std::as_const(names)) {
         if (stop && stop->load(std::memory_order_relaxed))
             return;
+        const QFileInfo entry(prefix + name);
         const QString path = entry.absoluteFilePath();
         if (entry.isDir()) {
-            if (entry.isSymLink() || isPackageFolderName(entry.fileName()) ||
-                isExcludedMediaPath(path))
+            if (entry.isSymLink() || isPackageFolderName(name) || isExcludedMediaPath(path))
                 continue;
             walkInto(path, stop, out);
         } else if (entry.isFile() && !isExcludedMediaPath(path)) {
