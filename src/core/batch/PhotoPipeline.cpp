@@ -124,7 +124,9 @@ PhotoOutcome PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperti
     bool published = false;
     std::optional<QString> modifyDate;
     if (!staged.isEmpty()) {
-        modifyDate = changeMetadata(staged, record);
+        // The staged file is the run's own hidden link beside the output: replacing it cannot
+        // touch anything of the user's, so it is not flushed to disk photo by photo.
+        modifyDate = changeMetadata(staged, record, /*flushToDisk=*/false);
         published = FileCopier::detach(staged, source, &error) &&
                     FileCopier::publish(staged, target, &error);
         if (!published)
@@ -144,15 +146,17 @@ PhotoOutcome PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperti
 }
 
 std::optional<QString> PhotoPipeline::changeMetadata(const QString& path,
-                                                     const CGImageProperties& record) const {
+                                                     const CGImageProperties& record,
+                                                     bool flushToDisk) const {
+    MetadataTest bridge;
+    bridge.setFlushesToDisk(flushToDisk);
     if (m_values.processingMode == ProcessingMode::removeGroups) {
         const CleanOptions& c = m_values.clean;
-        MetadataTest().cleanMetadata(path, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
-                                     c.cleanComment);
+        bridge.cleanMetadata(path, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
+                             c.cleanComment);
         return std::nullopt;
     }
     const FieldEdits edits = fieldEditsFor(record);
-    const MetadataTest bridge;
     bridge.setImagePropertiesAll(path, mergeForWriting(edits.values, path, bridge), edits.eraseExif,
                                  edits.eraseIptc, edits.eraseXmp);
     return edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text();

@@ -42,7 +42,8 @@ public:
 private:
     QString renamedBase(const QString& base, long long firstNumber) const;
     // The mode's metadata step on one file; gives the new modify date text, if any.
-    std::optional<QString> changeMetadata(const QString& path, const CGImageProperties& record) const;
+    std::optional<QString> changeMetadata(const QString& path, const CGImageProperties& record,
+                                          bool flushToDisk = true) const;
     void setFileDates(const QString& path, const std::optional<QString>& modifyDate) const;
 
     RunValues m_values;

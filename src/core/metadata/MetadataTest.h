@@ -29,6 +29,10 @@ public:
     void setIptcKeysNameArray(const QStringList& keys) { m_iptcKeys = keys; }
     void setXmpKeysNameArray(const QStringList& keys) { m_xmpKeys = keys; }
 
+    // Writes and cleans flush the new file to disk before it replaces the old one. A caller
+    // whose target holds nothing of the user's yet (a batch's staged output) may turn it off.
+    void setFlushesToDisk(bool flush) { m_flushesToDisk = flush; }
+
     // Every tag of the file in three dictionaries: values are QString, float (QMetaType::Float)
     // or, for GPS latitude and longitude, double. Nothing when Exiv2 failed; an empty map
     // when the path can't be encoded for the file system.
@@ -58,6 +62,7 @@ private:
     QStringList m_exifKeys;
     QStringList m_iptcKeys;
     QStringList m_xmpKeys;
+    bool m_flushesToDisk = true;
 };
 
 } // namespace tagmoor

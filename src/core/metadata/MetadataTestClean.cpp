@@ -84,7 +84,7 @@ void MetadataTest::cleanMetadata(const QString& path, bool iptc, bool exif, bool
                     eraseFirst(exifData, key);
                 image.setExifData(exifData);
             }
-        });
+        }, m_flushesToDisk);
     } catch (const Exiv2::AnyError& e) {
         // Cleaning reports nothing to the user; the trace is for whoever turns on the category.
         qCDebug(lcMetadataWrite).noquote() << "clean failed:" << path << e.what();

@@ -21,7 +21,7 @@ void MetadataTest::setImagePropertiesAll(const QString& path, const QVariantMap&
         SafeMetadataEdit::run(path, expected, [&](Exiv2::Image& image) {
             PropertyWriter::apply(image, properties, {m_exifKeys, m_iptcKeys, m_xmpKeys}, exifKeys,
                                   iptcKeys, xmpKeys);
-        });
+        }, m_flushesToDisk);
     } catch (const Exiv2::AnyError& e) {
         qCWarning(lcMetadataWrite).noquote() << QStringLiteral("*** error exiv2 exception '") +
                                                     QString::fromUtf8(e.what()) +

@@ -274,16 +274,19 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
 
     // Start the write-back now, so that the disk works while the copy is being checked; the
     // flush below then only waits for what is left.
-    ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+    if (m_flushToDisk)
+        ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
     if (const int injected = injectedError(Step::Verify))
         return fail(QStringLiteral("The new file does not read back"), injected);
     if (!verify(QFile::decodeName(m_temporary)))
         return fail(QStringLiteral("The new file does not read back"), EIO);
 
-    if (const int injected = injectedError(Step::Flush))
-        return fail(QStringLiteral("Failed to flush the new file"), injected);
-    if (::fdatasync(fd) != 0)
-        return fail(QStringLiteral("Failed to flush the new file"), errno);
+    if (m_flushToDisk) {
+        if (const int injected = injectedError(Step::Flush))
+            return fail(QStringLiteral("Failed to flush the new file"), injected);
+        if (::fdatasync(fd) != 0)
+            return fail(QStringLiteral("Failed to flush the new file"), errno);
+    }
     struct stat written {};
     if (::fstat(fd, &written) != 0)
         return fail(QStringLiteral("Failed to examine the new file"), errno);

@@ -49,6 +49,10 @@ public:
     // path after it was flushed and must return true for the replacement to go on; an
     // exception from it leaves the target alone and propagates. False on failure, with the
     // target untouched and no temporary file left.
+    // Whether the new bytes are flushed to disk before the rename (the default). Only a file
+    // that holds nothing of the user's yet, such as a batch's staged output, may go without.
+    void setFlushToDisk(bool flush) { m_flushToDisk = flush; }
+
     bool replaceWith(const char* data, std::size_t size,
                      const std::function<bool(const QString& temporaryPath)>& verify);
 
@@ -63,6 +67,7 @@ public:
     static void waitForReleases();
 
 private:
+    bool m_flushToDisk = true;
     bool fail(const QString& what, int error);
     bool targetUnchangedSinceRead();
     void removeTemporary();

@@ -13,8 +13,10 @@ Q_LOGGING_CATEGORY(lcMetadataWrite, "tagmoor.metadata.write", QtInfoMsg)
 
 SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
                                                const std::optional<FileStamp>& expected,
-                                               const std::function<void(Exiv2::Image&)>& edit) {
+                                               const std::function<void(Exiv2::Image&)>& edit,
+                                               bool flushToDisk) {
     SafeFileReplace file(path);
+    file.setFlushToDisk(flushToDisk);
     switch (file.readTarget(expected)) {
     case SafeFileReplace::ReadResult::Read:
         break;

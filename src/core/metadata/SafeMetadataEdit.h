@@ -27,8 +27,9 @@ public:
     // `FileChanged` (logged, nothing written) when `expected` no longer matches the file.
     // Throws Exiv2's errors, what `edit` throws, and an Exiv2 error for every failure of the
     // file system; whenever it throws, the file keeps its old bytes.
+    // `flushToDisk` false skips the flush; see SafeFileReplace::setFlushToDisk.
     static Result run(const QString& path, const std::optional<FileStamp>& expected,
-                      const std::function<void(Exiv2::Image&)>& edit);
+                      const std::function<void(Exiv2::Image&)>& edit, bool flushToDisk = true);
 };
 
 } // namespace tagmoor

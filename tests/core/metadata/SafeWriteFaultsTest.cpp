@@ -112,6 +112,24 @@ TEST_F(SafeWriteFaults, InjectedFailureAtEachStepKeepsTheOldFile) {
     EXPECT_EQ(artistOf(photo), QStringLiteral("Ann"));
 }
 
+TEST_F(SafeWriteFaults, WithoutFlushTheFlushStepIsNeverReached) {
+    // A caller may skip the flush for a target that holds nothing of the user's yet; the
+    // write is otherwise the same, and the default still flushes.
+    bool flushed = false;
+    SafeFileReplace::setFaultHook([&](Step at) {
+        flushed = flushed || at == Step::Flush;
+        return 0;
+    });
+    MetadataTest bridge;
+    bridge.setFlushesToDisk(false);
+    bridge.setImagePropertiesAll(photo, kArtist, {}, {}, {});
+    EXPECT_FALSE(flushed);
+    EXPECT_EQ(artistOf(photo), QStringLiteral("Ann"));
+    EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
+    writeArtist(photo);
+    EXPECT_TRUE(flushed);
+}
+
 TEST_F(SafeWriteFaults, FullDiskKeepsTheOldFile) {
     // A small file system of its own, filled up to a few kilobytes.
     const QString mountPoint = dir.filePath(QStringLiteral("small"));
