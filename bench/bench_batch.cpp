@@ -110,6 +110,7 @@ int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     if (argc == 4 && std::string(argv[1]) == "floor")
         return floor(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
-    std::fprintf(stderr, "usage: bench_batch floor CORPUS OUT | bench_batch child -- PROGRAM ARGS...\n");
+    std::fprintf(stderr,
+                 "usage: bench_batch floor CORPUS OUT | bench_batch child -- PROGRAM ARGS...\n");
     return 2;
 }

@@ -106,7 +106,8 @@ int runApply(const QStringList& args) {
     QString error;
     const auto options = ApplyOptions::parse(args, &error);
     if (!options) {
-        err << "tagmoor-cli apply: " << error << "\nRun 'tagmoor-cli apply --help' for the options.\n";
+        err << "tagmoor-cli apply: " << error
+            << "\nRun 'tagmoor-cli apply --help' for the options.\n";
         return 2;
     }
     if (options->help) {

@@ -139,7 +139,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
         const bool needsValue = arg == QLatin1String("--set") || arg == QLatin1String("--date") ||
                                 arg == QLatin1String("--mode") || arg == QLatin1String("--strip") ||
                                 arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
-                                arg == QLatin1String("--preset") || arg == QLatin1String("--threads");
+                                arg == QLatin1String("--preset") ||
+                                arg == QLatin1String("--threads");
         std::optional<QString> v;
         if (needsValue) {
             v = takeValue();
@@ -156,7 +157,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             const FormField* field = findFormField(v->left(eq));
             if (!field)
                 return fail(error, QStringLiteral("--set: no field named '%1'").arg(v->left(eq)));
-            if (auto problem = FormSnapshot::setText(o.values.editedProperties, *field, v->mid(eq + 1)))
+            if (auto problem =
+                    FormSnapshot::setText(o.values.editedProperties, *field, v->mid(eq + 1)))
                 return fail(error, QStringLiteral("--set: %1").arg(*problem));
             o.values.fieldEditedFlags.set(field->position);
         } else if (arg == QLatin1String("--date")) {
@@ -181,7 +183,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             else if (*mode == QLatin1String("remove"))
                 o.values.processingMode = ProcessingMode::removeGroups;
             else
-                return fail(error, QStringLiteral("--mode is keep, clear or remove, not '%1'").arg(*v));
+                return fail(error,
+                            QStringLiteral("--mode is keep, clear or remove, not '%1'").arg(*v));
         } else if (arg == QLatin1String("--strip")) {
             strip = *v;
             if (!applyStrip(o.values.clean, *v, error))
@@ -235,7 +238,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
         return fail(error, QStringLiteral("No options selected for removing metadata: give "
                                           "--strip exif,iptc,xmp,gps,comment"));
     if (removing && o.values.fieldEditedFlags.hasEdits())
-        return fail(error, QStringLiteral("--mode remove writes no field: leave out --set and --date"));
+        return fail(error,
+                    QStringLiteral("--mode remove writes no field: leave out --set and --date"));
     if (o.inputs.isEmpty())
         return fail(error, QStringLiteral("no photos or folders given"));
     return o;

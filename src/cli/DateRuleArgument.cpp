@@ -60,8 +60,9 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
         rule.isSelectDate = true;
         arg.slot = sharedDateFormatter().parse(value);
         if (!arg.slot)
-            return fail(error, QStringLiteral("select wants a date 'YYYY-MM-DD HH:MM:SS', not '%1'")
-                                   .arg(value));
+            return fail(
+                error,
+                QStringLiteral("select wants a date 'YYYY-MM-DD HH:MM:SS', not '%1'").arg(value));
         rule.selectDate = arg.slot;
     } else if (mode == QLatin1String("update")) {
         // The parts given are the new values; the rest stay the photo's own. The slot holds
@@ -102,22 +103,27 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
                 }
             }
             if (!ok)
-                return fail(error, QStringLiteral("update takes day=D,month=M,year=Y,time=HH:MM:SS, "
-                                                  "not '%1'")
-                                       .arg(part));
+                return fail(error,
+                            QStringLiteral("update takes day=D,month=M,year=Y,time=HH:MM:SS, "
+                                           "not '%1'")
+                                .arg(part));
         }
         if (u.isKeepOriginalDays && u.isKeepOriginalMonths && u.isKeepOriginalYears &&
             u.isKeepOriginalTime)
-            return fail(error, QStringLiteral("update needs at least one of day, month, year, time"));
+            return fail(error,
+                        QStringLiteral("update needs at least one of day, month, year, time"));
         const QDate date(year, month, day);
         if (!date.isValid())
-            return fail(error, QStringLiteral("update: %1-%2-%3 is not a date").arg(year).arg(month).arg(day));
+            return fail(
+                error,
+                QStringLiteral("update: %1-%2-%3 is not a date").arg(year).arg(month).arg(day));
         arg.slot = QDateTime(date, time);
     } else if (mode == QLatin1String("shift-date") || mode == QLatin1String("shift-time")) {
         const auto parts = threeParts(value);
         if (!parts)
-            return fail(error, QStringLiteral("%1 wants three signed numbers like +1:0:-2, not '%2'")
-                                   .arg(mode, value));
+            return fail(error,
+                        QStringLiteral("%1 wants three signed numbers like +1:0:-2, not '%2'")
+                            .arg(mode, value));
         // A part of zero keeps the photo's own value.
         if (mode == QLatin1String("shift-date")) {
             rule.isIDOD = true;

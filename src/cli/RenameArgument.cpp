@@ -35,7 +35,8 @@ std::optional<Rename> parseRenameArgument(const QString& text, QString* error) {
     if (mode == QLatin1String("replace")) {
         const int eq = int(value.indexOf(QLatin1Char('=')));
         if (eq <= 0)
-            return fail(error, QStringLiteral("replace wants FIND=REPLACEMENT, not '%1'").arg(value));
+            return fail(error,
+                        QStringLiteral("replace wants FIND=REPLACEMENT, not '%1'").arg(value));
         r.isReplaceText = true;
         r.findTextRT = value.left(eq);
         r.replaceWithRT = value.mid(eq + 1);
@@ -67,7 +68,8 @@ std::optional<Rename> parseRenameArgument(const QString& text, QString* error) {
         else
             ok = false;
         if (!ok)
-            return fail(error, QStringLiteral("rename %1: option '%2' not understood").arg(mode, option));
+            return fail(error,
+                        QStringLiteral("rename %1: option '%2' not understood").arg(mode, option));
     }
     return r;
 }

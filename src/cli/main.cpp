@@ -31,8 +31,9 @@ int main(int argc, char** argv) {
         QTextStream(stdout) << kUsage;
         return 0;
     }
-    QTextStream(stderr) << (command.isEmpty() ? QStringLiteral("tagmoor-cli: no command\n")
-                                              : QStringLiteral("tagmoor-cli: unknown command '%1'\n").arg(command))
-                        << kUsage;
+    QTextStream(stderr)
+        << (command.isEmpty() ? QStringLiteral("tagmoor-cli: no command\n")
+                              : QStringLiteral("tagmoor-cli: unknown command '%1'\n").arg(command))
+        << kUsage;
     return 2;
 }

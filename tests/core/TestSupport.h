@@ -16,9 +16,15 @@
 
 namespace tagmoor::test {
 
-inline QString samplesDir() { return QStringLiteral(TAGMOOR_SAMPLES); }
-inline QString formatsDir() { return samplesDir() + QStringLiteral("/formats"); }
-inline QString malformedDir() { return samplesDir() + QStringLiteral("/malformed"); }
+inline QString samplesDir() {
+    return QStringLiteral(TAGMOOR_SAMPLES);
+}
+inline QString formatsDir() {
+    return samplesDir() + QStringLiteral("/formats");
+}
+inline QString malformedDir() {
+    return samplesDir() + QStringLiteral("/malformed");
+}
 
 inline QStringList sampleFiles(const QString& dir) {
     QStringList out;

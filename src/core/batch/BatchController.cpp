@@ -72,7 +72,9 @@ bool BatchController::start(const RunValues& values, std::shared_ptr<const Photo
     return true;
 }
 
-bool BatchController::isRunning() const { return m_future.isValid() && !m_future.isFinished(); }
+bool BatchController::isRunning() const {
+    return m_future.isValid() && !m_future.isFinished();
+}
 
 void BatchController::clickedStop() {
     if (!isRunning())

@@ -26,9 +26,8 @@ public:
         m_changed.wait(lock, [&] {
             if (int(m_paths.size()) >= m_limit)
                 return false;
-            return std::none_of(m_paths.begin(), m_paths.end(), [&](const auto& entry) {
-                return sharesPath(entry.second, plan);
-            });
+            return std::none_of(m_paths.begin(), m_paths.end(),
+                                [&](const auto& entry) { return sharesPath(entry.second, plan); });
         });
         m_paths.emplace(index, plan);
     }

@@ -29,8 +29,7 @@ std::optional<double> numberOf(const PropertyValue& v) {
 
 // An integer of the value: integers as they are, floats cut towards zero. A float that has no
 // integer gives nothing; the form never produces one.
-template <typename Int>
-std::optional<Int> integerOf(const PropertyValue& v) {
+template <typename Int> std::optional<Int> integerOf(const PropertyValue& v) {
     if (auto i = v.int64()) {
         if (*i >= qint64(std::numeric_limits<Int>::min()) &&
             (*i < 0 || quint64(*i) <= quint64(std::numeric_limits<Int>::max())))

@@ -17,7 +17,8 @@ namespace tagmoor {
 namespace {
 
 QString errnoText(const char* what) {
-    return QStringLiteral("%1: %2").arg(QLatin1String(what), QString::fromLocal8Bit(std::strerror(errno)));
+    return QStringLiteral("%1: %2").arg(QLatin1String(what),
+                                        QString::fromLocal8Bit(std::strerror(errno)));
 }
 
 // Closes a descriptor when the scope ends.
@@ -174,7 +175,8 @@ QString FileCopier::stage(const QString& source, const QString& folder, QString*
 }
 
 bool FileCopier::detach(const QString& staged, const QString& source, QString* error) {
-    struct stat a {}, b {};
+    struct stat a {
+    }, b{};
     if (::stat(QFile::encodeName(staged).constData(), &a) != 0 ||
         ::stat(QFile::encodeName(source).constData(), &b) != 0) {
         *error = errnoText("stat");

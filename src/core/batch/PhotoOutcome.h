@@ -14,7 +14,9 @@ enum class PhotoOutcome {
     SkippedNoOutput,  // the copy failed and nothing is at the output path
 };
 
-inline bool isCounted(PhotoOutcome o) { return o == PhotoOutcome::Written; }
+inline bool isCounted(PhotoOutcome o) {
+    return o == PhotoOutcome::Written;
+}
 
 QString describe(PhotoOutcome outcome);
 

@@ -30,7 +30,9 @@ QString folderOf(const QString& path) {
     return slash < 0 ? QString() : path.left(slash);
 }
 
-bool existsAt(const QString& path) { return QFileInfo::exists(path); }
+bool existsAt(const QString& path) {
+    return QFileInfo::exists(path);
+}
 
 } // namespace
 
@@ -83,8 +85,7 @@ PhotoPlan PhotoPipeline::plan(const CGImageProperties& record, int processed, in
 PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const QSet<QString>& claimed) const {
     if (!plan.hasUrl)
         return PhotoOutcome::SkippedNoUrl;
-    const bool inPlace =
-        m_values.isDestinationPathAsSource && plan.finalPath == plan.sourcePath;
+    const bool inPlace = m_values.isDestinationPathAsSource && plan.finalPath == plan.sourcePath;
     if (!inPlace && !m_values.overwriteExisting &&
         (existsAt(plan.finalPath) || claimed.contains(plan.finalPath)))
         return PhotoOutcome::SkippedCollision;
@@ -173,7 +174,8 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
                 edits.erase(row);
             continue;
         }
-        const DateRuleOutcome outcome = applyDateRule(allDateFields[i], record, m_values.editorDates);
+        const DateRuleOutcome outcome =
+            applyDateRule(allDateFields[i], record, m_values.editorDates);
         switch (outcome.action) {
         case DateRuleOutcome::Action::deleteKey:
             edits.erase(row);

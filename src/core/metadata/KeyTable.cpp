@@ -111,8 +111,7 @@ const std::array<KeyRow, kXmpKeyCount> kXmpRows{{
     {X, 4, "Xmp.xmp.ModifyDate", R::DateText, W::Text, XMP(modifyDate)},
 }};
 
-template <std::size_t N>
-QStringList namesOf(const std::array<KeyRow, N>& rows) {
+template <std::size_t N> QStringList namesOf(const std::array<KeyRow, N>& rows) {
     QStringList names;
     for (const auto& r : rows)
         names << QString::fromLatin1(r.key);
@@ -121,9 +120,15 @@ QStringList namesOf(const std::array<KeyRow, N>& rows) {
 
 } // namespace
 
-std::span<const KeyRow, kExifKeyCount> exifKeyRows() { return kExifRows; }
-std::span<const KeyRow, kIptcKeyCount> iptcKeyRows() { return kIptcRows; }
-std::span<const KeyRow, kXmpKeyCount> xmpKeyRows() { return kXmpRows; }
+std::span<const KeyRow, kExifKeyCount> exifKeyRows() {
+    return kExifRows;
+}
+std::span<const KeyRow, kIptcKeyCount> iptcKeyRows() {
+    return kIptcRows;
+}
+std::span<const KeyRow, kXmpKeyCount> xmpKeyRows() {
+    return kXmpRows;
+}
 
 std::span<const KeyRow> allKeyRows() {
     static const auto all = [] {

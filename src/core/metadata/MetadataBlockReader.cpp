@@ -246,9 +246,8 @@ namespace {
 // Opens and parses the file, hands the image to `body`, and keeps every exception inside:
 // a file Exiv2 cannot read gives Failed and a debug line, never an error to the caller.
 template <typename Body>
-MetadataBlockReader::Outcome withParsedImage(const QString& path,
-                                             const MetadataBlockReader::Options& options,
-                                             Body&& body) {
+MetadataBlockReader::Outcome
+withParsedImage(const QString& path, const MetadataBlockReader::Options& options, Body&& body) {
     using Outcome = MetadataBlockReader::Outcome;
     const std::optional<std::string> native = nativePath(path);
     if (!native)

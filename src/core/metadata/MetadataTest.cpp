@@ -4,7 +4,9 @@
 
 namespace tagmoor {
 
-MetadataTest::MetadataTest() { initializeAllNeeded(); }
+MetadataTest::MetadataTest() {
+    initializeAllNeeded();
+}
 
 void MetadataTest::initializeAllNeeded() {
     m_exifKeys = exifKeyNames();

@@ -52,8 +52,7 @@ public:
 
     // Strips the chosen groups from the file, with the same safe replacement and the same
     // refusal when `expected` no longer matches. Failures are silent.
-    void cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp, bool gps,
-                       bool comment,
+    void cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp, bool gps, bool comment,
                        const std::optional<FileStamp>& expected = std::nullopt) const;
 
 private:

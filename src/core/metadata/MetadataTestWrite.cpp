@@ -18,10 +18,13 @@ void MetadataTest::setImagePropertiesAll(const QString& path, const QVariantMap&
     if (QFile::decodeName(QFile::encodeName(path)) != path)
         return;
     try {
-        SafeMetadataEdit::run(path, expected, [&](Exiv2::Image& image) {
-            PropertyWriter::apply(image, properties, {m_exifKeys, m_iptcKeys, m_xmpKeys}, exifKeys,
-                                  iptcKeys, xmpKeys);
-        }, m_flushesToDisk);
+        SafeMetadataEdit::run(
+            path, expected,
+            [&](Exiv2::Image& image) {
+                PropertyWriter::apply(image, properties, {m_exifKeys, m_iptcKeys, m_xmpKeys},
+                                      exifKeys, iptcKeys, xmpKeys);
+            },
+            m_flushesToDisk);
     } catch (const Exiv2::AnyError& e) {
         qCWarning(lcMetadataWrite).noquote() << QStringLiteral("*** error exiv2 exception '") +
                                                     QString::fromUtf8(e.what()) +

@@ -15,8 +15,7 @@ namespace tagmoor {
 
 // One entry of a group's field table: the member's name, its ImageIO key text (nullptr when
 // the field has none) and the member itself.
-template <typename Group>
-struct FieldInfo {
+template <typename Group> struct FieldInfo {
     const char* name;
     const char* imageIOKey;
     PropertyValue Group::*member;
@@ -28,17 +27,17 @@ struct FieldInfo {
 
 // Declares a group struct from its field list: members in declared order, equality, and a
 // static table of its fields.
-#define TAGMOOR_DECLARE_GROUP(Type, LIST)                                                      \
-    struct Type {                                                                              \
-        using Self = Type;                                                                     \
-        LIST(TAGMOOR_DECLARE_MEMBER)                                                           \
-        static constexpr std::size_t fieldCount = 0 LIST(TAGMOOR_COUNT_FIELD);                 \
-        static std::span<const FieldInfo<Type>> fields() {                                     \
-            static const std::array<FieldInfo<Type>, fieldCount> table{                        \
-                {LIST(TAGMOOR_FIELD_INFO)}};                                                   \
-            return table;                                                                      \
-        }                                                                                      \
-        bool operator==(const Type&) const = default;                                          \
+#define TAGMOOR_DECLARE_GROUP(Type, LIST)                                                          \
+    struct Type {                                                                                  \
+        using Self = Type;                                                                         \
+        LIST(TAGMOOR_DECLARE_MEMBER)                                                               \
+        static constexpr std::size_t fieldCount = 0 LIST(TAGMOOR_COUNT_FIELD);                     \
+        static std::span<const FieldInfo<Type>> fields() {                                         \
+            static const std::array<FieldInfo<Type>, fieldCount> table{                            \
+                {LIST(TAGMOOR_FIELD_INFO)}};                                                       \
+            return table;                                                                          \
+        }                                                                                          \
+        bool operator==(const Type&) const = default;                                              \
     };
 
 TAGMOOR_DECLARE_GROUP(TiffProperties, TAGMOOR_TIFF_FIELDS)
@@ -58,9 +57,9 @@ TAGMOOR_DECLARE_GROUP(ExifAuxProperties, TAGMOOR_EXIF_AUX_FIELDS)
 TAGMOOR_DECLARE_GROUP(OpenEXRProperties, TAGMOOR_OPEN_EXR_FIELDS)
 
 // Deliberately empty marker groups: the preset format names them, they carry no fields.
-#define TAGMOOR_DECLARE_MARKER(Type)                                                           \
-    struct Type {                                                                              \
-        bool operator==(const Type&) const = default;                                          \
+#define TAGMOOR_DECLARE_MARKER(Type)                                                               \
+    struct Type {                                                                                  \
+        bool operator==(const Type&) const = default;                                              \
     };
 TAGMOOR_DECLARE_MARKER(RawProperties)
 TAGMOOR_DECLARE_MARKER(MakerMinoltaProperties)
@@ -130,8 +129,7 @@ CGImageProperties makeEmptyRecord(const std::optional<QUrl>& url);
 // Calls fn(groupName, fieldName, imageIOKey, value) for every present value of the record,
 // groups in declared order and fields in declared order; top-level values use an empty
 // group name. The photo library texts and the booleans are not visited.
-template <typename Fn>
-void forEachPresentValue(const CGImageProperties& record, Fn&& fn);
+template <typename Fn> void forEachPresentValue(const CGImageProperties& record, Fn&& fn);
 
 } // namespace tagmoor
 

@@ -16,8 +16,7 @@ void visitGroup(const char* groupName, const std::optional<Group>& group, Fn& fn
 }
 } // namespace detail
 
-template <typename Fn>
-void forEachPresentValue(const CGImageProperties& r, Fn&& fn) {
+template <typename Fn> void forEachPresentValue(const CGImageProperties& r, Fn&& fn) {
     detail::visitGroup("tiffProperties", r.tiffProperties, fn);
     detail::visitGroup("gifProperties", r.gifProperties, fn);
     detail::visitGroup("jfifProperties", r.jfifProperties, fn);

@@ -132,7 +132,9 @@ QString FormField::name() const {
     return n;
 }
 
-std::span<const FormField> formFields() { return kFields; }
+std::span<const FormField> formFields() {
+    return kFields;
+}
 
 const FormField* formFieldAt(int position) {
     static const auto byPosition = [] {

@@ -39,21 +39,28 @@ PropertyValue PropertyValue::fromVariant(const QVariant& v) {
 }
 
 namespace {
-template <typename T>
-std::optional<T> take(const QVariant& v, PropertyValue::Kind want) {
+template <typename T> std::optional<T> take(const QVariant& v, PropertyValue::Kind want) {
     if (PropertyValue::kindOf(v) != want)
         return std::nullopt;
     return v.value<T>();
 }
 } // namespace
 
-std::optional<QString> PropertyValue::text() const { return take<QString>(m_value, Kind::Text); }
-std::optional<qint64> PropertyValue::int64() const { return take<qint64>(m_value, Kind::Int64); }
-std::optional<float> PropertyValue::float32() const { return take<float>(m_value, Kind::Float32); }
+std::optional<QString> PropertyValue::text() const {
+    return take<QString>(m_value, Kind::Text);
+}
+std::optional<qint64> PropertyValue::int64() const {
+    return take<qint64>(m_value, Kind::Int64);
+}
+std::optional<float> PropertyValue::float32() const {
+    return take<float>(m_value, Kind::Float32);
+}
 std::optional<double> PropertyValue::float64() const {
     return take<double>(m_value, Kind::Float64);
 }
-std::optional<quint8> PropertyValue::uint8() const { return take<quint8>(m_value, Kind::UInt8); }
+std::optional<quint8> PropertyValue::uint8() const {
+    return take<quint8>(m_value, Kind::UInt8);
+}
 std::optional<quint64> PropertyValue::uint64() const {
     return take<quint64>(m_value, Kind::UInt64);
 }

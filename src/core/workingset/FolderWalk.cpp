@@ -4,8 +4,8 @@
 #include <QDirIterator>
 #include <QFileInfo>
 
-#include <algorithm>
 #include <QSet>
+#include <algorithm>
 
 namespace tagmoor {
 

@@ -59,9 +59,12 @@ TEST_F(ApplyCommand, BadArgumentsExitWithTwoAndAClearMessage) {
 // result screen's summary.
 TEST_F(ApplyCommand, DryRunPrintsThePlanAndTheRunDoesIt) {
     const auto before = folderChecksums(in());
-    const QStringList args = {"--set", "Artist=Jane Doe", "--set", "Iptc.Application2.City=Paris",
-                              "--date", "DateTimeOriginal=shift-time:+1:00:00",
-                              "--rename", "add-after:_e", "--out", out(), in()};
+    const QStringList args = {"--set",    "Artist=Jane Doe",
+                              "--set",    "Iptc.Application2.City=Paris",
+                              "--date",   "DateTimeOriginal=shift-time:+1:00:00",
+                              "--rename", "add-after:_e",
+                              "--out",    out(),
+                              in()};
     const ToolResult dry = apply(QStringList{"--dry-run"} + args);
     ASSERT_EQ(dry.exitCode, 0) << dry.err.toStdString();
     const QString plan = QString::fromUtf8(dry.out);

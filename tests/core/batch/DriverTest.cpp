@@ -24,7 +24,8 @@ protected:
     void SetUp() override {
         QDir().mkpath(in());
         for (int i = 0; i < 200; ++i)
-            paths << makeJpeg(in() + QStringLiteral("/p%1.jpg").arg(i, 3, 10, QLatin1Char('0')), 16, 16);
+            paths << makeJpeg(in() + QStringLiteral("/p%1.jpg").arg(i, 3, 10, QLatin1Char('0')), 16,
+                              16);
         QDir().mkpath(out());
         values = editRun(ProcessingMode::keepUnedited, out());
         edit(values, "Artist", "Jane");
@@ -85,7 +86,9 @@ TEST_F(Driver, StopInTheMiddleFinishesThePhotosInWorkAndStartsNoNewOne) {
         StopAt observer(stop, 100);
         RenameNumbering numbering;
         BatchResult result;
-        std::thread run([&] { result = runBatch(values, recordsOf(paths), numbering, threads, &observer, &stop); });
+        std::thread run([&] {
+            result = runBatch(values, recordsOf(paths), numbering, threads, &observer, &stop);
+        });
         ASSERT_TRUE(waitUntil([&] { return stop.isWaiting(); }));
         // Parked after photo 100 was handed out: the photos in work finish, no more start.
         const int written = 100;
@@ -114,7 +117,8 @@ TEST_F(Driver, NoToTheStopQuestionGoesOnWithoutLoss) {
     StopAt observer(stop, 50);
     BatchResult result;
     RenameNumbering numbering;
-    std::thread run([&] { result = runBatch(values, recordsOf(paths), numbering, 1, &observer, &stop); });
+    std::thread run(
+        [&] { result = runBatch(values, recordsOf(paths), numbering, 1, &observer, &stop); });
     ASSERT_TRUE(waitUntil([&] { return stop.isWaiting(); }));
     stop.answer(false);
     run.join();
@@ -189,7 +193,8 @@ TEST_F(Driver, ParallelRunEqualsSequentialRun) {
         BatchResult results[2];
         for (int threads : {1, 3}) {
             const int k = threads == 1 ? 0 : 1;
-            const QString dest = tmp.path() + QStringLiteral("/par%1%2").arg(overwrite).arg(threads);
+            const QString dest =
+                tmp.path() + QStringLiteral("/par%1%2").arg(overwrite).arg(threads);
             RunValues v = values;
             v.destinationFolder = dest;
             v.overwriteExisting = overwrite;

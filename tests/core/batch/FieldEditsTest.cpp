@@ -8,7 +8,9 @@ using namespace tagmoor::test;
 
 namespace {
 
-const KeyRow& rowOf(const char* name) { return findFormField(name)->keyRow(); }
+const KeyRow& rowOf(const char* name) {
+    return findFormField(name)->keyRow();
+}
 
 } // namespace
 

@@ -1,5 +1,5 @@
-#include "batch/FieldEditedFlags.h"
 #include "model/FormFieldTable.h"
+#include "batch/FieldEditedFlags.h"
 
 #include <QSet>
 

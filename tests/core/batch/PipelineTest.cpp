@@ -14,7 +14,9 @@ using namespace tagmoor::test;
 
 namespace {
 
-int widthOf(const QString& path) { return QImageReader(path).size().width(); }
+int widthOf(const QString& path) {
+    return QImageReader(path).size().width();
+}
 
 int linkCount(const QString& path) {
     SafeFileReplace::waitForReleases();
@@ -202,8 +204,7 @@ TEST_F(Pipeline, ModifyDateSetsTheFileTimeAndRemovalStripsGroups) {
     ASSERT_EQ(runBatch(v, recordsOf({src})).totalProcessedPhotos, 1);
     const QString out = dir("out") + "/et-GPS.jpg";
     EXPECT_EQ(tagOf(out, "Exif.Image.DateTime"), "2011-03-04 05:06:07");
-    EXPECT_EQ(QFileInfo(out).lastModified(),
-              QDateTime(QDate(2011, 3, 4), QTime(5, 6, 7)));
+    EXPECT_EQ(QFileInfo(out).lastModified(), QDateTime(QDate(2011, 3, 4), QTime(5, 6, 7)));
 
     RunValues strip = editRun(ProcessingMode::removeGroups, dir("stripped"));
     strip.clean.cleanGPS = true;

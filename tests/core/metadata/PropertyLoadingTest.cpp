@@ -2,8 +2,8 @@
 #include "ExivFixture.h"
 
 #include <QTemporaryDir>
-#include <QtConcurrent/QtConcurrentMap>
 #include <QUrl>
+#include <QtConcurrent/QtConcurrentMap>
 
 #include <gtest/gtest.h>
 
