@@ -1,5 +1,6 @@
 #include "metadata/ImageProbe.h"
 
+#include "metadata/Exiv2Guard.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QFile>
@@ -66,29 +67,28 @@ std::optional<QSize> tagSize(const Exiv2::ExifData& exif, const char* widthKey,
 
 // The size Exiv2 finds in the format's own header, or else the one recorded in the tags.
 std::optional<QSize> exiv2Size(const QString& path) {
-    try {
-        Exiv2::Image::AutoPtr image =
-            Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
-        if (!image.get())
-            return std::nullopt;
-        {
-            const auto xmpLock = lockXmpToolkit();
-            image->readMetadata();
-        }
-        if (auto s = validSize(image->pixelWidth(), image->pixelHeight()))
-            return s;
-        const Exiv2::ExifData& exif = image->exifData();
-        if (auto s = tagSize(exif, "Exif.Photo.PixelXDimension", "Exif.Photo.PixelYDimension"))
-            return s;
-        return tagSize(exif, "Exif.Image.ImageWidth", "Exif.Image.ImageLength");
-    } catch (const Exiv2::AnyError& e) {
-        qCDebug(lcProbe) << "no size from Exiv2 for" << path << ":" << e.what();
-    } catch (const std::exception& e) {
-        qCDebug(lcProbe) << "no size from Exiv2 for" << path << ":" << e.what();
-    } catch (...) {
-        qCDebug(lcProbe) << "no size from Exiv2 for" << path << ": unknown exception";
-    }
-    return std::nullopt;
+    std::optional<QSize> size;
+    guardExiv2(
+        [&] {
+            Exiv2::Image::AutoPtr image =
+                Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+            if (!image.get())
+                return;
+            {
+                const auto xmpLock = lockXmpToolkit();
+                image->readMetadata();
+            }
+            size = validSize(image->pixelWidth(), image->pixelHeight());
+            const Exiv2::ExifData& exif = image->exifData();
+            if (!size)
+                size = tagSize(exif, "Exif.Photo.PixelXDimension", "Exif.Photo.PixelYDimension");
+            if (!size)
+                size = tagSize(exif, "Exif.Image.ImageWidth", "Exif.Image.ImageLength");
+        },
+        [&](Exiv2Failure, const QString& what) {
+            qCDebug(lcProbe) << "no size from Exiv2 for" << path << ":" << what;
+        });
+    return size;
 }
 
 // A bare JPEG 2000 code stream starts with its SIZ segment: the reference grid's size and

@@ -1,5 +1,6 @@
 #include "metadata/MetadataBlockReader.h"
 
+#include "metadata/Exiv2Guard.h"
 #include "metadata/ImageKind.h"
 #include "metadata/MetadataLibrary.h"
 
@@ -252,23 +253,22 @@ withParsedImage(const QString& path, const MetadataBlockReader::Options& options
     const std::optional<std::string> native = nativePath(path);
     if (!native)
         return Outcome::UnencodablePath;
-    try {
-        Exiv2::Image::AutoPtr image =
-            openImage(*native, options.kind ? *options.kind : sniffImageKindOfFile(path));
-        if (!image.get())
-            return Outcome::Failed;
-        if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
-            *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
-        body(*image);
-        return Outcome::Read;
-    } catch (const Exiv2::AnyError& e) {
-        qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
-    } catch (const std::exception& e) {
-        qCDebug(lcRead) << "no metadata from" << path << ":" << e.what();
-    } catch (...) {
-        qCDebug(lcRead) << "no metadata from" << path << ": unknown exception";
-    }
-    return Outcome::Failed;
+    Outcome outcome = Outcome::Failed;
+    guardExiv2(
+        [&] {
+            Exiv2::Image::AutoPtr image =
+                openImage(*native, options.kind ? *options.kind : sniffImageKindOfFile(path));
+            if (!image.get())
+                return;
+            if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
+                *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
+            body(*image);
+            outcome = Outcome::Read;
+        },
+        [&](Exiv2Failure, const QString& what) {
+            qCDebug(lcRead) << "no metadata from" << path << ":" << what;
+        });
+    return outcome;
 }
 
 } // namespace
@@ -301,20 +301,18 @@ QVariantMap MetadataBlockReader::readJsonShaped(const QString& path) {
     const std::optional<std::string> native = nativePath(path);
     if (!native)
         return result;
-    try {
-        Exiv2::Image::AutoPtr image = openImage(*native, sniffImageKindOfFile(path));
-        if (!image.get())
-            return result;
-        result.insert(QStringLiteral("exif"), jsonShaped(image->exifData()));
-        result.insert(QStringLiteral("iptc"), jsonShaped(image->iptcData()));
-        result.insert(QStringLiteral("xmp"), jsonShaped(image->xmpData()));
-    } catch (const Exiv2::AnyError& e) {
-        qCDebug(lcRead) << "partial JSON of" << path << ":" << e.what();
-    } catch (const std::exception& e) {
-        qCDebug(lcRead) << "partial JSON of" << path << ":" << e.what();
-    } catch (...) {
-        qCDebug(lcRead) << "partial JSON of" << path << ": unknown exception";
-    }
+    guardExiv2(
+        [&] {
+            Exiv2::Image::AutoPtr image = openImage(*native, sniffImageKindOfFile(path));
+            if (!image.get())
+                return;
+            result.insert(QStringLiteral("exif"), jsonShaped(image->exifData()));
+            result.insert(QStringLiteral("iptc"), jsonShaped(image->iptcData()));
+            result.insert(QStringLiteral("xmp"), jsonShaped(image->xmpData()));
+        },
+        [&](Exiv2Failure, const QString& what) {
+            qCDebug(lcRead) << "partial JSON of" << path << ":" << what;
+        });
     return result;
 }
 

@@ -1,5 +1,6 @@
 #include "metadata/PreviewExtractor.h"
 
+#include "metadata/Exiv2Guard.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QFile>
@@ -15,34 +16,33 @@ Q_LOGGING_CATEGORY(lcMetadataPreview, "tagmoor.metadata.preview")
 namespace tagmoor {
 
 QByteArray PreviewExtractor::embeddedPreview(const QString& path, int minSide) {
-    try {
-        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
-        if (!image.get())
-            return {};
-        {
-            const auto xmpLock = lockXmpToolkit();
-            image->readMetadata();
-        }
-        Exiv2::PreviewManager manager(*image);
-        const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
-        if (list.empty())
-            return {};
-        // The list comes sorted by pixel count, smallest first.
-        auto chosen = std::find_if(list.begin(), list.end(), [minSide](const auto& p) {
-            return int(std::max(p.width_, p.height_)) >= minSide;
+    QByteArray bytes;
+    guardExiv2(
+        [&] {
+            auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+            if (!image.get())
+                return;
+            {
+                const auto xmpLock = lockXmpToolkit();
+                image->readMetadata();
+            }
+            Exiv2::PreviewManager manager(*image);
+            const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
+            if (list.empty())
+                return;
+            // The list comes sorted by pixel count, smallest first.
+            auto chosen = std::find_if(list.begin(), list.end(), [minSide](const auto& p) {
+                return int(std::max(p.width_, p.height_)) >= minSide;
+            });
+            if (chosen == list.end())
+                chosen = std::prev(list.end());
+            const Exiv2::PreviewImage preview = manager.getPreviewImage(*chosen);
+            bytes = QByteArray(reinterpret_cast<const char*>(preview.pData()), int(preview.size()));
+        },
+        [&](Exiv2Failure, const QString& what) {
+            qCDebug(lcMetadataPreview) << "no preview in" << path << what;
         });
-        if (chosen == list.end())
-            chosen = std::prev(list.end());
-        const Exiv2::PreviewImage preview = manager.getPreviewImage(*chosen);
-        return QByteArray(reinterpret_cast<const char*>(preview.pData()), int(preview.size()));
-    } catch (const Exiv2::AnyError& e) {
-        qCDebug(lcMetadataPreview) << "no preview in" << path << e.what();
-    } catch (const std::exception& e) {
-        qCDebug(lcMetadataPreview) << "no preview in" << path << e.what();
-    } catch (...) {
-        qCDebug(lcMetadataPreview) << "no preview in" << path << "(unknown error)";
-    }
-    return {};
+    return bytes;
 }
 
 } // namespace tagmoor
