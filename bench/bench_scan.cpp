@@ -3,10 +3,10 @@
 // measures the largest pause of the main thread's event loop while the scan runs.
 //
 //   bench_scan DIR [--rounds N] [--readers N]
+#include "foundation/AppEvents.h"
+#include "foundation/ScriptedPrompt.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
-#include "shell/AppEvents.h"
-#include "shell/ScriptedPrompt.h"
 #include "workingset/FolderWalk.h"
 #include "workingset/ScanController.h"
 #include "workingset/WorkingListModel.h"

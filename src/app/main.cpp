@@ -1,7 +1,7 @@
 #include "metadata/MetadataLibrary.h"
 #include "shell/AppDelegate.h"
-#include "shell/DialogPrompt.h"
 #include "shell/MainWindow.h"
+#include "widgets/DialogPrompt.h"
 
 #include <QApplication>
 #include <QFileInfo>

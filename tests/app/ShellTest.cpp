@@ -3,13 +3,13 @@
 
 #include "AppTestSupport.h"
 
-#include "shell/DialogPrompt.h"
-#include "shell/DimmingCover.h"
-#include "shell/FilePanel.h"
 #include "shell/LoginItem.h"
-#include "shell/PanelEnableFilter.h"
 #include "shell/PreferencesWindow.h"
 #include "shell/WelcomeWindow.h"
+#include "widgets/DialogPrompt.h"
+#include "widgets/DimmingCover.h"
+#include "widgets/FilePanel.h"
+#include "widgets/PanelEnableFilter.h"
 #include "workingset/ThumbnailCache.h"
 #include "workingset/ThumbnailProvider.h"
 

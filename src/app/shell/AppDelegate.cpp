@@ -1,8 +1,8 @@
 #include "shell/AppDelegate.h"
 
+#include "foundation/UserPrompt.h"
 #include "shell/MainWindow.h"
 #include "shell/PreferencesWindow.h"
-#include "shell/UserPrompt.h"
 #include "shell/WelcomeWindow.h"
 #include "workingset/ScanController.h"
 #include "workingset/ThumbnailProvider.h"

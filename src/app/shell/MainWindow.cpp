@@ -1,8 +1,8 @@
 #include "shell/MainWindow.h"
 
+#include "foundation/Settings.h"
 #include "shell/AppDelegate.h"
 #include "shell/RootView.h"
-#include "shell/Settings.h"
 
 #include <QApplication>
 #include <QMenuBar>

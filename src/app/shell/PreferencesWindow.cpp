@@ -1,8 +1,8 @@
 #include "shell/PreferencesWindow.h"
 
+#include "foundation/Settings.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
-#include "shell/Settings.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,9 +1,9 @@
 #include "workingset/AddFilesScreen.h"
 
-#include "shell/AppDelegate.h"
-#include "shell/DimmingCover.h"
-#include "shell/Settings.h"
-#include "shell/UserPrompt.h"
+#include "foundation/AppEvents.h"
+#include "foundation/Settings.h"
+#include "foundation/UserPrompt.h"
+#include "widgets/DimmingCover.h"
 #include "workingset/DropView.h"
 #include "workingset/PanelFilter.h"
 #include "workingset/ScanController.h"
@@ -30,8 +30,8 @@ QLabel* makeLabel(const QString& name, const QString& text, double scale, bool b
 
 } // namespace
 
-AddFilesScreen::AddFilesScreen(AppDelegate& app, QWidget* parent)
-    : QWidget(parent), m_app(app), m_dropView(new DropView(app.events())),
+AddFilesScreen::AddFilesScreen(const Objects& objects, QWidget* parent)
+    : QWidget(parent), m_objects(objects), m_dropView(new DropView(objects.events)),
       m_addPhotos(new QPushButton), m_addLibrary(new QPushButton), m_topLayer(nullptr) {
     setObjectName(QStringLiteral("AddFiles"));
 
@@ -87,27 +87,27 @@ AddFilesScreen::AddFilesScreen(AppDelegate& app, QWidget* parent)
     m_topLayer = new DimmingCover(this);
     m_topLayer->setObjectName(QStringLiteral("boxTopLayer"));
     m_topLayer->hide();
-    connect(&app.events(), &AppEvents::HideUnhideTopLayerTM, m_topLayer,
+    connect(&objects.events, &AppEvents::HideUnhideTopLayerTM, m_topLayer,
             [this](bool isHidden) { m_topLayer->setHidden(isHidden); });
-    connect(&app.events(), &AppEvents::DropViewOTM, this, &AddFilesScreen::getDropViewItems);
+    connect(&objects.events, &AppEvents::DropViewOTM, this, &AddFilesScreen::getDropViewItems);
 }
 
 void AddFilesScreen::clickedAddPhotos() {
     const QStringList chosen =
-        m_app.prompt().openPanel(addPhotosPanelRequest(PanelScreen::AddScreen));
+        m_objects.prompt.openPanel(addPhotosPanelRequest(PanelScreen::AddScreen));
     if (chosen.isEmpty())
         return;
-    m_app.scans().addFromPanel(PanelScreen::AddScreen, chosen);
+    m_objects.scans.addFromPanel(PanelScreen::AddScreen, chosen);
 }
 
 void AddFilesScreen::clickedAddPhotosLibrary() {
-    m_app.prompt().tell(QStringLiteral("Photo library"),
-                        QStringLiteral("Adding photos from a photo library is not available "
-                                       "yet. Use \"Add Photos\" or drop the photos here."));
+    m_objects.prompt.tell(QStringLiteral("Photo library"),
+                          QStringLiteral("Adding photos from a photo library is not available "
+                                         "yet. Use \"Add Photos\" or drop the photos here."));
 }
 
 bool AddFilesScreen::isBlockedByOverlay() const {
-    if (!m_app.settings().startup().has_value())
+    if (!m_objects.settings.startup().has_value())
         return true;
     if (m_topLayer->isVisible())
         return true;
@@ -122,7 +122,7 @@ bool AddFilesScreen::isBlockedByOverlay() const {
 void AddFilesScreen::getDropViewItems(const QStringList& paths) {
     if (paths.isEmpty() || isBlockedByOverlay())
         return;
-    m_app.scans().addFromDrop(paths);
+    m_objects.scans.addFromDrop(paths);
 }
 
 } // namespace tagmoor

@@ -7,16 +7,27 @@ class QPushButton;
 
 namespace tagmoor {
 
-class AppDelegate;
+class AppEvents;
 class DimmingCover;
 class DropView;
+class ScanController;
+class Settings;
+class UserPrompt;
 
 // The start screen, shown while the list is empty: the "Add Photos" panel, the drop target,
 // and the photo library entry.
 class AddFilesScreen : public QWidget {
     Q_OBJECT
 public:
-    explicit AddFilesScreen(AppDelegate& app, QWidget* parent = nullptr);
+    // The objects the screen shows and hands its actions to.
+    struct Objects {
+        AppEvents& events;
+        ScanController& scans;
+        UserPrompt& prompt;
+        const Settings& settings;
+    };
+
+    explicit AddFilesScreen(const Objects& objects, QWidget* parent = nullptr);
 
     void clickedAddPhotos();
     void clickedAddPhotosLibrary();
@@ -30,7 +41,7 @@ public:
 private:
     bool isBlockedByOverlay() const;
 
-    AppDelegate& m_app;
+    Objects m_objects;
     DropView* m_dropView;
     QPushButton* m_addPhotos;
     QPushButton* m_addLibrary;

@@ -1,6 +1,6 @@
 #include "workingset/DropView.h"
 
-#include "shell/AppEvents.h"
+#include "foundation/AppEvents.h"
 
 #include <QDragEnterEvent>
 #include <QMimeData>

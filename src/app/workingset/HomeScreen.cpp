@@ -1,8 +1,8 @@
 #include "workingset/HomeScreen.h"
 
-#include "shell/AppDelegate.h"
-#include "shell/DimmingCover.h"
-#include "shell/UserPrompt.h"
+#include "foundation/AppEvents.h"
+#include "foundation/UserPrompt.h"
+#include "widgets/DimmingCover.h"
 #include "workingset/ListSelection.h"
 #include "workingset/PanelFilter.h"
 #include "workingset/PhotoItemDelegate.h"
@@ -49,20 +49,21 @@ QFrame* makeLine() {
 
 } // namespace
 
-HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
-    : QWidget(parent), m_app(app), m_segment(new QButtonGroup(this)), m_gridButton(new QToolButton),
-      m_tableButton(new QToolButton), m_selectAll(new QCheckBox), m_total(new QLabel),
+HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
+    : QWidget(parent), m_objects(objects), m_segment(new QButtonGroup(this)),
+      m_gridButton(new QToolButton), m_tableButton(new QToolButton), m_selectAll(new QCheckBox),
+      m_total(new QLabel),
       m_addMore(makeButton(QStringLiteral("btnAddMore"), QStringLiteral("Add More"))),
       m_remove(makeButton(QStringLiteral("btnRemove"), QStringLiteral("Remove"))),
-      m_views(new QStackedWidget), m_grid(new PhotoGridView(app.thumbnails())),
-      m_table(new PhotoTableView(app.thumbnails())), m_preview(new QLabel), m_imageName(new QLabel),
-      m_editorHost(new QWidget), m_markedSummary(new QLabel),
+      m_views(new QStackedWidget), m_grid(new PhotoGridView(objects.thumbnails)),
+      m_table(new PhotoTableView(objects.thumbnails)), m_preview(new QLabel),
+      m_imageName(new QLabel), m_editorHost(new QWidget), m_markedSummary(new QLabel),
       m_start(makeButton(QStringLiteral("btnStartProcess"), QStringLiteral("Start Process"))),
       m_cover(nullptr), m_progress(nullptr) {
     setObjectName(QStringLiteral("Home"));
 
-    m_grid->setModel(&app.listModel());
-    m_table->setModel(&app.listModel());
+    m_grid->setModel(&objects.listModel);
+    m_table->setModel(&objects.listModel);
     auto* gridBox = new QWidget;
     gridBox->setObjectName(QStringLiteral("boxCollectionView"));
     (new QVBoxLayout(gridBox))->addWidget(m_grid);
@@ -105,7 +106,7 @@ HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
     auto* topLayer = new DimmingCover(this);
     topLayer->setObjectName(QStringLiteral("boxTopLayer"));
     topLayer->hide();
-    connect(&app.events(), &AppEvents::HideUnhideTopLayerTM, topLayer, [topLayer](bool isHidden) {
+    connect(&objects.events, &AppEvents::HideUnhideTopLayerTM, topLayer, [topLayer](bool isHidden) {
         topLayer->setHidden(isHidden);
         if (!isHidden)
             topLayer->raise();
@@ -122,19 +123,19 @@ HomeScreen::HomeScreen(AppDelegate& app, QWidget* parent)
                 [this, view](const QPoint& pos) { showContextMenu(view, pos); });
     }
 
-    ScanController& scans = app.scans();
+    ScanController& scans = objects.scans;
     connect(&scans, &ScanController::progressViewChanged, this, &HomeScreen::applyProgress);
     connect(&scans, &ScanController::selectionRefreshed, this, &HomeScreen::applyOutcome);
     connect(&scans, &ScanController::reloadViews, this, &HomeScreen::reloadViews);
-    connect(&app.workingSet(), &WorkingSet::imagesAppended, this, &HomeScreen::updateTotal);
-    connect(&app.workingSet(), &WorkingSet::imagesReset, this, &HomeScreen::updateTotal);
-    connect(&app.workingSet(), &WorkingSet::selectionChanged, this,
+    connect(&objects.workingSet, &WorkingSet::imagesAppended, this, &HomeScreen::updateTotal);
+    connect(&objects.workingSet, &WorkingSet::imagesReset, this, &HomeScreen::updateTotal);
+    connect(&objects.workingSet, &WorkingSet::selectionChanged, this,
             &HomeScreen::updateMarkedSummary);
-    connect(&app.events(), &AppEvents::OpenWithItemsOTM, this,
-            [this] { m_app.scans().getOpenWithItems(); });
+    connect(&objects.events, &AppEvents::OpenWithItemsOTM, this,
+            [this] { m_objects.scans.getOpenWithItems(); });
     connect(m_progress->btnStopScanning(), &QPushButton::clicked, this,
             &HomeScreen::clickedStopScanning);
-    connect(&app.thumbnails(), &ThumbnailProvider::thumbnailReady, this,
+    connect(&objects.thumbnails, &ThumbnailProvider::thumbnailReady, this,
             [this](const QString& path, int side) {
                 if (path == m_previewPath && (side == kPreviewSide || side == 0))
                     refreshPreviewPicture();
@@ -272,11 +273,11 @@ QWidget* HomeScreen::makeSidePane() {
 
 void HomeScreen::addBatchControl(QWidget* control) {
     m_batchControls.append(control);
-    control->setEnabled(m_app.workingSet().markedCount() > 0);
+    control->setEnabled(m_objects.workingSet.markedCount() > 0);
 }
 
 void HomeScreen::viewWillAppear() {
-    WorkingSet& set = m_app.workingSet();
+    WorkingSet& set = m_objects.workingSet;
     if (set.isScanning())
         return;
     if (set.isFirstAdding) {
@@ -285,33 +286,33 @@ void HomeScreen::viewWillAppear() {
         clickedSegmentCollectionnTableView(segmentIndex());
     }
     if (set.retrieveOnAppear)
-        m_app.scans().firstRetriving();
+        m_objects.scans.firstRetriving();
 }
 
 void HomeScreen::clickedAddMore() {
-    if (m_app.workingSet().isScanning())
+    if (m_objects.workingSet.isScanning())
         return;
     const QStringList chosen =
-        m_app.prompt().openPanel(addPhotosPanelRequest(PanelScreen::HomeScreen));
+        m_objects.prompt.openPanel(addPhotosPanelRequest(PanelScreen::HomeScreen));
     if (chosen.isEmpty())
         return;
-    m_app.scans().addFromPanel(PanelScreen::HomeScreen, chosen);
+    m_objects.scans.addFromPanel(PanelScreen::HomeScreen, chosen);
 }
 
 void HomeScreen::clickedRemove() {
-    m_app.scans().clickedRemove();
+    m_objects.scans.clickedRemove();
 }
 
 void HomeScreen::clickedStopScanning() {
-    m_app.scans().clickedStopScanning();
+    m_objects.scans.clickedStopScanning();
 }
 
 void HomeScreen::clickedCheckBox(int row, bool on) {
-    applyOutcome(m_app.scans().selection().checkBoxClicked(row, on));
+    applyOutcome(m_objects.scans.selection().checkBoxClicked(row, on));
 }
 
 void HomeScreen::clickedSelectUnselectAll(bool on) {
-    applyOutcome(m_app.scans().selection().setAllMarked(on));
+    applyOutcome(m_objects.scans.selection().setAllMarked(on));
 }
 
 void HomeScreen::markUnmarkAll() {
@@ -353,8 +354,8 @@ void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
         clearPreview();
     if (outcome.metadataInfo) {
         const MetadataInfo& info = *outcome.metadataInfo;
-        emit m_app.events().UpdateMetadataInfoOTM(info.indexes, info.isMultipleSelected,
-                                                  info.index);
+        emit m_objects.events.UpdateMetadataInfoOTM(info.indexes, info.isMultipleSelected,
+                                                    info.index);
     }
     m_selectAll->setChecked(outcome.selectAllOn);
     updateMarkedSummary();
@@ -370,15 +371,15 @@ void HomeScreen::setBatchControlsEnabled(bool on) {
 }
 
 void HomeScreen::updateTotal() {
-    const int count = m_app.workingSet().count();
+    const int count = m_objects.workingSet.count();
     m_total->setText(count == 1 ? QStringLiteral("1 Photo")
                                 : QStringLiteral("%1 Photos").arg(count));
     updateMarkedSummary();
 }
 
 void HomeScreen::updateMarkedSummary() {
-    const int marked = m_app.workingSet().markedCount();
-    const int count = m_app.workingSet().count();
+    const int marked = m_objects.workingSet.markedCount();
+    const int count = m_objects.workingSet.count();
     if (marked == 0)
         m_markedSummary->setText(QStringLiteral("No photo is marked.\nMark photos in the list to "
                                                 "edit their metadata."));
@@ -391,7 +392,7 @@ void HomeScreen::reloadViews() {
     updateTotal();
     m_grid->viewport()->update();
     m_table->viewport()->update();
-    if (m_app.workingSet().isEmpty())
+    if (m_objects.workingSet.isEmpty())
         clearPreview();
 }
 
@@ -401,7 +402,7 @@ void HomeScreen::clearViewSelection() {
 }
 
 void HomeScreen::showPreview(int row) {
-    const auto& images = m_app.workingSet().workingImages();
+    const auto& images = m_objects.workingSet.workingImages();
     if (row < 0 || row >= images.size())
         return;
     m_previewPath = images[row].path();
@@ -414,7 +415,7 @@ void HomeScreen::refreshPreviewPicture() {
         clearPreview();
         return;
     }
-    const QImage image = m_app.thumbnails().thumbnail(m_previewPath, kPreviewSide);
+    const QImage image = m_objects.thumbnails.thumbnail(m_previewPath, kPreviewSide);
     if (image.isNull())
         m_preview->setText(QFileInfo(m_previewPath).suffix().toUpper());
     else
@@ -436,13 +437,13 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     removeSelected->setData(100);
     if (m_remove->isEnabled())
         connect(removeSelected, &QAction::triggered, this,
-                [this] { m_app.scans().removeSelected(); });
+                [this] { m_objects.scans.removeSelected(); });
     else
         removeSelected->setEnabled(false);
-    menu->addAction(QStringLiteral("Remove All"), this, [this] { m_app.scans().removeAll(); });
+    menu->addAction(QStringLiteral("Remove All"), this, [this] { m_objects.scans.removeAll(); });
     menu->addSeparator();
     menu->addAction(QStringLiteral("Mark/Unmark All"), this, &HomeScreen::markUnmarkAll);
-    const auto& images = m_app.workingSet().workingImages();
+    const auto& images = m_objects.workingSet.workingImages();
     if (row >= 0 && row < images.size()) {
         const QString path = images[row].path();
         menu->addSeparator();
@@ -456,7 +457,7 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
 }
 
 void HomeScreen::showContextMenu(QAbstractItemView* view, const QPoint& pos) {
-    if (m_app.workingSet().isScanning())
+    if (m_objects.workingSet.isScanning())
         return;
     const QModelIndex index = view->indexAt(pos);
     QMenu* menu = buildContextMenu(index.isValid() ? index.row() : -1, this);

@@ -15,13 +15,18 @@ class QToolButton;
 
 namespace tagmoor {
 
-class AppDelegate;
+class AppEvents;
 class DimmingCover;
 class PhotoGridView;
 class PhotoTableView;
+class ScanController;
 class ScanProgressBox;
 struct ScanProgressView;
 struct SelectionOutcome;
+class ThumbnailProvider;
+class UserPrompt;
+class WorkingListModel;
+class WorkingSet;
 
 // The home screen: the working list as a thumbnail grid or a table over one model, the marks,
 // the list's buttons, the preview pane, and the progress box of a running scan. It shows the
@@ -29,7 +34,17 @@ struct SelectionOutcome;
 class HomeScreen : public QWidget {
     Q_OBJECT
 public:
-    explicit HomeScreen(AppDelegate& app, QWidget* parent = nullptr);
+    // The objects the screen shows and hands its actions to.
+    struct Objects {
+        WorkingSet& workingSet;
+        WorkingListModel& listModel;
+        ThumbnailProvider& thumbnails;
+        ScanController& scans;
+        AppEvents& events;
+        UserPrompt& prompt;
+    };
+
+    explicit HomeScreen(const Objects& objects, QWidget* parent = nullptr);
 
     // Called by the root each time the screen comes up: starts the scan that waits for it.
     void viewWillAppear();
@@ -78,7 +93,7 @@ private:
     void clearPreview();
     void showContextMenu(QAbstractItemView* view, const QPoint& pos);
 
-    AppDelegate& m_app;
+    Objects m_objects;
     QButtonGroup* m_segment;
     QToolButton* m_gridButton;
     QToolButton* m_tableButton;

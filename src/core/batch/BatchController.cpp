@@ -4,8 +4,8 @@
 #include "batch/BatchObserver.h"
 #include "batch/ListPhotoSource.h"
 #include "dates/DateRuleStore.h"
+#include "foundation/UserPrompt.h"
 #include "rename/RenameNumbering.h"
-#include "shell/UserPrompt.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "metadata/ImageKind.h"
-#include "metadata/KeyTable.h"
+#include "model/KeyTable.h"
 
 #include <QSize>
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "metadata/KeyTable.h"
+#include "model/KeyTable.h"
 #include "model/PropertyValue.h"
 
 #include <array>

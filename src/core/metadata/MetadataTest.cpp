@@ -1,6 +1,6 @@
 #include "metadata/MetadataTest.h"
 
-#include "metadata/KeyTable.h"
+#include "model/KeyTable.h"
 
 namespace tagmoor {
 

@@ -1,6 +1,6 @@
 #include "metadata/PropertyWriter.h"
 
-#include "metadata/KeyTable.h"
+#include "model/KeyTable.h"
 
 #include <exiv2/exiv2.hpp>
 

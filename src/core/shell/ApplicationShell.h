@@ -1,11 +1,11 @@
 #pragma once
 
-#include "shell/AppEvents.h"
+#include "foundation/AppEvents.h"
+#include "foundation/Settings.h"
 #include "shell/InstanceChannel.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
 #include "shell/OpenWithQueue.h"
-#include "shell/Settings.h"
 #include "shell/StartSequence.h"
 #include "shell/UpdateChecker.h"
 #include "workingset/WorkingSet.h"

@@ -1,8 +1,8 @@
 #include "shell/OpenWithQueue.h"
 
-#include "shell/AppEvents.h"
+#include "foundation/AppEvents.h"
+#include "foundation/Settings.h"
 #include "shell/LaunchState.h"
-#include "shell/Settings.h"
 #include "workingset/WorkingSet.h"
 
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 #include "shell/StartSequence.h"
 
+#include "foundation/Settings.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
-#include "shell/Settings.h"
 #include "shell/ShellLog.h"
 
 namespace tagmoor {

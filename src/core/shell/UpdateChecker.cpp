@@ -1,6 +1,6 @@
 #include "shell/UpdateChecker.h"
 
-#include "shell/Settings.h"
+#include "foundation/Settings.h"
 #include "shell/ShellLog.h"
 
 #include <QNetworkAccessManager>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "foundation/UserPrompt.h"
 #include "model/CGImageProperties.h"
-#include "shell/UserPrompt.h"
 
 #include <QList>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #include "workingset/ScanController.h"
 
-#include "shell/AppEvents.h"
-#include "shell/UserPrompt.h"
+#include "foundation/AppEvents.h"
+#include "foundation/UserPrompt.h"
 #include "workingset/WorkingSet.h"
 
 #include <QSet>

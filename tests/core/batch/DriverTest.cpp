@@ -4,7 +4,7 @@
 #include "batch/BatchObserver.h"
 #include "batch/BatchSummary.h"
 #include "dates/DateRuleStore.h"
-#include "shell/ScriptedPrompt.h"
+#include "foundation/ScriptedPrompt.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -1,8 +1,8 @@
 // Every sample is read and checked against the exiv2 tool, an independent reader.
 #include "TestSupport.h"
-#include "metadata/KeyTable.h"
 #include "metadata/MetadataTest.h"
 #include "metadata/PropertyLoading.h"
+#include "model/KeyTable.h"
 
 #include <QRegularExpression>
 #include <QUrl>

@@ -1,7 +1,7 @@
 #include "TestSupport.h"
+#include "foundation/Settings.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
-#include "shell/Settings.h"
 #include "shell/ShellFixture.h"
 #include "shell/StartSequence.h"
 

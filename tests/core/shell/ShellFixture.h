@@ -1,7 +1,7 @@
 #pragma once
 // Settings in a scratch file and XDG_CONFIG_HOME pointed at a scratch folder, restored after.
 
-#include "shell/Settings.h"
+#include "foundation/Settings.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -1,8 +1,8 @@
 #pragma once
 // A scan controller with scripted answers and a working set, for tests without a window.
 
-#include "shell/AppEvents.h"
-#include "shell/ScriptedPrompt.h"
+#include "foundation/AppEvents.h"
+#include "foundation/ScriptedPrompt.h"
 #include "workingset/ScanController.h"
 #include "workingset/WaitFor.h"
 #include "workingset/WorkingSet.h"

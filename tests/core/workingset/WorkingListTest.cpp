@@ -1,5 +1,5 @@
 #include "TestSupport.h"
-#include "shell/AppEvents.h"
+#include "foundation/AppEvents.h"
 #include "workingset/FileSizeText.h"
 #include "workingset/ListSelection.h"
 #include "workingset/PanelFilter.h"

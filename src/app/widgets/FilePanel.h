@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/UserPrompt.h"
+#include "foundation/UserPrompt.h"
 
 #include <QFileDialog>
 

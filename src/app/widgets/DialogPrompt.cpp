@@ -1,7 +1,7 @@
-#include "shell/DialogPrompt.h"
+#include "widgets/DialogPrompt.h"
 
-#include "shell/DimmingCover.h"
-#include "shell/FilePanel.h"
+#include "widgets/DimmingCover.h"
+#include "widgets/FilePanel.h"
 
 #include <QMainWindow>
 #include <QMessageBox>

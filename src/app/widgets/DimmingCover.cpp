@@ -1,4 +1,4 @@
-#include "shell/DimmingCover.h"
+#include "widgets/DimmingCover.h"
 
 #include <QEvent>
 #include <QPainter>

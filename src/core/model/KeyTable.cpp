@@ -1,4 +1,4 @@
-#include "metadata/KeyTable.h"
+#include "model/KeyTable.h"
 
 #include <QHash>
 

@@ -1,13 +1,14 @@
-#include "shell/Settings.h"
-
-#include "shell/ShellLog.h"
+#include "foundation/Settings.h"
 
 #include <QHash>
+#include <QLoggingCategory>
 #include <QSettings>
 
 namespace tagmoor {
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcSettings, "tagmoor.shell.settings")
 
 enum class Kind { Bool, Int, Text };
 
@@ -94,8 +95,8 @@ Settings::Settings()
 Settings::Settings(const QString& fileName)
     : m_settings(std::make_unique<QSettings>(fileName, QSettings::NativeFormat)) {
     if (m_settings->status() != QSettings::NoError)
-        qCWarning(lcShell) << "Settings file could not be read; values count as absent:"
-                           << fileName;
+        qCWarning(lcSettings) << "Settings file could not be read; values count as absent:"
+                              << fileName;
 }
 
 Settings::~Settings() = default;

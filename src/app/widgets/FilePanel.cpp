@@ -1,6 +1,6 @@
-#include "shell/FilePanel.h"
+#include "widgets/FilePanel.h"
 
-#include "shell/PanelEnableFilter.h"
+#include "widgets/PanelEnableFilter.h"
 
 #include <QFileInfo>
 #include <QHeaderView>

@@ -1,4 +1,4 @@
-#include "shell/PanelEnableFilter.h"
+#include "widgets/PanelEnableFilter.h"
 
 #include <QCollator>
 #include <QFileInfo>
