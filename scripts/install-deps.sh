@@ -9,6 +9,7 @@ PACKAGES=(
   libexiv2-dev libicu-dev libraw-dev libsqlite3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   exiv2 libimage-exiftool-perl
+  clang-format python3
   fonts-dejavu-core
 )
 
