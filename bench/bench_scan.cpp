@@ -109,7 +109,7 @@ ScanRun scanOnce(const QString& dir, int readers) {
 
     QEventLoop loop;
     QObject::connect(&controller, &ScanController::scanFinished, &loop, &QEventLoop::quit);
-    set.stagedURLs << QUrl::fromLocalFile(dir);
+    set.stageURLs({QUrl::fromLocalFile(dir)});
     QElapsedTimer clock;
     clock.start();
     beat.start();

@@ -217,7 +217,7 @@ void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
         QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle(), 20000);
         const int kept = t.set().count();
         QVERIFY2(kept >= 3 && kept < total, qPrintable(QString::number(kept)));
-        QVERIFY(t.set().stagedURLs.isEmpty());
+        QVERIFY(t.set().stagedURLs().isEmpty());
         QCOMPARE(t.window().rootView()->selectedIndex(), 1);
         QTRY_VERIFY(!home->boxLoader()->isVisible());
         QCOMPARE(home->lblTotalPhotos()->text(), QStringLiteral("%1 Photos").arg(kept));
@@ -329,7 +329,7 @@ void ScreenFlowTest::dropIsIgnoredWhileAnOverlayIsUp() {
     QVERIFY(!t.window().menuItemPreferences()->isEnabled());
     dropPaths(t.window().addFilesScreen()->dropView(), {photo});
     QTest::qWait(100);
-    QVERIFY(t.set().stagedURLs.isEmpty());
+    QVERIFY(t.set().stagedURLs().isEmpty());
     QCOMPARE(t.window().rootView()->selectedIndex(), 0);
 
     t.window().setOverlayMenusEnabled(true);

@@ -49,7 +49,7 @@ void ShellTest::welcomeWindowComesFirstAndStoresTheChoice() {
     // Files handed over while the welcome window is up are dropped without a word.
     t.app->openFiles({formatsDir() + QStringLiteral("/Reagan.jpg")});
     QTest::qWait(50);
-    QVERIFY(t.set().pendingOpenURLs.isEmpty());
+    QVERIFY(t.set().pendingOpenURLs().isEmpty());
 
     welcome->launchAtLoginBox()->setChecked(true);
     QTest::mouseClick(welcome->startButton(), Qt::LeftButton);

@@ -280,12 +280,11 @@ void HomeScreen::viewWillAppear() {
     WorkingSet& set = m_objects.workingSet;
     if (set.isScanning())
         return;
-    if (set.isFirstAdding) {
-        set.isFirstAdding = false;
+    if (set.takeFirstAdding()) {
         clearPreview();
         clickedSegmentCollectionnTableView(segmentIndex());
     }
-    if (set.retrieveOnAppear)
+    if (set.retrieveOnAppear())
         m_objects.scans.firstRetriving();
 }
 

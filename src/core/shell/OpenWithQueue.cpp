@@ -35,12 +35,9 @@ bool OpenWithQueue::openFiles(const QStringList& paths) {
     if (!m_settings.startup().has_value())
         return false;
     emit m_events.showMainWindowRequested();
-    for (const QString& path : paths) {
-        const QUrl url = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
-        if (!m_set.pendingOpenURLs.contains(url))
-            m_set.pendingOpenURLs.append(url);
-    }
-    if (!m_set.pendingOpenURLs.isEmpty())
+    for (const QString& path : paths)
+        m_set.addPendingOpenURL(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
+    if (!m_set.pendingOpenURLs().isEmpty())
         m_timer1.start();
     return true;
 }
@@ -51,16 +48,11 @@ void OpenWithQueue::retriveAllOpenedFiles() {
         m_timer.start();
         return;
     }
-    for (const QUrl& url : std::as_const(m_set.pendingOpenURLs)) {
-        if (!m_set.stagedURLs.contains(url))
-            m_set.stagedURLs.append(url);
-    }
-    m_set.pendingOpenURLs.clear();
-    if (m_set.stagedURLs.isEmpty())
+    m_set.stagePendingOpenURLs();
+    if (m_set.stagedURLs().isEmpty())
         return;
     if (m_set.isEmpty()) {
-        m_set.retrieveOnAppear = true;
-        m_set.isFirstAdding = true;
+        m_set.requestFirstAdding();
         emit m_events.UpdateVCOTM(1);
     } else {
         emit m_events.OpenWithItemsOTM();

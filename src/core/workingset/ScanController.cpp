@@ -37,15 +37,14 @@ void ScanController::firstRetriving() {
 
 void ScanController::getOpenWithItems() {
     retriveImages(false);
-    m_set.retrieveOnAppear = true;
+    m_set.requestRetrieveOnAppear();
 }
 
 bool ScanController::homeScreenWillAppear() {
     if (m_set.isScanning())
         return false;
-    const bool first = m_set.isFirstAdding;
-    m_set.isFirstAdding = false;
-    if (m_set.retrieveOnAppear)
+    const bool first = m_set.takeFirstAdding();
+    if (m_set.retrieveOnAppear())
         firstRetriving();
     return first;
 }
@@ -54,7 +53,7 @@ void ScanController::retriveImages(bool isFirst) {
     if (m_set.isScanning())
         return;
     ScanRequest request;
-    request.stagedURLs = m_set.stagedURLs;
+    request.stagedURLs = m_set.stagedURLs();
     const QStringList paths = m_set.imagePaths();
     request.existingPaths = QSet<QString>(paths.begin(), paths.end());
     request.listCountBefore = m_set.count();
@@ -78,8 +77,7 @@ void ScanController::clickedStopScanning() {
 
 void ScanController::onFinished(const ScanResult& result) {
     m_lastResult = result;
-    m_set.stagedURLs.clear();
-    m_set.retrieveOnAppear = false;
+    m_set.stagedURLsScanned();
     m_set.setScanning(false);
     m_view = ScanProgressView::finished(m_view);
     if (const auto alert = endOfScanAlert(result.flags, m_set.isEmpty()))
@@ -104,29 +102,29 @@ void ScanController::showAlertLater(const TimedAlert& alert) {
 
 void ScanController::addFromPanel(PanelScreen screen, const QStringList& chosenPaths) {
     const PanelFilterResult filtered =
-        filterPanelChoice(screen, chosenPaths, m_set.stagedURLs, m_set.workingImages());
-    m_set.stagedURLs.append(filtered.staged);
+        filterPanelChoice(screen, chosenPaths, m_set.stagedURLs(), m_set.workingImages());
+    m_set.stageURLs(filtered.staged);
     if (const auto alert = panelAlert(filtered.alreadyAdded, filtered.ignored))
         showAlertLater(*alert);
-    if (m_set.stagedURLs.isEmpty())
+    if (m_set.stagedURLs().isEmpty())
         return;
     if (screen == PanelScreen::AddScreen) {
-        m_set.retrieveOnAppear = true;
-        m_set.isFirstAdding = true;
+        m_set.requestFirstAdding();
         emit m_events.UpdateVCOTM(1);
     } else {
         retriveImages(false);
-        m_set.retrieveOnAppear = true;
+        m_set.requestRetrieveOnAppear();
     }
 }
 
 void ScanController::addFromDrop(const QStringList& paths) {
+    QList<QUrl> urls;
     for (const QString& path : paths)
-        m_set.stagedURLs.append(QUrl::fromLocalFile(path));
-    if (m_set.stagedURLs.isEmpty())
+        urls.append(QUrl::fromLocalFile(path));
+    m_set.stageURLs(urls);
+    if (m_set.stagedURLs().isEmpty())
         return;
-    m_set.retrieveOnAppear = true;
-    m_set.isFirstAdding = true;
+    m_set.requestFirstAdding();
     emit m_events.UpdateVCOTM(1);
 }
 

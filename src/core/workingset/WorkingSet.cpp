@@ -65,9 +65,68 @@ void WorkingSet::setAllSelected(bool selected) {
         emit selectionChanged(0, count() - 1);
 }
 
-void WorkingSet::notifyImagesChanged(int first, int last) {
-    if (first <= last && first >= 0 && last < count())
-        emit imagesChanged(first, last);
+bool WorkingSet::replaceImage(int row, const CGImageProperties& record) {
+    if (row < 0 || row >= count())
+        return false;
+    m_workingImages[row] = record;
+    emit imagesChanged(row, row);
+    return true;
+}
+
+void WorkingSet::stageURLs(const QList<QUrl>& urls) {
+    if (urls.isEmpty())
+        return;
+    m_stagedURLs.append(urls);
+    emit stagingChanged();
+}
+
+void WorkingSet::addPendingOpenURL(const QUrl& url) {
+    if (m_pendingOpenURLs.contains(url))
+        return;
+    m_pendingOpenURLs.append(url);
+    emit stagingChanged();
+}
+
+void WorkingSet::stagePendingOpenURLs() {
+    if (m_pendingOpenURLs.isEmpty())
+        return;
+    for (const QUrl& url : std::as_const(m_pendingOpenURLs)) {
+        if (!m_stagedURLs.contains(url))
+            m_stagedURLs.append(url);
+    }
+    m_pendingOpenURLs.clear();
+    emit stagingChanged();
+}
+
+void WorkingSet::requestRetrieveOnAppear() {
+    if (m_retrieveOnAppear)
+        return;
+    m_retrieveOnAppear = true;
+    emit stagingChanged();
+}
+
+void WorkingSet::requestFirstAdding() {
+    if (m_retrieveOnAppear && m_isFirstAdding)
+        return;
+    m_retrieveOnAppear = true;
+    m_isFirstAdding = true;
+    emit stagingChanged();
+}
+
+bool WorkingSet::takeFirstAdding() {
+    if (!m_isFirstAdding)
+        return false;
+    m_isFirstAdding = false;
+    emit stagingChanged();
+    return true;
+}
+
+void WorkingSet::stagedURLsScanned() {
+    if (m_stagedURLs.isEmpty() && !m_retrieveOnAppear)
+        return;
+    m_stagedURLs.clear();
+    m_retrieveOnAppear = false;
+    emit stagingChanged();
 }
 
 QList<int> WorkingSet::markedIndices() const {

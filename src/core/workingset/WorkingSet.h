@@ -19,7 +19,6 @@ public:
 
     // The records, in the order of adding.
     const QList<CGImageProperties>& workingImages() const { return m_workingImages; }
-    QList<CGImageProperties>& workingImagesForEdit() { return m_workingImages; }
     int count() const { return int(m_workingImages.size()); }
     bool isEmpty() const { return m_workingImages.isEmpty(); }
 
@@ -30,11 +29,12 @@ public:
     // Keeps the records whose url is not among `urls`; the number removed.
     int removeImagesWithUrls(const QList<QUrl>& urls);
     void clearImages();
+    // Puts a new version of one record in its place (after a batch rewrote the file, say);
+    // false when the row is outside the list.
+    bool replaceImage(int row, const CGImageProperties& record);
     // Sets isSelected of one record; false when the row is outside the list.
     bool setSelected(int row, bool selected);
     void setAllSelected(bool selected);
-    // Tells views that records changed in place (after a batch rewrote them, say).
-    void notifyImagesChanged(int first, int last);
 
     // Indices of marked records, ascending.
     QList<int> markedIndices() const;
@@ -42,17 +42,29 @@ public:
     // The local paths of all records, for duplicate tests.
     QStringList imagePaths() const;
 
-    // What the next scan adds.
-    QList<QUrl> stagedURLs;
-    // Files handed over by the system, waiting for the next add.
-    QList<QUrl> pendingOpenURLs;
+    // What the next scan adds, in the order of staging.
+    const QList<QUrl>& stagedURLs() const { return m_stagedURLs; }
+    void stageURLs(const QList<QUrl>& urls);
+    // Files handed over by the system, waiting for the next add; each is kept once.
+    const QList<QUrl>& pendingOpenURLs() const { return m_pendingOpenURLs; }
+    void addPendingOpenURL(const QUrl& url);
+    // Moves the waiting files to the staged ones, passing over those staged already.
+    void stagePendingOpenURLs();
+
+    // The home screen starts a scan of the staged files when it next appears.
+    bool retrieveOnAppear() const { return m_retrieveOnAppear; }
+    void requestRetrieveOnAppear();
+    // The next appearance of the home screen is the first one for this list: staged files
+    // are scanned then, and the screen starts from a clean view.
+    bool isFirstAdding() const { return m_isFirstAdding; }
+    void requestFirstAdding();
+    // True once for a requested first appearance; the request is used up.
+    bool takeFirstAdding();
+    // A scan took the staged files: nothing waits for the home screen any more.
+    void stagedURLsScanned();
 
     bool isScanning() const { return m_isScanning; }
     void setScanning(bool on);
-    // The home screen starts a scan when it next appears.
-    bool retrieveOnAppear = false;
-    // The next appearance of the home screen is the first one for this list.
-    bool isFirstAdding = false;
 
     static const QStringList& supportedExtensions();
     static const QStringList& panelExtensions();
@@ -65,10 +77,16 @@ signals:
     void selectionChanged(int first, int last);
     void imagesChanged(int first, int last);
     void scanningChanged(bool scanning);
+    // The staged or waiting files, or what waits for the home screen, changed.
+    void stagingChanged();
 
 private:
     QList<CGImageProperties> m_workingImages;
+    QList<QUrl> m_stagedURLs;
+    QList<QUrl> m_pendingOpenURLs;
     bool m_isScanning = false;
+    bool m_retrieveOnAppear = false;
+    bool m_isFirstAdding = false;
 };
 
 } // namespace tagmoor

@@ -51,20 +51,20 @@ TEST(OpenFiles, WelcomeWindowDropsFilesAndRepeatedPathsArriveOnce) {
         f.settings.remove(Settings::StartupOTM);
         EXPECT_FALSE(f.queue.openFiles({a}));
         test::serveEvents(150);
-        EXPECT_TRUE(f.set.pendingOpenURLs.isEmpty());
+        EXPECT_TRUE(f.set.pendingOpenURLs().isEmpty());
         EXPECT_EQ(f.showRequests, 0);
         EXPECT_TRUE(f.set.isEmpty());
     }
     QueueFixture f;
     EXPECT_TRUE(f.queue.openFiles({a, b}));
     EXPECT_TRUE(f.queue.openFiles({a}));
-    EXPECT_EQ(f.set.pendingOpenURLs.size(), 2);
+    EXPECT_EQ(f.set.pendingOpenURLs().size(), 2);
     EXPECT_EQ(f.showRequests, 2);
     ASSERT_TRUE(waitFor([&] { return f.finishedScans == 1; }));
     EXPECT_EQ(f.listedPaths(), (QStringList{a, b}));
     EXPECT_EQ(f.screens, QList<int>{1});
-    EXPECT_TRUE(f.set.pendingOpenURLs.isEmpty());
-    EXPECT_FALSE(f.set.isFirstAdding);
+    EXPECT_TRUE(f.set.pendingOpenURLs().isEmpty());
+    EXPECT_FALSE(f.set.isFirstAdding());
 }
 
 TEST(OpenFiles, FilesOpenedDuringAScanOrBeforeLaunchFinishedWaitTheirTurn) {
@@ -99,7 +99,7 @@ TEST(OpenFiles, FilesOpenedDuringAScanOrBeforeLaunchFinishedWaitTheirTurn) {
     expected << first << late;
     EXPECT_EQ(f.listedPaths(), expected);
     EXPECT_FALSE(f.set.isScanning());
-    EXPECT_TRUE(f.set.stagedURLs.isEmpty());
+    EXPECT_TRUE(f.set.stagedURLs().isEmpty());
 }
 
 TEST(OpenFiles, ASecondLaunchHandsItsPathsToTheFirst) {
@@ -159,9 +159,9 @@ TEST(OpenFiles, ASecondLaunchWithAPathQuitsAndTheFirstStagesIt) {
     ASSERT_TRUE(waitFor([&] { return second.isFinished(); }));
     EXPECT_FALSE(second.result()) << "the second launch hands over and quits";
     ASSERT_TRUE(waitFor([&] { return !screens.isEmpty(); }));
-    EXPECT_EQ(first.workingSet().stagedURLs, QList<QUrl>{QUrl::fromLocalFile(photo)});
+    EXPECT_EQ(first.workingSet().stagedURLs(), QList<QUrl>{QUrl::fromLocalFile(photo)});
     EXPECT_EQ(screens, QList<int>{1});
-    EXPECT_TRUE(first.workingSet().retrieveOnAppear);
+    EXPECT_TRUE(first.workingSet().retrieveOnAppear());
 }
 
 } // namespace

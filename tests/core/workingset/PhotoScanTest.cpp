@@ -42,9 +42,9 @@ TEST(PhotoScan, AddsASampleFolderInWalkOrderWithTheRealLoaderAndEndsOnTrueCounts
     const QStringList listed = f.listedPaths();
     ASSERT_GE(listed.size(), expected.size());
     EXPECT_EQ(listed.mid(0, expected.size()), expected);
-    EXPECT_TRUE(f.set.stagedURLs.isEmpty());
+    EXPECT_TRUE(f.set.stagedURLs().isEmpty());
     EXPECT_FALSE(f.set.isScanning());
-    EXPECT_FALSE(f.set.retrieveOnAppear);
+    EXPECT_FALSE(f.set.retrieveOnAppear());
 
     const int total = int(all.size() + test::sampleFiles(test::malformedDir()).size());
     const ScanResult& r = f.controller.lastResult();
@@ -86,7 +86,7 @@ TEST(PhotoScan, TheSameFileAddedTwiceGivesOneEntryAndThePanelSaysAlreadyAdded) {
     ASSERT_EQ(f.prompt.alerts.size(), 1);
     EXPECT_EQ(f.prompt.alerts[0], alertAlreadyAdded());
     EXPECT_EQ(f.set.count(), 2);
-    EXPECT_TRUE(f.set.stagedURLs.isEmpty());
+    EXPECT_TRUE(f.set.stagedURLs().isEmpty());
 }
 
 TEST(PhotoScan, EndAlertsAndTheWayBackToTheAddScreen) {
@@ -166,7 +166,7 @@ StopRun stopDuringScan(const QString& answer, int count) {
     run.listed = f.listedPaths();
     run.alerts = f.prompt.alerts;
     run.stopped = f.controller.lastResult().stopped;
-    EXPECT_TRUE(f.set.stagedURLs.isEmpty());
+    EXPECT_TRUE(f.set.stagedURLs().isEmpty());
     return run;
 }
 

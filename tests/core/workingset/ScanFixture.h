@@ -42,7 +42,7 @@ struct ScanFixture {
 
     void stage(const QStringList& paths) {
         for (const QString& p : paths)
-            set.stagedURLs << QUrl::fromLocalFile(p);
+            set.stageURLs({QUrl::fromLocalFile(p)});
     }
 
     // Scans what is staged and waits for the end of the scan and its alert (if any).

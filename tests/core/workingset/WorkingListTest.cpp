@@ -7,6 +7,7 @@
 #include "workingset/ScanProgressView.h"
 #include "workingset/SupportedExtensions.h"
 #include "workingset/WorkingListModel.h"
+#include "workingset/WorkingSet.h"
 #include "workingset/WorkingSetAlerts.h"
 
 #include <QTemporaryDir>
@@ -104,6 +105,53 @@ TEST(WorkingList, EndOfScanAlertFollowsItsPriorities) {
     }
     EXPECT_EQ(endOfScanAlert({true, true, false}, false)->alert, alertAlreadyAddedAndBeIgnore());
     EXPECT_EQ(endOfScanAlert({false, true, false}, true)->alert, alertAlreadyAdded());
+}
+
+TEST(WorkingList, StagingChangesOnlyThroughItsMethodsAndSaysSo) {
+    WorkingSet set;
+    int changes = 0;
+    QObject::connect(&set, &WorkingSet::stagingChanged, [&] { ++changes; });
+    const QUrl a = QUrl::fromLocalFile("/p/a.jpg");
+    const QUrl b = QUrl::fromLocalFile("/p/b.jpg");
+
+    set.addPendingOpenURL(a);
+    set.addPendingOpenURL(a);
+    set.addPendingOpenURL(b);
+    EXPECT_EQ(set.pendingOpenURLs(), (QList<QUrl>{a, b}));
+    EXPECT_EQ(changes, 2);
+
+    set.stageURLs({b});
+    set.stagePendingOpenURLs();
+    EXPECT_EQ(set.stagedURLs(), (QList<QUrl>{b, a})) << "a staged file is not staged twice";
+    EXPECT_TRUE(set.pendingOpenURLs().isEmpty());
+
+    set.requestFirstAdding();
+    EXPECT_TRUE(set.retrieveOnAppear());
+    EXPECT_TRUE(set.takeFirstAdding());
+    EXPECT_FALSE(set.takeFirstAdding()) << "the first appearance is used up once";
+    EXPECT_TRUE(set.retrieveOnAppear());
+
+    const int before = changes;
+    set.stagedURLsScanned();
+    EXPECT_TRUE(set.stagedURLs().isEmpty());
+    EXPECT_FALSE(set.retrieveOnAppear());
+    EXPECT_EQ(changes, before + 1);
+    set.stagedURLsScanned();
+    EXPECT_EQ(changes, before + 1) << "nothing changed, nothing said";
+}
+
+TEST(WorkingList, ReplacingARecordTellsTheViews) {
+    WorkingSet set;
+    set.appendImages({record("/p/a.jpg"), record("/p/b.jpg")});
+    QList<int> changed;
+    QObject::connect(&set, &WorkingSet::imagesChanged,
+                     [&](int first, int last) { changed << first << last; });
+    CGImageProperties again = record("/p/b2.jpg", false);
+    EXPECT_TRUE(set.replaceImage(1, again));
+    EXPECT_FALSE(set.replaceImage(2, again));
+    EXPECT_EQ(changed, (QList<int>{1, 1}));
+    EXPECT_EQ(set.workingImages().at(1).url, again.url);
+    EXPECT_EQ(set.markedCount(), 1);
 }
 
 TEST(WorkingList, ProgressTextsAndSizeTexts) {
