@@ -2,40 +2,37 @@
 
 namespace tagmoor {
 
+namespace {
+
+struct DateFieldRow {
+    const char* name;
+    const char* ruleName;
+    const char* key;
+};
+
+constexpr DateFieldRow kRows[] = {
+#define TAGMOOR_DATE_ROW(name, rule, key) {#name, #rule, key},
+    TAGMOOR_DATE_FIELDS(TAGMOOR_DATE_ROW)
+#undef TAGMOOR_DATE_ROW
+};
+static_assert(std::size(kRows) == allDateFields.size());
+
+const DateFieldRow& rowOf(DateField field) {
+    return kRows[static_cast<int>(field)];
+}
+
+} // namespace
+
 const char* dateFieldKey(DateField field) {
-    switch (field) {
-    case DateField::dateTimeOriginal:
-        return "Exif.Photo.DateTimeOriginal";
-    case DateField::creationDate:
-        return "Exif.Photo.DateTimeDigitized";
-    case DateField::modifyDate:
-        return "Exif.Image.DateTime";
-    case DateField::createDateXMP:
-        return "Xmp.xmp.CreateDate";
-    case DateField::modifyDateXMP:
-        return "Xmp.xmp.ModifyDate";
-    case DateField::createDateXMPPhotoshop:
-        return "Xmp.photoshop.DateCreated";
-    }
-    return "";
+    return rowOf(field).key;
 }
 
 const char* dateFieldName(DateField field) {
-    switch (field) {
-    case DateField::dateTimeOriginal:
-        return "dateTimeOriginal";
-    case DateField::creationDate:
-        return "creationDate";
-    case DateField::modifyDate:
-        return "modifyDate";
-    case DateField::createDateXMP:
-        return "createDateXMP";
-    case DateField::modifyDateXMP:
-        return "modifyDateXMP";
-    case DateField::createDateXMPPhotoshop:
-        return "createDateXMPPhotoshop";
-    }
-    return "";
+    return rowOf(field).name;
+}
+
+const char* dateRuleName(DateField field) {
+    return rowOf(field).ruleName;
 }
 
 } // namespace tagmoor

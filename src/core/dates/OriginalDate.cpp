@@ -1,55 +1,55 @@
 #include "dates/OriginalDate.h"
 
+#include "model/KeyTable.h"
+
 namespace tagmoor {
 
 namespace {
 
-std::optional<QDateTime> dateOf(const PropertyValue& value) {
-    const auto date = value.date();
+struct Member {
+    std::optional<QDateTime> OriginalDate::*date;
+};
+
+constexpr Member kMembers[] = {
+#define TAGMOOR_DATE_MEMBER(name, rule, key) {&OriginalDate::name},
+    TAGMOOR_DATE_FIELDS(TAGMOOR_DATE_MEMBER)
+#undef TAGMOOR_DATE_MEMBER
+};
+
+std::optional<QDateTime> dateOf(const PropertyValue* value) {
+    const auto date = value ? value->date() : std::nullopt;
     if (!date || !date->isValid())
         return std::nullopt;
     return date;
 }
 
-template <typename Group>
-std::optional<QDateTime> groupDate(const std::optional<Group>& group,
-                                   PropertyValue Group::*member) {
-    return group ? dateOf((*group).*member) : std::nullopt;
+// The key row of each field, looked up once.
+const std::array<const KeyRow*, allDateFields.size()>& keyRows() {
+    static const auto rows = [] {
+        std::array<const KeyRow*, allDateFields.size()> out{};
+        for (DateField field : allDateFields)
+            out[std::size_t(field)] = findKeyRow(QLatin1String(dateFieldKey(field)));
+        return out;
+    }();
+    return rows;
 }
 
 } // namespace
 
 const std::optional<QDateTime>& OriginalDate::get(DateField field) const {
-    return const_cast<OriginalDate*>(this)->get(field);
+    return this->*kMembers[static_cast<int>(field)].date;
 }
 
 std::optional<QDateTime>& OriginalDate::get(DateField field) {
-    switch (field) {
-    case DateField::dateTimeOriginal:
-        return dateTimeOriginal;
-    case DateField::creationDate:
-        return creationDate;
-    case DateField::modifyDate:
-        return modifyDate;
-    case DateField::createDateXMP:
-        return createDateXMP;
-    case DateField::modifyDateXMP:
-        return modifyDateXMP;
-    case DateField::createDateXMPPhotoshop:
-        break;
-    }
-    return createDateXMPPhotoshop;
+    return this->*kMembers[static_cast<int>(field)].date;
 }
 
 OriginalDate OriginalDate::of(const CGImageProperties& record) {
     OriginalDate dates;
-    dates.dateTimeOriginal = groupDate(record.exifProperties, &EXIFProperties::dateTimeOriginal);
-    dates.creationDate = dateOf(record.createDate);
-    dates.modifyDate = dateOf(record.modifyDate);
-    dates.createDateXMP = groupDate(record.xmpDataProperties, &XMPDataProperties::createDate);
-    dates.modifyDateXMP = groupDate(record.xmpDataProperties, &XMPDataProperties::modifyDate);
-    dates.createDateXMPPhotoshop =
-        groupDate(record.xmpDataProperties, &XMPDataProperties::photoshopCreateDate);
+    for (DateField field : allDateFields) {
+        const KeyRow* row = keyRows()[std::size_t(field)];
+        dates.get(field) = row ? dateOf(row->peek(record)) : std::nullopt;
+    }
     return dates;
 }
 

@@ -11,19 +11,15 @@ namespace tagmoor {
 
 // The six dates of one photo as they stood when read: the photo's own date of each field.
 struct OriginalDate {
-    std::optional<QDateTime> dateTimeOriginal;
-    std::optional<QDateTime> creationDate;
-    std::optional<QDateTime> modifyDate;
-    std::optional<QDateTime> createDateXMP;
-    std::optional<QDateTime> modifyDateXMP;
-    std::optional<QDateTime> createDateXMPPhotoshop;
+#define TAGMOOR_DATE_SLOT(name, rule, key) std::optional<QDateTime> name;
+    TAGMOOR_DATE_FIELDS(TAGMOOR_DATE_SLOT)
+#undef TAGMOOR_DATE_SLOT
 
     const std::optional<QDateTime>& get(DateField field) const;
     std::optional<QDateTime>& get(DateField field);
 
-    // The record's dates: exifProperties.dateTimeOriginal, the top-level createDate and
-    // modifyDate, and the XMP group's createDate, modifyDate and photoshopCreateDate. A
-    // value that is absent, not a date or an invalid date gives no date.
+    // The record's dates: each field's date is the record field that its key fills when the
+    // photo is read. A value that is absent, not a date or an invalid date gives no date.
     static OriginalDate of(const CGImageProperties& record);
 
     bool operator==(const OriginalDate&) const = default;

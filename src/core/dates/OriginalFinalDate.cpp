@@ -12,19 +12,10 @@ struct FieldMembers {
 };
 
 constexpr FieldMembers kMembers[] = {
-    {&OriginalFinalDate::dateTimeOriginal, &OriginalFinalDate::configurationTimeOriginal,
-     &OriginalFinalDate::dateTimeOriginalAlive},
-    {&OriginalFinalDate::creationDate, &OriginalFinalDate::configurationCreationDate,
-     &OriginalFinalDate::creationDateAlive},
-    {&OriginalFinalDate::modifyDate, &OriginalFinalDate::configurationModifyDate,
-     &OriginalFinalDate::modifyDateAlive},
-    {&OriginalFinalDate::createDateXMP, &OriginalFinalDate::configurationCreateDateXMP,
-     &OriginalFinalDate::createDateXMPAlive},
-    {&OriginalFinalDate::modifyDateXMP, &OriginalFinalDate::configurationModifyDateXMP,
-     &OriginalFinalDate::modifyDateXMPAlive},
-    {&OriginalFinalDate::createDateXMPPhotoshop,
-     &OriginalFinalDate::configurationCreateDateXMPPhotoshop,
-     &OriginalFinalDate::createDateXMPPhotoshopAlive},
+#define TAGMOOR_DATE_MEMBERS(name, rule, key)                                                      \
+    {&OriginalFinalDate::name, &OriginalFinalDate::rule, &OriginalFinalDate::name##Alive},
+    TAGMOOR_DATE_FIELDS(TAGMOOR_DATE_MEMBERS)
+#undef TAGMOOR_DATE_MEMBERS
 };
 
 const FieldMembers& membersOf(DateField field) {

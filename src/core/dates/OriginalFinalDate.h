@@ -15,26 +15,17 @@ namespace tagmoor {
 // rules, six flags. A default value is the empty store: no dates, keep-original rules,
 // nothing touched.
 struct OriginalFinalDate {
-    std::optional<QDateTime> dateTimeOriginal;
-    std::optional<QDateTime> creationDate;
-    std::optional<QDateTime> modifyDate;
-    std::optional<QDateTime> createDateXMP;
-    std::optional<QDateTime> modifyDateXMP;
-    std::optional<QDateTime> createDateXMPPhotoshop;
+#define TAGMOOR_DATE_SLOT(name, rule, key) std::optional<QDateTime> name;
+    TAGMOOR_DATE_FIELDS(TAGMOOR_DATE_SLOT)
+#undef TAGMOOR_DATE_SLOT
 
-    DateTimeConfiguration configurationTimeOriginal;
-    DateTimeConfiguration configurationCreationDate;
-    DateTimeConfiguration configurationModifyDate;
-    DateTimeConfiguration configurationCreateDateXMP;
-    DateTimeConfiguration configurationModifyDateXMP;
-    DateTimeConfiguration configurationCreateDateXMPPhotoshop;
+#define TAGMOOR_DATE_RULE(name, rule, key) DateTimeConfiguration rule;
+    TAGMOOR_DATE_FIELDS(TAGMOOR_DATE_RULE)
+#undef TAGMOOR_DATE_RULE
 
-    bool dateTimeOriginalAlive = false;
-    bool creationDateAlive = false;
-    bool modifyDateAlive = false;
-    bool createDateXMPAlive = false;
-    bool modifyDateXMPAlive = false;
-    bool createDateXMPPhotoshopAlive = false;
+#define TAGMOOR_DATE_ALIVE(name, rule, key) bool name##Alive = false;
+    TAGMOOR_DATE_FIELDS(TAGMOOR_DATE_ALIVE)
+#undef TAGMOOR_DATE_ALIVE
 
     // The three members of one field.
     std::optional<QDateTime>& slot(DateField field);

@@ -6,7 +6,9 @@
 #include <QJsonValue>
 
 #include <cmath>
+#include <concepts>
 #include <limits>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -40,77 +42,96 @@ QByteArray jsonObject(const Members& members) {
 QByteArray boolean(bool value) {
     return value ? "true" : "false";
 }
-QByteArray number(int value) {
-    return QByteArray::number(value);
-}
 
 QString dateText(const QDateTime& date) {
     return date.toUTC().toString(Qt::ISODateWithMs);
 }
 
-void addDate(Members& members, const char* name, const std::optional<QDateTime>& date) {
+// The stored members of each rule record, in their stored order: the one list that both the
+// encoder and the decoder walk. `f(name, member)` is called for each.
+template <typename Self, typename F>
+requires std::same_as<std::remove_const_t<Self>, UpdateDate>
+void forEachMember(Self& v, F&& f) {
+    f("changeDays", v.changeDays);
+    f("changeMonths", v.changeMonths);
+    f("changeYears", v.changeYears);
+    f("changeHours", v.changeHours);
+    f("changeMinutes", v.changeMinutes);
+    f("changeSeconds", v.changeSeconds);
+    f("timeMode", v.timeMode);
+    f("isKeepOriginalDays", v.isKeepOriginalDays);
+    f("isKeepOriginalMonths", v.isKeepOriginalMonths);
+    f("isKeepOriginalYears", v.isKeepOriginalYears);
+    f("isKeepOriginalTime", v.isKeepOriginalTime);
+}
+
+template <typename Self, typename F>
+requires std::same_as<std::remove_const_t<Self>, IDOD>
+void forEachMember(Self& v, F&& f) {
+    f("changeDays", v.changeDays);
+    f("changeMonths", v.changeMonths);
+    f("changeYears", v.changeYears);
+    f("isKeepOriginalDays", v.isKeepOriginalDays);
+    f("isKeepOriginalMonths", v.isKeepOriginalMonths);
+    f("isKeepOriginalYears", v.isKeepOriginalYears);
+}
+
+template <typename Self, typename F>
+requires std::same_as<std::remove_const_t<Self>, IDOT>
+void forEachMember(Self& v, F&& f) {
+    f("changeHours", v.changeHours);
+    f("changeMinutes", v.changeMinutes);
+    f("changeSeconds", v.changeSeconds);
+    f("isKeepOriginalHours", v.isKeepOriginalHours);
+    f("isKeepOriginalMinutes", v.isKeepOriginalMinutes);
+    f("isKeepOriginalSeconds", v.isKeepOriginalSeconds);
+}
+
+template <typename Self, typename F>
+requires std::same_as<std::remove_const_t<Self>, DateTimeConfiguration>
+void forEachMember(Self& v, F&& f) {
+    f("isKeepOriginal", v.isKeepOriginal);
+    f("isEmptyValue", v.isEmptyValue);
+    f("isSelectDate", v.isSelectDate);
+    f("isUpdateDate", v.isUpdateDate);
+    f("isIDOD", v.isIDOD);
+    f("isIDOT", v.isIDOT);
+    f("selectDate", v.selectDate);
+    f("updateDate", v.updateDate);
+    f("idod", v.idod);
+    f("idot", v.idot);
+}
+
+// Writing: one overload per member kind; a record becomes a nested object.
+template <typename Record> QByteArray encode(const Record& v);
+
+void put(Members& members, const char* name, bool value) {
+    members.emplace_back(name, boolean(value));
+}
+void put(Members& members, const char* name, int value) {
+    members.emplace_back(name, QByteArray::number(value));
+}
+void put(Members& members, const char* name, TimeMode value) {
+    members.emplace_back(name, value == TimeMode::pm ? "\"pm\"" : "\"am\"");
+}
+// An absent or invalid date is left out.
+void put(Members& members, const char* name, const std::optional<QDateTime>& date) {
     if (date && date->isValid())
         members.emplace_back(name, jsonScalar(dateText(*date)));
 }
-
-QByteArray encode(const UpdateDate& v) {
-    return jsonObject({
-        {"changeDays", number(v.changeDays)},
-        {"changeMonths", number(v.changeMonths)},
-        {"changeYears", number(v.changeYears)},
-        {"changeHours", number(v.changeHours)},
-        {"changeMinutes", number(v.changeMinutes)},
-        {"changeSeconds", number(v.changeSeconds)},
-        {"timeMode", v.timeMode == TimeMode::pm ? "\"pm\"" : "\"am\""},
-        {"isKeepOriginalDays", boolean(v.isKeepOriginalDays)},
-        {"isKeepOriginalMonths", boolean(v.isKeepOriginalMonths)},
-        {"isKeepOriginalYears", boolean(v.isKeepOriginalYears)},
-        {"isKeepOriginalTime", boolean(v.isKeepOriginalTime)},
-    });
+template <typename Record>
+requires std::is_class_v<Record>
+void put(Members& members, const char* name, const Record& record) {
+    members.emplace_back(name, encode(record));
 }
 
-QByteArray encode(const IDOD& v) {
-    return jsonObject({
-        {"changeDays", number(v.changeDays)},
-        {"changeMonths", number(v.changeMonths)},
-        {"changeYears", number(v.changeYears)},
-        {"isKeepOriginalDays", boolean(v.isKeepOriginalDays)},
-        {"isKeepOriginalMonths", boolean(v.isKeepOriginalMonths)},
-        {"isKeepOriginalYears", boolean(v.isKeepOriginalYears)},
-    });
-}
-
-QByteArray encode(const IDOT& v) {
-    return jsonObject({
-        {"changeHours", number(v.changeHours)},
-        {"changeMinutes", number(v.changeMinutes)},
-        {"changeSeconds", number(v.changeSeconds)},
-        {"isKeepOriginalHours", boolean(v.isKeepOriginalHours)},
-        {"isKeepOriginalMinutes", boolean(v.isKeepOriginalMinutes)},
-        {"isKeepOriginalSeconds", boolean(v.isKeepOriginalSeconds)},
-    });
-}
-
-QByteArray encode(const DateTimeConfiguration& v) {
-    Members members{
-        {"isKeepOriginal", boolean(v.isKeepOriginal)},
-        {"isEmptyValue", boolean(v.isEmptyValue)},
-        {"isSelectDate", boolean(v.isSelectDate)},
-        {"isUpdateDate", boolean(v.isUpdateDate)},
-        {"isIDOD", boolean(v.isIDOD)},
-        {"isIDOT", boolean(v.isIDOT)},
-    };
-    addDate(members, "selectDate", v.selectDate);
-    members.emplace_back("updateDate", encode(v.updateDate));
-    members.emplace_back("idod", encode(v.idod));
-    members.emplace_back("idot", encode(v.idot));
+template <typename Record> QByteArray encode(const Record& v) {
+    Members members;
+    forEachMember(v, [&](const char* name, const auto& value) { put(members, name, value); });
     return jsonObject(members);
 }
 
-bool decodeInto(const QJsonObject& o, UpdateDate& v);
-bool decodeInto(const QJsonObject& o, IDOD& v);
-bool decodeInto(const QJsonObject& o, IDOT& v);
-bool decodeInto(const QJsonObject& o, DateTimeConfiguration& v);
+template <typename Record> bool decodeInto(const QJsonObject& o, Record& v);
 
 // Reading: each reader gives false when the member is missing or of the wrong type, and the
 // whole decode then fails.
@@ -173,75 +194,10 @@ private:
     bool m_ok = true;
 };
 
-bool decodeInto(const QJsonObject& o, UpdateDate& v) {
+template <typename Record> bool decodeInto(const QJsonObject& o, Record& v) {
     Reader r(o);
-    r.read("changeDays", v.changeDays);
-    r.read("changeMonths", v.changeMonths);
-    r.read("changeYears", v.changeYears);
-    r.read("changeHours", v.changeHours);
-    r.read("changeMinutes", v.changeMinutes);
-    r.read("changeSeconds", v.changeSeconds);
-    r.read("timeMode", v.timeMode);
-    r.read("isKeepOriginalDays", v.isKeepOriginalDays);
-    r.read("isKeepOriginalMonths", v.isKeepOriginalMonths);
-    r.read("isKeepOriginalYears", v.isKeepOriginalYears);
-    r.read("isKeepOriginalTime", v.isKeepOriginalTime);
+    forEachMember(v, [&](const char* name, auto& value) { r.read(name, value); });
     return r.ok();
-}
-
-bool decodeInto(const QJsonObject& o, IDOD& v) {
-    Reader r(o);
-    r.read("changeDays", v.changeDays);
-    r.read("changeMonths", v.changeMonths);
-    r.read("changeYears", v.changeYears);
-    r.read("isKeepOriginalDays", v.isKeepOriginalDays);
-    r.read("isKeepOriginalMonths", v.isKeepOriginalMonths);
-    r.read("isKeepOriginalYears", v.isKeepOriginalYears);
-    return r.ok();
-}
-
-bool decodeInto(const QJsonObject& o, IDOT& v) {
-    Reader r(o);
-    r.read("changeHours", v.changeHours);
-    r.read("changeMinutes", v.changeMinutes);
-    r.read("changeSeconds", v.changeSeconds);
-    r.read("isKeepOriginalHours", v.isKeepOriginalHours);
-    r.read("isKeepOriginalMinutes", v.isKeepOriginalMinutes);
-    r.read("isKeepOriginalSeconds", v.isKeepOriginalSeconds);
-    return r.ok();
-}
-
-bool decodeInto(const QJsonObject& o, DateTimeConfiguration& v) {
-    Reader r(o);
-    r.read("isKeepOriginal", v.isKeepOriginal);
-    r.read("isEmptyValue", v.isEmptyValue);
-    r.read("isSelectDate", v.isSelectDate);
-    r.read("isUpdateDate", v.isUpdateDate);
-    r.read("isIDOD", v.isIDOD);
-    r.read("isIDOT", v.isIDOT);
-    r.read("selectDate", v.selectDate);
-    r.read("updateDate", v.updateDate);
-    r.read("idod", v.idod);
-    r.read("idot", v.idot);
-    return r.ok();
-}
-
-const char* ruleName(DateField field) {
-    switch (field) {
-    case DateField::dateTimeOriginal:
-        return "configurationTimeOriginal";
-    case DateField::creationDate:
-        return "configurationCreationDate";
-    case DateField::modifyDate:
-        return "configurationModifyDate";
-    case DateField::createDateXMP:
-        return "configurationCreateDateXMP";
-    case DateField::modifyDateXMP:
-        return "configurationModifyDateXMP";
-    case DateField::createDateXMPPhotoshop:
-        break;
-    }
-    return "configurationCreateDateXMPPhotoshop";
 }
 
 QByteArray aliveName(DateField field) {
@@ -253,11 +209,11 @@ QByteArray aliveName(DateField field) {
 QByteArray encodeOriginalFinalDate(const OriginalFinalDate& rules) {
     Members members;
     for (DateField field : allDateFields)
-        addDate(members, dateFieldName(field), rules.slot(field));
+        put(members, dateFieldName(field), rules.slot(field));
     for (DateField field : allDateFields)
-        members.emplace_back(ruleName(field), encode(rules.rule(field)));
+        put(members, dateRuleName(field), rules.rule(field));
     for (DateField field : allDateFields)
-        members.emplace_back(aliveName(field), boolean(rules.alive(field)));
+        put(members, aliveName(field).constData(), rules.alive(field));
     return jsonObject(members);
 }
 
@@ -271,7 +227,7 @@ std::optional<OriginalFinalDate> decodeOriginalFinalDate(const QByteArray& json)
     for (DateField field : allDateFields)
         r.read(dateFieldName(field), rules.slot(field));
     for (DateField field : allDateFields)
-        r.read(ruleName(field), rules.rule(field));
+        r.read(dateRuleName(field), rules.rule(field));
     for (DateField field : allDateFields)
         r.read(aliveName(field).constData(), rules.alive(field));
     if (!r.ok())

@@ -6,12 +6,21 @@ namespace tagmoor {
 
 namespace {
 
-#define TIFF(f) [](CGImageProperties& r) -> PropertyValue* { return &r.tiffProperties->f; }
-#define EXIF(f) [](CGImageProperties& r) -> PropertyValue* { return &r.exifProperties->f; }
-#define GPS(f) [](CGImageProperties& r) -> PropertyValue* { return &r.gpsProperties->f; }
-#define IPTC(f) [](CGImageProperties& r) -> PropertyValue* { return &r.iptcProperties->f; }
-#define XMP(f) [](CGImageProperties& r) -> PropertyValue* { return &r.xmpDataProperties->f; }
-#define TOP(f) [](CGImageProperties& r) -> PropertyValue* { return &r.f; }
+// Each field gives the row two accessors: one that fills the record, one that reads it.
+#define GROUP_FIELD(group, f)                                                                      \
+    [](CGImageProperties& r) -> PropertyValue* { return &r.group->f; },                            \
+        [](const CGImageProperties& r) -> const PropertyValue* {                                   \
+            return r.group ? &r.group->f : nullptr;                                                \
+        }
+#define TIFF(f) GROUP_FIELD(tiffProperties, f)
+#define EXIF(f) GROUP_FIELD(exifProperties, f)
+#define GPS(f) GROUP_FIELD(gpsProperties, f)
+#define IPTC(f) GROUP_FIELD(iptcProperties, f)
+#define XMP(f) GROUP_FIELD(xmpDataProperties, f)
+#define TOP(f)                                                                                     \
+    [](CGImageProperties& r) -> PropertyValue* { return &r.f; },                                   \
+        [](const CGImageProperties& r) -> const PropertyValue* { return &r.f; }
+#define NO_FIELD nullptr, nullptr
 
 using R = ReadKind;
 using W = WriteKind;
@@ -69,10 +78,10 @@ const std::array<KeyRow, kExifKeyCount> kExifRows{{
     {E, 45, "Exif.Photo.MaxApertureValue", R::Float32, W::Rational, EXIF(maxApertureValue)},
     {E, 46, "Exif.Photo.ColorSpace", R::Int64, W::Integer, EXIF(colorSpace)},
     {E, 47, "Exif.Photo.LightSource", R::Int64, W::Integer, EXIF(lightSource)},
-    {E, 48, "Exif.Photo.MakerNote", R::NotRead, W::NotWritten, nullptr},
-    {E, 49, "Exif.Photo.FileSource", R::NotRead, W::NotWritten, nullptr},
-    {E, 50, "Exif.Photo.DeviceSettingDescription", R::NotRead, W::NotWritten, nullptr},
-    {E, 51, "Exif.Photo.FlashpixVersion", R::NotRead, W::NotWritten, nullptr},
+    {E, 48, "Exif.Photo.MakerNote", R::NotRead, W::NotWritten, NO_FIELD},
+    {E, 49, "Exif.Photo.FileSource", R::NotRead, W::NotWritten, NO_FIELD},
+    {E, 50, "Exif.Photo.DeviceSettingDescription", R::NotRead, W::NotWritten, NO_FIELD},
+    {E, 51, "Exif.Photo.FlashpixVersion", R::NotRead, W::NotWritten, NO_FIELD},
     {E, 52, "Exif.Photo.DigitalZoomRatio", R::Float32, W::Rational, EXIF(digitalZoomRatio)},
     {E, 53, "Exif.Photo.DateTimeDigitized", R::DateText, W::Text, TOP(createDate)},
     {E, 54, "Exif.Image.DateTime", R::DateText, W::Text, TOP(modifyDate)},

@@ -27,6 +27,9 @@ struct KeyRow {
     WriteKind write;
     // The record field the row fills; its group must be present. nullptr for rows 48-51.
     PropertyValue* (*field)(CGImageProperties&);
+    // The same field of a record as it stands: nullptr when its group is absent, and for
+    // rows 48-51.
+    const PropertyValue* (*peek)(const CGImageProperties&);
 };
 
 constexpr int kExifKeyCount = 55;

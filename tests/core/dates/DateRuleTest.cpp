@@ -2,6 +2,7 @@
 #include "dates/DateRule.h"
 #include "dates/DateRuleStore.h"
 #include "dates/DateTexts.h"
+#include "model/KeyTable.h"
 
 #include <gtest/gtest.h>
 
@@ -190,6 +191,13 @@ TEST(DateRule, RecordFieldsAndStoreSlots) {
               writes("2021-04-01 13:00:00"));
     EXPECT_EQ(applyDateRule(DateField::createDateXMPPhotoshop, record, rules),
               writes("2021-06-01 08:09:10"));
+
+    // Every field's key is a date row of the key table, so the photo's date is read from it.
+    for (DateField field : allDateFields) {
+        const KeyRow* row = findKeyRow(QLatin1String(dateFieldKey(field)));
+        ASSERT_NE(row, nullptr) << dateFieldKey(field);
+        EXPECT_EQ(row->read, ReadKind::DateText) << dateFieldKey(field);
+    }
 
     CGImageProperties bare;
     EXPECT_EQ(applyDateRule(DateField::dateTimeOriginal, bare, rules), kNothing);
