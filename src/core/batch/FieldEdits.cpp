@@ -53,22 +53,6 @@ template <typename Int> std::optional<Int> integerOf(const PropertyValue& v) {
     return Int(cut);
 }
 
-// A copy of the record in which every group that a key row reads is present, so that the
-// table's field accessors can be used on it.
-CGImageProperties withKeyGroups(CGImageProperties r) {
-    if (!r.tiffProperties)
-        r.tiffProperties.emplace();
-    if (!r.exifProperties)
-        r.exifProperties.emplace();
-    if (!r.gpsProperties)
-        r.gpsProperties.emplace();
-    if (!r.iptcProperties)
-        r.iptcProperties.emplace();
-    if (!r.xmpDataProperties)
-        r.xmpDataProperties.emplace();
-    return r;
-}
-
 } // namespace
 
 void FieldEdits::erase(const KeyRow& row) {

@@ -195,4 +195,25 @@ std::optional<QDateTime> parseZonedDate(const QString& text) {
     return parseWith(kZonedPattern, text);
 }
 
+QString formatWithPattern(const QDateTime& date, const char16_t* pattern) {
+    icu::SimpleDateFormat* format = ThreadDateContext::current().format(pattern);
+    if (!date.isValid() || !format)
+        return {};
+    icu::UnicodeString text;
+    format->format(toUDate(date), text);
+    return toQString(text);
+}
+
+QString mediumDateTimeText(const QDateTime& date) {
+    if (!date.isValid())
+        return {};
+    std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+        icu::DateFormat::kMedium, icu::DateFormat::kMedium, icu::Locale::getDefault()));
+    if (!format)
+        return {};
+    icu::UnicodeString text;
+    format->format(toUDate(date), text);
+    return toQString(text);
+}
+
 } // namespace tagmoor

@@ -64,4 +64,10 @@ std::optional<QDateTime> parseRuleDate(const QString& text);
 // The same with a zone offset: "yyyy-MM-dd HH:mm:ss Z", e.g. "2021-05-06 10:22:33 +0200".
 std::optional<QDateTime> parseZonedDate(const QString& text);
 
+// `date` by a Unicode date pattern, e.g. u"h:mm:ss a"; an invalid date gives an empty text.
+QString formatWithPattern(const QDateTime& date, const char16_t* pattern);
+
+// `date` with medium date and time styles of the default locale ("Jan 5, 2021, 10:22:33 AM").
+QString mediumDateTimeText(const QDateTime& date);
+
 } // namespace tagmoor

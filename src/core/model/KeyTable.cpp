@@ -173,4 +173,18 @@ const KeyRow* findKeyRow(const QString& key) {
     return byKey.value(key, nullptr);
 }
 
+CGImageProperties withKeyGroups(CGImageProperties r) {
+    if (!r.tiffProperties)
+        r.tiffProperties.emplace();
+    if (!r.exifProperties)
+        r.exifProperties.emplace();
+    if (!r.gpsProperties)
+        r.gpsProperties.emplace();
+    if (!r.iptcProperties)
+        r.iptcProperties.emplace();
+    if (!r.xmpDataProperties)
+        r.xmpDataProperties.emplace();
+    return r;
+}
+
 } // namespace tagmoor

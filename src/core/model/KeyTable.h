@@ -80,4 +80,8 @@ const QStringList& xmpKeyNames();
 // The row that has this key text, or nullptr.
 const KeyRow* findKeyRow(const QString& key);
 
+// A copy of the record in which every group that a key row reads is present, so that the
+// rows' `field` accessors can be used on it.
+CGImageProperties withKeyGroups(CGImageProperties record);
+
 } // namespace tagmoor

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+#include <span>
+
+namespace tagmoor {
+
+// The three families of the form, each a box of its own; one is visible at a time.
+enum class Editor { exif, iptc, xmp };
+
+// One row of the form as it is laid out: its position and its label.
+struct FormLine {
+    int position;
+    const char* label;
+};
+
+// One titled section of a family's box, with its rows in the order shown.
+struct FormSection {
+    Editor editor;
+    const char* titleControl; // "lblGeneral"
+    const char* title;        // "General"
+    std::span<const FormLine> lines;
+};
+
+// Every section of the form, family by family, in the order shown. Together they hold each
+// of the 75 keyed positions once.
+std::span<const FormSection> formSections();
+
+// The title control and text of a family's box ("lblExifEditor", "EXIF Editor").
+const char* editorTitleControl(Editor editor);
+const char* editorTitle(Editor editor);
+
+// The label of a position ("Artist"), as the form shows it; empty for a position without one.
+QString labelOf(int position);
+
+} // namespace tagmoor

@@ -1,0 +1,370 @@
+#include "editor/MetadataForm.h"
+
+#include "batch/FormSnapshot.h"
+#include "dates/DateTexts.h"
+#include "editor/DateSummary.h"
+#include "editor/EditorState.h"
+#include "editor/FieldDisplay.h"
+#include "editor/FormPopups.h"
+#include "foundation/UserPrompt.h"
+#include "model/FormFieldTable.h"
+#include "workingset/WorkingSet.h"
+
+#include <QCoreApplication>
+
+#include <cmath>
+
+namespace tagmoor {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("MetadataForm", text);
+}
+
+constexpr int kLatitude = 31;
+constexpr int kLatitudeRef = 32;
+constexpr int kLongitude = 33;
+
+// The form position of each date field, in the order of allDateFields.
+int positionOf(DateField field) {
+    return dateFieldsInRunOrder()[std::size_t(field)]->position;
+}
+
+std::optional<DateField> dateFieldAt(int position) {
+    for (DateField field : allDateFields) {
+        if (positionOf(field) == position)
+            return field;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+QString multipleValuesText() {
+    return tr("Multiple Values");
+}
+
+QString emptyValuePlaceholderText() {
+    return tr("Empty value in all images");
+}
+
+MetadataForm::MetadataForm(const WorkingSet& workingSet, EditorState& state, UserPrompt& prompt,
+                           bool isHome, QObject* parent)
+    : QObject(parent), m_set(workingSet), m_state(state), m_prompt(prompt), m_isHome(isHome) {}
+
+void MetadataForm::setEnableComponents(bool on) {
+    if (m_isEnableComponents == on)
+        return;
+    m_isEnableComponents = on;
+    emit enableComponentsChanged(on);
+}
+
+QString MetadataForm::placeholderText(int position) const {
+    switch (placeholder(position)) {
+    case Placeholder::MultipleValues:
+        return multipleValuesText();
+    case Placeholder::EmptyInAllImages:
+        return emptyValuePlaceholderText();
+    case Placeholder::None:
+        break;
+    }
+    return {};
+}
+
+bool MetadataForm::isEdited(int position) const {
+    return m_isHome && m_state.fieldEditedFlags.test(position);
+}
+
+DateRuleStore& MetadataForm::dateStore() const {
+    return m_state.dateStores.forPanel(m_isHome);
+}
+
+QList<const CGImageProperties*> MetadataForm::selectedRecords() const {
+    QList<const CGImageProperties*> records;
+    const auto& images = m_set.workingImages();
+    records.reserve(m_selection.size());
+    for (int i : m_selection) {
+        if (i >= 0 && i < images.size())
+            records.append(&images[i]);
+    }
+    return records;
+}
+
+void MetadataForm::setPlaceholders(Placeholder placeholder) {
+    m_placeholders.fill(placeholder);
+}
+
+void MetadataForm::clearFields(bool resetDates) {
+    for (QString& text : m_texts)
+        text.clear();
+    m_rows.fill(0);
+    if (resetDates) {
+        m_state.originalDates = OriginalDate{};
+        dateStore().reset();
+    }
+    emit formReset();
+}
+
+void MetadataForm::updateMetadataInfo(int index, bool isMultipleSelected,
+                                      const QList<int>& indexes) {
+    const auto& images = m_set.workingImages();
+    if (images.isEmpty() || index < 0 || index >= images.size()) {
+        m_tempProperty = readForm();
+        m_selection.clear();
+        clearFields(false);
+        return;
+    }
+    // What the user typed stays: an edited field keeps its text whatever the photos hold, so
+    // that marking another photo never loses an edit the run is to write.
+    const auto texts = m_texts;
+    const auto rows = m_rows;
+
+    m_state.currentImageIndex = index;
+    m_selection = isMultipleSelected ? indexes : QList<int>{index};
+    if (!m_selection.contains(index))
+        m_selection.prepend(index);
+    m_state.originalDates = OriginalDate::of(images[index]);
+
+    for (QString& text : m_texts)
+        text.clear();
+    m_rows.fill(0);
+    if (m_selection.size() > 1) {
+        QList<const CGImageProperties*> records = selectedRecords();
+        records.removeOne(&images[index]);
+        records.prepend(&images[index]);
+        MergedSelection merged = mergeSelection(records);
+        m_placeholders = merged.placeholders;
+        m_tempProperty = std::move(merged.record);
+    } else {
+        setPlaceholders(Placeholder::None);
+        m_tempProperty = images[index];
+    }
+    showRecord(m_tempProperty);
+
+    const CGImageProperties& shown = images[index];
+    m_selectedLatitude.reset();
+    m_selectedLongitude.reset();
+    if (shown.gpsProperties) {
+        if (auto lat = shown.gpsProperties->latitude.float32())
+            m_selectedLatitude = double(*lat);
+        if (auto lon = shown.gpsProperties->longitude.float32())
+            m_selectedLongitude = double(*lon);
+    }
+
+    if (m_isHome) {
+        for (const FormField& field : formFields()) {
+            const std::size_t p = std::size_t(field.position);
+            if (!field.isDate() && m_state.fieldEditedFlags.test(field.position)) {
+                m_texts[p] = texts[p];
+                m_rows[p] = rows[p];
+            }
+        }
+    }
+    refreshDateSummaries();
+    emit formReset();
+}
+
+void MetadataForm::showRecord(const CGImageProperties& record) {
+    for (const FormField& field : formFields()) {
+        const std::size_t p = std::size_t(field.position);
+        if (field.kind == FormKind::Popup) {
+            m_rows[p] = FieldDisplay::popupRow(record, field);
+            continue;
+        }
+        const QString text = FieldDisplay::text(record, field);
+        if (!text.isEmpty())
+            m_texts[p] = text;
+    }
+}
+
+void MetadataForm::refreshDateSummaries() {
+    const OriginalFinalDate& rules = dateStore().rules();
+    bool flagged = false;
+    for (DateField field : allDateFields) {
+        if (!rules.alive(field))
+            continue;
+        const int position = positionOf(field);
+        if (m_isHome && !m_state.fieldEditedFlags.test(position)) {
+            m_state.fieldEditedFlags.set(position, true);
+            flagged = true;
+        }
+        m_texts[std::size_t(position)] = dateSummary(rules.rule(field), rules.slot(field));
+        emit fieldChanged(position);
+    }
+    if (flagged)
+        emit editedFlagsChanged();
+}
+
+CGImageProperties MetadataForm::readForm() const {
+    CGImageProperties record = FormSnapshot::empty();
+    const OriginalFinalDate& rules = dateStore().rules();
+    for (const FormField& field : formFields()) {
+        const std::size_t p = std::size_t(field.position);
+        PropertyValue& value = *field.keyRow().field(record);
+        switch (field.kind) {
+        case FormKind::Text:
+        case FormKind::Integer:
+        case FormKind::Decimal:
+            // A text the field cannot take leaves the empty form's value (0 for numbers).
+            FormSnapshot::setText(record, field, m_texts[p]);
+            break;
+        case FormKind::Popup:
+            if (auto chosen = FormPopups::valueOfRow(field.position, m_rows[p]))
+                value = *chosen;
+            else if (isEdited(field.position))
+                value.clear(); // the blank row chosen on purpose: no value
+            break;
+        case FormKind::Date:
+            if (!m_texts[p].isEmpty()) {
+                if (const auto date = dateFieldAt(field.position); date && rules.slot(*date))
+                    value = PropertyValue(*rules.slot(*date));
+            }
+            break;
+        }
+    }
+    return record;
+}
+
+bool MetadataForm::selectionHoldsText(int position, const QString& text) const {
+    const FormField* field = formFieldAt(position);
+    const QList<const CGImageProperties*> records = selectedRecords();
+    if (!field || records.isEmpty())
+        return text.isEmpty();
+    for (const CGImageProperties* record : records) {
+        if (FieldDisplay::text(*record, *field) != text)
+            return false;
+    }
+    return true;
+}
+
+bool MetadataForm::selectionHoldsRow(int position, int row) const {
+    const FormField* field = formFieldAt(position);
+    const QList<const CGImageProperties*> records = selectedRecords();
+    if (!field || records.isEmpty())
+        return row == 0;
+    for (const CGImageProperties* record : records) {
+        if (FieldDisplay::popupRow(*record, *field) != row)
+            return false;
+    }
+    return true;
+}
+
+void MetadataForm::setFlag(int position, bool edited) {
+    if (!m_isHome || m_state.fieldEditedFlags.test(position) == edited)
+        return;
+    m_state.fieldEditedFlags.set(position, edited);
+    emit editedFlagsChanged();
+}
+
+FieldInputResult MetadataForm::editText(int position, const QString& typed) {
+    const FormField* field = formFieldAt(position);
+    if (!field || field->kind == FormKind::Popup)
+        return {typed, std::nullopt};
+    if (field->isDate()) {
+        // Date fields are filled by the date panel; typing in them is no edit.
+        m_texts[std::size_t(position)] = typed;
+        return {typed, std::nullopt};
+    }
+    const FieldInputResult result = checkFieldInput(position, typed);
+    m_texts[std::size_t(position)] = result.text;
+    if (result.text != typed)
+        emit fieldChanged(position);
+    if (m_isHome)
+        setFlag(position, !selectionHoldsText(position, result.text));
+    return result;
+}
+
+void MetadataForm::choosePopupRow(int position, int row) {
+    if (!FormPopups::isPopup(position))
+        return;
+    m_rows[std::size_t(position)] = row;
+    if (m_isHome)
+        setFlag(position, !selectionHoldsRow(position, row));
+}
+
+bool MetadataForm::chooseReferenceRow(int position, int row) {
+    const bool latitude = position == kLatitudeRef;
+    const int coordinate = latitude ? kLatitude : kLongitude;
+    const auto& images = m_set.workingImages();
+    const int current = m_state.currentImageIndex;
+    if (m_isHome && current >= 0 && current < images.size() &&
+        !FieldDisplay::isEmpty(images[current], *formFieldAt(coordinate))) {
+        const QString text =
+            latitude ? tr("Changing the value of GPS Latitude Ref. will change the current "
+                          "selected location. You may edit the correct location using 'Edit "
+                          "Location' from the right pane. Are you sure you want to continue?")
+                     : tr("Changing the value of GPS Longitude Ref. will change the current "
+                          "selected location. You may edit the correct location using 'Edit "
+                          "Location' from the right pane. Are you sure you want to continue?");
+        if (!m_prompt.askYesNo(tr("Location coordinates will change"), text))
+            return false;
+    }
+    m_rows[std::size_t(position)] = row;
+    if (m_isHome && (row == 1 || row == 2))
+        setFlag(position, !selectionHoldsRow(position, row));
+    updateCoordinateFlag(coordinate);
+    return true;
+}
+
+void MetadataForm::updateCoordinateFlag(int position) {
+    const QString text = m_texts[std::size_t(position)];
+    if (text.isEmpty()) {
+        setFlag(position, false);
+        return;
+    }
+    const float typed = text.toFloat();
+    const FormField* field = formFieldAt(position);
+    bool allHold = true;
+    for (const CGImageProperties* record : selectedRecords()) {
+        const PropertyValue* value = field->keyRow().peek(*record);
+        const auto stored = value ? value->float32() : std::nullopt;
+        if (!stored || std::fabs(*stored) != typed) {
+            allHold = false;
+            break;
+        }
+    }
+    if (allHold && !selectedRecords().isEmpty()) {
+        setFlag(position, false);
+        return;
+    }
+    setFlag(position, true);
+    (position == kLatitude ? m_selectedLatitude : m_selectedLongitude) = double(typed);
+}
+
+void MetadataForm::commitDateRule(DateField field, const DateTimeConfiguration& rule,
+                                  const std::optional<QDateTime>& slot) {
+    dateStore().commitPanel(field, rule, slot);
+    refreshDateSummaries();
+}
+
+std::optional<QDateTime> MetadataForm::photoDate(DateField field) const {
+    return m_state.originalDates.get(field);
+}
+
+bool MetadataForm::isEmptyInAllSelected(int position) const {
+    const FormField* field = formFieldAt(position);
+    if (!field)
+        return true;
+    for (const CGImageProperties* record : selectedRecords()) {
+        if (!FieldDisplay::isEmpty(*record, *field))
+            return false;
+    }
+    return true;
+}
+
+bool MetadataForm::hasEdits() const {
+    return m_state.fieldEditedFlags.hasEdits();
+}
+
+void MetadataForm::resetAll() {
+    if (m_isHome)
+        m_state.fieldEditedFlags.clearAll();
+    m_selectedLatitude.reset();
+    m_selectedLongitude.reset();
+    setPlaceholders(Placeholder::None);
+    clearFields(true);
+    emit editedFlagsChanged();
+}
+
+} // namespace tagmoor

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "dates/DateField.h"
+#include "dates/DateTimeConfiguration.h"
+#include "editor/FieldInput.h"
+#include "editor/SelectionMerge.h"
+#include "model/CGImageProperties.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <array>
+#include <optional>
+
+namespace tagmoor {
+
+class DateRuleStore;
+class UserPrompt;
+class WorkingSet;
+struct EditorState;
+
+// The editor form without its widgets: the text or row of every control, its placeholder,
+// and the operations that show photos and take edits. The form's widgets show this state and
+// forward each key stroke and choice here, so every behaviour of the editor can be driven by
+// a test without a window. Main thread only.
+class MetadataForm : public QObject {
+    Q_OBJECT
+public:
+    // `isHome`: the main screen's form (edits are tracked); false for the preset panel's form,
+    // which only filters its numbers.
+    MetadataForm(const WorkingSet& workingSet, EditorState& state, UserPrompt& prompt, bool isHome,
+                 QObject* parent = nullptr);
+
+    bool isHome() const { return m_isHome; }
+    bool isEnableComponents() const { return m_isEnableComponents; }
+    void setEnableComponents(bool on);
+
+    // What the controls hold.
+    QString text(int position) const { return m_texts[std::size_t(position)]; }
+    int popupRow(int position) const { return m_rows[std::size_t(position)]; }
+    Placeholder placeholder(int position) const { return m_placeholders[std::size_t(position)]; }
+    QString placeholderText(int position) const;
+    bool isEdited(int position) const;
+
+    // Shows the photo `index`, alone or as the first of the marked `indexes`.
+    void updateMetadataInfo(int index, bool isMultipleSelected, const QList<int>& indexes);
+    // Empties every control and puts every popup on row 0; with `resetDates` the photo's
+    // dates and the date rules are emptied too.
+    void clearFields(bool resetDates);
+    // Puts a record's values into the controls: texts where the record has one, numbers
+    // without zeros, popups on the row of the record's code, dates by their summary.
+    void showRecord(const CGImageProperties& record);
+    // Sets the summary text of each date field whose rule was touched, and (on the main
+    // screen's form) counts it as an edit.
+    void refreshDateSummaries();
+    // Reads every control back into a new record: the snapshot a run takes.
+    CGImageProperties readForm() const;
+
+    // The text change path: numeric check, comparison with the photos, edit flag. Gives the
+    // text the control is to hold, and the limit message when there is one.
+    FieldInputResult editText(int position, const QString& typed);
+    // The popup path, for every popup but the two GPS references.
+    void choosePopupRow(int position, int row);
+    // The GPS reference path: asks first when the photo on display has that coordinate.
+    // False when the user said "NO": the popup is to go back to its previous row.
+    bool chooseReferenceRow(int position, int row);
+
+    // The date panel's hand-over: the field's rule and date slot are stored, and the field's
+    // summary and edit flag follow.
+    void commitDateRule(DateField field, const DateTimeConfiguration& rule,
+                        const std::optional<QDateTime>& slot);
+    // What the date panel is opened with for a field: the photo's own date, and whether the
+    // field is empty in every marked photo.
+    std::optional<QDateTime> photoDate(DateField field) const;
+    bool isEmptyInAllSelected(int position) const;
+    bool isMultipleSelected() const { return m_selection.size() > 1; }
+
+    // Any edit at all: what decides "No Changes in Metadata found".
+    bool hasEdits() const;
+    // Reset All: every control empty, every flag down, the date rules emptied.
+    void resetAll();
+
+    // The coordinate the location view and picker start from.
+    std::optional<double> selectedLatitude() const { return m_selectedLatitude; }
+    std::optional<double> selectedLongitude() const { return m_selectedLongitude; }
+
+    // The merged record of the selection, or the record being compared.
+    const CGImageProperties& tempProperty() const { return m_tempProperty; }
+
+signals:
+    // Every control is to be shown anew (texts, rows, placeholders, marks).
+    void formReset();
+    // One control changed its text or row from the core's side.
+    void fieldChanged(int position);
+    // Edit flags changed: the marks are to be drawn anew.
+    void editedFlagsChanged();
+    void enableComponentsChanged(bool on);
+
+private:
+    DateRuleStore& dateStore() const;
+    void setPlaceholders(Placeholder placeholder);
+    void setFlag(int position, bool edited);
+    bool selectionHoldsText(int position, const QString& text) const;
+    bool selectionHoldsRow(int position, int row) const;
+    void updateCoordinateFlag(int position);
+    QList<const CGImageProperties*> selectedRecords() const;
+
+    const WorkingSet& m_set;
+    EditorState& m_state;
+    UserPrompt& m_prompt;
+    const bool m_isHome;
+    bool m_isEnableComponents = true;
+    std::array<QString, 90> m_texts;
+    std::array<int, 90> m_rows{};
+    std::array<Placeholder, 90> m_placeholders{};
+    QList<int> m_selection;
+    CGImageProperties m_tempProperty;
+    std::optional<double> m_selectedLatitude;
+    std::optional<double> m_selectedLongitude;
+};
+
+// The two placeholder texts.
+QString multipleValuesText();
+QString emptyValuePlaceholderText();
+
+} // namespace tagmoor

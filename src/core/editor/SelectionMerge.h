@@ -1,0 +1,32 @@
+#pragma once
+
+#include "model/CGImageProperties.h"
+#include "model/FormFieldTable.h"
+
+#include <QList>
+
+#include <array>
+
+namespace tagmoor {
+
+// What a control shows in grey when it has no text.
+enum class Placeholder {
+    None,             // no placeholder (one photo shown)
+    MultipleValues,   // the photos disagree, or some have a value and some not
+    EmptyInAllImages, // no photo has a value
+};
+
+// The form of several photos: one record that holds a field's value only where every photo
+// agrees, and each field's placeholder.
+struct MergedSelection {
+    CGImageProperties record;
+    std::array<Placeholder, kFormPositionCount> placeholders{};
+};
+
+// Merges the records of `selected`, the first of which is the photo on display. A field keeps
+// its value when all photos agree on it; when it is empty in all of them its placeholder is
+// "Empty value in all images"; in every other case the field is emptied and shows "Multiple
+// Values". The outcome is the same for any order of the photos.
+MergedSelection mergeSelection(const QList<const CGImageProperties*>& selected);
+
+} // namespace tagmoor
