@@ -52,6 +52,7 @@ public:
     LaunchState& launchState() { return m_shell.launchState(); }
     AppEvents& events() { return m_shell.events(); }
     WorkingSet& workingSet() { return m_shell.workingSet(); }
+    EditorState& editorState() { return m_shell.editorState(); }
     OpenWithQueue& openWithQueue() { return m_shell.openWithQueue(); }
     LoginItem& loginItem() { return m_shell.loginItem(); }
     UpdateChecker& updater() { return m_shell.updater(); }

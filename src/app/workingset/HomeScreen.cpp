@@ -1,8 +1,14 @@
 #include "workingset/HomeScreen.h"
 
+#include "editor/FieldDisplay.h"
+#include "editor/MetadataForm.h"
+#include "editor/MetadataViewController.h"
 #include "foundation/AppEvents.h"
 #include "foundation/UserPrompt.h"
+#include "model/FormFieldTable.h"
+#include "widgets/DesktopActions.h"
 #include "widgets/DimmingCover.h"
+#include "widgets/FileInfoDialog.h"
 #include "workingset/ListSelection.h"
 #include "workingset/PanelFilter.h"
 #include "workingset/PhotoItemDelegate.h"
@@ -52,14 +58,16 @@ QFrame* makeLine() {
 HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
     : QWidget(parent), m_objects(objects), m_segment(new QButtonGroup(this)),
       m_gridButton(new QToolButton), m_tableButton(new QToolButton), m_selectAll(new QCheckBox),
-      m_total(new QLabel),
-      m_addMore(makeButton(QStringLiteral("btnAddMore"), QStringLiteral("Add More"))),
-      m_remove(makeButton(QStringLiteral("btnRemove"), QStringLiteral("Remove"))),
-      m_views(new QStackedWidget), m_grid(new PhotoGridView(objects.thumbnails)),
+      m_total(new QLabel), m_addMore(makeButton(QStringLiteral("btnAddMore"), tr("Add More"))),
+      m_remove(makeButton(QStringLiteral("btnRemove"), tr("Remove"))), m_views(new QStackedWidget),
+      m_grid(new PhotoGridView(objects.thumbnails)),
       m_table(new PhotoTableView(objects.thumbnails)), m_preview(new QLabel),
-      m_imageName(new QLabel), m_editorHost(new QWidget), m_markedSummary(new QLabel),
-      m_start(makeButton(QStringLiteral("btnStartProcess"), QStringLiteral("Start Process"))),
-      m_cover(nullptr), m_progress(nullptr) {
+      m_imageName(new QLabel), m_editorHost(new QWidget),
+      m_form(new MetadataForm(objects.workingSet, objects.editorState, objects.prompt, true, this)),
+      m_editor(new MetadataViewController(*m_form, objects.events)),
+      m_desktop(new DesktopActions(objects.prompt, this)), m_markedSummary(new QLabel),
+      m_start(makeButton(QStringLiteral("btnStartProcess"), tr("Start Process"))), m_cover(nullptr),
+      m_progress(nullptr) {
     setObjectName(QStringLiteral("Home"));
 
     m_grid->setModel(&objects.listModel);
@@ -197,7 +205,7 @@ QWidget* HomeScreen::makeTopBar() {
 QWidget* HomeScreen::makeSidePane() {
     auto* pane = new QWidget;
     pane->setObjectName(QStringLiteral("homeSidePane"));
-    pane->setFixedWidth(300);
+    pane->setFixedWidth(430);
 
     m_preview->setObjectName(QStringLiteral("imgViewPreview"));
     m_preview->setFixedSize(kPreviewSide + 16, kPreviewSide + 16);
@@ -211,10 +219,10 @@ QWidget* HomeScreen::makeSidePane() {
 
     auto* tabs = new QHBoxLayout;
     tabs->setSpacing(0);
-    auto* tabGroup = new QButtonGroup(pane);
+    m_tabs = new QButtonGroup(pane);
     const QStringList names{QStringLiteral("btnExif"), QStringLiteral("btnIPTC"),
                             QStringLiteral("btnXMP")};
-    const QStringList texts{QStringLiteral("EXIF"), QStringLiteral("IPTC"), QStringLiteral("XMP")};
+    const QStringList texts{tr("EXIF"), tr("IPTC"), tr("XMP")};
     for (int i = 0; i < names.size(); ++i) {
         auto* tab = new QToolButton;
         tab->setObjectName(names[i]);
@@ -222,25 +230,32 @@ QWidget* HomeScreen::makeSidePane() {
         tab->setCheckable(true);
         tab->setChecked(i == 0);
         tab->setMinimumSize(74, 28);
-        tabGroup->addButton(tab, i);
+        m_tabs->addButton(tab, i);
         tabs->addWidget(tab);
         addBatchControl(tab);
     }
     tabs->addStretch(1);
+    connect(m_tabs, &QButtonGroup::idClicked, this, &HomeScreen::clickedEditorTab);
 
     m_editorHost->setObjectName(QStringLiteral("scrollViewMetadata"));
     auto* editorLayout = new QVBoxLayout(m_editorHost);
     editorLayout->setContentsMargins(0, 0, 0, 0);
     m_markedSummary->setObjectName(QStringLiteral("lblMarkedSummary"));
     m_markedSummary->setWordWrap(true);
-    m_markedSummary->setAlignment(Qt::AlignCenter);
     m_markedSummary->setForegroundRole(QPalette::PlaceholderText);
-    editorLayout->addWidget(m_markedSummary, 1);
+    editorLayout->addWidget(m_markedSummary);
+    editorLayout->addWidget(m_editor, 1);
+    connect(&m_objects.events, &AppEvents::UpdateMetadataInfoOTM, m_form,
+            [this](const QList<int>& indexes, bool isMultipleSelected, int index) {
+                m_form->updateMetadataInfo(index, isMultipleSelected, indexes);
+            });
 
-    auto* gps = makeButton(QStringLiteral("btnShowEditorGPS"), QStringLiteral("Location..."));
-    auto* resetAll = makeButton(QStringLiteral("btnResetAll"), QStringLiteral("Reset All"));
-    auto* rename = makeButton(QStringLiteral("btnRename"), QStringLiteral("Rename..."));
-    auto* preset = makeButton(QStringLiteral("btnPreset"), QStringLiteral("Presets..."));
+    auto* gps = makeButton(QStringLiteral("btnShowEditorGPS"), tr("Location..."));
+    auto* resetAll = makeButton(QStringLiteral("btnResetAll"), tr("Reset All"));
+    auto* rename = makeButton(QStringLiteral("btnRename"), tr("Rename..."));
+    auto* preset = makeButton(QStringLiteral("btnPreset"), tr("Presets..."));
+    m_resetAll = resetAll;
+    connect(resetAll, &QPushButton::clicked, this, &HomeScreen::clickedResetAll);
     m_start->setDefault(true);
     m_start->setMinimumHeight(36);
     QFont startFont = m_start->font();
@@ -351,6 +366,8 @@ void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
         showPreview(*outcome.showRecord);
     else if (outcome.geocodeDefaultAndClearPreview)
         clearPreview();
+    if (outcome.editorAction == SelectionOutcome::EditorAction::RestoreEmpty)
+        m_form->updateMetadataInfo(-1, false, {});
     if (outcome.metadataInfo) {
         const MetadataInfo& info = *outcome.metadataInfo;
         emit m_objects.events.UpdateMetadataInfoOTM(info.indexes, info.isMultipleSelected,
@@ -367,6 +384,19 @@ void HomeScreen::setBatchControlsEnabled(bool on) {
         if (control)
             control->setEnabled(on);
     }
+    m_form->setEnableComponents(on);
+}
+
+void HomeScreen::clickedEditorTab(int editor) {
+    if (QAbstractButton* tab = m_tabs->button(editor))
+        tab->setChecked(true);
+    m_editor->showEditor(Editor(std::clamp(editor, 0, 2)));
+}
+
+void HomeScreen::clickedResetAll() {
+    m_form->resetAll();
+    clickedEditorTab(0);
+    applyOutcome(m_objects.scans.selection().refresh());
 }
 
 void HomeScreen::updateTotal() {
@@ -430,29 +460,55 @@ void HomeScreen::clearPreview() {
 
 QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     auto* menu = new QMenu(parent);
-    menu->addAction(QStringLiteral("Add More Images"), this, &HomeScreen::clickedAddMore);
+    menu->setObjectName(QStringLiteral("mainMenu"));
+    menu->addAction(tr("Add More Images"), this, &HomeScreen::clickedAddMore);
     menu->addSeparator();
-    QAction* removeSelected = menu->addAction(QStringLiteral("Remove All Selected"));
+    QAction* removeSelected = menu->addAction(tr("Remove All Selected"));
     removeSelected->setData(100);
     if (m_remove->isEnabled())
         connect(removeSelected, &QAction::triggered, this,
                 [this] { m_objects.scans.removeSelected(); });
     else
         removeSelected->setEnabled(false);
-    menu->addAction(QStringLiteral("Remove All"), this, [this] { m_objects.scans.removeAll(); });
+    menu->addAction(tr("Remove All"), this, [this] { m_objects.scans.removeAll(); });
     menu->addSeparator();
-    menu->addAction(QStringLiteral("Mark/Unmark All"), this, &HomeScreen::markUnmarkAll);
     const auto& images = m_objects.workingSet.workingImages();
-    if (row >= 0 && row < images.size()) {
-        const QString path = images[row].path();
-        menu->addSeparator();
-        menu->addAction(QStringLiteral("Open in Preview"), this,
-                        [path] { QDesktopServices::openUrl(QUrl::fromLocalFile(path)); });
-        menu->addAction(QStringLiteral("Show in Finder"), this, [path] {
-            QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
-        });
-    }
+    const bool onRow = row >= 0 && row < images.size();
+    QAction* showMetadata =
+        menu->addAction(tr("Show Metadata"), this, [this, row] { showInfo(row); });
+    showMetadata->setEnabled(onRow);
+    menu->addAction(tr("Mark/Unmark All"), this, &HomeScreen::markUnmarkAll);
+    menu->addSeparator();
+    const QString path = onRow ? images[row].path() : QString();
+    QAction* info = menu->addAction(tr("Get Info"), this, [this, row] { showInfo(row); });
+    QAction* open = menu->addAction(tr("Open with Default Application"), this,
+                                    [this, path] { m_desktop->openInDefaultApplication(path); });
+    QAction* reveal = menu->addAction(tr("Show in File Manager"), this,
+                                      [this, path] { m_desktop->revealInFileManager(path); });
+    for (QAction* action : {info, open, reveal})
+        action->setEnabled(onRow);
     return menu;
+}
+
+void HomeScreen::showInfo(int row) {
+    const auto& images = m_objects.workingSet.workingImages();
+    if (row < 0 || row >= images.size())
+        return;
+    const CGImageProperties& record = images[row];
+    FileInfoDialog::Facts facts;
+    const QString width = FieldDisplay::numberText(record.pixelWidth);
+    const QString height = FieldDisplay::numberText(record.pixelHeight);
+    if (!width.isEmpty() && !height.isEmpty())
+        facts.append({tr("Dimensions"), tr("%1 x %2 pixels").arg(width, height)});
+    for (int position : {5, 6, 9, 0}) {
+        const FormField* field = formFieldAt(position);
+        const QString value = FieldDisplay::text(record, *field);
+        if (!value.isEmpty())
+            facts.append({labelOf(position), value});
+    }
+    auto* dialog = new FileInfoDialog(record.path(), facts, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
 }
 
 void HomeScreen::showContextMenu(QAbstractItemView* view, const QPoint& pos) {

@@ -16,6 +16,10 @@ class QToolButton;
 namespace tagmoor {
 
 class AppEvents;
+class DesktopActions;
+class MetadataForm;
+class MetadataViewController;
+struct EditorState;
 class DimmingCover;
 class PhotoGridView;
 class PhotoTableView;
@@ -42,6 +46,7 @@ public:
         ScanController& scans;
         AppEvents& events;
         UserPrompt& prompt;
+        EditorState& editorState;
     };
 
     explicit HomeScreen(const Objects& objects, QWidget* parent = nullptr);
@@ -74,6 +79,15 @@ public:
     void addBatchControl(QWidget* control);
     // Where the metadata editor goes.
     QWidget* editorHost() const { return m_editorHost; }
+    MetadataViewController* metadataView() const { return m_editor; }
+    MetadataForm& metadataForm() const { return *m_form; }
+    QPushButton* btnResetAll() const { return m_resetAll; }
+    // The EXIF, IPTC and XMP tabs of the editor: 0, 1, 2.
+    void clickedEditorTab(int editor);
+    // Reset All: the editor, its flags and date rules emptied, the choice applied anew.
+    void clickedResetAll();
+    // "Show Metadata" and "Get Info": the facts of one photo.
+    void showInfo(int row);
 
     // Builds the context menu for a row of the list (-1: outside any row).
     QMenu* buildContextMenu(int row, QWidget* parent);
@@ -108,6 +122,11 @@ private:
     QLabel* m_imageName;
     QString m_previewPath;
     QWidget* m_editorHost;
+    MetadataForm* m_form;
+    MetadataViewController* m_editor;
+    DesktopActions* m_desktop;
+    QPushButton* m_resetAll = nullptr;
+    QButtonGroup* m_tabs = nullptr;
     QLabel* m_markedSummary;
     QPushButton* m_start;
     QList<QPointer<QWidget>> m_batchControls;

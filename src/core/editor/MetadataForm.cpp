@@ -338,6 +338,10 @@ void MetadataForm::commitDateRule(DateField field, const DateTimeConfiguration& 
     refreshDateSummaries();
 }
 
+const DateTimeConfiguration& MetadataForm::dateRule(DateField field) const {
+    return dateStore().rules().rule(field);
+}
+
 std::optional<QDateTime> MetadataForm::photoDate(DateField field) const {
     return m_state.originalDates.get(field);
 }

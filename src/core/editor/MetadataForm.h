@@ -73,6 +73,7 @@ public:
     // What the date panel is opened with for a field: the photo's own date, and whether the
     // field is empty in every marked photo.
     std::optional<QDateTime> photoDate(DateField field) const;
+    const DateTimeConfiguration& dateRule(DateField field) const;
     bool isEmptyInAllSelected(int position) const;
     bool isMultipleSelected() const { return m_selection.size() > 1; }
 

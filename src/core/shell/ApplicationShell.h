@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/EditorState.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "shell/InstanceChannel.h"
@@ -47,6 +48,8 @@ public:
     Settings& settings() { return m_settings; }
     AppEvents& events() { return m_events; }
     WorkingSet& workingSet() { return m_workingSet; }
+    // The edit flags, date rules and photo on display that the editor writes and a run reads.
+    EditorState& editorState() { return m_editorState; }
     LaunchState& launchState() { return m_launchState; }
     LoginItem& loginItem() { return m_loginItem; }
     StartSequence& startSequence() { return m_start; }
@@ -61,6 +64,7 @@ private:
     Settings& m_settings;
     AppEvents m_events;
     WorkingSet m_workingSet;
+    EditorState m_editorState;
     LaunchState m_launchState;
     LoginItem m_loginItem;
     StartSequence m_start;

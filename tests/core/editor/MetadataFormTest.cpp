@@ -229,8 +229,9 @@ TEST(FormLayout, SectionsHoldEveryPositionOnceAndPopupsHaveRows) {
     for (const FormField& field : formFields()) {
         EXPECT_EQ(field.kind == FormKind::Popup, FormPopups::isPopup(field.position))
             << field.control;
-        if (field.kind == FormKind::Popup)
+        if (field.kind == FormKind::Popup) {
             EXPECT_GT(FormPopups::rowTexts(field.position).size(), 1) << field.control;
+        }
     }
 }
 

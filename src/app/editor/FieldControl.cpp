@@ -1,0 +1,136 @@
+#include "editor/FieldControl.h"
+
+#include "editor/FormPopups.h"
+#include "editor/MetadataForm.h"
+#include "model/FormFieldTable.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QToolButton>
+
+namespace tagmoor {
+
+namespace {
+
+// The date buttons are named after their field, not after the control.
+QString dateButtonName(int position) {
+    switch (position) {
+    case formpos::DateTimeOriginal:
+        return QStringLiteral("btnDateTimeOriginal");
+    case formpos::CreationDate:
+        return QStringLiteral("btnDateCreation");
+    case formpos::ModifyDate:
+        return QStringLiteral("btnDateModify");
+    case formpos::CreateDateXMP:
+        return QStringLiteral("btnCreateDateXMP");
+    case formpos::ModifyDateXMP:
+        return QStringLiteral("btnModifyDateXMP");
+    default:
+        return QStringLiteral("btnCreateDatePhotoshop");
+    }
+}
+
+constexpr int kUserComment = 4;
+
+} // namespace
+
+FieldControl::FieldControl(const FormField& field, QWidget* parent)
+    : QWidget(parent), m_position(field.position) {
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    const QString name = QString::fromLatin1(field.control);
+    if (field.kind == FormKind::Popup) {
+        m_popup = new QComboBox;
+        m_popup->setObjectName(name);
+        m_popup->addItems(FormPopups::rowTexts(field.position));
+        m_popup->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        m_popup->setMinimumContentsLength(8);
+        connect(m_popup, &QComboBox::activated, this, [this](int row) {
+            const int previous = m_shownRow;
+            m_shownRow = row;
+            emit rowChosen(m_position, row, previous);
+        });
+        layout->addWidget(m_popup, 1);
+    } else if (field.position == kUserComment) {
+        m_multiLine = new QPlainTextEdit;
+        m_multiLine->setObjectName(name);
+        m_multiLine->setTabChangesFocus(true);
+        m_multiLine->setFixedHeight(m_multiLine->fontMetrics().lineSpacing() * 3 + 12);
+        connect(m_multiLine, &QPlainTextEdit::textChanged, this,
+                [this] { emit textEdited(m_position, m_multiLine->toPlainText()); });
+        layout->addWidget(m_multiLine, 1);
+    } else {
+        m_line = new QLineEdit;
+        m_line->setObjectName(name);
+        m_line->setClearButtonEnabled(false);
+        connect(m_line, &QLineEdit::textEdited, this,
+                [this](const QString& text) { emit textEdited(m_position, text); });
+        layout->addWidget(m_line, 1);
+        if (field.isDate()) {
+            m_dateButton = new QToolButton;
+            m_dateButton->setObjectName(dateButtonName(field.position));
+            m_dateButton->setText(tr("Set..."));
+            m_dateButton->setToolTip(tr("Choose the rule of this date"));
+            connect(m_dateButton, &QToolButton::clicked, this,
+                    [this] { emit dateButtonClicked(m_position); });
+            layout->addWidget(m_dateButton);
+        }
+    }
+    setEdited(false);
+}
+
+QWidget* FieldControl::input() const {
+    if (m_popup)
+        return m_popup;
+    if (m_multiLine)
+        return m_multiLine;
+    return m_line;
+}
+
+void FieldControl::showValue(const MetadataForm& form) {
+    if (m_popup) {
+        m_shownRow = form.popupRow(m_position);
+        const QSignalBlocker block(m_popup);
+        m_popup->setCurrentIndex(m_shownRow);
+        return;
+    }
+    const QString text = form.text(m_position);
+    const QString placeholder = form.placeholderText(m_position);
+    if (m_multiLine) {
+        const QSignalBlocker block(m_multiLine);
+        if (m_multiLine->toPlainText() != text)
+            m_multiLine->setPlainText(text);
+        m_multiLine->setPlaceholderText(placeholder);
+        return;
+    }
+    if (m_line->text() != text) {
+        const int cursor = m_line->cursorPosition();
+        m_line->setText(text);
+        m_line->setCursorPosition(std::min(cursor, int(text.size())));
+    }
+    m_line->setPlaceholderText(placeholder);
+}
+
+void FieldControl::setEdited(bool edited) {
+    QWidget* widget = input();
+    if (widget->property("edited").toBool() == edited && widget->property("edited").isValid())
+        return;
+    widget->setProperty("edited", edited);
+    widget->style()->unpolish(widget);
+    widget->style()->polish(widget);
+}
+
+void FieldControl::restoreRow(int row) {
+    if (!m_popup)
+        return;
+    m_shownRow = row;
+    const QSignalBlocker block(m_popup);
+    m_popup->setCurrentIndex(row);
+}
+
+} // namespace tagmoor

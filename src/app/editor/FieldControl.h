@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QWidget>
+
+class QComboBox;
+class QLineEdit;
+class QPlainTextEdit;
+class QToolButton;
+
+namespace tagmoor {
+
+class MetadataForm;
+struct FormField;
+
+// One control of the editor form, made from its row of the field table: a text field, a
+// multi-line comment, a popup over its code table, or a date field with its button. It shows
+// what the form holds and reports what the user does; it decides nothing itself.
+class FieldControl : public QWidget {
+    Q_OBJECT
+public:
+    FieldControl(const FormField& field, QWidget* parent = nullptr);
+
+    int position() const { return m_position; }
+    // The widget that takes the input (for tests, focus and the limit popover).
+    QWidget* input() const;
+
+    // Shows the form's text or row and placeholder for this position.
+    void showValue(const MetadataForm& form);
+    // The edited mark: a 1-pixel border in the accent colour.
+    void setEdited(bool edited);
+    // Puts the popup back on a row without reporting it (a refused choice).
+    void restoreRow(int row);
+
+signals:
+    void textEdited(int position, const QString& text);
+    void rowChosen(int position, int row, int previousRow);
+    void dateButtonClicked(int position);
+
+private:
+    int m_position;
+    QLineEdit* m_line = nullptr;
+    QPlainTextEdit* m_multiLine = nullptr;
+    QComboBox* m_popup = nullptr;
+    QToolButton* m_dateButton = nullptr;
+    int m_shownRow = 0;
+};
+
+} // namespace tagmoor

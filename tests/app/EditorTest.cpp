@@ -1,0 +1,177 @@
+// The editor on the real home screen: what several marked photos show, edits and their
+// marks, the numeric checks, the GPS reference question, Reset All, and the list's menu.
+#include "AppTestSupport.h"
+#include "editor/FieldControl.h"
+#include "editor/MetadataForm.h"
+#include "editor/MetadataViewController.h"
+#include "workingset/HomeScreen.h"
+#include "workingset/ScanController.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QFrame>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProcess>
+#include <QPushButton>
+
+using namespace tagmoor;
+using namespace tagmoor::test;
+
+namespace {
+
+constexpr int kArtist = 0;
+constexpr int kIso = 12;
+constexpr int kLongitudeRef = 34;
+
+// Copies of one sample, each given an Artist (an empty text removes the tag).
+QStringList photosWithArtists(const QString& dir, const QStringList& artists) {
+    QDir().mkpath(dir);
+    QStringList paths;
+    for (int i = 0; i < artists.size(); ++i) {
+        const QString path = dir + QStringLiteral("/photo%1.jpg").arg(i);
+        QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), path);
+        QFile(path).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+        const QString command = artists[i].isEmpty()
+                                    ? QStringLiteral("del Exif.Image.Artist")
+                                    : QStringLiteral("set Exif.Image.Artist ") + artists[i];
+        if (QProcess::execute(QStringLiteral("exiv2"), {QStringLiteral("-M"), command, path}) != 0)
+            qWarning() << "exiv2 could not prepare" << path;
+        paths << path;
+    }
+    return paths;
+}
+
+} // namespace
+
+class EditorTest : public QObject {
+    Q_OBJECT
+private slots:
+    void severalPhotosShowAgreementOrPlaceholders();
+    void typingMarksTheFieldAndResetAllClearsIt();
+    void numericFieldsRefuseLettersAndShowTheirLimit();
+    void referenceChangeAsksWithItsExactText();
+    void unmarkingTheLastPhotoDisablesTheBatchControls();
+    void menuRemovalAsksAndNoKeepsTheList();
+
+private:
+    HomeScreen* load(TestApp& t, const QStringList& paths) {
+        t.app->scans().addFromDrop(paths);
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == paths.size(), 20000); }();
+        QCoreApplication::processEvents();
+        return t.window().homeScreen();
+    }
+    QLineEdit* line(HomeScreen* home, int position) {
+        return qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
+    }
+};
+
+void EditorTest::severalPhotosShowAgreementOrPlaceholders() {
+    TestApp t;
+    HomeScreen* home = load(t, photosWithArtists(t.dir("differ"), {"Ann", "Bob", "Cy"}));
+    QLineEdit* artist = line(home, kArtist);
+    QCOMPARE(artist->objectName(), QStringLiteral("txtFieldArtist"));
+    QCOMPARE(artist->text(), QString());
+    QCOMPARE(artist->placeholderText(), QStringLiteral("Multiple Values"));
+
+    TestApp u;
+    home = load(u, photosWithArtists(u.dir("none"), {"", "", ""}));
+    QCOMPARE(line(home, kArtist)->placeholderText(), QStringLiteral("Empty value in all images"));
+
+    TestApp v;
+    home = load(v, photosWithArtists(v.dir("same"), {"Dee", "Dee", "Dee"}));
+    QCOMPARE(line(home, kArtist)->text(), QStringLiteral("Dee"));
+}
+
+void EditorTest::typingMarksTheFieldAndResetAllClearsIt() {
+    TestApp t;
+    HomeScreen* home = load(t, photosWithArtists(t.dir("p"), {"Ann", "Bob", "Cy"}));
+    QLineEdit* artist = line(home, kArtist);
+    QVERIFY(artist->isEnabled());
+    QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
+    QVERIFY(t.app->editorState().fieldEditedFlags.test(kArtist));
+    QVERIFY(artist->property("edited").toBool());
+    QVERIFY(home->metadataForm().hasEdits());
+    QCOMPARE(home->metadataForm().readForm().tiffProperties->artist.text(),
+             QStringLiteral("Jane Doe"));
+
+    QTest::mouseClick(home->btnResetAll(), Qt::LeftButton);
+    QVERIFY(!home->metadataForm().hasEdits());
+    QCOMPARE(artist->text(), QString());
+    QVERIFY(!artist->property("edited").toBool());
+    QCOMPARE(artist->placeholderText(), QStringLiteral("Multiple Values"));
+}
+
+void EditorTest::numericFieldsRefuseLettersAndShowTheirLimit() {
+    TestApp t;
+    HomeScreen* home = load(t, photosWithArtists(t.dir("p"), {"Ann"}));
+    home->window()->show();
+    QVERIFY(QTest::qWaitForWindowExposed(home->window()));
+    QLineEdit* iso = line(home, kIso);
+    iso->clear();
+    QTest::keyClicks(iso, QStringLiteral("a"));
+    QCOMPARE(iso->text(), QString());
+    QTest::keyClicks(iso, QStringLiteral("70000"));
+    QCOMPARE(iso->text(), QStringLiteral("7000"));
+    QFrame* popover = home->metadataView()->popoverDetails();
+    QVERIFY(popover->isVisible());
+    QCOMPARE(home->metadataView()->popoverMessage()->text(),
+             QStringLiteral("Value can not be greater than 65535.0"));
+}
+
+void EditorTest::referenceChangeAsksWithItsExactText() {
+    TestApp t;
+    const QString photo = copySamples(t.dir("gps")).filter(QStringLiteral("et-GPS.jpg")).first();
+    HomeScreen* home = load(t, {photo});
+    QVERIFY(!line(home, 33)->text().isEmpty());
+    auto* ref = qobject_cast<QComboBox*>(home->metadataView()->control(kLongitudeRef)->input());
+    const int before = ref->currentIndex();
+    const int other = before == 1 ? 2 : 1;
+    t.prompt.answerNext(QStringLiteral("NO"));
+    ref->setCurrentIndex(other);
+    emit ref->activated(other);
+    QCOMPARE(t.prompt.alerts.size(), 1);
+    QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Location coordinates will change"));
+    QCOMPARE(t.prompt.alerts[0].text,
+             QStringLiteral("Changing the value of GPS Longitude Ref. will change the current "
+                            "selected location. You may edit the correct location using 'Edit "
+                            "Location' from the right pane. Are you sure you want to continue?"));
+    QCOMPARE(t.prompt.alerts[0].buttons, (QStringList{"YES", "NO"}));
+    QCOMPARE(ref->currentIndex(), before);
+    QVERIFY(!home->metadataForm().hasEdits());
+}
+
+void EditorTest::unmarkingTheLastPhotoDisablesTheBatchControls() {
+    TestApp t;
+    HomeScreen* home = load(t, photosWithArtists(t.dir("p"), {"Ann", "Bob"}));
+    home->clickedCheckBox(0, false);
+    QVERIFY(home->btnStartProcess()->isEnabled());
+    home->clickedCheckBox(1, false);
+    for (const QPointer<QWidget>& control : home->batchControls())
+        QVERIFY2(!control->isEnabled(), qPrintable(control->objectName()));
+    QVERIFY(!line(home, kArtist)->isEnabled());
+    QCOMPARE(line(home, kArtist)->text(), QString());
+}
+
+void EditorTest::menuRemovalAsksAndNoKeepsTheList() {
+    TestApp t;
+    HomeScreen* home = load(t, photosWithArtists(t.dir("p"), {"Ann", "Bob"}));
+    QMenu* menu = home->buildContextMenu(0, home);
+    QStringList titles;
+    for (QAction* action : menu->actions())
+        if (!action->isSeparator())
+            titles << action->text();
+    QCOMPARE(titles, (QStringList{"Add More Images", "Remove All Selected", "Remove All",
+                                  "Show Metadata", "Mark/Unmark All", "Get Info",
+                                  "Open with Default Application", "Show in File Manager"}));
+    t.prompt.answerNext(QStringLiteral("NO"));
+    menu->actions().at(2)->trigger(); // Remove All Selected
+    QCOMPARE(t.prompt.alerts.size(), 1);
+    QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Remove all the selected images?"));
+    QCOMPARE(t.set().count(), 2);
+    delete menu;
+}
+
+TAGMOOR_APP_TEST_MAIN(EditorTest)
+#include "EditorTest.moc"
