@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Takes the screenshots of this folder: the add screen, and the home screen with 50 photos
-# handed over on the command line. Runs the real program under a virtual X server at
+# Takes the screenshots of this folder: the add screen, the home screen with 50 photos
+# handed over on the command line, and the editor's states through the screenshot tour. Runs the real program under a virtual X server at
 # 1280x800 with settings of its own. Needs xvfb-run and ImageMagick.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -43,4 +43,9 @@ shoot() { # name, then the program's arguments
 
 shoot add-screen.png
 shoot home-screen.png "$work"/photos/*
+
+# The editor's states and the list's menu, driven through the real screens.
+tour=${TAGMOOR_TOUR:-$here/../../build/tests/screenshot_tour}
+HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" \
+  xvfb-run -a -s "-screen 0 1280x800x24" "$tour" "$here" "$work"/photos/*
 echo "screenshots written to $here"

@@ -5,7 +5,9 @@
 #include "editor/MetadataForm.h"
 #include "editor/MetadataViewController.h"
 #include "workingset/HomeScreen.h"
+#include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
+#include "workingset/WorkingListModel.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -74,6 +76,12 @@ void EditorTest::severalPhotosShowAgreementOrPlaceholders() {
     QCOMPARE(artist->objectName(), QStringLiteral("txtFieldArtist"));
     QCOMPARE(artist->text(), QString());
     QCOMPARE(artist->placeholderText(), QStringLiteral("Multiple Values"));
+    // The table's second line gives the pixel size and the file's real size.
+    const QString subtitle =
+        home->tableView()->model()->index(0, 0).data(WorkingListModel::SubtitleRole).toString();
+    QVERIFY2(subtitle.startsWith(QStringLiteral("200 x 130 - ")) &&
+                 !subtitle.endsWith(QStringLiteral(" 0 bytes")),
+             qPrintable(subtitle));
 
     TestApp u;
     home = load(u, photosWithArtists(u.dir("none"), {"", "", ""}));

@@ -3,6 +3,7 @@
 #include "widgets/DimmingCover.h"
 #include "widgets/FilePanel.h"
 
+#include <QGridLayout>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
@@ -15,6 +16,15 @@ int DialogPrompt::ask(const Alert& alert) {
     box.setWindowTitle(alert.title);
     box.setText(QStringLiteral("<b>%1</b>").arg(alert.title.toHtmlEscaped()));
     box.setInformativeText(alert.text);
+    // Wide enough for the title on one line, in the box and in the title bar, which a window
+    // manager would otherwise cut short; QMessageBox sizes itself from its grid.
+    QFont bold = box.font();
+    bold.setBold(true);
+    const int titleWidth = QFontMetrics(bold).horizontalAdvance(alert.title) + 120;
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))
+        grid->addItem(new QSpacerItem(std::max(420, titleWidth), 0, QSizePolicy::Minimum,
+                                      QSizePolicy::Expanding),
+                      grid->rowCount(), 0, 1, grid->columnCount());
     box.setIcon(alert.buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
     // One role for all buttons keeps them in the order given, "YES" before "NO".
     QList<QAbstractButton*> buttons;

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QTreeView>
 
 namespace tagmoor {
@@ -53,13 +54,22 @@ void FilePanel::accept() {
     const auto* nameEdit = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     if (nameEdit && nameEdit->text().trimmed().isEmpty())
         return;
+    // A typed name that matches nothing (a stray quote, say) makes the dialog hand back the
+    // folder it is showing; that folder was never chosen, and adding it would add everything
+    // below it.
+    const QString shown = QFileInfo(directory().absolutePath()).canonicalFilePath();
     QStringList chosen;
     for (const QString& path : selectedFiles()) {
-        if (QFileInfo::exists(path))
+        const QFileInfo info(path);
+        if (info.exists() && info.canonicalFilePath() != shown)
             chosen.append(path);
     }
-    if (chosen.isEmpty())
+    if (chosen.isEmpty()) {
+        QMessageBox::information(this, windowTitle(),
+                                 tr("No photo or folder named \"%1\" is in this folder.")
+                                     .arg(nameEdit ? nameEdit->text().trimmed() : QString()));
         return;
+    }
     m_chosen = chosen;
     QDialog::accept();
 }

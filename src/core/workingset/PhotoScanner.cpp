@@ -194,6 +194,8 @@ private:
         if (m_request.readerThreads <= 1) {
             if (auto record = load(m_request.loader, url))
                 commitRecord(std::move(*record));
+            else
+                noteNoRecord(path);
             return;
         }
         m_pending.push_back(
@@ -204,7 +206,12 @@ private:
     static std::optional<CGImageProperties> load(const RecordLoader& loader, const QUrl& url) {
         lowerThisThreadsPriority();
         try {
-            return loader(url);
+            std::optional<CGImageProperties> record = loader(url);
+            // The list shows the file's size beside its pixel size; it is asked of the file
+            // here, on the reader thread, so the views never touch the disk.
+            if (record && record->fileSize.isAbsent())
+                record->fileSize = qint64(QFileInfo(url.toLocalFile()).size());
+            return record;
         } catch (const std::exception& e) {
             qCWarning(lcWorkingSet) << "Reading" << url.toLocalFile() << "failed:" << e.what();
         } catch (...) {
@@ -223,8 +230,18 @@ private:
             std::optional<CGImageProperties> record = head.future.takeResult();
             if (record && !m_committed.contains(head.path))
                 commitRecord(std::move(*record));
+            else if (!record)
+                noteNoRecord(head.path);
             m_pending.pop_front();
         }
+    }
+
+    // A file named like a photo that gives none (a text file called .jpg, a damaged picture)
+    // is content that is not supported, and the end-of-scan alert says so. A file that has
+    // vanished meanwhile is passed over without a note.
+    void noteNoRecord(const QString& path) {
+        if (QFileInfo(path).isFile())
+            m_flags.isNotSupportedExtension = true;
     }
 
     void commitRecord(CGImageProperties&& record) {

@@ -109,6 +109,16 @@ TEST(PhotoScan, EndAlertsAndTheWayBackToTheAddScreen) {
                                            "to the list for processing.");
         EXPECT_EQ(f.screens, QList<int>{0});
     }
+    { // A text file with a photo's name gives no photo: the same alert, not silence.
+        ScanFixture f;
+        const QString fake = makeFile(tmp.path() + "/notes.jpg", "not a picture");
+        f.stage({fake});
+        ASSERT_TRUE(f.scan());
+        EXPECT_EQ(f.set.count(), 0);
+        ASSERT_EQ(f.prompt.alerts.size(), 1);
+        EXPECT_EQ(f.prompt.alerts[0].title, "Some items could not be added");
+        QFile::remove(fake);
+    }
     { // Unsupported files beside a photo: the list has it, the other text.
         ScanFixture f;
         f.controller.setRecordLoader(fakeLoader);

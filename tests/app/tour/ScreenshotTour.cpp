@@ -1,0 +1,90 @@
+// Drives the real application through the states shown in docs/screenshots and saves a
+// picture of the screen at each. Runs on a real X server (the screenshot script starts Xvfb).
+//   screenshot_tour OUTPUT_DIR PHOTO...
+#include "../AppTestSupport.h"
+#include "editor/FieldControl.h"
+#include "editor/MetadataViewController.h"
+#include "shell/MainWindow.h"
+#include "workingset/HomeScreen.h"
+#include "workingset/PhotoListViews.h"
+#include "workingset/ScanController.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScreen>
+
+using namespace tagmoor;
+
+namespace {
+
+void settle(int ms = 400) {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < ms)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+void shoot(const QString& dir, const QString& name, QWidget* window) {
+    settle();
+    const QRect frame = window->frameGeometry();
+    const QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
+    screen.copy(frame.adjusted(-1, -1, 1, 1).intersected(screen.rect()))
+        .save(dir + QLatin1Char('/') + name);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    initializeMetadataLibrary();
+    QApplication application(argc, argv);
+    if (argc < 3) {
+        qCritical("usage: screenshot_tour OUTPUT_DIR PHOTO...");
+        return 2;
+    }
+    const QString out = QString::fromLocal8Bit(argv[1]);
+    QStringList photos;
+    for (int i = 2; i < argc; ++i)
+        photos << QString::fromLocal8Bit(argv[i]);
+
+    test::TestApp t;
+    QWidget* window = &t.window();
+    window->resize(1280, 800);
+    window->move(0, 0);
+    settle(800);
+
+    t.app->scans().addFromDrop(photos);
+    while (!t.scanIdle() || t.set().count() == 0)
+        settle(100);
+    settle(1500);
+    HomeScreen* home = t.window().homeScreen();
+
+    shoot(out, QStringLiteral("editor-several.png"), window);
+    home->clickedEditorTab(1);
+    shoot(out, QStringLiteral("editor-iptc.png"), window);
+    home->clickedEditorTab(2);
+    shoot(out, QStringLiteral("editor-xmp.png"), window);
+    home->clickedEditorTab(0);
+
+    // One photo marked, with an Artist typed: its values and the edited mark.
+    home->clickedSelectUnselectAll(false);
+    home->clickedCheckBox(0, true);
+    settle();
+    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
+    artist->setFocus();
+    artist->selectAll();
+    QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
+    shoot(out, QStringLiteral("editor-one.png"), window);
+
+    // The list's menu over the first photo.
+    home->clickedSelectUnselectAll(true);
+    settle();
+    QAbstractItemView* grid = home->collectionView();
+    const QRect item = grid->visualRect(grid->model()->index(0, 0));
+    QMenu* menu = home->buildContextMenu(0, home);
+    menu->popup(grid->viewport()->mapToGlobal(item.center()));
+    shoot(out, QStringLiteral("context-menu.png"), window);
+    menu->close();
+    return 0;
+}
