@@ -42,9 +42,9 @@ AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* pa
     });
     connect(&updater(), &UpdateChecker::updateFound, this, [this](const AppcastItem& item) {
         const QString shown = item.shortVersion.isEmpty() ? item.version : item.shortVersion;
-        m_prompt.tell(QStringLiteral("A new version of Tagmoor is available"),
-                      QStringLiteral("Tagmoor %1 can be downloaded from %2.")
-                          .arg(shown, item.downloadUrl.toString()));
+        m_prompt.tell(
+            tr("A new version of Tagmoor is available"),
+            tr("Tagmoor %1 can be downloaded from %2.").arg(shown, item.downloadUrl.toString()));
     });
 }
 

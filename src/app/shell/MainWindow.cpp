@@ -33,7 +33,7 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     connect(quit, &QAction::triggered, qApp, &QApplication::quit);
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-    m_checkForUpdates = help->addAction(QStringLiteral("Check for &Updates..."));
+    m_checkForUpdates = help->addAction(tr("Check for &Updates..."));
     connect(m_checkForUpdates, &QAction::triggered, &app, &AppDelegate::checkForUpdate);
     m_about = help->addAction(QStringLiteral("&About Tagmoor"));
     connect(m_about, &QAction::triggered, this, &MainWindow::tappedAbout);
@@ -58,7 +58,7 @@ void MainWindow::tappedAbout() {
     // Not over another overlay, and not before the welcome window was left.
     if (m_app.settings().isPopUp().value_or(false) || !m_app.settings().startup().has_value())
         return;
-    QMessageBox::about(this, QStringLiteral("About Tagmoor"),
+    QMessageBox::about(this, tr("About Tagmoor"),
                        QStringLiteral("<h3>Tagmoor %1</h3><p>Edit the metadata of many photos "
                                       "at once.</p>")
                            .arg(AppDelegate::version()));

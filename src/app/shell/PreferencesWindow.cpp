@@ -31,8 +31,8 @@ PreferencesWindow::PreferencesWindow(Settings& settings, LoginItem& loginItem, L
       m_tabs(new QTabWidget), m_launch(new QCheckBox), m_language(new QComboBox),
       m_overwrite(new QCheckBox), m_presetSaving(new QCheckBox), m_autoUpdate(new QCheckBox) {
     setObjectName(QStringLiteral("preferencesWindow"));
-    setWindowTitle(QStringLiteral("Preferences"));
-    m_tabs->addTab(makeGeneralTab(), QStringLiteral("General"));
+    setWindowTitle(tr("Preferences"));
+    m_tabs->addTab(makeGeneralTab(), tr("General"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 12);
     layout->addWidget(m_tabs);
@@ -51,35 +51,35 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     auto* page = new QWidget;
     page->setObjectName(QStringLiteral("GeneralPreferences"));
     m_launch->setObjectName(QStringLiteral("btnLaunchAutomatically"));
-    m_launch->setText(QStringLiteral("Launch Tagmoor automatically at login"));
+    m_launch->setText(tr("Launch Tagmoor automatically at login"));
     m_language->setObjectName(QStringLiteral("comboBoxLanguage"));
     m_overwrite->setObjectName(QStringLiteral("btnOverwriteIfAFileWithASameName"));
-    m_overwrite->setText(QStringLiteral("Overwrite if a file with the same name exists"));
+    m_overwrite->setText(tr("Overwrite if a file with the same name exists"));
     m_presetSaving->setObjectName(QStringLiteral("btnShowPresetSavingSettingInHome"));
-    m_presetSaving->setText(QStringLiteral("Offer to save the settings as a preset after a run"));
+    m_presetSaving->setText(tr("Offer to save the settings as a preset after a run"));
     m_autoUpdate->setObjectName(QStringLiteral("btnAutoUpdate"));
-    m_autoUpdate->setText(QStringLiteral("Check for updates automatically"));
+    m_autoUpdate->setText(tr("Check for updates automatically"));
 
     auto* language = new QHBoxLayout;
-    language->addWidget(new QLabel(QStringLiteral("Select Language:")));
+    language->addWidget(new QLabel(tr("Select Language:")));
     language->addWidget(m_language, 1);
 
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(20, 18, 20, 18);
     layout->setSpacing(8);
-    layout->addWidget(caption(QStringLiteral("Application Settings")));
+    layout->addWidget(caption(tr("Application Settings")));
     layout->addWidget(m_launch);
     layout->addSpacing(10);
-    layout->addWidget(caption(QStringLiteral("Language Settings")));
+    layout->addWidget(caption(tr("Language Settings")));
     layout->addLayout(language);
     layout->addSpacing(10);
-    layout->addWidget(caption(QStringLiteral("File Saving Preference")));
+    layout->addWidget(caption(tr("File Saving Preference")));
     layout->addWidget(m_overwrite);
     layout->addSpacing(10);
-    layout->addWidget(caption(QStringLiteral("Notification")));
+    layout->addWidget(caption(tr("Notification")));
     layout->addWidget(m_presetSaving);
     layout->addSpacing(10);
-    layout->addWidget(caption(QStringLiteral("Update Setting")));
+    layout->addWidget(caption(tr("Update Setting")));
     layout->addWidget(m_autoUpdate);
     layout->addStretch(1);
     return page;
@@ -87,7 +87,7 @@ QWidget* PreferencesWindow::makeGeneralTab() {
 
 void PreferencesWindow::reload() {
     m_language->clear();
-    m_language->addItem(QStringLiteral("English"));
+    m_language->addItem(tr("English"));
     m_language->setCurrentIndex(0);
     const std::optional<bool> login = m_settings.loginStartStatus();
     m_launch->setChecked(login.value_or(false));

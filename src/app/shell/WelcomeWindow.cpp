@@ -11,14 +11,14 @@ namespace tagmoor {
 WelcomeWindow::WelcomeWindow(QWidget* parent)
     : QWidget(parent, Qt::Window), m_launchAtLogin(new QCheckBox), m_start(new QPushButton) {
     setObjectName(QStringLiteral("welcomeWindow"));
-    setWindowTitle(QStringLiteral("Welcome to Tagmoor"));
+    setWindowTitle(tr("Welcome to Tagmoor"));
     setAttribute(Qt::WA_DeleteOnClose, false);
 
     auto* icon = new QLabel;
     icon->setPixmap(QIcon(QStringLiteral(":/icons/tagmoor.svg")).pixmap(96, 96));
     icon->setAlignment(Qt::AlignCenter);
 
-    auto* title = new QLabel(QStringLiteral("Welcome to Tagmoor"));
+    auto* title = new QLabel(tr("Welcome to Tagmoor"));
     QFont titleFont = title->font();
     titleFont.setPointSizeF(titleFont.pointSizeF() * 1.6);
     titleFont.setBold(true);
@@ -34,9 +34,9 @@ WelcomeWindow::WelcomeWindow(QWidget* parent)
     text->setMinimumWidth(380);
 
     m_launchAtLogin->setObjectName(QStringLiteral("btnLaunchAutomatically"));
-    m_launchAtLogin->setText(QStringLiteral("Launch Tagmoor at login"));
+    m_launchAtLogin->setText(tr("Launch Tagmoor at login"));
     m_start->setObjectName(QStringLiteral("btnGetStarted"));
-    m_start->setText(QStringLiteral("Get Started"));
+    m_start->setText(tr("Get Started"));
     m_start->setDefault(true);
     m_start->setMinimumWidth(160);
     connect(m_start, &QPushButton::clicked, this, &WelcomeWindow::close);

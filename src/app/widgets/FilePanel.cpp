@@ -28,7 +28,7 @@ FilePanel::FilePanel(QWidget* parent, const OpenPanelRequest& request)
     setFilter(entries);
     setProxyModel(new PanelEnableFilter(request.allowedExtensions, request.canChooseFiles, this));
     if (request.canChooseFiles && !request.allowedExtensions.isEmpty())
-        setNameFilter(QStringLiteral("Supported photos and folders (*)"));
+        setNameFilter(tr("Supported photos and folders (*)"));
     // The name takes the room; size, type and date keep what they need.
     if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) {
         QHeaderView* header = details->header();

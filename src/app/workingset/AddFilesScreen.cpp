@@ -40,22 +40,21 @@ AddFilesScreen::AddFilesScreen(const Objects& objects, QWidget* parent)
     imgView->setPixmap(QIcon(QStringLiteral(":/icons/tagmoor.svg")).pixmap(112, 112));
     imgView->setAlignment(Qt::AlignCenter);
 
-    auto* welcome = makeLabel(QStringLiteral("lblWelcomeToTagmoor"),
-                              QStringLiteral("Welcome to Tagmoor"), 1.9, true);
-    auto* addImages = makeLabel(
-        QStringLiteral("lblAddImages"),
-        QStringLiteral("Add photos or folders to edit their metadata in one go"), 1.15, false);
-    auto* dragAndDrop =
-        makeLabel(QStringLiteral("lblDragAndDrop"),
-                  QStringLiteral("Drag and drop photos or folders here"), 1.0, false);
+    auto* welcome =
+        makeLabel(QStringLiteral("lblWelcomeToTagmoor"), tr("Welcome to Tagmoor"), 1.9, true);
+    auto* addImages =
+        makeLabel(QStringLiteral("lblAddImages"),
+                  tr("Add photos or folders to edit their metadata in one go"), 1.15, false);
+    auto* dragAndDrop = makeLabel(QStringLiteral("lblDragAndDrop"),
+                                  tr("Drag and drop photos or folders here"), 1.0, false);
     dragAndDrop->setForegroundRole(QPalette::PlaceholderText);
 
     m_addPhotos->setObjectName(QStringLiteral("btnAddPhotos"));
-    m_addPhotos->setText(QStringLiteral("Add Photos"));
+    m_addPhotos->setText(tr("Add Photos"));
     m_addPhotos->setDefault(true);
     m_addPhotos->setMinimumSize(180, 36);
     m_addLibrary->setObjectName(QStringLiteral("btnAddPhotosLibrary"));
-    m_addLibrary->setText(QStringLiteral("Add from Photo Library"));
+    m_addLibrary->setText(tr("Add from Photo Library"));
     m_addLibrary->setMinimumSize(180, 36);
     connect(m_addPhotos, &QPushButton::clicked, this, &AddFilesScreen::clickedAddPhotos);
     connect(m_addLibrary, &QPushButton::clicked, this, &AddFilesScreen::clickedAddPhotosLibrary);
@@ -101,9 +100,9 @@ void AddFilesScreen::clickedAddPhotos() {
 }
 
 void AddFilesScreen::clickedAddPhotosLibrary() {
-    m_objects.prompt.tell(QStringLiteral("Photo library"),
-                          QStringLiteral("Adding photos from a photo library is not available "
-                                         "yet. Use \"Add Photos\" or drop the photos here."));
+    m_objects.prompt.tell(tr("Photo library"),
+                          tr("Adding photos from a photo library is not available "
+                             "yet. Use \"Add Photos\" or drop the photos here."));
 }
 
 bool AddFilesScreen::isBlockedByOverlay() const {

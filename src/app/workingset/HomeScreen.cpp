@@ -159,9 +159,9 @@ QWidget* HomeScreen::makeTopBar() {
     auto* bar = new QWidget;
     bar->setObjectName(QStringLiteral("homeTopBar"));
     m_gridButton->setObjectName(QStringLiteral("segmentGrid"));
-    m_gridButton->setText(QStringLiteral("Grid"));
+    m_gridButton->setText(tr("Grid"));
     m_tableButton->setObjectName(QStringLiteral("segmentTable"));
-    m_tableButton->setText(QStringLiteral("Table"));
+    m_tableButton->setText(tr("Table"));
     for (QToolButton* b : {m_gridButton, m_tableButton}) {
         b->setCheckable(true);
         b->setToolButtonStyle(Qt::ToolButtonTextOnly);
@@ -176,13 +176,13 @@ QWidget* HomeScreen::makeTopBar() {
             &HomeScreen::clickedSegmentCollectionnTableView);
 
     m_selectAll->setObjectName(QStringLiteral("btnSelectUnselectAllInInTabColl"));
-    m_selectAll->setText(QStringLiteral("Select All"));
+    m_selectAll->setText(tr("Select All"));
     connect(m_selectAll, &QCheckBox::clicked, this, &HomeScreen::clickedSelectUnselectAll);
     m_total->setObjectName(QStringLiteral("lblTotalPhotos"));
 
     connect(m_addMore, &QPushButton::clicked, this, &HomeScreen::clickedAddMore);
     connect(m_remove, &QPushButton::clicked, this, &HomeScreen::clickedRemove);
-    m_remove->setToolTip(QStringLiteral("Remove the marked photos from the list"));
+    m_remove->setToolTip(tr("Remove the marked photos from the list"));
 
     auto* segment = new QHBoxLayout;
     segment->setSpacing(0);
@@ -401,8 +401,7 @@ void HomeScreen::clickedResetAll() {
 
 void HomeScreen::updateTotal() {
     const int count = m_objects.workingSet.count();
-    m_total->setText(count == 1 ? QStringLiteral("1 Photo")
-                                : QStringLiteral("%1 Photos").arg(count));
+    m_total->setText(count == 1 ? tr("1 Photo") : tr("%1 Photos").arg(count));
     updateMarkedSummary();
 }
 
@@ -410,11 +409,10 @@ void HomeScreen::updateMarkedSummary() {
     const int marked = m_objects.workingSet.markedCount();
     const int count = m_objects.workingSet.count();
     if (marked == 0)
-        m_markedSummary->setText(QStringLiteral("No photo is marked.\nMark photos in the list to "
-                                                "edit their metadata."));
+        m_markedSummary->setText(tr("No photo is marked.\nMark photos in the list to "
+                                    "edit their metadata."));
     else
-        m_markedSummary->setText(
-            QStringLiteral("%1 of %2 photos marked for editing.").arg(marked).arg(count));
+        m_markedSummary->setText(tr("%1 of %2 photos marked for editing.").arg(marked).arg(count));
 }
 
 void HomeScreen::reloadViews() {
@@ -454,7 +452,7 @@ void HomeScreen::refreshPreviewPicture() {
 void HomeScreen::clearPreview() {
     m_previewPath.clear();
     m_preview->clear();
-    m_preview->setText(QStringLiteral("No photo selected"));
+    m_preview->setText(tr("No photo selected"));
     m_imageName->clear();
 }
 

@@ -10,10 +10,10 @@
 namespace tagmoor {
 
 ScanProgressBox::ScanProgressBox(QWidget* parent)
-    : QFrame(parent), m_title(new QLabel(QStringLiteral("Adding Images"))),
-      m_loader(new QProgressBar), m_spinner(new QProgressBar), m_percent(new QLabel),
-      m_path(new QLabel), m_imagesSelected(new QLabel), m_objectsSelected(new QLabel),
-      m_stop(new QPushButton(QStringLiteral("Stop"))) {
+    : QFrame(parent), m_title(new QLabel(tr("Adding Images"))), m_loader(new QProgressBar),
+      m_spinner(new QProgressBar), m_percent(new QLabel), m_path(new QLabel),
+      m_imagesSelected(new QLabel), m_objectsSelected(new QLabel),
+      m_stop(new QPushButton(tr("Stop"))) {
     setObjectName(QStringLiteral("boxLoader"));
     setFixedWidth(520);
     setAutoFillBackground(true);

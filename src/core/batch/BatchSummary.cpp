@@ -1,20 +1,23 @@
 #include "batch/BatchSummary.h"
 
+#include <QCoreApplication>
+
 namespace tagmoor {
 
 BatchSummary BatchSummary::of(const BatchResult& r) {
     BatchSummary s;
-    s.lblValueImageProcessed = QStringLiteral("%1 / %1").arg(r.total);
+    s.lblValueImageProcessed = QCoreApplication::translate("BatchSummary", "%1 / %1").arg(r.total);
     s.lblValueBatchCount = QStringLiteral(": %1").arg(r.total);
     s.lblValueImagesProcessed = QStringLiteral(": %1").arg(r.totalProcessedPhotos);
     s.lblValuePhotosSkipped = QStringLiteral(": %1").arg(r.total - r.totalProcessedPhotos);
     s.lblPhotosSavedSuccessfully =
-        QStringLiteral("%1 %2 saved successfully!")
+        QCoreApplication::translate("BatchSummary", "%1 %2 saved successfully!")
             .arg(r.totalProcessedPhotos)
             .arg(r.totalProcessedPhotos > 1 ? QStringLiteral("Photos") : QStringLiteral("Photo"));
-    s.lblBatchProcessCompleted = r.total == r.totalProcessedPhotos
-                                     ? QStringLiteral("Batch Process Completed!")
-                                     : QStringLiteral("Batch Process Partially Completed!");
+    s.lblBatchProcessCompleted =
+        r.total == r.totalProcessedPhotos
+            ? QCoreApplication::translate("BatchSummary", "Batch Process Completed!")
+            : QCoreApplication::translate("BatchSummary", "Batch Process Partially Completed!");
     s.outputDirectoryEnabled = r.outputDirectoryValue != destinationAsSameAsSource;
     s.outputDirectoryValue = r.outputDirectoryValue;
     s.outputDirectoryTitle = shortenForDisplay(r.outputDirectoryValue);
@@ -31,12 +34,13 @@ QString BatchSummary::shortenForDisplay(const QString& text, int limit) {
 }
 
 QStringList BatchSummary::lines() const {
-    return {lblBatchProcessCompleted,
-            QStringLiteral("Batch Count") + lblValueBatchCount,
-            QStringLiteral("Images Processed") + lblValueImagesProcessed,
-            QStringLiteral("Photos Skipped") + lblValuePhotosSkipped,
-            QStringLiteral("Output Directory: ") + outputDirectoryValue,
-            lblPhotosSavedSuccessfully};
+    return {
+        lblBatchProcessCompleted,
+        QCoreApplication::translate("BatchSummary", "Batch Count") + lblValueBatchCount,
+        QCoreApplication::translate("BatchSummary", "Images Processed") + lblValueImagesProcessed,
+        QCoreApplication::translate("BatchSummary", "Photos Skipped") + lblValuePhotosSkipped,
+        QCoreApplication::translate("BatchSummary", "Output Directory: ") + outputDirectoryValue,
+        lblPhotosSavedSuccessfully};
 }
 
 } // namespace tagmoor

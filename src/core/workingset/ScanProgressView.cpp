@@ -1,5 +1,7 @@
 #include "workingset/ScanProgressView.h"
 
+#include <QCoreApplication>
+
 #include <cmath>
 
 namespace tagmoor {
@@ -13,9 +15,9 @@ ScanProgressView ScanProgressView::countingLook() {
     v.spinnerVisible = true;
     v.editorBusy = true;
     v.percentText = QStringLiteral("0%");
-    v.pathText = QStringLiteral("Path: Analysing objects...");
+    v.pathText = QCoreApplication::translate("ScanProgress", "Path: Analysing objects...");
     v.imagesSelectedText = QStringLiteral("0 Images Selected");
-    v.objectsSelectedText = QStringLiteral("Objects Selected: 0 / 0");
+    v.objectsSelectedText = QCoreApplication::translate("ScanProgress", "Objects Selected: 0 / 0");
     return v;
 }
 
@@ -35,10 +37,12 @@ ScanProgressView ScanProgressView::forItem(const ScanCounters& c) {
             : 0;
     v.percentText = QStringLiteral("%1%").arg(percent);
     v.loaderValue = percent / 100.0;
-    v.pathText = QStringLiteral("Path: ") + c.currentPath;
-    v.imagesSelectedText = QStringLiteral("%1 Images Selected").arg(c.imagesInList);
-    v.objectsSelectedText =
-        QStringLiteral("Objects Selected: %1 / %2").arg(c.processedPhotos).arg(c.totalPhotos);
+    v.pathText = QCoreApplication::translate("ScanProgress", "Path: ") + c.currentPath;
+    v.imagesSelectedText =
+        QCoreApplication::translate("ScanProgress", "%1 Images Selected").arg(c.imagesInList);
+    v.objectsSelectedText = QCoreApplication::translate("ScanProgress", "Objects Selected: %1 / %2")
+                                .arg(c.processedPhotos)
+                                .arg(c.totalPhotos);
     return v;
 }
 

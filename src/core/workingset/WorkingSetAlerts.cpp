@@ -1,24 +1,32 @@
 #include "workingset/WorkingSetAlerts.h"
 
+#include <QCoreApplication>
+
 namespace tagmoor {
 
 namespace {
-const QString cannotBeAdded = QStringLiteral("Some images cannot be added");
+const QString cannotBeAdded =
+    QCoreApplication::translate("WorkingSetAlerts", "Some images cannot be added");
 }
 
 Alert alertAlreadyAdded() {
     return Alert::ok(cannotBeAdded,
-                     QStringLiteral("The selected images are already added to the list"));
+                     QCoreApplication::translate(
+                         "WorkingSetAlerts", "The selected images are already added to the list"));
 }
 
 Alert alertIgnoreFilesAdded() {
-    return Alert::ok(cannotBeAdded, QStringLiteral("Some of the selected images have formats "
-                                                   "which are currently not supported."));
+    return Alert::ok(cannotBeAdded,
+                     QCoreApplication::translate("WorkingSetAlerts",
+                                                 "Some of the selected images have formats "
+                                                 "which are currently not supported."));
 }
 
 Alert alertAlreadyAddedAndBeIgnore() {
-    return Alert::ok(cannotBeAdded, QStringLiteral("Either the selected images are already "
-                                                   "added in the list or are not supported."));
+    return Alert::ok(cannotBeAdded,
+                     QCoreApplication::translate("WorkingSetAlerts",
+                                                 "Either the selected images are already "
+                                                 "added in the list or are not supported."));
 }
 
 std::optional<TimedAlert> endOfScanAlert(const ScanFlags& flags, bool listEmpty) {
@@ -28,17 +36,22 @@ std::optional<TimedAlert> endOfScanAlert(const ScanFlags& flags, bool listEmpty)
         return TimedAlert{alertAlreadyAdded(), 100};
     if (flags.isNotSupportedExtension) {
         if (listEmpty)
-            return TimedAlert{
-                Alert::ok(QStringLiteral("Some items could not be added"),
-                          QStringLiteral("The items that are not supported could not be added "
-                                         "to the list for processing.")),
-                0};
+            return TimedAlert{Alert::ok(QCoreApplication::translate(
+                                            "WorkingSetAlerts", "Some items could not be added"),
+                                        QCoreApplication::translate(
+                                            "WorkingSetAlerts",
+                                            "The items that are not supported could not be added "
+                                            "to the list for processing.")),
+                              0};
         return TimedAlert{alertIgnoreFilesAdded(), 0};
     }
     if (flags.isAddedEmpty)
-        return TimedAlert{Alert::ok(QStringLiteral("No images were found in the selected folder"),
-                                    QStringLiteral("Please select another folder to add images.")),
-                          0};
+        return TimedAlert{
+            Alert::ok(QCoreApplication::translate("WorkingSetAlerts",
+                                                  "No images were found in the selected folder"),
+                      QCoreApplication::translate("WorkingSetAlerts",
+                                                  "Please select another folder to add images.")),
+            0};
     return std::nullopt;
 }
 
@@ -53,18 +66,23 @@ std::optional<TimedAlert> panelAlert(bool alreadyAdded, bool ignored) {
 }
 
 Alert stopScanningQuestion() {
-    return Alert::yesNo(QStringLiteral("Stop adding images?"),
-                        QStringLiteral("Are you sure you want to stop adding the images?"));
+    return Alert::yesNo(
+        QCoreApplication::translate("WorkingSetAlerts", "Stop adding images?"),
+        QCoreApplication::translate("WorkingSetAlerts",
+                                    "Are you sure you want to stop adding the images?"));
 }
 
 Alert removeSelectedQuestion() {
-    return Alert::yesNo(QStringLiteral("Remove all the selected images?"),
-                        QStringLiteral("Are you sure you want to remove all the selected images?"));
+    return Alert::yesNo(
+        QCoreApplication::translate("WorkingSetAlerts", "Remove all the selected images?"),
+        QCoreApplication::translate("WorkingSetAlerts",
+                                    "Are you sure you want to remove all the selected images?"));
 }
 
 Alert removeAllQuestion() {
-    return Alert::yesNo(QStringLiteral("Remove all images?"),
-                        QStringLiteral("Are you sure you want to remove all images?"));
+    return Alert::yesNo(QCoreApplication::translate("WorkingSetAlerts", "Remove all images?"),
+                        QCoreApplication::translate("WorkingSetAlerts",
+                                                    "Are you sure you want to remove all images?"));
 }
 
 } // namespace tagmoor
