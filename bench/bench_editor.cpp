@@ -9,6 +9,7 @@
 #include "editor/MetadataViewController.h"
 #include "foundation/AppEvents.h"
 #include "foundation/ScriptedPrompt.h"
+#include "foundation/Settings.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
 #include "workingset/HomeScreen.h"
@@ -46,10 +47,12 @@ void measure(const QList<CGImageProperties>& samples, int count) {
     ScriptedPrompt prompt;
     AppEvents events;
     EditorState state;
+    Settings settings(QStringLiteral("/tmp/bench-editor-settings.ini"));
+    settings.setTutorialShow(true);
     WorkingListModel model(set);
     ThumbnailProvider thumbnails;
     ScanController scans(set, prompt, events);
-    HomeScreen home({set, model, thumbnails, scans, events, prompt, state});
+    HomeScreen home({set, model, thumbnails, scans, events, prompt, state, settings});
     home.resize(1280, 800);
     home.show();
     QCoreApplication::processEvents();

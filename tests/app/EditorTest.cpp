@@ -7,6 +7,7 @@
 #include "workingset/HomeScreen.h"
 #include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
+#include "workingset/TutorialOverlay.h"
 #include "workingset/WorkingListModel.h"
 
 #include <QAction>
@@ -17,6 +18,7 @@
 #include <QMenu>
 #include <QProcess>
 #include <QPushButton>
+#include <QTimer>
 
 using namespace tagmoor;
 using namespace tagmoor::test;
@@ -56,6 +58,7 @@ private slots:
     void referenceChangeAsksWithItsExactText();
     void unmarkingTheLastPhotoDisablesTheBatchControls();
     void menuRemovalAsksAndNoKeepsTheList();
+    void tutorialShowsOnceAndEndsOnSkip();
 
 private:
     HomeScreen* load(TestApp& t, const QStringList& paths) {
@@ -179,6 +182,24 @@ void EditorTest::menuRemovalAsksAndNoKeepsTheList() {
     QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Remove all the selected images?"));
     QCOMPARE(t.set().count(), 2);
     delete menu;
+}
+
+void EditorTest::tutorialShowsOnceAndEndsOnSkip() {
+    TestApp t;
+    QVERIFY(!t.app->settings().tutorialShow().has_value());
+    HomeScreen* home = load(t, photosWithArtists(t.dir("p"), {"Ann"}));
+    QTRY_VERIFY(home->tutorial()->isVisibleTo(home));
+    QCOMPARE(home->tutorial()->tutorialStep(), 1);
+    QCOMPARE(t.app->settings().tutorialShow(), std::optional<bool>(true));
+    home->tutorial()->timerTutorial()->start(20); // the tour moves on by itself
+    QTRY_VERIFY(home->tutorial()->tutorialStep() >= 2);
+    home->tutorial()->clickedHideTutorial();
+    QVERIFY(!home->tutorial()->isVisibleTo(home));
+
+    // A later scan does not bring the tour back.
+    t.app->scans().addFromDrop(photosWithArtists(t.dir("more"), {"Bob"}));
+    QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 2, 20000);
+    QVERIFY(!home->tutorial()->isVisibleTo(home));
 }
 
 TAGMOOR_APP_TEST_MAIN(EditorTest)

@@ -12,7 +12,7 @@ RootView::RootView(AppDelegate& app, QWidget* parent)
     : QWidget(parent), m_stack(new QStackedLayout(this)),
       m_addFiles(new AddFilesScreen({app.events(), app.scans(), app.prompt(), app.settings()})),
       m_home(new HomeScreen({app.workingSet(), app.listModel(), app.thumbnails(), app.scans(),
-                             app.events(), app.prompt(), app.editorState()})),
+                             app.events(), app.prompt(), app.editorState(), app.settings()})),
       m_presetsDetails(new QWidget), m_empty(new QWidget) {
     setObjectName(QStringLiteral("containerView"));
     m_presetsDetails->setObjectName(QStringLiteral("presetsDetails"));

@@ -4,6 +4,7 @@
 #include "editor/MetadataForm.h"
 #include "editor/MetadataViewController.h"
 #include "foundation/AppEvents.h"
+#include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
 #include "model/FormFieldTable.h"
 #include "widgets/DesktopActions.h"
@@ -17,6 +18,7 @@
 #include "workingset/ScanProgressBox.h"
 #include "workingset/ScanProgressView.h"
 #include "workingset/ThumbnailProvider.h"
+#include "workingset/TutorialOverlay.h"
 #include "workingset/WorkingListModel.h"
 #include "workingset/WorkingSet.h"
 
@@ -126,6 +128,8 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
         connect(delegate, &PhotoItemDelegate::checkBoxToggled, this, &HomeScreen::clickedCheckBox);
         connect(view, &QAbstractItemView::clicked, this,
                 [this](const QModelIndex& index) { showPreview(index.row()); });
+        connect(view, &QAbstractItemView::doubleClicked, this,
+                [this](const QModelIndex& index) { showInfo(index.row()); });
         view->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(view, &QWidget::customContextMenuRequested, this,
                 [this, view](const QPoint& pos) { showContextMenu(view, pos); });
@@ -148,6 +152,12 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
                 if (path == m_previewPath && (side == kPreviewSide || side == 0))
                     refreshPreviewPicture();
             });
+
+    m_tutorial = new TutorialOverlay(this);
+    connect(&objects.scans, &ScanController::scanFinished, this, [this] {
+        if (!m_objects.workingSet.isEmpty())
+            showTutorialOnce();
+    });
 
     setBatchControlsEnabled(false);
     clearPreview();
@@ -212,10 +222,13 @@ QWidget* HomeScreen::makeSidePane() {
     m_preview->setAlignment(Qt::AlignCenter);
     m_preview->setFrameShape(QFrame::StyledPanel);
     m_imageName->setObjectName(QStringLiteral("lblImageName"));
-    m_imageName->setWordWrap(true);
     m_imageName->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_imageName->setMinimumHeight(m_imageName->fontMetrics().height() * 2);
     m_imageName->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // The place of the one marked photo; the map comes later, the numbers show already.
+    m_location = new QLabel;
+    m_location->setObjectName(QStringLiteral("lblLocation"));
+    m_location->setAlignment(Qt::AlignHCenter);
+    m_location->setForegroundRole(QPalette::PlaceholderText);
 
     auto* tabs = new QHBoxLayout;
     tabs->setSpacing(0);
@@ -235,15 +248,15 @@ QWidget* HomeScreen::makeSidePane() {
         addBatchControl(tab);
     }
     tabs->addStretch(1);
+    tabs->addWidget(m_markedSummary);
     connect(m_tabs, &QButtonGroup::idClicked, this, &HomeScreen::clickedEditorTab);
 
     m_editorHost->setObjectName(QStringLiteral("scrollViewMetadata"));
     auto* editorLayout = new QVBoxLayout(m_editorHost);
     editorLayout->setContentsMargins(0, 0, 0, 0);
     m_markedSummary->setObjectName(QStringLiteral("lblMarkedSummary"));
-    m_markedSummary->setWordWrap(true);
+    m_markedSummary->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_markedSummary->setForegroundRole(QPalette::PlaceholderText);
-    editorLayout->addWidget(m_markedSummary);
     editorLayout->addWidget(m_editor, 1);
     connect(&m_objects.events, &AppEvents::UpdateMetadataInfoOTM, m_form,
             [this](const QList<int>& indexes, bool isMultipleSelected, int index) {
@@ -278,6 +291,7 @@ QWidget* HomeScreen::makeSidePane() {
     layout->setSpacing(10);
     layout->addWidget(m_preview, 0, Qt::AlignHCenter);
     layout->addWidget(m_imageName);
+    layout->addWidget(m_location);
     layout->addWidget(makeLine());
     layout->addLayout(tabs);
     layout->addWidget(m_editorHost, 1);
@@ -362,10 +376,15 @@ void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
     clearViewSelection();
     if (outcome.buttons.clearEditorAndPreview && !outcome.buttons.batchControlsEnabled)
         clearPreview();
-    if (outcome.showRecord)
+    if (outcome.showRecord) {
         showPreview(*outcome.showRecord);
-    else if (outcome.geocodeDefaultAndClearPreview)
-        clearPreview();
+        if (*outcome.showRecord < m_objects.workingSet.count())
+            showLocation(m_objects.workingSet.workingImages().at(*outcome.showRecord));
+    } else {
+        m_location->clear();
+        if (outcome.geocodeDefaultAndClearPreview)
+            clearPreview();
+    }
     if (outcome.editorAction == SelectionOutcome::EditorAction::RestoreEmpty)
         m_form->updateMetadataInfo(-1, false, {});
     if (outcome.metadataInfo) {
@@ -433,7 +452,10 @@ void HomeScreen::showPreview(int row) {
     if (row < 0 || row >= images.size())
         return;
     m_previewPath = images[row].path();
-    m_imageName->setText(m_previewPath);
+    // One line: the middle of a long path gives way, the whole path is in the tooltip.
+    m_imageName->setText(m_imageName->fontMetrics().elidedText(m_previewPath, Qt::ElideMiddle,
+                                                               m_imageName->width() - 4));
+    m_imageName->setToolTip(m_previewPath);
     refreshPreviewPicture();
 }
 
@@ -454,6 +476,8 @@ void HomeScreen::clearPreview() {
     m_preview->clear();
     m_preview->setText(tr("No photo selected"));
     m_imageName->clear();
+    m_imageName->setToolTip(QString());
+    m_location->clear();
 }
 
 QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
@@ -486,6 +510,24 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     for (QAction* action : {info, open, reveal})
         action->setEnabled(onRow);
     return menu;
+}
+
+void HomeScreen::showTutorialOnce() {
+    if (m_objects.settings.tutorialShow().has_value())
+        return;
+    m_objects.settings.setTutorialShow(true);
+    m_tutorial->showTutorial();
+}
+
+void HomeScreen::showLocation(const CGImageProperties& record) {
+    const auto lat = record.gpsProperties ? record.gpsProperties->latitude.float32() : std::nullopt;
+    const auto lon =
+        record.gpsProperties ? record.gpsProperties->longitude.float32() : std::nullopt;
+    if (lat && lon)
+        m_location->setText(
+            tr("Location: %1, %2").arg(double(*lat), 0, 'f', 5).arg(double(*lon), 0, 'f', 5));
+    else
+        m_location->setText(tr("No location"));
 }
 
 void HomeScreen::showInfo(int row) {

@@ -16,6 +16,9 @@ class QToolButton;
 namespace tagmoor {
 
 class AppEvents;
+class Settings;
+class TutorialOverlay;
+struct CGImageProperties;
 class DesktopActions;
 class MetadataForm;
 class MetadataViewController;
@@ -47,6 +50,7 @@ public:
         AppEvents& events;
         UserPrompt& prompt;
         EditorState& editorState;
+        Settings& settings;
     };
 
     explicit HomeScreen(const Objects& objects, QWidget* parent = nullptr);
@@ -88,6 +92,10 @@ public:
     void clickedResetAll();
     // "Show Metadata" and "Get Info": the facts of one photo.
     void showInfo(int row);
+    QLabel* lblLocation() const { return m_location; }
+    TutorialOverlay* tutorial() const { return m_tutorial; }
+    // The tour of the screen, once per user: after the first scan that filled the list.
+    void showTutorialOnce();
 
     // Builds the context menu for a row of the list (-1: outside any row).
     QMenu* buildContextMenu(int row, QWidget* parent);
@@ -105,6 +113,7 @@ private:
     void showPreview(int row);
     void refreshPreviewPicture();
     void clearPreview();
+    void showLocation(const CGImageProperties& record);
     void showContextMenu(QAbstractItemView* view, const QPoint& pos);
 
     Objects m_objects;
@@ -128,6 +137,8 @@ private:
     QPushButton* m_resetAll = nullptr;
     QButtonGroup* m_tabs = nullptr;
     QLabel* m_markedSummary;
+    QLabel* m_location = nullptr;
+    TutorialOverlay* m_tutorial = nullptr;
     QPushButton* m_start;
     QList<QPointer<QWidget>> m_batchControls;
     DimmingCover* m_cover;
