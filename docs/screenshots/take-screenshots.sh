@@ -26,7 +26,7 @@ done
 
 # The welcome window was seen; no update check.
 mkdir -p "$work/config/Tagmoor"
-printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\n' \
+printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\n' \
   > "$work/config/Tagmoor/Tagmoor.conf"
 
 shoot() { # name, then the program's arguments

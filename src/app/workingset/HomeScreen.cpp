@@ -427,11 +427,10 @@ void HomeScreen::updateTotal() {
 void HomeScreen::updateMarkedSummary() {
     const int marked = m_objects.workingSet.markedCount();
     const int count = m_objects.workingSet.count();
-    if (marked == 0)
-        m_markedSummary->setText(tr("No photo is marked.\nMark photos in the list to "
-                                    "edit their metadata."));
-    else
-        m_markedSummary->setText(tr("%1 of %2 photos marked for editing.").arg(marked).arg(count));
+    m_markedSummary->setText(tr("%1 of %2 marked").arg(marked).arg(count));
+    m_markedSummary->setToolTip(marked == 0
+                                    ? tr("Mark photos in the list to edit their metadata.")
+                                    : tr("The editor and a run work on the marked photos."));
 }
 
 void HomeScreen::reloadViews() {

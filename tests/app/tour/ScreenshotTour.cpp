@@ -8,6 +8,7 @@
 #include "workingset/HomeScreen.h"
 #include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
+#include "workingset/TutorialOverlay.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -59,6 +60,9 @@ int main(int argc, char** argv) {
         settle(100);
     settle(1500);
     HomeScreen* home = t.window().homeScreen();
+    // The tour of the screen comes up after the first scan.
+    shoot(out, QStringLiteral("tutorial.png"), window);
+    home->tutorial()->clickedHideTutorial();
 
     shoot(out, QStringLiteral("editor-several.png"), window);
     home->clickedEditorTab(1);
@@ -69,7 +73,11 @@ int main(int argc, char** argv) {
 
     // One photo marked, with an Artist typed: its values and the edited mark.
     home->clickedSelectUnselectAll(false);
-    home->clickedCheckBox(0, true);
+    int row = 0;
+    for (int i = 0; i < t.set().count(); ++i)
+        if (t.set().workingImages().at(i).path().endsWith(QStringLiteral("/Reagan.jpg")))
+            row = i;
+    home->clickedCheckBox(row, true);
     settle();
     auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
     artist->setFocus();
