@@ -4,6 +4,7 @@
 #include "editor/FieldControl.h"
 #include "editor/MetadataForm.h"
 #include "editor/MetadataViewController.h"
+#include "widgets/DesktopActions.h"
 #include "workingset/HomeScreen.h"
 #include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
@@ -18,6 +19,7 @@
 #include <QMenu>
 #include <QProcess>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTimer>
 
 using namespace tagmoor;
@@ -59,6 +61,7 @@ private slots:
     void unmarkingTheLastPhotoDisablesTheBatchControls();
     void menuRemovalAsksAndNoKeepsTheList();
     void tutorialShowsOnceAndEndsOnSkip();
+    void aFailedOpenIsToldToTheUser();
 
 private:
     HomeScreen* load(TestApp& t, const QStringList& paths) {
@@ -200,6 +203,22 @@ void EditorTest::tutorialShowsOnceAndEndsOnSkip() {
     t.app->scans().addFromDrop(photosWithArtists(t.dir("more"), {"Bob"}));
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 2, 20000);
     QVERIFY(!home->tutorial()->isVisibleTo(home));
+}
+
+void EditorTest::aFailedOpenIsToldToTheUser() {
+    ScriptedPrompt prompt;
+    DesktopActions desktop(prompt);
+    desktop.setOpener(QStringLiteral("false")); // an opener that finds no application
+    QSignalSpy finished(&desktop, &DesktopActions::openFinished);
+    desktop.openInDefaultApplication(QStringLiteral("/photos/a.jpg"));
+    QVERIFY(finished.wait(5000));
+    QCOMPARE(finished.at(0).at(1).toBool(), false);
+    QCOMPARE(prompt.alerts.size(), 1);
+    QCOMPARE(prompt.alerts[0].title, QStringLiteral("The photo could not be opened"));
+
+    desktop.setOpener(QStringLiteral("/nonexistent/opener"));
+    desktop.openInDefaultApplication(QStringLiteral("/photos/a.jpg"));
+    QTRY_COMPARE(prompt.alerts.size(), 2);
 }
 
 TAGMOOR_APP_TEST_MAIN(EditorTest)

@@ -10,6 +10,12 @@
 
 namespace tagmoor {
 
+namespace {
+
+constexpr int kKeywords = 46;
+
+} // namespace
+
 FormSectionView::FormSectionView(const FormSection& section, QWidget* parent)
     : QWidget(parent), m_title(new QLabel) {
     setObjectName(QStringLiteral("section_") + QString::fromLatin1(section.titleControl));
@@ -41,6 +47,12 @@ FormSectionView::FormSectionView(const FormSection& section, QWidget* parent)
         grid->addWidget(control, row, 1);
         m_controls.append(control);
         ++row;
+        if (field->position == kKeywords) {
+            auto* hint = new QLabel(tr("Enter keywords separated by commas"));
+            hint->setObjectName(QStringLiteral("lblEnterKeywordsCommaSep"));
+            hint->setForegroundRole(QPalette::PlaceholderText);
+            grid->addWidget(hint, row++, 1);
+        }
     }
 }
 

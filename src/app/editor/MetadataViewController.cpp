@@ -115,6 +115,8 @@ MetadataViewController::MetadataViewController(MetadataForm& form, AppEvents& ev
     connect(&m_form, &MetadataForm::editedFlagsChanged, this,
             &MetadataViewController::highlightEditedFields);
     connect(&m_form, &MetadataForm::enableComponentsChanged, this, &QWidget::setEnabled);
+    connect(&events, &AppEvents::UpdateMultipleValuesOTM, &m_form,
+            &MetadataForm::updateMultipleValues);
     connect(&events, &AppEvents::UpdateEditorOTM, this,
             [this](int editor) { showEditor(Editor(std::clamp(editor, 0, 2))); });
 

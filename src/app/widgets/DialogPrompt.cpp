@@ -11,6 +11,8 @@
 namespace tagmoor {
 
 int DialogPrompt::ask(const Alert& alert) {
+    // The window below is dimmed while the question stands.
+    const auto cover = coverWindow();
     QMessageBox box(m_window);
     box.setWindowModality(Qt::WindowModal);
     box.setWindowTitle(alert.title);
@@ -39,17 +41,22 @@ int DialogPrompt::ask(const Alert& alert) {
     return index < 0 ? int(buttons.size()) - 1 : index;
 }
 
-QStringList DialogPrompt::openPanel(const OpenPanelRequest& request) {
+std::unique_ptr<DimmingCover> DialogPrompt::coverWindow() const {
     QWidget* content = m_window;
     if (auto* main = qobject_cast<QMainWindow*>(m_window.data()); main && main->centralWidget())
         content = main->centralWidget();
+    if (!content || !content->isVisible())
+        return nullptr;
     // The cover leaves a strip at the bottom, as the screens' own covers do.
-    DimmingCover* cover = content ? new DimmingCover(content, 36) : nullptr;
-    if (cover)
-        cover->show();
+    auto cover = std::make_unique<DimmingCover>(content, 36);
+    cover->show();
+    return cover;
+}
+
+QStringList DialogPrompt::openPanel(const OpenPanelRequest& request) {
+    const auto cover = coverWindow();
     FilePanel panel(m_window, request);
     const bool accepted = panel.exec() == QDialog::Accepted;
-    delete cover;
     return accepted ? panel.chosenPaths() : QStringList();
 }
 

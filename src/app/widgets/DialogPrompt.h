@@ -5,11 +5,15 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <memory>
+
 namespace tagmoor {
 
-// The application's way of asking: window-modal message boxes with the exact texts and buttons
-// (the first button is the default, the last answers Escape), and open panels over a dimming
-// cover. Tests use ScriptedPrompt instead.
+class DimmingCover;
+
+// The application's way of asking: window-modal message boxes over a dimming cover with the exact
+// texts and buttons (the first button is the default, the last answers Escape), and open panels
+// over the same cover. Tests use ScriptedPrompt instead.
 class DialogPrompt : public UserPrompt {
 public:
     explicit DialogPrompt(QWidget* window = nullptr) : m_window(window) {}
@@ -20,6 +24,9 @@ public:
     QStringList openPanel(const OpenPanelRequest& request) override;
 
 private:
+    // Dims the window's content while a box or panel is up; nothing when it is not shown.
+    std::unique_ptr<DimmingCover> coverWindow() const;
+
     QPointer<QWidget> m_window;
 };
 

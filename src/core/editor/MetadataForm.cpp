@@ -357,6 +357,32 @@ bool MetadataForm::isEmptyInAllSelected(int position) const {
     return true;
 }
 
+void MetadataForm::updateMultipleValues() {
+    setPlaceholders(Placeholder::MultipleValues);
+    emit formReset();
+}
+
+void MetadataForm::leaveEditingMode() {
+    m_tempProperty = readForm();
+    clearFields(false);
+}
+
+void MetadataForm::returnToEditingMode() {
+    m_isCheckToEditable = true;
+    for (const FormField& field : formFields()) {
+        if (field.isDate() || !isEdited(field.position))
+            continue;
+        const std::size_t p = std::size_t(field.position);
+        if (field.kind == FormKind::Popup)
+            m_rows[p] = FieldDisplay::popupRow(m_tempProperty, field);
+        else
+            m_texts[p] = FieldDisplay::text(m_tempProperty, field);
+    }
+    m_isCheckToEditable = false;
+    refreshDateSummaries();
+    emit formReset();
+}
+
 bool MetadataForm::hasEdits() const {
     return m_state.fieldEditedFlags.hasEdits();
 }

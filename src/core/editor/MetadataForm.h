@@ -77,6 +77,15 @@ public:
     bool isEmptyInAllSelected(int position) const;
     bool isMultipleSelected() const { return m_selection.size() > 1; }
 
+    // UpdateMultipleValuesOTM: every control shows "Multiple Values" when it has no text.
+    void updateMultipleValues();
+    // Leaving the editing mode for cleaning: the form is read into tempProperty, so the
+    // user's text survives, and the controls are emptied. Coming back, each edited field gets
+    // its value back from there.
+    void leaveEditingMode();
+    void returnToEditingMode();
+    bool isCheckToEditable() const { return m_isCheckToEditable; }
+
     // Any edit at all: what decides "No Changes in Metadata found".
     bool hasEdits() const;
     // Reset All: every control empty, every flag down, the date rules emptied.
@@ -119,6 +128,7 @@ private:
     CGImageProperties m_tempProperty;
     std::optional<double> m_selectedLatitude;
     std::optional<double> m_selectedLongitude;
+    bool m_isCheckToEditable = false;
 };
 
 // The two placeholder texts.

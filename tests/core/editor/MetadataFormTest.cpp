@@ -169,6 +169,22 @@ TEST(MetadataForm, ShowsMergeAndTracksEditsAgainstEveryMarkedPhoto) {
         EXPECT_TRUE(f.form.text(field.position).isEmpty()) << field.control;
 }
 
+TEST(MetadataForm, CleaningModeKeepsTheTypedTextsForTheWayBack) {
+    FormFixture f;
+    f.set.appendImages({photo("a.jpg", "Ann")});
+    f.form.updateMetadataInfo(0, false, {0});
+    f.form.editText(kArtist, "Zoe");
+    f.form.choosePopupRow(kFlash, 3);
+    f.form.leaveEditingMode();
+    EXPECT_EQ(f.form.text(kArtist), "");
+    EXPECT_EQ(f.form.popupRow(kFlash), 0);
+    EXPECT_TRUE(f.form.hasEdits()) << "leaving the mode keeps the flags";
+    f.form.returnToEditingMode();
+    EXPECT_EQ(f.form.text(kArtist), "Zoe");
+    EXPECT_EQ(f.form.popupRow(kFlash), 3);
+    EXPECT_EQ(f.form.text(kCopyright), "") << "only edited fields come back";
+}
+
 TEST(MetadataForm, ReferenceChangeAsksWhenThePhotoHasTheCoordinate) {
     FormFixture f;
     CGImageProperties p = photo("a.jpg");
