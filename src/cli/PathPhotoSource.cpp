@@ -42,6 +42,8 @@ QStringList collectPhotoPaths(const QStringList& inputs, QStringList* warnings,
                 paths << info.absoluteFilePath();
             else
                 *warnings << QStringLiteral("not an accepted photo type: %1").arg(input);
+        } else if (info.exists()) {
+            *warnings << QStringLiteral("not a regular file or folder: %1").arg(input);
         } else if (input.contains(QChar::ReplacementCharacter)) {
             // The argument's bytes were no UTF-8 and reached us with stand-ins: no path of
             // ours names that file.

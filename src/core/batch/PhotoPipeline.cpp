@@ -194,8 +194,11 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
         const QString cause = errorCode ? writeStatusText(writeStatusOfErrno(errorCode)) +
                                               QStringLiteral(": ") + error
                                         : error;
-        // An old output that could not be removed takes the photo's metadata instead.
-        if (!QFileInfo(target).isFile())
+        // An old output that could not be removed takes the photo's metadata instead; but
+        // not through a link, which may lead out of the output folder, nor into a photo of
+        // the run.
+        const QFileInfo old(target);
+        if (!old.isFile() || old.isSymLink() || (sources && sources->contains(target)))
             return skip(PhotoOutcome::SkippedNoOutput, cause);
         step = changeMetadata(target, record);
         problem = QStringLiteral("the old output could not be replaced (%1)").arg(cause);

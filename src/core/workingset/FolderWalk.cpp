@@ -45,6 +45,7 @@ const QSet<QString>& packageExtensions() {
 // text that names the file again; such a file or folder goes to `leftOut`.
 QStringList namesIn(const QString& folder, QList<LeftOutEntry>& leftOut) {
     QStringList names;
+    QList<LeftOutEntry> unnamed;
     DIR* dir = ::opendir(QFile::encodeName(folder).constData());
     if (!dir)
         return names;
@@ -69,11 +70,14 @@ QStringList namesIn(const QString& folder, QList<LeftOutEntry>& leftOut) {
         const QString shown = displayFileName(raw);
         if ((isFolder && isPackageFolderName(shown)) || isExcludedMediaPath(prefix + shown))
             continue;
-        leftOut.append({prefix + shown, isFolder,
+        unnamed.append({prefix + shown, isFolder,
                         isFolder ? QStringLiteral("the folder name is not valid UTF-8")
                                  : QStringLiteral("the file name is not valid UTF-8")});
     }
     ::closedir(dir);
+    std::sort(unnamed.begin(), unnamed.end(),
+              [](const LeftOutEntry& a, const LeftOutEntry& b) { return a.path < b.path; });
+    leftOut.append(unnamed);
     return names;
 }
 
