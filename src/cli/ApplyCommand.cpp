@@ -69,6 +69,8 @@ bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoS
             continue;
         ++writes;
         claimed.insert(plan.finalPath);
+        if (!plan.finalLocation.isEmpty())
+            claimed.insert(plan.finalLocation);
         if (values.processingMode == ProcessingMode::removeGroups) {
             const CleanOptions& c = values.clean;
             QStringList groups;

@@ -23,6 +23,8 @@ std::optional<FileId> fileIdOf(const QString& path) {
 }
 
 std::optional<QString> locationOf(const QString& path) {
+    if (path.isEmpty())
+        return std::nullopt;
     const int slash = int(path.lastIndexOf(QLatin1Char('/')));
     const QString folder = slash < 0    ? QStringLiteral(".")
                            : slash == 0 ? QStringLiteral("/")

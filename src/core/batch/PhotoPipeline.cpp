@@ -111,7 +111,8 @@ PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const QSet<QString>&
     const auto sourceId = fileIdOf(plan.sourcePath);
     const auto targetId = fileIdOf(plan.finalPath);
     const bool sameFile = plan.finalPath == plan.sourcePath || (sourceId && sourceId == targetId);
-    const bool taken = entryExists(plan.finalPath) || claimed.contains(plan.finalPath);
+    const bool taken = entryExists(plan.finalPath) || claimed.contains(plan.finalPath) ||
+                       (!plan.finalLocation.isEmpty() && claimed.contains(plan.finalLocation));
     const bool inPlace = m_values.isDestinationPathAsSource && sameFile;
     if (!inPlace && !m_values.overwriteExisting && taken)
         return PhotoOutcome::SkippedCollision;

@@ -40,7 +40,8 @@ public:
     FieldEdits fieldEditsFor(const CGImageProperties& record) const;
 
     // What process() would decide at the guard, without touching anything. `claimed` holds
-    // output paths that earlier photos of the same forecast would have written.
+    // output paths (or their locations) that earlier photos of the same forecast would have
+    // written.
     PhotoOutcome forecast(const PhotoPlan& plan, const QSet<QString>& claimed,
                           const BatchSources* sources = nullptr) const;
 
