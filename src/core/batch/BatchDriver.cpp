@@ -2,6 +2,7 @@
 
 #include "batch/BatchLog.h"
 #include "batch/BatchObserver.h"
+#include "metadata/SafeFileReplace.h"
 
 #include <QThreadPool>
 
@@ -84,6 +85,12 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         qCWarning(lcBatch) << "unknown processing mode" << int(mode) << "- no photo processed";
         return result;
     }
+
+    // What a killed run left in the output folder goes now, whether or not a photo of this
+    // run gets as far as writing there.
+    const auto& destination = m_pipeline.values().destinationFolder;
+    if (!m_pipeline.values().isDestinationPathAsSource && destination && !destination->isEmpty())
+        SafeFileReplace::sweepLeftovers(*destination);
 
     // The files of all selected photos, so that no photo's output ever takes another's place.
     BatchSources sources;

@@ -37,14 +37,19 @@ bool isSingleFileName(const QString& name) {
            name != QLatin1String(".") && name != QLatin1String("..");
 }
 
-// Whether the photo may not be written where it is: its owner took the write bit away, or this
-// process may not write it. Root may write anything; the bit still says the user's will.
-bool isReadOnly(const QString& path) {
+// Why the photo may not be written where it is, if it may not: its owner took the write bit
+// away (root may write anything, but the bit still says the user's will), or this process may
+// not write it.
+std::optional<QString> whyNotWritable(const QString& path) {
     const QByteArray native = QFile::encodeName(path);
     struct stat st {};
     if (::stat(native.constData(), &st) != 0)
-        return false;
-    return (st.st_mode & S_IWUSR) == 0 || ::access(native.constData(), W_OK) != 0;
+        return std::nullopt;
+    if ((st.st_mode & S_IWUSR) == 0)
+        return QStringLiteral("the photo is read-only");
+    if (::access(native.constData(), W_OK) != 0)
+        return QStringLiteral("the photo may not be written by this user");
+    return std::nullopt;
 }
 
 } // namespace
@@ -160,10 +165,10 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
     if (sameFile) {
         if (!QFileInfo(target).isFile())
             return skip(PhotoOutcome::SkippedNoOutput, QStringLiteral("not a regular file"));
-        // The user's own read-only photo stays as it is; it is not made writable.
-        if (isReadOnly(target))
-            return {PhotoOutcome::Written, writeStatusText(WriteStatus::NoPermission) +
-                                               QStringLiteral(": the photo is read-only")};
+        // A read-only photo stays as it is; it is not made writable.
+        if (const auto why = whyNotWritable(target))
+            return {PhotoOutcome::Written,
+                    writeStatusText(WriteStatus::NoPermission) + QStringLiteral(": ") + *why};
         const MetadataStep step = changeMetadata(target, record);
         const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
         return {PhotoOutcome::Written, problemOf(step, target, dated)};
