@@ -7,6 +7,8 @@
 #include <QSet>
 #include <algorithm>
 
+#include <cerrno>
+#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -42,13 +44,20 @@ const QSet<QString>& packageExtensions() {
 }
 
 // Reads the names of one folder, but for hidden ones. A name that is no valid UTF-8 has no
-// text that names the file again; such a file or folder goes to `leftOut`.
+// text that names the file again; such a file or folder goes to `leftOut`, and so does the
+// folder itself when it cannot be read.
 QStringList namesIn(const QString& folder, QList<LeftOutEntry>& leftOut) {
     QStringList names;
     QList<LeftOutEntry> unnamed;
     DIR* dir = ::opendir(QFile::encodeName(folder).constData());
-    if (!dir)
+    if (!dir) {
+        // A folder that vanished has nothing to tell; one that is closed to us is told.
+        if (errno != ENOENT)
+            leftOut.append({folder, true,
+                            QStringLiteral("the folder cannot be read (%1)")
+                                .arg(QString::fromLocal8Bit(std::strerror(errno)))});
         return names;
+    }
     const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
     while (const dirent* entry = ::readdir(dir)) {
         const QByteArray raw(entry->d_name);

@@ -298,6 +298,21 @@ TEST_F(Safety, NamesThatAreNotUtf8AreLeftOutAloud) {
 
     ::unlink(latin1.constData());
     ::rmdir((QFile::encodeName(in()) + "/d\xe9j\xe0").constData());
+
+    // A folder closed to the user is told as well.
+    if (::geteuid() != 0) {
+        std::cout << "[ SKIPPED  ] closed folder: needs root to switch users\n";
+        return;
+    }
+    QDir().mkpath(in() + "/closed");
+    photo("shut.jpg", in() + "/closed");
+    for (const char* dir : {"/a", "/a/b", "/a/b/in"})
+        ::chmod(QFile::encodeName(root() + dir).constData(), 0755);
+    ::chmod(QFile::encodeName(in() + "/closed").constData(), 0700);
+    const ToolResult shut = apply({"--dry-run", "--out", out(), in()}, kNobody);
+    EXPECT_EQ(shut.exitCode, 1);
+    EXPECT_TRUE(said(shut, in() + "/closed: left out: the folder cannot be read"))
+        << shut.err.toStdString();
 }
 
 namespace {
