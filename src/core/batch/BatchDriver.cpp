@@ -83,6 +83,11 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
     if (mode != ProcessingMode::keepUnedited && mode != ProcessingMode::clearUnedited &&
         mode != ProcessingMode::removeGroups) {
         qCWarning(lcBatch) << "unknown processing mode" << int(mode) << "- no photo processed";
+        for (int i = 0; i < count; ++i) {
+            if (photos.isSelected(i))
+                result.problems.append(
+                    {photos.pathOf(i), QStringLiteral("not changed: unknown processing mode")});
+        }
         return result;
     }
 
