@@ -50,13 +50,16 @@ private:
 bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos) {
     RenameNumbering numbering;
     QSet<QString> claimed;
+    BatchSources sources;
+    for (int i = 0; i < photos.count(); ++i)
+        sources.add(photos.path(i));
     int writes = 0;
     const int total = photos.count();
     const RunValues& values = pipeline.values();
     for (int i = 0; i < total; ++i) {
         const CGImageProperties record = photos.record(i);
         const PhotoPlan plan = pipeline.plan(record, i + 1, total, numbering.take());
-        const PhotoOutcome outcome = pipeline.forecast(plan, claimed);
+        const PhotoOutcome outcome = pipeline.forecast(plan, claimed, &sources);
         if (!plan.hasUrl) {
             out << photos.path(i) << ": " << describe(outcome) << '\n';
             continue;
@@ -66,6 +69,8 @@ bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoS
             continue;
         ++writes;
         claimed.insert(plan.finalPath);
+        if (!plan.finalLocation.isEmpty())
+            claimed.insert(plan.finalLocation);
         if (values.processingMode == ProcessingMode::removeGroups) {
             const CleanOptions& c = values.clean;
             QStringList groups;
@@ -116,12 +121,22 @@ int runApply(const QStringList& args) {
     }
 
     QStringList problems;
-    const QStringList paths = collectPhotoPaths(options->inputs, &problems);
+    QList<LeftOutEntry> leftOut;
+    const QStringList found = collectPhotoPaths(options->inputs, &problems, &leftOut);
     if (!problems.isEmpty()) {
         for (const QString& p : problems)
             err << "tagmoor-cli apply: " << p << '\n';
         return 2;
     }
+    // Nothing leaves the run without a word: what cannot be named is told and counts as not
+    // changed; a file that gives no record is no photo (the photo list never takes it in).
+    for (const LeftOutEntry& entry : leftOut)
+        err << "tagmoor-cli apply: " << entry.path << ": left out: " << entry.reason << '\n';
+    QStringList notPhotos;
+    const QStringList paths = photosAmong(found, options->threads, &notPhotos);
+    for (const QString& path : notPhotos)
+        err << "tagmoor-cli apply: " << path << ": not a photo, left out of the batch\n";
+    err.flush();
     const RunValues& values = options->values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
         !values.fieldEditedFlags.hasKeyedEdits())
@@ -132,7 +147,7 @@ int runApply(const QStringList& args) {
     if (options->dryRun) {
         const bool allWritten = printPlan(out, pipeline, photos);
         out.flush();
-        return allWritten ? 0 : 1;
+        return allWritten && leftOut.isEmpty() ? 0 : 1;
     }
     if (values.destinationFolder && !QDir().mkpath(*values.destinationFolder)) {
         err << "tagmoor-cli apply: cannot create the output folder " << *values.destinationFolder
@@ -153,7 +168,13 @@ int runApply(const QStringList& args) {
     for (const QString& line : BatchSummary::of(result).lines())
         out << line << '\n';
     out.flush();
-    return result.totalProcessedPhotos == result.total ? 0 : 1;
+    // One line for each photo that did not get what was asked, and why.
+    for (const PhotoProblem& problem : result.problems)
+        err << "tagmoor-cli apply: " << problem.path << ": " << problem.reason << '\n';
+    err.flush();
+    const bool allChanged = result.totalProcessedPhotos == result.total &&
+                            result.problems.isEmpty() && leftOut.isEmpty();
+    return allChanged ? 0 : 1;
 }
 
 } // namespace tagmoor::cli

@@ -4,6 +4,7 @@
 #include "RenameArgument.h"
 #include "batch/FormSnapshot.h"
 #include "model/FormFieldTable.h"
+#include "rename/RenameRule.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -96,6 +97,7 @@ QString ApplyOptions::helpText() {
         "                       OPTS, comma separated: before | after, text=T (stands in for\n"
         "                       the name), start=N (first number, default 1), digits=N\n"
         "                       (counter only: least number of digits)\n"
+        "                       A new name is one file name: no text may hold '/'.\n"
         "  --preset NAME        use a stored preset\n"
         "\n"
         "Running:\n"
@@ -106,8 +108,13 @@ QString ApplyOptions::helpText() {
         "                       most 4); the result is the same as one at a time\n"
         "  --quiet              no progress on the terminal\n"
         "\n"
-        "Exit status: 0 every photo processed, 1 some photos skipped (for --dry-run: would be\n"
-        "skipped), 2 bad arguments.\n");
+        "A file that gives no record (not a photo) is no photo of the batch and is named on\n"
+        "stderr. Every photo that did not get what was asked (skipped, format not writable,\n"
+        "disk full, no permission, file changed, a name that is not valid UTF-8) is named on\n"
+        "stderr, one line each, with the reason.\n"
+        "\n"
+        "Exit status: 0 every photo processed, 1 some photos skipped or not changed (for\n"
+        "--dry-run: would be skipped), 2 bad arguments.\n");
 }
 
 std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString* error) {
@@ -193,6 +200,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             const auto rule = parseRenameArgument(*v, error);
             if (!rule)
                 return fail(error, QStringLiteral("--rename: %1").arg(*error));
+            if (const auto refused = refusedRenameText(*rule))
+                return fail(error, QStringLiteral("--rename: %1").arg(*refused));
             o.values.renameSettings = *rule;
         } else if (arg == QLatin1String("--out")) {
             if (v->isEmpty())

@@ -2,6 +2,7 @@
 
 #include "batch/BatchLog.h"
 #include "batch/BatchObserver.h"
+#include "metadata/SafeFileReplace.h"
 
 #include <QThreadPool>
 
@@ -46,11 +47,16 @@ public:
     }
 
 private:
+    // By text and by place: two texts may reach one folder through a link or a mount.
     static bool sharesPath(const PhotoPlan& a, const PhotoPlan& b) {
         if (!a.hasUrl || !b.hasUrl)
             return false;
-        return a.finalPath == b.finalPath || a.finalPath == b.sourcePath ||
-               a.sourcePath == b.finalPath || a.sourcePath == b.sourcePath;
+        if (a.finalPath == b.finalPath || a.finalPath == b.sourcePath ||
+            a.sourcePath == b.finalPath || a.sourcePath == b.sourcePath)
+            return true;
+        const auto same = [](const QString& x, const QString& y) { return !x.isEmpty() && x == y; };
+        return same(a.finalLocation, b.finalLocation) || same(a.finalLocation, b.sourceLocation) ||
+               same(a.sourceLocation, b.finalLocation) || same(a.sourceLocation, b.sourceLocation);
     }
 
     const int m_limit;
@@ -77,23 +83,51 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
     if (mode != ProcessingMode::keepUnedited && mode != ProcessingMode::clearUnedited &&
         mode != ProcessingMode::removeGroups) {
         qCWarning(lcBatch) << "unknown processing mode" << int(mode) << "- no photo processed";
+        for (int i = 0; i < count; ++i) {
+            if (photos.isSelected(i))
+                result.problems.append(
+                    {photos.pathOf(i), QStringLiteral("not changed: unknown processing mode")});
+        }
         return result;
+    }
+
+    // What a killed run left in the output folder goes now, whether or not a photo of this
+    // run gets as far as writing there.
+    const auto& destination = m_pipeline.values().destinationFolder;
+    if (!m_pipeline.values().isDestinationPathAsSource && destination && !destination->isEmpty())
+        SafeFileReplace::sweepLeftovers(*destination);
+
+    // The files of all selected photos, so that no photo's output ever takes another's place.
+    BatchSources sources;
+    for (int i = 0; i < count; ++i) {
+        if (photos.isSelected(i))
+            sources.add(photos.pathOf(i));
     }
 
     std::atomic<int> written{0};
     InFlight inFlight(m_threads);
     QThreadPool pool;
     pool.setMaxThreadCount(m_threads);
-
-    auto work = [&](const PhotoPlan& plan, const CGImageProperties& record) {
-        const PhotoOutcome outcome = m_pipeline.process(plan, record);
-        if (isCounted(outcome))
-            ++written;
-        if (m_observer)
-            m_observer->photoDone(plan, outcome);
+    // Problems by list position, so that any number of workers reports them in one order.
+    std::mutex problemsMutex;
+    std::map<int, PhotoProblem> problems;
+    const auto report = [&](int index, const QString& path, const QString& reason) {
+        std::lock_guard lock(problemsMutex);
+        problems.emplace(index, PhotoProblem{path, reason});
     };
 
-    for (int i = 0; i < count; ++i) {
+    auto work = [&](int index, const PhotoPlan& plan, const CGImageProperties& record) {
+        const PhotoResult outcome = m_pipeline.process(plan, record, &sources);
+        if (isCounted(outcome.outcome))
+            ++written;
+        if (!outcome.problem.isEmpty())
+            report(index, plan.hasUrl ? plan.sourcePath : photos.pathOf(index), outcome.problem);
+        if (m_observer)
+            m_observer->photoDone(plan, outcome.outcome);
+    };
+
+    int i = 0;
+    for (; i < count; ++i) {
         if (m_stop.waitBetweenPhotos()) {
             result.stopped = true;
             break;
@@ -110,18 +144,25 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         if (m_observer)
             m_observer->photoStarted(plan);
         if (m_threads == 1) {
-            work(plan, record);
+            work(i, plan, record);
         } else {
             inFlight.admit(i, plan);
             pool.start([&, i, plan = std::move(plan), record = std::move(record)] {
-                work(plan, record);
+                work(i, plan, record);
                 inFlight.done(i);
             });
         }
     }
+    // After a stop, the photos not reached are on the list too: nothing leaves a run unsaid.
+    for (; i < count; ++i) {
+        if (photos.isSelected(i))
+            report(i, photos.pathOf(i), QStringLiteral("not reached: the run was stopped"));
+    }
     inFlight.waitAll();
     pool.waitForDone();
     result.totalProcessedPhotos = written.load();
+    for (auto& [index, problem] : problems)
+        result.problems.append(std::move(problem));
     return result;
 }
 

@@ -1,8 +1,16 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 namespace tagmoor {
+
+// A selected photo that did not get all that was asked, and why.
+struct PhotoProblem {
+    QString path;
+    QString reason;
+    bool operator==(const PhotoProblem&) const = default;
+};
 
 // What a run leaves behind for its result screen.
 struct BatchResult {
@@ -16,6 +24,12 @@ struct BatchResult {
     // that far.
     QString outputDirectoryValue;
     bool stopped = false;
+    // Every selected photo that did not get what was asked, in list order: skipped (for a
+    // collision, a missing source, a failed copy, a refused name, a stop), or with an output
+    // whose edit did not land (format not writable, disk full, no permission, file changed,
+    // not a photo any more). The counts above stay as the result screen defines them; this
+    // list is what "could not be changed" shows.
+    QList<PhotoProblem> problems = {};
 
     int skipped() const { return total - totalProcessedPhotos; }
     bool operator==(const BatchResult&) const = default;

@@ -1,5 +1,7 @@
 #include "batch/FileCopier.h"
 
+#include "metadata/SafeFileReplace.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
@@ -16,10 +18,31 @@ namespace tagmoor {
 
 namespace {
 
-QString errnoText(const char* what) {
-    return QStringLiteral("%1: %2").arg(QLatin1String(what),
-                                        QString::fromLocal8Bit(std::strerror(errno)));
-}
+// Where a failure is told: a text and the errno value, each optional.
+class Failure {
+public:
+    Failure(QString* text, int* code) : m_text(text), m_code(code) {
+        if (m_code)
+            *m_code = 0;
+    }
+    // A failed call of the system: its name and errno now.
+    void system(const char* what) {
+        const int error = errno;
+        set(QStringLiteral("%1: %2").arg(QLatin1String(what),
+                                         QString::fromLocal8Bit(std::strerror(error))),
+            error);
+    }
+    void set(const QString& text, int code = 0) {
+        if (m_text)
+            *m_text = text;
+        if (m_code)
+            *m_code = code;
+    }
+
+private:
+    QString* m_text;
+    int* m_code;
+};
 
 // Closes a descriptor when the scope ends.
 struct Fd {
@@ -38,7 +61,7 @@ struct Fd {
     }
 };
 
-bool copyBytes(int in, int out, off_t size, QString* error) {
+bool copyBytes(int in, int out, off_t size, Failure& failure) {
     // copy_file_range lets the kernel move the bytes (or share extents); it is not available
     // between every pair of file systems, so plain reads and writes take over when it fails.
     off_t done = 0;
@@ -53,13 +76,13 @@ bool copyBytes(int in, int out, off_t size, QString* error) {
         if (errno == EINTR)
             continue;
         if (errno != EXDEV && errno != ENOSYS && errno != EINVAL && errno != EOPNOTSUPP) {
-            *error = errnoText("copy");
+            failure.system("copy");
             return false;
         }
         break;
     }
     if (::lseek(in, done, SEEK_SET) < 0 || ::lseek(out, done, SEEK_SET) < 0) {
-        *error = errnoText("seek");
+        failure.system("seek");
         return false;
     }
     QByteArray buffer(1 << 20, Qt::Uninitialized);
@@ -70,7 +93,7 @@ bool copyBytes(int in, int out, off_t size, QString* error) {
         if (n < 0) {
             if (errno == EINTR)
                 continue;
-            *error = errnoText("read");
+            failure.system("read");
             return false;
         }
         for (ssize_t off = 0; off < n;) {
@@ -78,7 +101,7 @@ bool copyBytes(int in, int out, off_t size, QString* error) {
             if (w < 0) {
                 if (errno == EINTR)
                     continue;
-                *error = errnoText("write");
+                failure.system("write");
                 return false;
             }
             off += w;
@@ -87,51 +110,60 @@ bool copyBytes(int in, int out, off_t size, QString* error) {
 }
 
 // Moves the finished temporary file to the target unless something is there already.
-bool moveIntoPlace(const QByteArray& temp, const QByteArray& target, QString* error) {
+bool moveIntoPlace(const QByteArray& temp, const QByteArray& target, Failure& failure) {
 #ifdef SYS_renameat2
     if (::syscall(SYS_renameat2, AT_FDCWD, temp.constData(), AT_FDCWD, target.constData(),
                   1 /* RENAME_NOREPLACE */) == 0)
         return true;
     if (errno != EINVAL && errno != ENOSYS) {
-        *error = errnoText("rename");
+        failure.system("rename");
         return false;
     }
 #endif
     // File systems without the no-replace rename: a hard link fails on an existing target.
     if (::link(temp.constData(), target.constData()) != 0) {
-        *error = errnoText("link");
+        failure.system("link");
         return false;
     }
     ::unlink(temp.constData());
     return true;
 }
 
+// A fresh hidden name in `folder`, created empty and open; -1 on failure.
+int createTemporary(const QString& folder, QByteArray* name, Failure& failure) {
+    *name = SafeFileReplace::temporaryTemplate(folder);
+    const int fd = ::mkostemps(name->data(), 4, O_CLOEXEC);
+    if (fd < 0)
+        failure.system("create");
+    return fd;
+}
+
 // A complete copy of `source` under a fresh hidden name in `folder`; empty on failure.
-QByteArray copyToTemporary(const QString& source, const QString& folder, QString* error) {
+QByteArray copyToTemporary(const QString& source, const QString& folder, Failure& failure) {
     const QByteArray src = QFile::encodeName(source);
-    Fd in(::open(src.constData(), O_RDONLY | O_CLOEXEC));
+    // Without blocking, and only a regular file: a pipe put in the photo's place is no photo.
+    Fd in(::open(src.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (in.fd < 0) {
-        *error = errnoText("open source");
+        failure.system("open source");
         return {};
     }
     struct stat st {};
     if (::fstat(in.fd, &st) != 0 || !S_ISREG(st.st_mode)) {
-        *error = QStringLiteral("the source is not a regular file");
+        failure.set(QStringLiteral("the source is not a regular file"));
         return {};
     }
-    QByteArray temp = QFile::encodeName(folder) + "/.tagmoor-copy-XXXXXX";
-    Fd out(::mkostemp(temp.data(), O_CLOEXEC));
-    if (out.fd < 0) {
-        *error = errnoText("create");
+    QByteArray temp;
+    Fd out(createTemporary(folder, &temp, failure));
+    if (out.fd < 0)
         return {};
-    }
-    bool ok = copyBytes(in.fd, out.fd, st.st_size, error);
+    bool ok = copyBytes(in.fd, out.fd, st.st_size, failure);
     if (ok) {
-        ::fchmod(out.fd, st.st_mode & 07777);
+        // The copy is the run's own: its owner may write it, whatever the source allows.
+        ::fchmod(out.fd, (st.st_mode & 07777) | S_IWUSR);
         const struct timespec times[2] = {st.st_atim, st.st_mtim};
         ::futimens(out.fd, times);
         if (::close(out.release()) != 0) {
-            *error = errnoText("close");
+            failure.system("close");
             ok = false;
         }
     }
@@ -144,81 +176,83 @@ QByteArray copyToTemporary(const QString& source, const QString& folder, QString
 
 } // namespace
 
-QString FileCopier::stage(const QString& source, const QString& folder, QString* error) {
-    QString ignored;
-    if (!error)
-        error = &ignored;
+QString FileCopier::stage(const QString& source, const QString& folder, QString* error,
+                          int* errorCode) {
+    Failure failure(error, errorCode);
+    SafeFileReplace::sweepLeftovers(folder);
     const QByteArray src = QFile::encodeName(source);
     struct stat st {};
     if (::stat(src.constData(), &st) != 0 || !S_ISREG(st.st_mode)) {
-        *error = QStringLiteral("the source is not a regular file");
+        failure.set(QStringLiteral("the source is not a regular file"));
         return {};
     }
-    // A free name for the link: a fresh temporary file, removed again, then linked.
-    for (int attempt = 0; attempt < 8; ++attempt) {
-        QByteArray name = QFile::encodeName(folder) + "/.tagmoor-copy-XXXXXX";
-        const int fd = ::mkostemp(name.data(), O_CLOEXEC);
-        if (fd < 0) {
-            *error = errnoText("create");
-            return {};
+    // A source that its owner may not write is staged as a real copy, so that the copy can be
+    // given the write bit without touching the source.
+    if (st.st_mode & S_IWUSR) {
+        // A free name for the link: a fresh temporary file, removed again, then linked.
+        for (int attempt = 0; attempt < 8; ++attempt) {
+            QByteArray name;
+            const int fd = createTemporary(folder, &name, failure);
+            if (fd < 0)
+                return {};
+            ::close(fd);
+            ::unlink(name.constData());
+            if (::link(src.constData(), name.constData()) == 0)
+                return QFile::decodeName(name);
+            if (errno == EEXIST)
+                continue;
+            break; // another file system, or links not allowed: a real copy instead
         }
-        ::close(fd);
-        ::unlink(name.constData());
-        if (::link(src.constData(), name.constData()) == 0)
-            return QFile::decodeName(name);
-        if (errno == EEXIST)
-            continue;
-        break; // another file system, or links not allowed: a real copy instead
     }
-    const QByteArray copy = copyToTemporary(source, folder, error);
+    const QByteArray copy = copyToTemporary(source, folder, failure);
     return copy.isEmpty() ? QString() : QFile::decodeName(copy);
 }
 
-bool FileCopier::detach(const QString& staged, const QString& source, QString* error) {
+bool FileCopier::detach(const QString& staged, const QString& source, QString* error,
+                        int* errorCode) {
+    Failure failure(error, errorCode);
     struct stat a {
     }, b{};
     if (::stat(QFile::encodeName(staged).constData(), &a) != 0 ||
         ::stat(QFile::encodeName(source).constData(), &b) != 0) {
-        *error = errnoText("stat");
+        failure.system("stat");
         return false;
     }
     if (a.st_dev != b.st_dev || a.st_ino != b.st_ino)
         return true;
-    const QByteArray copy = copyToTemporary(source, QFileInfo(staged).absolutePath(), error);
+    const QByteArray copy = copyToTemporary(source, QFileInfo(staged).absolutePath(), failure);
     if (copy.isEmpty())
         return false;
     if (::rename(copy.constData(), QFile::encodeName(staged).constData()) != 0) {
-        *error = errnoText("rename");
+        failure.system("rename");
         ::unlink(copy.constData());
         return false;
     }
     return true;
 }
 
-bool FileCopier::publish(const QString& staged, const QString& target, QString* error) {
-    QString ignored;
-    if (!error)
-        error = &ignored;
+bool FileCopier::publish(const QString& staged, const QString& target, QString* error,
+                         int* errorCode) {
+    Failure failure(error, errorCode);
     const QByteArray from = QFile::encodeName(staged);
-    if (moveIntoPlace(from, QFile::encodeName(target), error))
+    if (moveIntoPlace(from, QFile::encodeName(target), failure))
         return true;
     ::unlink(from.constData());
     return false;
 }
 
-bool FileCopier::copyNoClobber(const QString& source, const QString& target, QString* error) {
-    QString ignored;
-    if (!error)
-        error = &ignored;
+bool FileCopier::copyNoClobber(const QString& source, const QString& target, QString* error,
+                               int* errorCode) {
+    Failure failure(error, errorCode);
     struct stat st {};
     if (::lstat(QFile::encodeName(target).constData(), &st) == 0) {
-        *error = QStringLiteral("the target exists");
+        failure.set(QStringLiteral("the target exists"));
         return false;
     }
-    const QByteArray temp = copyToTemporary(source, QFileInfo(target).absolutePath(), error);
+    const QByteArray temp = copyToTemporary(source, QFileInfo(target).absolutePath(), failure);
     if (temp.isEmpty())
         return false;
-    if (moveIntoPlace(temp, QFile::encodeName(target), error))
+    if (moveIntoPlace(temp, QFile::encodeName(target), failure))
         return true;
     ::unlink(temp.constData());
     return false;

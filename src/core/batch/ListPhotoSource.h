@@ -15,6 +15,7 @@ public:
     int count() const override { return int(m_records.size()); }
     bool isSelected(int index) const override { return m_records.at(index).isSelected; }
     CGImageProperties record(int index) const override { return m_records.at(index); }
+    QString pathOf(int index) const override { return m_records.at(index).path(); }
 
 private:
     QList<CGImageProperties> m_records;

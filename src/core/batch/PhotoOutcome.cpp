@@ -14,6 +14,11 @@ QString describe(PhotoOutcome outcome) {
         return QStringLiteral("skipped: the source file is gone");
     case PhotoOutcome::SkippedNoOutput:
         return QStringLiteral("skipped: the copy failed");
+    case PhotoOutcome::SkippedUnsafeName:
+        return QStringLiteral("skipped: the new name is not a single file name in the output "
+                              "folder");
+    case PhotoOutcome::SkippedSourceInTheWay:
+        return QStringLiteral("skipped: another photo of this batch has the output name");
     }
     return {};
 }

@@ -5,13 +5,16 @@
 namespace tagmoor {
 
 // What became of one photo. Only `Written` counts as processed; the rest are skips that the
-// result screen shows as a number and nothing more.
+// result screen shows as a number.
 enum class PhotoOutcome {
-    Written,          // the output exists; its metadata step ran (and may have failed)
-    SkippedNoUrl,     // the record has no file
-    SkippedCollision, // a file is at the output path and overwriting is off
-    SkippedNoSource,  // the source file is gone
-    SkippedNoOutput,  // the copy failed and nothing is at the output path
+    Written,               // the output exists; its metadata step ran (and may have failed)
+    SkippedNoUrl,          // the record has no file
+    SkippedCollision,      // a file is at the output path and overwriting is off
+    SkippedNoSource,       // the source file is gone
+    SkippedNoOutput,       // the copy failed and nothing is at the output path
+    SkippedUnsafeName,     // the new name is no single file name, or the output would leave
+                           // its folder
+    SkippedSourceInTheWay, // another photo of the run is at the output path
 };
 
 inline bool isCounted(PhotoOutcome o) {
@@ -19,5 +22,14 @@ inline bool isCounted(PhotoOutcome o) {
 }
 
 QString describe(PhotoOutcome outcome);
+
+// The outcome of one photo and, when the photo did not get all that was asked (a skip, or an
+// output whose edit failed), why; an empty `problem` means the whole edit landed.
+struct PhotoResult {
+    PhotoOutcome outcome = PhotoOutcome::Written;
+    QString problem;
+
+    bool operator==(const PhotoResult&) const = default;
+};
 
 } // namespace tagmoor

@@ -5,7 +5,6 @@
 #include "batch/FileCopier.h"
 #include "dates/DateRule.h"
 #include "dates/DateTexts.h"
-#include "metadata/MergeForWriting.h"
 #include "metadata/MetadataTest.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameRule.h"
@@ -15,6 +14,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tagmoor {
 
@@ -30,8 +30,26 @@ QString folderOf(const QString& path) {
     return slash < 0 ? QString() : path.left(slash);
 }
 
-bool existsAt(const QString& path) {
-    return QFileInfo::exists(path);
+// A name that stands for one file of a folder: no "/" (which would make or leave a folder), no
+// NUL (which would end the path early), and not "." or "..".
+bool isSingleFileName(const QString& name) {
+    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && !name.contains(QChar(0)) &&
+           name != QLatin1String(".") && name != QLatin1String("..");
+}
+
+// Why the photo may not be written where it is, if it may not: its owner took the write bit
+// away (root may write anything, but the bit still says the user's will), or this process may
+// not write it.
+std::optional<QString> whyNotWritable(const QString& path) {
+    const QByteArray native = QFile::encodeName(path);
+    struct stat st {};
+    if (::stat(native.constData(), &st) != 0)
+        return std::nullopt;
+    if ((st.st_mode & S_IWUSR) == 0)
+        return QStringLiteral("the photo is read-only");
+    if (::access(native.constData(), W_OK) != 0)
+        return QStringLiteral("the photo may not be written by this user");
+    return std::nullopt;
 }
 
 } // namespace
@@ -64,10 +82,11 @@ PhotoPlan PhotoPipeline::plan(const CGImageProperties& record, int processed, in
     p.sourcePath = record.path();
 
     QString target = p.sourcePath;
+    QString folder = folderOf(p.sourcePath);
     if (m_values.isDestinationPathAsSource) {
         p.outputDirectoryValue = BatchSummary::destinationAsSameAsSource;
     } else if (m_values.destinationFolder && !m_values.destinationFolder->isEmpty()) {
-        const QString folder = *m_values.destinationFolder;
+        folder = *m_values.destinationFolder;
         const QString name = record.photoLibraryProperties
                                  ? record.photoLibraryProperties->OriginalFileName
                                  : lastComponent(p.sourcePath);
@@ -77,43 +96,82 @@ PhotoPlan PhotoPipeline::plan(const CGImageProperties& record, int processed, in
 
     // The "." is always written: a file without an extension gets a name ending in a point.
     const QString name = lastComponent(target);
-    p.finalPath = folderOf(target) + QLatin1Char('/') + renamedBase(baseNameOf(name), firstNumber) +
-                  QLatin1Char('.') + extensionOf(name);
+    const QString newName =
+        renamedBase(baseNameOf(name), firstNumber) + QLatin1Char('.') + extensionOf(name);
+    p.finalPath = folderOf(target) + QLatin1Char('/') + newName;
+    // The output is one file in its folder (the output folder, or the photo's own): a name
+    // from the rename rule or the library that would make, climb or leave a folder is refused.
+    p.unsafeName = !isSingleFileName(newName) || folderOf(p.finalPath) != folder;
+    p.sourceLocation = locationOf(QFileInfo(p.sourcePath).canonicalFilePath()).value_or(QString());
+    p.finalLocation = locationOf(p.finalPath).value_or(QString());
     return p;
 }
 
-PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const QSet<QString>& claimed) const {
+PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const QSet<QString>& claimed,
+                                     const BatchSources* sources) const {
     if (!plan.hasUrl)
         return PhotoOutcome::SkippedNoUrl;
-    const bool inPlace = m_values.isDestinationPathAsSource && plan.finalPath == plan.sourcePath;
-    if (!inPlace && !m_values.overwriteExisting &&
-        (existsAt(plan.finalPath) || claimed.contains(plan.finalPath)))
+    if (plan.unsafeName)
+        return PhotoOutcome::SkippedUnsafeName;
+    const auto sourceId = fileIdOf(plan.sourcePath);
+    const auto targetId = fileIdOf(plan.finalPath);
+    const bool sameFile = plan.finalPath == plan.sourcePath || (sourceId && sourceId == targetId);
+    const bool taken = entryExists(plan.finalPath) || claimed.contains(plan.finalPath) ||
+                       (!plan.finalLocation.isEmpty() && claimed.contains(plan.finalLocation));
+    const bool inPlace = m_values.isDestinationPathAsSource && sameFile;
+    if (!inPlace && !m_values.overwriteExisting && taken)
         return PhotoOutcome::SkippedCollision;
-    if (!existsAt(plan.sourcePath))
+    if (!sourceId)
         return PhotoOutcome::SkippedNoSource;
+    if (!sameFile && sources && entryExists(plan.finalPath) && sources->contains(plan.finalPath))
+        return PhotoOutcome::SkippedSourceInTheWay;
     return PhotoOutcome::Written;
 }
 
-PhotoOutcome PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperties& record) const {
+PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperties& record,
+                                   const BatchSources* sources) const {
+    const auto skip = [](PhotoOutcome outcome, const QString& detail = {}) {
+        return PhotoResult{outcome, detail.isEmpty() ? describe(outcome)
+                                                     : describe(outcome) + QStringLiteral(" (") +
+                                                           detail + QLatin1Char(')')};
+    };
     if (!plan.hasUrl)
-        return PhotoOutcome::SkippedNoUrl;
+        return skip(PhotoOutcome::SkippedNoUrl);
+    if (plan.unsafeName)
+        return skip(PhotoOutcome::SkippedUnsafeName, lastComponent(plan.finalPath));
     const QString& source = plan.sourcePath;
     const QString& target = plan.finalPath;
 
-    const bool inPlace = m_values.isDestinationPathAsSource && target == source;
-    if (!inPlace && !m_values.overwriteExisting && existsAt(target))
-        return PhotoOutcome::SkippedCollision;
-    if (!existsAt(source))
-        return PhotoOutcome::SkippedNoSource;
-    if (target != source && existsAt(target) && !QFile::remove(target))
-        qCDebug(lcBatch) << "could not remove the old output" << target;
+    // One file reached through two texts is the same file: writing it is editing in place, and
+    // it is never removed to make room for itself.
+    const auto sourceId = fileIdOf(source);
+    const auto targetId = fileIdOf(target);
+    const bool sameFile = target == source || (sourceId && sourceId == targetId);
+    const bool taken = entryExists(target);
+    const bool inPlace = m_values.isDestinationPathAsSource && sameFile;
+    if (!inPlace && !m_values.overwriteExisting && taken)
+        return skip(PhotoOutcome::SkippedCollision);
+    if (!sourceId)
+        return skip(PhotoOutcome::SkippedNoSource);
+    if (!sameFile && taken) {
+        // A photo of this run is never in the way: removing it would lose it.
+        if (sources && sources->contains(target))
+            return skip(PhotoOutcome::SkippedSourceInTheWay, target);
+        if (!QFile::remove(target))
+            qCDebug(lcBatch) << "could not remove the old output" << target;
+    }
 
     // Onto itself there is nothing to copy: the metadata are written into the source.
-    if (target == source) {
+    if (sameFile) {
         if (!QFileInfo(target).isFile())
-            return PhotoOutcome::SkippedNoOutput;
-        setFileDates(target, changeMetadata(target, record));
-        return PhotoOutcome::Written;
+            return skip(PhotoOutcome::SkippedNoOutput, QStringLiteral("not a regular file"));
+        // A read-only photo stays as it is; it is not made writable.
+        if (const auto why = whyNotWritable(target))
+            return {PhotoOutcome::Written,
+                    writeStatusText(WriteStatus::NoPermission) + QStringLiteral(": ") + *why};
+        const MetadataStep step = changeMetadata(target, record);
+        const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
+        return {PhotoOutcome::Written, problemOf(step, target, dated)};
     }
 
     // A new output is made beside its place, changed there and then moved in whole, so that a
@@ -121,46 +179,78 @@ PhotoOutcome PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperti
     // source where possible: the writer replaces files rather than writing into them, and
     // whatever still shares the source's storage afterwards becomes a real copy.
     QString error;
-    const QString staged = FileCopier::stage(source, folderOf(target), &error);
+    int errorCode = 0;
+    const QString staged = FileCopier::stage(source, folderOf(target), &error, &errorCode);
     bool published = false;
-    std::optional<QString> modifyDate;
+    MetadataStep step;
     if (!staged.isEmpty()) {
         // The staged file is the run's own hidden link beside the output: replacing it cannot
         // touch anything of the user's, so it is not flushed to disk photo by photo.
-        modifyDate = changeMetadata(staged, record, /*flushToDisk=*/false);
-        published = FileCopier::detach(staged, source, &error) &&
-                    FileCopier::publish(staged, target, &error);
+        step = changeMetadata(staged, record, /*flushToDisk=*/false);
+        published = FileCopier::detach(staged, source, &error, &errorCode) &&
+                    FileCopier::publish(staged, target, &error, &errorCode);
         if (!published)
             QFile::remove(staged);
     }
+    QString problem;
     if (!published) {
         if (m_values.processingMode != ProcessingMode::removeGroups)
             qCWarning(lcBatch).noquote()
                 << "copy of" << source << "to" << target << "failed:" << error;
-        // An old output that could not be removed takes the photo's metadata instead.
-        if (!QFileInfo(target).isFile())
-            return PhotoOutcome::SkippedNoOutput;
-        modifyDate = changeMetadata(target, record);
+        const QString cause = errorCode ? writeStatusText(writeStatusOfErrno(errorCode)) +
+                                              QStringLiteral(": ") + error
+                                        : error;
+        // An old output that could not be removed takes the photo's metadata instead; but
+        // not through a link, which may lead out of the output folder, nor into a photo of
+        // the run.
+        const QFileInfo old(target);
+        if (!old.isFile() || old.isSymLink() || (sources && sources->contains(target)))
+            return skip(PhotoOutcome::SkippedNoOutput, cause);
+        step = changeMetadata(target, record);
+        problem = QStringLiteral("the old output could not be replaced (%1)").arg(cause);
     }
-    setFileDates(target, modifyDate);
-    return PhotoOutcome::Written;
+    const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
+    const QString stepProblem = problemOf(step, published ? staged : target, dated);
+    if (problem.isEmpty())
+        problem = stepProblem;
+    else if (!stepProblem.isEmpty())
+        problem += QStringLiteral("; ") + stepProblem;
+    return {PhotoOutcome::Written, problem};
 }
 
-std::optional<QString> PhotoPipeline::changeMetadata(const QString& path,
-                                                     const CGImageProperties& record,
-                                                     bool flushToDisk) const {
+QString PhotoPipeline::problemOf(const MetadataStep& step, const QString& path,
+                                 bool datesSet) const {
+    if (!step.write.written()) {
+        // The writer's own text names the file it wrote, here perhaps the hidden staged one.
+        QString detail = step.write.detail;
+        if (detail.startsWith(path + QStringLiteral(": ")))
+            detail = detail.mid(path.size() + 2);
+        QString text = writeStatusText(step.write.status);
+        if (!detail.isEmpty())
+            text += QStringLiteral(" (") + detail + QLatin1Char(')');
+        return text;
+    }
+    if (!datesSet)
+        return QStringLiteral("the modification date could not be set");
+    return {};
+}
+
+PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
+                                                          const CGImageProperties& record,
+                                                          bool flushToDisk) const {
     MetadataTest bridge;
     bridge.setFlushesToDisk(flushToDisk);
     if (m_values.processingMode == ProcessingMode::removeGroups) {
         const CleanOptions& c = m_values.clean;
-        bridge.cleanMetadata(path, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
-                             c.cleanComment);
-        return std::nullopt;
+        return {bridge.cleanMetadata(path, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
+                                     c.cleanComment),
+                std::nullopt};
     }
     const FieldEdits edits = fieldEditsFor(record);
-    bridge.setImagePropertiesAll(path, mergeForWriting(edits.values, path, bridge), edits.eraseExif,
-                                 edits.eraseIptc, edits.eraseXmp);
-    return edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text();
+    // The values in the file are merged in from the very bytes that the writer edits.
+    return {bridge.writeMergedFields(path, edits.values, edits.eraseExif, edits.eraseIptc,
+                                     edits.eraseXmp),
+            edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text()};
 }
 
 FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
@@ -190,25 +280,28 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
     return edits;
 }
 
-void PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
+bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
     const FieldEditedFlags& flags = m_values.fieldEditedFlags;
     if (!flags.test(formpos::CreationDate) && !flags.test(formpos::ModifyDate))
-        return;
+        return true;
     // Linux keeps no settable birth time, so the creation date rule reaches the tag only; the
     // modify date rule also becomes the file's modification time.
     if (!flags.test(formpos::ModifyDate))
-        return;
+        return true;
     if (!text)
-        return;
+        return true;
     const auto date = sharedDateFormatter().parse(*text);
     if (!date)
-        return;
+        return true;
     const qint64 ms = date->toMSecsSinceEpoch();
     const qint64 seconds = ms >= 0 ? ms / 1000 : -((-ms + 999) / 1000);
     const struct timespec times[2] = {{0, UTIME_OMIT},
                                       {time_t(seconds), long(ms - seconds * 1000) * 1000000L}};
-    if (::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0) != 0)
+    if (::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0) != 0) {
         qCWarning(lcBatch).noquote() << "could not set the modification date of" << path;
+        return false;
+    }
+    return true;
 }
 
 } // namespace tagmoor

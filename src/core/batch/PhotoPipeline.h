@@ -1,9 +1,11 @@
 #pragma once
 
 #include "batch/FieldEdits.h"
+#include "batch/FileIdentity.h"
 #include "batch/PhotoOutcome.h"
 #include "batch/PhotoPlan.h"
 #include "batch/RunValues.h"
+#include "metadata/WriteResult.h"
 
 #include <QSet>
 
@@ -14,6 +16,11 @@ namespace tagmoor {
 // then write the field values and erase lists and set the file's modification date; the
 // clean mode strips the chosen groups. Holds no state between photos; safe to use from
 // several threads at once for photos whose paths differ.
+//
+// No photo is ever lost: paths are compared by the identity of the files they reach (an output
+// that is the source itself, reached through a link or a mount, is edited in place, never
+// removed); a generated name is one file name in the output folder; a file that is a source of
+// the run is never in the way of another photo's output.
 class PhotoPipeline {
 public:
     explicit PhotoPipeline(RunValues values);
@@ -25,14 +32,18 @@ public:
                    long long firstNumber) const;
 
     // The file work of a planned photo: guard, copy, count, then the mode's metadata step.
-    PhotoOutcome process(const PhotoPlan& plan, const CGImageProperties& record) const;
+    // `sources` are the sources of the whole run (none: only this photo's own).
+    PhotoResult process(const PhotoPlan& plan, const CGImageProperties& record,
+                        const BatchSources* sources = nullptr) const;
 
     // The values and erase lists that an edit run gives this photo.
     FieldEdits fieldEditsFor(const CGImageProperties& record) const;
 
     // What process() would decide at the guard, without touching anything. `claimed` holds
-    // output paths that earlier photos of the same forecast would have written.
-    PhotoOutcome forecast(const PhotoPlan& plan, const QSet<QString>& claimed) const;
+    // output paths (or their locations) that earlier photos of the same forecast would have
+    // written.
+    PhotoOutcome forecast(const PhotoPlan& plan, const QSet<QString>& claimed,
+                          const BatchSources* sources = nullptr) const;
 
     // The base name and extension as the pipeline splits a file name: the extension is what
     // follows the last "." that is not the first character.
@@ -41,10 +52,18 @@ public:
 
 private:
     QString renamedBase(const QString& base, long long firstNumber) const;
-    // The mode's metadata step on one file; gives the new modify date text, if any.
-    std::optional<QString> changeMetadata(const QString& path, const CGImageProperties& record,
-                                          bool flushToDisk = true) const;
-    void setFileDates(const QString& path, const std::optional<QString>& modifyDate) const;
+    struct MetadataStep {
+        WriteResult write;
+        // The new modify date text, if any.
+        std::optional<QString> modifyDate;
+    };
+    // The mode's metadata step on one file.
+    MetadataStep changeMetadata(const QString& path, const CGImageProperties& record,
+                                bool flushToDisk = true) const;
+    // Sets the file dates the edit asks for; false when that failed.
+    bool setFileDates(const QString& path, const std::optional<QString>& modifyDate) const;
+    // What a photo whose output exists reports: nothing when the whole edit landed.
+    QString problemOf(const MetadataStep& step, const QString& path, bool datesSet) const;
 
     RunValues m_values;
     FieldEdits m_plainEdits;

@@ -17,6 +17,13 @@ struct PhotoPlan {
     bool hasUrl = false;
     QString sourcePath;
     QString finalPath;
+    // Set when the new name is not one file name ("/" in it, "." or ".."), or the output would
+    // stand outside its folder: the photo is skipped and nothing is touched.
+    bool unsafeName = false;
+    // Where the source and the output stand, by the identity of their folders (see
+    // locationOf); empty when the folder does not exist.
+    QString sourceLocation;
+    QString finalLocation;
     // Set when this photo changes the result screen's output folder.
     std::optional<QString> outputDirectoryValue;
 };

@@ -16,6 +16,8 @@ public:
     virtual bool isSelected(int index) const = 0;
     // The record of a photo; a record without url is skipped by the run.
     virtual CGImageProperties record(int index) const = 0;
+    // The path of a photo's file, without reading its record ("" when it has none).
+    virtual QString pathOf(int index) const { return record(index).path(); }
 };
 
 } // namespace tagmoor

@@ -10,4 +10,8 @@ namespace tagmoor {
 MetadataFieldSet readMetadataFieldSet(const QString& path,
                                       const MetadataBlockReader::Options& options);
 
+// The same values of an image that is open and read already (the writer's own copy of the
+// bytes it edits). Throws what Exiv2 throws.
+MetadataFieldSet readMetadataFieldSet(const Exiv2::Image& image);
+
 } // namespace tagmoor

@@ -25,7 +25,11 @@ QVariantMap mergeBlock(std::span<const KeyRow> rows, const QStringList& keyNames
 
 QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const QString& path,
                             const MetadataTest& bridge) {
-    const MetadataFieldSet inFile = readMetadataFieldSet(path);
+    return mergeForWriting(editedFields, readMetadataFieldSet(path), bridge);
+}
+
+QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const MetadataFieldSet& inFile,
+                            const MetadataTest& bridge) {
     return {
         {QStringLiteral("exif"),
          mergeBlock(exifKeyRows(), bridge.exifKeysNameArray(), editedFields, inFile)},

@@ -14,4 +14,8 @@ class MetadataTest;
 QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const QString& path,
                             const MetadataTest& bridge);
 
+// The same over the values `inFile` that the file holds.
+QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const MetadataFieldSet& inFile,
+                            const MetadataTest& bridge);
+
 } // namespace tagmoor

@@ -276,11 +276,14 @@ withParsedImage(const QString& path, const MetadataBlockReader::Options& options
 MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString& path,
                                                                   const RowSink& sink,
                                                                   const Options& options) {
-    return withParsedImage(path, options, [&](Exiv2::Image& image) {
-        readRows(image.exifData(), sink);
-        readRows(image.iptcData(), sink);
-        readRows(image.xmpData(), sink);
-    });
+    return withParsedImage(path, options,
+                           [&](Exiv2::Image& image) { readKeyListRows(image, sink); });
+}
+
+void MetadataBlockReader::readKeyListRows(const Exiv2::Image& image, const RowSink& sink) {
+    readRows(image.exifData(), sink);
+    readRows(image.iptcData(), sink);
+    readRows(image.xmpData(), sink);
 }
 
 MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink) {

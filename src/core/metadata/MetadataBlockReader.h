@@ -12,6 +12,10 @@
 #include <optional>
 #include <string>
 
+namespace Exiv2 {
+class Image;
+}
+
 namespace tagmoor {
 
 // The reading half of the bridge, datum by datum: opens a file through Exiv2 (only when its
@@ -47,6 +51,8 @@ public:
     // gives for the same keys.
     static Outcome readKeyListRows(const QString& path, const RowSink& sink,
                                    const Options& options);
+    // The same rows of an image that is open and read already. Throws what Exiv2 throws.
+    static void readKeyListRows(const Exiv2::Image& image, const RowSink& sink);
 
     // Exiv2's own data of each block as JSON-shaped text under "exif", "iptc" and "xmp";
     // what stands when Exiv2 fails midway.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "metadata/WriteResult.h"
+
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
@@ -8,6 +10,8 @@
 #include <optional>
 
 namespace tagmoor {
+
+struct MetadataFieldSet;
 
 // When a caller read a file: writing refuses to go on if the file changed since.
 struct FileStamp {
@@ -32,6 +36,7 @@ public:
     // Writes and cleans flush the new file to disk before it replaces the old one. A caller
     // whose target holds nothing of the user's yet (a batch's staged output) may turn it off.
     void setFlushesToDisk(bool flush) { m_flushesToDisk = flush; }
+    bool flushesToDisk() const { return m_flushesToDisk; }
 
     // Every tag of the file in three dictionaries: values are QString, float (QMetaType::Float)
     // or, for GPS latitude and longitude, double. Nothing when Exiv2 failed; an empty map
@@ -42,18 +47,29 @@ public:
     QVariantMap readJSONStringFrom(const QString& path) const;
 
     // Writes the property dictionary (from mergeForWriting) and then erases the listed keys.
-    // The file is replaced only by a complete, verified copy; on any failure it keeps its
-    // old bytes. When `expected` is given and the file's size or modification time differ,
-    // nothing is written. Returns nothing; failures are logged.
-    void setImagePropertiesAll(const QString& path, const QVariantMap& properties,
-                               const QStringList& exifKeys, const QStringList& iptcKeys,
-                               const QStringList& xmpKeys,
-                               const std::optional<FileStamp>& expected = std::nullopt) const;
+    // The file is replaced only by a complete, verified copy that holds under the key lists'
+    // keys what was asked; on any failure it keeps its old bytes. When `expected` is given
+    // and the file's size or modification time differ, nothing is written. Failures are
+    // logged, and the result says what became of the write.
+    WriteResult
+    setImagePropertiesAll(const QString& path, const QVariantMap& properties,
+                          const QStringList& exifKeys, const QStringList& iptcKeys,
+                          const QStringList& xmpKeys,
+                          const std::optional<FileStamp>& expected = std::nullopt) const;
+
+    // The same write with the dictionary that mergeForWriting makes of `editedFields` over
+    // what the file holds, taken from the very bytes that are edited (the file is read once).
+    WriteResult writeMergedFields(const QString& path, const MetadataFieldSet& editedFields,
+                                  const QStringList& exifKeys, const QStringList& iptcKeys,
+                                  const QStringList& xmpKeys,
+                                  const std::optional<FileStamp>& expected = std::nullopt) const;
 
     // Strips the chosen groups from the file, with the same safe replacement and the same
-    // refusal when `expected` no longer matches. Failures are silent.
-    void cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp, bool gps, bool comment,
-                       const std::optional<FileStamp>& expected = std::nullopt) const;
+    // refusal when `expected` no longer matches. Failures are not logged (but for the debug
+    // category); the result says what became of the clean.
+    WriteResult cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp, bool gps,
+                              bool comment,
+                              const std::optional<FileStamp>& expected = std::nullopt) const;
 
 private:
     void initializeAllNeeded();

@@ -3,32 +3,61 @@
 #include "metadata/MetadataTest.h"
 
 #include "metadata/Exiv2Guard.h"
+#include "metadata/FieldSetReading.h"
+#include "metadata/KeyListSnapshot.h"
+#include "metadata/MergeForWriting.h"
 #include "metadata/PropertyWriter.h"
 #include "metadata/SafeMetadataEdit.h"
 
 #include <QFile>
 
+#include <memory>
+
 #include <exiv2/exiv2.hpp>
 
 namespace tagmoor {
 
-void MetadataTest::setImagePropertiesAll(const QString& path, const QVariantMap& properties,
-                                         const QStringList& exifKeys, const QStringList& iptcKeys,
-                                         const QStringList& xmpKeys,
-                                         const std::optional<FileStamp>& expected) const {
+namespace {
+
+// The kind of a failure that Exiv2 itself reported: its refusals of a type or of a block in a
+// type all say "not supported".
+WriteStatus statusOfExiv2Failure(Exiv2Failure kind, const QString& what) {
+    if (kind == Exiv2Failure::Library && what.contains(QLatin1String("not supported")))
+        return WriteStatus::NotWritable;
+    return WriteStatus::Failed;
+}
+
+// Writes the dictionary that `properties` gives for the open image, then erases the listed keys.
+WriteResult writeWith(const MetadataTest& bridge, const QString& path,
+                      const std::optional<FileStamp>& expected,
+                      const std::function<QVariantMap(Exiv2::Image&)>& properties,
+                      const QStringList& exifKeys, const QStringList& iptcKeys,
+                      const QStringList& xmpKeys) {
     if (QFile::decodeName(QFile::encodeName(path)) != path)
-        return;
+        return {WriteStatus::Failed, QStringLiteral("the path has no form on the file system")};
+    const PropertyWriter::KeyNames keys{bridge.exifKeysNameArray(), bridge.iptcKeysNameArray(),
+                                        bridge.xmpKeysNameArray()};
+    WriteResult result;
     guardExiv2(
         [&] {
-            SafeMetadataEdit::run(
+            const auto outcome = SafeMetadataEdit::run(
                 path, expected,
-                [&](Exiv2::Image& image) {
-                    PropertyWriter::apply(image, properties, {m_exifKeys, m_iptcKeys, m_xmpKeys},
-                                          exifKeys, iptcKeys, xmpKeys);
+                [&](Exiv2::Image& image) -> SafeMetadataEdit::LandedCheck {
+                    PropertyWriter::apply(image, properties(image),
+                                          {keys.exif, keys.iptc, keys.xmp}, exifKeys, iptcKeys,
+                                          xmpKeys);
+                    auto asked =
+                        std::make_shared<KeyListSnapshot>(image, keys.exif, keys.iptc, keys.xmp);
+                    return [asked](Exiv2::Image& written) {
+                        const QStringList missing = asked->differencesIn(written);
+                        return missing.isEmpty() ? QString() : notLandedText(missing);
+                    };
                 },
-                m_flushesToDisk);
+                bridge.flushesToDisk(), &result.status);
+            if (outcome == SafeMetadataEdit::Result::FileChanged)
+                result = {WriteStatus::FileChanged, QStringLiteral("changed since it was read")};
         },
-        [](Exiv2Failure kind, const QString& what) {
+        [&](Exiv2Failure kind, const QString& what) {
             // Anything else than Exiv2's own errors (allocation, a broken value) ends the write
             // the same way, under the shorter text.
             if (kind == Exiv2Failure::Library)
@@ -37,7 +66,36 @@ void MetadataTest::setImagePropertiesAll(const QString& path, const QVariantMap&
                            QStringLiteral("' ***");
             else
                 qCWarning(lcMetadataWrite).noquote() << QStringLiteral("*** error exception ***");
+            if (result.written())
+                result.status = statusOfExiv2Failure(kind, what);
+            result.detail = what;
         });
+    return result;
+}
+
+} // namespace
+
+WriteResult MetadataTest::setImagePropertiesAll(const QString& path, const QVariantMap& properties,
+                                                const QStringList& exifKeys,
+                                                const QStringList& iptcKeys,
+                                                const QStringList& xmpKeys,
+                                                const std::optional<FileStamp>& expected) const {
+    return writeWith(
+        *this, path, expected, [&](Exiv2::Image&) { return properties; }, exifKeys, iptcKeys,
+        xmpKeys);
+}
+
+WriteResult MetadataTest::writeMergedFields(const QString& path,
+                                            const MetadataFieldSet& editedFields,
+                                            const QStringList& exifKeys,
+                                            const QStringList& iptcKeys, const QStringList& xmpKeys,
+                                            const std::optional<FileStamp>& expected) const {
+    return writeWith(
+        *this, path, expected,
+        [&](Exiv2::Image& image) {
+            return mergeForWriting(editedFields, readMetadataFieldSet(image), *this);
+        },
+        exifKeys, iptcKeys, xmpKeys);
 }
 
 } // namespace tagmoor

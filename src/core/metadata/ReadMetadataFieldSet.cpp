@@ -78,6 +78,11 @@ void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QStri
     set.exif[valueRow] = float(signedDegrees);
 }
 
+void signCoordinates(MetadataFieldSet& set) {
+    signCoordinate(set, exifrow::GPSLatitude, exifrow::GPSLatitudeRef, QStringLiteral("N"));
+    signCoordinate(set, exifrow::GPSLongitude, exifrow::GPSLongitudeRef, QStringLiteral("E"));
+}
+
 } // namespace
 
 // The bridge's reading restricted to the key-list rows: the same values, in the same
@@ -95,8 +100,15 @@ MetadataFieldSet readMetadataFieldSet(const QString& path,
         options);
     if (outcome != MetadataBlockReader::Outcome::Read)
         return {};
-    signCoordinate(set, exifrow::GPSLatitude, exifrow::GPSLatitudeRef, QStringLiteral("N"));
-    signCoordinate(set, exifrow::GPSLongitude, exifrow::GPSLongitudeRef, QStringLiteral("E"));
+    signCoordinates(set);
+    return set;
+}
+
+MetadataFieldSet readMetadataFieldSet(const Exiv2::Image& image) {
+    MetadataFieldSet set;
+    MetadataBlockReader::readKeyListRows(
+        image, [&](const KeyRow& row, QVariant&& value) { set.at(row) = castTo(row.read, value); });
+    signCoordinates(set);
     return set;
 }
 

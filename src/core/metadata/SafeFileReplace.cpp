@@ -47,10 +47,12 @@ QDateTime modificationTime(const struct stat& st) {
         qint64(st.st_mtim.tv_sec) * 1000 + st.st_mtim.tv_nsec / 1000000, Qt::UTC);
 }
 
+} // namespace
+
 // A killed writer leaves its temporary file behind. Once per folder and process, remove those
 // whose writing process no longer exists; a live one (this process included) may still be
 // writing, so its files stay.
-void removeLeftovers(const QString& folder) {
+void SafeFileReplace::sweepLeftovers(const QString& folder) {
     static QMutex mutex;
     static QSet<QString> swept;
     {
@@ -71,6 +73,12 @@ void removeLeftovers(const QString& folder) {
         QFile::remove(folder + QLatin1Char('/') + name);
     }
 }
+
+QByteArray SafeFileReplace::temporaryTemplate(const QString& folder) {
+    return QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) + "-XXXXXX.tmp";
+}
+
+namespace {
 
 bool writeAll(int fd, const char* data, std::size_t size, int* error) {
     std::size_t done = 0;
@@ -174,6 +182,9 @@ SafeFileReplace::~SafeFileReplace() {
 }
 
 bool SafeFileReplace::fail(const QString& what, int error) {
+    m_errorCode = error;
+    if (m_trouble == Trouble::None)
+        m_trouble = Trouble::System;
     m_error = m_target + QStringLiteral(": ") + what + QStringLiteral(": ") +
               QString::fromLocal8Bit(std::strerror(error)) +
               QStringLiteral(" (errno = %1)").arg(error);
@@ -188,8 +199,13 @@ void SafeFileReplace::removeTemporary() {
 }
 
 SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<FileStamp>& expected) {
-    const int fd = ::open(m_encodedTarget.constData(), O_RDONLY | O_CLOEXEC);
+    // Without blocking: a pipe put in the photo's place must not stall the writer. The target
+    // was resolved when this object was made; a link put there since is not followed.
+    const int fd =
+        ::open(m_encodedTarget.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
     if (fd < 0) {
+        if (errno == ELOOP)
+            m_trouble = Trouble::NotRegular;
         fail(QStringLiteral("Failed to open file"), errno);
         return ReadResult::Failed;
     }
@@ -199,12 +215,14 @@ SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<File
         return ReadResult::Failed;
     }
     if (!S_ISREG(m_status.st_mode)) {
+        m_trouble = Trouble::NotRegular;
         fail(QStringLiteral("Not a regular file"), EINVAL);
         return ReadResult::Failed;
     }
     if (expected && (expected->size != qint64(m_status.st_size) ||
                      expected->modified != modificationTime(m_status))) {
         m_error = m_target + QStringLiteral(": changed since it was read");
+        m_trouble = Trouble::Changed;
         return ReadResult::Changed;
     }
     // Renaming needs only the folder's permission; a file that we may not write stays as it is.
@@ -245,10 +263,9 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
                                   const std::function<bool(const QString&)>& verify) {
     const QString targetName = QFile::decodeName(m_encodedTarget);
     const QString folder = QFileInfo(targetName).absolutePath();
-    removeLeftovers(folder);
+    sweepLeftovers(folder);
 
-    QByteArray pattern =
-        QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) + "-XXXXXX.tmp";
+    QByteArray pattern = temporaryTemplate(folder);
     if (const int injected = injectedError(Step::Create))
         return fail(QStringLiteral("Failed to create a temporary file"), injected);
     const int fd = ::mkostemps(pattern.data(), 4, O_CLOEXEC);
@@ -299,8 +316,10 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     if (const int injected = injectedError(Step::Rename))
         return fail(QStringLiteral("Failed to replace the file"), injected);
     // Someone may have replaced or changed the file while we wrote; their bytes win.
-    if (!targetUnchangedSinceRead())
+    if (!targetUnchangedSinceRead()) {
+        m_trouble = Trouble::Changed;
         return fail(QStringLiteral("The file changed while it was being written"), EBUSY);
+    }
     const QByteArray aside = linkAside(QFile::encodeName(folder), m_encodedTarget);
     // The folder is not flushed after the rename: a crash right after it may bring back the old
     // file, never a broken one, and that saves a second wait for the disk per photo.

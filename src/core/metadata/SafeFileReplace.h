@@ -57,11 +57,28 @@ public:
                      const std::function<bool(const QString& temporaryPath)>& verify);
 
     QString errorText() const { return m_error; }
+    // The errno value of the failure (0 when there was none, or it was no system error).
+    int errorCode() const { return m_errorCode; }
+    // What kind of failure it was.
+    enum class Trouble {
+        None,
+        System,     // a call of the system failed: errorCode() tells which errno
+        Changed,    // the target changed since it was read, or while the new bytes were written
+        NotRegular, // the target is not a regular file (a pipe, a device, a folder, a link)
+    };
+    Trouble trouble() const { return m_trouble; }
 
     // The size and modification time of a file now; nothing when it can't be examined.
     static std::optional<FileStamp> stampOf(const QString& path);
     // Whether a file name is one of our temporary files.
     static bool isTemporaryName(const QString& fileName);
+    // A template for mkstemps() that makes a temporary name of this process in `folder`
+    // (six X before a four-character suffix). Others who stage files beside a target use it,
+    // so that the same sweep removes what a killed process of theirs left.
+    static QByteArray temporaryTemplate(const QString& folder);
+    // Removes, once per folder and process, the temporary files in `folder` whose process is
+    // gone. Replacing a file does this for its folder by itself.
+    static void sweepLeftovers(const QString& folder);
     // Waits until the replaced files of earlier replacements are given back to the file system
     // (a background thread drops their last, hidden, name).
     static void waitForReleases();
@@ -78,6 +95,8 @@ private:
     struct stat m_status {};
     QByteArray m_temporary;
     QString m_error;
+    int m_errorCode = 0;
+    Trouble m_trouble = Trouble::None;
 };
 
 } // namespace tagmoor

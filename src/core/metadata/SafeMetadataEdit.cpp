@@ -1,5 +1,6 @@
 #include "metadata/SafeMetadataEdit.h"
 
+#include "metadata/ImageKind.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/SafeFileReplace.h"
 
@@ -11,10 +12,34 @@ namespace tagmoor {
 
 Q_LOGGING_CATEGORY(lcMetadataWrite, "tagmoor.metadata.write", QtInfoMsg)
 
+namespace {
+
+WriteStatus statusOf(const SafeFileReplace& file) {
+    switch (file.trouble()) {
+    case SafeFileReplace::Trouble::Changed:
+        return WriteStatus::FileChanged;
+    case SafeFileReplace::Trouble::NotRegular:
+        return WriteStatus::NotAPhoto;
+    case SafeFileReplace::Trouble::System:
+        return writeStatusOfErrno(file.errorCode());
+    case SafeFileReplace::Trouble::None:
+        break;
+    }
+    return WriteStatus::Failed;
+}
+
+} // namespace
+
 SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
                                                const std::optional<FileStamp>& expected,
-                                               const std::function<void(Exiv2::Image&)>& edit,
-                                               bool flushToDisk) {
+                                               const Edit& edit, bool flushToDisk,
+                                               WriteStatus* failure) {
+    const auto fail = [&](WriteStatus status, const QString& text) {
+        if (failure)
+            *failure = status;
+        throw Exiv2::Error(Exiv2::kerErrorMessage, text.toStdString());
+    };
+
     SafeFileReplace file(path);
     file.setFlushToDisk(flushToDisk);
     switch (file.readTarget(expected)) {
@@ -26,18 +51,29 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
                    .arg(path);
         return Result::FileChanged;
     case SafeFileReplace::ReadResult::Failed:
-        throw Exiv2::Error(Exiv2::kerErrorMessage, file.errorText().toStdString());
+        fail(statusOf(file), file.errorText());
     }
 
+    // The type is told again from the very bytes that are to be edited: the file may have
+    // been replaced since it was added (a video or a PostScript file under a photo's name),
+    // and such bytes must never reach Exiv2's parsers.
     const QByteArray& original = file.originalBytes();
+    const ImageKind kind = sniffImageKind(original.left(kImageKindHeadSize));
+    if (kind == ImageKind::Unknown)
+        fail(WriteStatus::NotAPhoto, path + QStringLiteral(": not a photo of an accepted type"));
+    if (!exiv2Reads(kind))
+        fail(WriteStatus::NotWritable, QStringLiteral("Writing to %1 images is not supported")
+                                           .arg(QString::fromLatin1(imageKindName(kind))));
+
     auto image = Exiv2::ImageFactory::open(
         reinterpret_cast<const Exiv2::byte*>(original.constData()), long(original.size()));
     Q_ASSERT(image.get() != nullptr);
+    LandedCheck landedCheck;
     {
         // Parsing and serialising XMP share one toolkit that is not safe across threads.
         const auto xmpLock = lockXmpToolkit();
         image->readMetadata();
-        edit(*image);
+        landedCheck = edit(*image);
         image->writeMetadata();
     }
 
@@ -47,18 +83,23 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
         throw Exiv2::Error(Exiv2::kerDataSourceOpenFailed, io.path(), Exiv2::strError());
     const long size = io.size();
     const Exiv2::byte* bytes = io.mmap();
+    QString notLanded;
     const bool replaced = file.replaceWith(
-        reinterpret_cast<const char*>(bytes), std::size_t(size), [](const QString& temporaryPath) {
+        reinterpret_cast<const char*>(bytes), std::size_t(size), [&](const QString& temporaryPath) {
             auto check =
                 Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
             const auto xmpLock = lockXmpToolkit();
             check->readMetadata();
-            return true;
+            if (landedCheck)
+                notLanded = landedCheck(*check);
+            return notLanded.isEmpty();
         });
     io.munmap();
     io.close();
+    if (!notLanded.isEmpty())
+        fail(WriteStatus::NotWritable, path + QStringLiteral(": ") + notLanded);
     if (!replaced)
-        throw Exiv2::Error(Exiv2::kerErrorMessage, file.errorText().toStdString());
+        fail(statusOf(file), file.errorText());
     return Result::Written;
 }
 

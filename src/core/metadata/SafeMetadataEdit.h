@@ -1,6 +1,7 @@
 #pragma once
 
 #include "metadata/MetadataTest.h"
+#include "metadata/WriteResult.h"
 
 #include <QLoggingCategory>
 #include <QString>
@@ -18,18 +19,27 @@ Q_DECLARE_LOGGING_CATEGORY(lcMetadataWrite)
 
 // Changes the metadata of one file without ever letting Exiv2 write the file itself: Exiv2
 // works on the file's bytes in memory, and SafeFileReplace puts the result in place only
-// when it is complete, flushed and reads back.
+// when it is complete, flushed, reads back and holds what the edit asked for.
 class SafeMetadataEdit {
 public:
     enum class Result { Written, FileChanged };
 
-    // Opens the file's bytes, reads the metadata, lets `edit` change it and writes it.
+    // Looks at the new file as Exiv2 reads it back: empty when it holds what the edit asked
+    // for, else a text that says what did not land.
+    using LandedCheck = std::function<QString(Exiv2::Image& written)>;
+    // Changes the open image and gives the check of the result (or an empty function).
+    using Edit = std::function<LandedCheck(Exiv2::Image& image)>;
+
+    // Reads the file's bytes, tests that they are still a photo of an accepted type (nothing
+    // else reaches Exiv2), reads the metadata, lets `edit` change it and writes it.
     // `FileChanged` (logged, nothing written) when `expected` no longer matches the file.
     // Throws Exiv2's errors, what `edit` throws, and an Exiv2 error for every failure of the
-    // file system; whenever it throws, the file keeps its old bytes.
+    // file system, for bytes that are no photo, for a type Exiv2 can't write and for an edit
+    // that did not land; whenever it throws, the file keeps its old bytes, and `failure`
+    // (when given) has been set to the kind of failure first.
     // `flushToDisk` false skips the flush; see SafeFileReplace::setFlushToDisk.
     static Result run(const QString& path, const std::optional<FileStamp>& expected,
-                      const std::function<void(Exiv2::Image&)>& edit, bool flushToDisk = true);
+                      const Edit& edit, bool flushToDisk = true, WriteStatus* failure = nullptr);
 };
 
 } // namespace tagmoor

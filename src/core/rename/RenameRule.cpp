@@ -4,7 +4,9 @@
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
+#include <atomic>
 #include <memory>
+#include <thread>
 
 namespace tagmoor {
 
@@ -85,7 +87,49 @@ QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNum
 }
 
 QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNumber) {
-    return renamedBase(rule, baseName, firstNumber, QDateTime::currentDateTime());
+    const bool dated = !rule.isKeepOriginal && !rule.isAddText && !rule.isReplaceText &&
+                       rule.isChangeFileNameFormat &&
+                       rule.nameFormatNF.kind == NameFormat::Case::nameAndDate;
+    return renamedBase(rule, baseName, firstNumber,
+                       dated ? distinctRenameMoment() : QDateTime::currentDateTime());
+}
+
+QDateTime distinctRenameMoment() {
+    static std::atomic<qint64> lastGiven{0};
+    for (;;) {
+        const qint64 now = QDateTime::currentMSecsSinceEpoch();
+        qint64 last = lastGiven.load();
+        if (now > last || now < last - 1000) {
+            if (lastGiven.compare_exchange_weak(last, now))
+                return QDateTime::fromMSecsSinceEpoch(now);
+            continue;
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+}
+
+std::optional<QString> refusedRenameText(const Rename& rule) {
+    const QChar slash = QLatin1Char('/');
+    const auto refuse = [](const char* what) {
+        return QStringLiteral("the %1 cannot hold '/': a new name is one file name, never a "
+                              "folder")
+            .arg(QLatin1String(what));
+    };
+    if (rule.isKeepOriginal)
+        return std::nullopt;
+    if (rule.isAddText)
+        return rule.addTextValueAT.contains(slash) ? std::optional(refuse("text to add"))
+                                                   : std::nullopt;
+    if (rule.isReplaceText) {
+        if (rule.findTextRT.contains(slash))
+            return refuse("text to find");
+        if (rule.replaceWithRT.contains(slash))
+            return refuse("replacement text");
+        return std::nullopt;
+    }
+    if (rule.isChangeFileNameFormat && rule.customFormatValueNF.contains(slash))
+        return refuse("custom text");
+    return std::nullopt;
 }
 
 QString exampleBase(const Rename& rule, const QString& baseName, const QDateTime& now) {

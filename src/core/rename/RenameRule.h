@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QString>
 
+#include <optional>
+
 namespace tagmoor {
 
 // Rename rules turn a file's base name (no extension) into the output's base name; the
@@ -24,8 +26,19 @@ namespace tagmoor {
 QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNumber,
                     const QDateTime& now);
 
-// The same, at the current moment.
+// The same, at the current moment. With the date format the moment is that of
+// distinctRenameMoment(), so that names made in one burst still differ.
 QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNumber);
+
+// The clock, read anew for each call, and later by at least a millisecond (the date text's
+// step) than any moment given before in this process: when two calls fall into one
+// millisecond, the second waits for the next. A clock set back by more than a second is
+// followed at once.
+QDateTime distinctRenameMoment();
+
+// Why the rule cannot be used: a text of it (to add, to find, to replace with, to stand in
+// for the name) holds "/", and a new name is always one file name. Nothing when it is fine.
+std::optional<QString> refusedRenameText(const Rename& rule);
 
 // What the rename panel's example shows: the rule with firstNumber 0, so the number is
 // startNumberAtNF alone, and the date of `now`.

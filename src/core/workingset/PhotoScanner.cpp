@@ -77,6 +77,9 @@ public:
         result.counters = m_counters;
         result.added = m_added;
         result.stopped = stopped();
+        result.leftOut = m_leftOut;
+        for (const LeftOutEntry& entry : m_leftOut)
+            qCWarning(lcWorkingSet).noquote() << "left out" << entry.path << "-" << entry.reason;
         return result;
     }
 
@@ -148,8 +151,13 @@ private:
             if (isPhotoLibraryPackage(path))
                 continue;
             const QFileInfo info(path);
-            if (!info.exists())
+            if (!info.exists()) {
+                // A name that was not valid UTF-8 reached us with stand-ins for its bad bytes.
+                if (path.contains(QChar::ReplacementCharacter) && hasSupportedExtension(path))
+                    m_leftOut.append(
+                        {path, false, QStringLiteral("the file name is not valid UTF-8")});
                 continue;
+            }
             if (!info.isDir()) {
                 if (info.isFile()) {
                     item(path);
@@ -164,6 +172,10 @@ private:
             const FolderWalkResult walk = walkFolder(path, &m_shared.stopped);
             if (walk.failed)
                 continue;
+            for (const LeftOutEntry& entry : walk.leftOut) {
+                if (entry.isFolder || hasSupportedExtension(entry.path))
+                    m_leftOut.append(entry);
+            }
             if (walk.files.isEmpty())
                 m_flags.isAddedEmpty = true;
             for (const QString& file : walk.files) {
@@ -281,6 +293,7 @@ private:
     ScanFlags m_flags;
     ScanCounters m_counters;
     ScanCounters m_lastSent;
+    QList<LeftOutEntry> m_leftOut;
     QElapsedTimer m_clock;
     int m_added = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/CGImageProperties.h"
+#include "workingset/FolderWalk.h"
 
 #include <QList>
 #include <QSet>
@@ -56,6 +57,9 @@ struct ScanResult {
     ScanCounters counters;
     int added = 0;
     bool stopped = false;
+    // Photos met that cannot be added because no path names them (a file name that is not
+    // valid UTF-8), with the reason; shown to the user rather than dropped silently.
+    QList<LeftOutEntry> leftOut;
 };
 
 } // namespace tagmoor
