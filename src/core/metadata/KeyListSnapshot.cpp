@@ -1,7 +1,7 @@
 #include "metadata/KeyListSnapshot.h"
 
-#include "metadata/KeyTable.h"
 #include "metadata/PictureTags.h"
+#include "model/KeyTable.h"
 
 #include <exiv2/exiv2.hpp>
 
