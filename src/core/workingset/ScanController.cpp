@@ -80,8 +80,16 @@ void ScanController::onFinished(const ScanResult& result) {
     m_set.stagedURLsScanned();
     m_set.setScanning(false);
     m_view = ScanProgressView::finished(m_view);
-    if (const auto alert = endOfScanAlert(result.flags, m_set.isEmpty()))
-        showAlertLater(*alert);
+    // One question at a time: the left-out list follows the end-of-scan alert.
+    QList<Alert> alerts;
+    int delayMs = 0;
+    if (const auto alert = endOfScanAlert(result.flags, m_set.isEmpty())) {
+        alerts << alert->alert;
+        delayMs = alert->delayMs;
+    }
+    if (const auto leftOut = leftOutAlert(result.leftOut))
+        alerts << *leftOut;
+    showAlertsLater(alerts, delayMs);
     if (m_set.isEmpty()) {
         emit m_events.UpdateVCOTM(0);
     } else {
@@ -94,9 +102,17 @@ void ScanController::onFinished(const ScanResult& result) {
 }
 
 void ScanController::showAlertLater(const TimedAlert& alert) {
-    QTimer::singleShot(alert.delayMs, this, [this, a = alert.alert] {
-        m_prompt.ask(a);
-        emit alertShown(a);
+    showAlertsLater({alert.alert}, alert.delayMs);
+}
+
+void ScanController::showAlertsLater(const QList<Alert>& alerts, int delayMs) {
+    if (alerts.isEmpty())
+        return;
+    QTimer::singleShot(delayMs, this, [this, alerts] {
+        for (const Alert& a : alerts) {
+            m_prompt.ask(a);
+            emit alertShown(a);
+        }
     });
 }
 

@@ -72,6 +72,7 @@ signals:
 private:
     void onFinished(const ScanResult& result);
     void showAlertLater(const TimedAlert& alert);
+    void showAlertsLater(const QList<Alert>& alerts, int delayMs);
     bool removeUrls(const QList<QUrl>& urls);
 
     WorkingSet& m_set;

@@ -65,6 +65,22 @@ std::optional<TimedAlert> panelAlert(bool alreadyAdded, bool ignored) {
     return std::nullopt;
 }
 
+std::optional<Alert> leftOutAlert(const QList<LeftOutEntry>& entries) {
+    if (entries.isEmpty())
+        return std::nullopt;
+    constexpr int kShown = 8;
+    QStringList lines;
+    for (const LeftOutEntry& entry : entries.mid(0, kShown))
+        lines << QStringLiteral("%1 (%2)").arg(entry.path, entry.reason);
+    if (entries.size() > kShown)
+        lines << QCoreApplication::translate("WorkingSetAlerts", "and %1 more")
+                     .arg(entries.size() - kShown);
+    return Alert::ok(QCoreApplication::translate("WorkingSetAlerts", "Some files were left out"),
+                     QCoreApplication::translate("WorkingSetAlerts",
+                                                 "These files and folders could not be added:") +
+                         QStringLiteral("\n") + lines.join(QLatin1Char('\n')));
+}
+
 Alert stopScanningQuestion() {
     return Alert::yesNo(
         QCoreApplication::translate("WorkingSetAlerts", "Stop adding images?"),

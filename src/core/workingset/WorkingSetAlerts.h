@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/UserPrompt.h"
+#include "workingset/FolderWalk.h"
 #include "workingset/ScanTypes.h"
 
 #include <optional>
@@ -20,6 +21,11 @@ std::optional<TimedAlert> endOfScanAlert(const ScanFlags& flags, bool listEmpty)
 
 // The alert after an open panel closed, from its two notes; shown after 0.5 seconds.
 std::optional<TimedAlert> panelAlert(bool alreadyAdded, bool ignored);
+
+// The files and folders a scan could not hand on (a name that is not valid UTF-8, a folder
+// that cannot be read), each with its reason; nothing when there are none. It follows the
+// end-of-scan alert, so nothing leaves the list without a word.
+std::optional<Alert> leftOutAlert(const QList<LeftOutEntry>& entries);
 
 // The three "Some images cannot be added" alerts of the panels and the scan's end.
 Alert alertAlreadyAdded();

@@ -279,6 +279,27 @@ TEST(PhotoScan, AVanishingFolderOrAPipeUnderAnImageNameEndsCleanly) {
     EXPECT_TRUE(f.prompt.alerts.isEmpty());
 }
 
+TEST(PhotoScan, ANameThatIsNotUtf8IsToldNotDropped) {
+    QTemporaryDir tmp;
+    makeFile(tmp.path() + "/fine.jpg");
+    const QByteArray latin1 = QFile::encodeName(tmp.path()) + "/caf\xe9.jpg";
+    const int fd = ::open(latin1.constData(), O_CREAT | O_WRONLY, 0644);
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(::write(fd, "IMG", 3), 3);
+    ::close(fd);
+    ScanFixture f;
+    f.controller.setRecordLoader(fakeLoader);
+    f.stage({tmp.path()});
+    ASSERT_TRUE(f.scan());
+    EXPECT_EQ(f.set.count(), 1);
+    ASSERT_EQ(f.controller.lastResult().leftOut.size(), 1);
+    ASSERT_EQ(f.prompt.alerts.size(), 1);
+    EXPECT_EQ(f.prompt.alerts[0].title, "Some files were left out");
+    EXPECT_TRUE(f.prompt.alerts[0].text.contains("caf\\xE9.jpg") ||
+                f.prompt.alerts[0].text.contains("caf\\xe9.jpg"))
+        << f.prompt.alerts[0].text.toStdString();
+}
+
 TEST(PhotoScan, TenThousandFilesOfTheSameNameInDifferentFolders) {
     // Ten thousand folders are made and removed: in memory when the system offers it.
     const bool shm = QFileInfo("/dev/shm").isDir() && QFileInfo("/dev/shm").isWritable();
