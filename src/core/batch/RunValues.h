@@ -5,6 +5,7 @@
 #include "model/CGImageProperties.h"
 #include "rename/Rename.h"
 
+#include <QMetaType>
 #include <QString>
 
 #include <optional>
@@ -46,3 +47,5 @@ struct RunValues {
 };
 
 } // namespace tagmoor
+
+Q_DECLARE_METATYPE(tagmoor::RunValues)

@@ -25,6 +25,23 @@ public:
         return panelAnswers.isEmpty() ? QStringList() : panelAnswers.takeFirst();
     }
 
+    PanelAnswer openPanelWithAccessory(const OpenPanelRequest& request) override {
+        if (!accessoryAnswers.isEmpty() && accessoryAnswers.takeFirst()) {
+            panels.append(request);
+            return {{}, true};
+        }
+        return {openPanel(request), false};
+    }
+    TextAnswer askForText(const TextQuestion& question) override {
+        textQuestions.append(question);
+        alerts.append(question.alert);
+        if (onAlert)
+            onAlert(question.alert);
+        if (!textAnswers.isEmpty())
+            return textAnswers.takeFirst();
+        return {0, question.text, false};
+    }
+
     // Queues the answer to the next alert by button text.
     void answerNext(const QString& button, const QStringList& buttons = {"YES", "NO"}) {
         answers.append(std::max(0, int(buttons.indexOf(button))));
@@ -34,6 +51,10 @@ public:
     QList<OpenPanelRequest> panels;
     QList<int> answers;
     QList<QStringList> panelAnswers;
+    // For panels with an accessory: true presses the accessory instead of the next answer.
+    QList<bool> accessoryAnswers;
+    QList<TextQuestion> textQuestions;
+    QList<TextAnswer> textAnswers;
     std::function<void(const Alert&)> onAlert;
 };
 

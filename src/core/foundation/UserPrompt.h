@@ -29,6 +29,29 @@ struct OpenPanelRequest {
     bool showsHiddenFiles = false;
     QStringList allowedExtensions; // empty: any file
     QString directory;             // where it opens; empty: the last place
+    bool canCreateDirectories = false;
+    // A button shown below the panel's list ("Keep Source Folder Path"); none when empty.
+    // Pressing it closes the panel with no paths and `accessoryClicked` set.
+    QString accessoryButton;
+};
+
+// What the user did with a panel that may carry an accessory button.
+struct PanelAnswer {
+    QStringList paths; // empty when cancelled or when the accessory was pressed
+    bool accessoryClicked = false;
+};
+
+// An alert that also takes a line of text and may offer a "Do not show again" box.
+struct TextQuestion {
+    Alert alert;
+    QString text;             // what the field holds when the alert opens
+    QString suppressionTitle; // the check box's title; none when empty
+};
+
+struct TextAnswer {
+    int button = 0;
+    QString text;
+    bool suppressed = false;
 };
 
 // Every alert, question and file panel reaches the user through this interface. The
@@ -42,6 +65,16 @@ public:
 
     // Shows an open panel; the chosen paths, or an empty list when cancelled.
     virtual QStringList openPanel(const OpenPanelRequest& request) = 0;
+
+    // The same with the request's accessory button.
+    virtual PanelAnswer openPanelWithAccessory(const OpenPanelRequest& request) {
+        return {openPanel(request), false};
+    }
+
+    // Shows the alert with a text field (and the suppression box, if any).
+    virtual TextAnswer askForText(const TextQuestion& question) {
+        return {ask(question.alert), question.text, false};
+    }
 
     bool askYesNo(const QString& title, const QString& text) {
         return ask(Alert::yesNo(title, text)) == 0;

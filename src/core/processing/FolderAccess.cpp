@@ -1,0 +1,67 @@
+#include "processing/FolderAccess.h"
+
+#include "foundation/UserPrompt.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace tagmoor {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("FolderAccess", text);
+}
+
+// The path with links resolved where the folder exists, cleaned otherwise.
+QString canonical(const QString& path) {
+    const QString resolved = QFileInfo(path).canonicalFilePath();
+    return resolved.isEmpty() ? QDir::cleanPath(path) : resolved;
+}
+
+} // namespace
+
+FolderAccess::FolderAccess(QString homePath) : m_home(canonical(homePath)) {}
+
+bool FolderAccess::isWithinHome(const QString& path) const {
+    const QString p = canonical(path);
+    return !m_home.isEmpty() && (p == m_home || p.startsWith(m_home + QLatin1Char('/')));
+}
+
+void FolderAccess::grant(const QString& folder) {
+    m_granted.insert(canonical(folder));
+}
+
+bool FolderAccess::isGranted(const QString& folder) const {
+    return m_granted.contains(canonical(folder));
+}
+
+bool FolderAccess::askForHomeAccess(UserPrompt& prompt) {
+    const Alert ask{tr("Please grant access to your Home Folder to continue"),
+                    tr("Home Folder") + QStringLiteral(": ") + m_home,
+                    {tr("Grant Access"), tr("Cancel")}};
+    if (prompt.ask(ask) != 0) {
+        m_homeGranted = false;
+        return false;
+    }
+    OpenPanelRequest request;
+    request.prompt = tr("Grant Access");
+    request.canChooseFiles = false;
+    request.canChooseDirectories = true;
+    request.allowsMultipleSelection = false;
+    request.directory = QFileInfo(m_home).absolutePath();
+    const QStringList chosen = prompt.openPanel(request);
+    if (chosen.isEmpty()) {
+        m_homeGranted = false;
+        return false;
+    }
+    // Only the home folder itself is a grant; another folder, if forced, is not stored.
+    if (canonical(chosen.first()) != m_home)
+        return false;
+    m_homeGranted = true;
+    grant(m_home);
+    return true;
+}
+
+} // namespace tagmoor

@@ -1,0 +1,314 @@
+#include "processing/StartProcessChain.h"
+
+#include "batch/PhotoPipeline.h"
+#include "editor/EditorState.h"
+#include "editor/MetadataForm.h"
+#include "foundation/Settings.h"
+#include "processing/FolderAccess.h"
+#include "processing/ProcessingOptions.h"
+#include "rename/RenameNumbering.h"
+#include "workingset/WorkingSet.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QTimer>
+
+namespace tagmoor {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("StartProcessChain", text);
+}
+
+Alert warning(const char* title, const char* text) {
+    return Alert::ok(tr(title), tr(text));
+}
+
+Alert question(const char* title, const char* text) {
+    return Alert::yesNo(tr(title), tr(text));
+}
+
+bool isInPhotoLibrary(const QString& path) {
+    return path.contains(QLatin1String(".photoslibrary/Masters/")) ||
+           path.contains(QLatin1String(".photoslibrary/originals/"));
+}
+
+} // namespace
+
+Alert StartProcessChain::noOptionsAlert() {
+    return warning("No options selected for removing metadata",
+                   "Please select what needs to be removed in order to process the selected "
+                   "images.");
+}
+Alert StartProcessChain::editConfirmation() {
+    return question("Are you sure to edit metadata of all the selected images?",
+                    "The selected images will be processed to have the new metadata values you "
+                    "have edited. Please click on YES to process all the selected images "
+                    "otherwise click NO.");
+}
+Alert StartProcessChain::noChangesQuestion() {
+    return question("No Changes in Metadata found",
+                    "There are no changes observed in the Metadata for all the selected images. "
+                    "Do you still wish to proceed?");
+}
+Alert StartProcessChain::clearConfirmation() {
+    return question("Are you sure to edit metadata of all the selected images?",
+                    "The selected images will be processed to have the new metadata values you "
+                    "have edited and unedited values will be cleared. Please click on YES to "
+                    "process all the selected images otherwise click NO.");
+}
+Alert StartProcessChain::removeConfirmation() {
+    return question("Are you sure to delete the selected metadata for all the selected images?",
+                    "The selected metadata items will be removed for all the selected images. "
+                    "Are you sure to proceed?");
+}
+Alert StartProcessChain::noPhotosAlert() {
+    return warning("There are no photos selected", "Please select photos for processing");
+}
+Alert StartProcessChain::outsideHomeAlert() {
+    return warning("Files cannot be saved in the selected folder",
+                   "Please select output folder within your user folder.");
+}
+Alert StartProcessChain::accessRequiredAlert() {
+    return warning("Access to User Directory required.",
+                   "Please allow access to your 'User Directory' to save processed images at "
+                   "their source location.");
+}
+Alert StartProcessChain::overwriteQuestion() {
+    return {tr("Overwrite files with same source and destination path?"),
+            tr("The output folder for some of the files is same as their source and these will "
+               "be overwritten. Please choose how to proceed."),
+            {tr("Overwrite"), tr("Do not Overwrite")}};
+}
+Alert StartProcessChain::invalidPresetNameAlert() {
+    return warning("Invalid Preset name.", "You need to enter a name for saving the preset.");
+}
+Alert StartProcessChain::presetNameTakenAlert() {
+    return warning("Name already exists",
+                   "The entered name already exists. Please enter a new preset name.");
+}
+
+TextQuestion StartProcessChain::presetSheet(const QString& proposedName) {
+    return {{tr("Save selected settings as a preset"),
+             tr("If you want to save the selected settings as a preset to be used for next batch "
+                "processing, enter a name and click on Save and Process otherwise click on Skip "
+                "and Process."),
+             {tr("Save and Process"), tr("Skip and Process")}},
+            proposedName,
+            tr("Do not show again")};
+}
+
+OpenPanelRequest StartProcessChain::destinationPanel(bool keepSourceOffered) {
+    OpenPanelRequest request;
+    request.prompt = tr("Choose Destination Folder");
+    request.canChooseFiles = false;
+    request.canChooseDirectories = true;
+    request.allowsMultipleSelection = false;
+    request.canCreateDirectories = true;
+    if (keepSourceOffered)
+        request.accessoryButton = tr("Keep Source Folder Path");
+    return request;
+}
+
+StartProcessChain::StartProcessChain(const Objects& objects, QObject* parent)
+    : QObject(parent), m_objects(objects) {}
+
+void StartProcessChain::later(int ms, void (StartProcessChain::*step)()) {
+    QTimer::singleShot(ms, this, step);
+}
+
+void StartProcessChain::end() {
+    m_running = false;
+    emit coverChanged(false);
+    emit cancelled();
+}
+
+void StartProcessChain::clickedStartProcess() {
+    if (m_running)
+        return;
+    ProcessingOptions& options = m_objects.options;
+    if (options.isRemoveGroups() && !options.clean().any()) {
+        m_objects.prompt.ask(noOptionsAlert());
+        return;
+    }
+    m_running = true;
+    m_values = RunValues{};
+    m_values.processingMode = options.mode();
+    m_values.clean = options.clean();
+    m_values.overwriteExisting =
+        m_objects.settings.isOverwriteIfAFileWithASameName().value_or(false);
+    m_values.renameSettings = m_objects.renameSettings;
+
+    Alert confirmation;
+    switch (options.row()) {
+    case 0:
+        confirmation = m_objects.editorState.fieldEditedFlags.hasKeyedEdits() ? editConfirmation()
+                                                                              : noChangesQuestion();
+        break;
+    case 1:
+        confirmation = clearConfirmation();
+        break;
+    default:
+        confirmation = removeConfirmation();
+        break;
+    }
+    emit coverChanged(true);
+    const bool yes = m_objects.prompt.ask(confirmation) == 0;
+    emit coverChanged(false);
+    if (!yes) {
+        end();
+        return;
+    }
+    chooseSaveOption();
+}
+
+void StartProcessChain::chooseSaveOption() {
+    if (m_objects.options.isRemoveGroups()) {
+        if (!m_objects.options.clean().any()) {
+            m_objects.prompt.ask(noOptionsAlert());
+            end();
+            return;
+        }
+        startProcessing();
+        return;
+    }
+    if (m_objects.settings.isPresetSavingSettingInHome().value_or(false)) {
+        startProcessing();
+        return;
+    }
+    showPresetSheet();
+}
+
+void StartProcessChain::showPresetSheet() {
+    const QString proposed = m_presets.defaultName ? m_presets.defaultName() : QString();
+    QString text = proposed;
+    emit coverChanged(true);
+    while (true) {
+        const TextAnswer answer = m_objects.prompt.askForText(presetSheet(text));
+        if (answer.button != 0) {
+            skipAndProcessed(answer.suppressed);
+            return;
+        }
+        text = answer.text.trimmed();
+        if (text.isEmpty()) {
+            m_objects.prompt.ask(invalidPresetNameAlert());
+            continue;
+        }
+        if (m_presets.nameExists && m_presets.nameExists(text)) {
+            m_objects.prompt.ask(presetNameTakenAlert());
+            continue;
+        }
+        if (m_presets.save)
+            m_presets.save(text);
+        skipAndProcessed(answer.suppressed);
+        return;
+    }
+}
+
+void StartProcessChain::skipAndProcessed(bool suppressed) {
+    if (suppressed)
+        m_objects.settings.setIsPresetSavingSettingInHome(true);
+    emit coverChanged(false);
+    later(100, &StartProcessChain::startProcessing);
+}
+
+void StartProcessChain::startProcessing() {
+    const WorkingSet& set = m_objects.workingSet;
+    if (set.markedCount() == 0) {
+        m_objects.prompt.ask(noPhotosAlert());
+        end();
+        return;
+    }
+    bool offerKeepSource = true;
+    for (const CGImageProperties& record : set.workingImages()) {
+        if (record.isSelected && isInPhotoLibrary(record.path()))
+            offerKeepSource = false;
+    }
+    emit coverChanged(true);
+    const PanelAnswer answer =
+        m_objects.prompt.openPanelWithAccessory(destinationPanel(offerKeepSource));
+    if (answer.accessoryClicked) {
+        keepSourceFolderPath();
+        return;
+    }
+    if (answer.paths.isEmpty()) {
+        end();
+        return;
+    }
+    const QString folder = answer.paths.first();
+    if (!m_objects.folders.isWithinHome(folder)) {
+        later(300, &StartProcessChain::reopenDestination);
+        return;
+    }
+    m_objects.folders.grant(folder);
+    m_values.destinationFolder = QFileInfo(folder).absoluteFilePath();
+    m_values.isDestinationPathAsSource = false;
+    emit coverChanged(false);
+    later(100, &StartProcessChain::finalProcess);
+}
+
+void StartProcessChain::reopenDestination() {
+    m_objects.prompt.ask(outsideHomeAlert());
+    emit coverChanged(false);
+    later(100, &StartProcessChain::startProcessing);
+}
+
+void StartProcessChain::keepSourceFolderPath() {
+    emit coverChanged(false);
+    if (!m_objects.folders.homeAccessGranted()) {
+        emit coverChanged(true);
+        if (!m_objects.folders.askForHomeAccess(m_objects.prompt)) {
+            // A cancelled grant leaves the user at the main screen, free to try again.
+            end();
+            return;
+        }
+        emit coverChanged(false);
+    }
+    m_values.destinationFolder.reset();
+    m_values.isDestinationPathAsSource = true;
+    later(300, &StartProcessChain::finalProcess);
+}
+
+void StartProcessChain::finalProcess() {
+    if (m_values.isDestinationPathAsSource && !m_objects.folders.homeAccessGranted()) {
+        m_objects.prompt.ask(accessRequiredAlert());
+        end();
+        return;
+    }
+    if (!m_values.isDestinationPathAsSource && !m_values.overwriteExisting && collisionForecast()) {
+        emit coverChanged(true);
+        if (m_objects.prompt.ask(overwriteQuestion()) == 0)
+            m_values.overwriteExisting = true;
+        emit coverChanged(false);
+    }
+    // The snapshot: the form as it stands, the flags and the date rules.
+    m_values.editedProperties = m_objects.form.readForm();
+    m_values.fieldEditedFlags = m_objects.editorState.fieldEditedFlags;
+    m_values.editorDates = m_objects.editorState.editorDates().rules();
+    later(100, &StartProcessChain::executeFinalProcess);
+}
+
+void StartProcessChain::executeFinalProcess() {
+    m_running = false;
+    emit coverChanged(true);
+    emit runReady(m_values);
+}
+
+bool StartProcessChain::collisionForecast() const {
+    if (!m_values.destinationFolder)
+        return false;
+    // Every photo of the list, marked or not, with the rename number as it stands: the names
+    // of a numbered format are all forecast with one number.
+    const PhotoPipeline pipeline(m_values);
+    const auto& images = m_objects.workingSet.workingImages();
+    const int total = int(images.size());
+    for (int i = 0; i < total; ++i) {
+        const PhotoPlan plan = pipeline.plan(images[i], i + 1, total, m_objects.numbering.next());
+        if (plan.hasUrl && !plan.finalPath.isEmpty() && QFileInfo::exists(plan.finalPath))
+            return true;
+    }
+    return false;
+}
+
+} // namespace tagmoor

@@ -1,0 +1,196 @@
+#include "processing/StartProcessChain.h"
+#include "TestSupport.h"
+#include "editor/EditorState.h"
+#include "editor/MetadataForm.h"
+#include "foundation/ScriptedPrompt.h"
+#include "foundation/Settings.h"
+#include "metadata/PropertyLoading.h"
+#include "processing/FolderAccess.h"
+#include "processing/ProcessingOptions.h"
+#include "rename/RenameNumbering.h"
+#include "workingset/WorkingSet.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+namespace tagmoor {
+namespace {
+
+using Box = ProcessingOptions::Box;
+
+struct ChainFixture {
+    QTemporaryDir home;
+    WorkingSet set;
+    EditorState state;
+    ScriptedPrompt prompt;
+    MetadataForm form{set, state, prompt, true};
+    ProcessingOptions options;
+    FolderAccess folders{home.path()};
+    Settings settings{home.filePath("settings.ini")};
+    RenameNumbering numbering;
+    Rename rename;
+    StartProcessChain chain{
+        {set, form, state, options, folders, settings, prompt, numbering, rename}};
+    QString photos = home.filePath("photos");
+    QString out = home.filePath("out");
+
+    ChainFixture() {
+        QDir().mkpath(photos);
+        QDir().mkpath(out);
+        settings.setIsPresetSavingSettingInHome(true); // no preset sheet unless a test asks
+        for (const char* name : {"Reagan.jpg", "et-GPS.jpg"}) {
+            const QString copy =
+                test::copySample(test::formatsDir() + "/" + QString::fromLatin1(name), photos);
+            set.appendImages({*loadImageProperties(QUrl::fromLocalFile(copy))});
+        }
+        form.updateMetadataInfo(0, true, {0, 1});
+    }
+
+    // Runs the chain to its end; the run values when it reached the run screen.
+    std::optional<RunValues> run() {
+        QSignalSpy ready(&chain, &StartProcessChain::runReady);
+        QSignalSpy cancelled(&chain, &StartProcessChain::cancelled);
+        chain.clickedStartProcess();
+        for (int i = 0; i < 50 && ready.isEmpty() && cancelled.isEmpty() && chain.isRunning(); ++i)
+            ready.wait(100);
+        if (ready.isEmpty())
+            return std::nullopt;
+        return ready.first().first().value<RunValues>();
+    }
+
+    QStringList titles() const {
+        QStringList out;
+        for (const Alert& a : prompt.alerts)
+            out << a.title;
+        return out;
+    }
+};
+
+TEST(ProcessingOptions, ExifStandsForItsPartsAndTheRowKeepsHiddenValues) {
+    ProcessingOptions o;
+    o.chooseRow(2);
+    EXPECT_TRUE(o.startEnabled());
+    o.clickBox(Box::Exif, true);
+    EXPECT_TRUE(o.shows(Box::Gps));
+    EXPECT_TRUE(o.clean().cleanComment);
+    o.clickBox(Box::Gps, false);
+    EXPECT_FALSE(o.clean().cleanExif) << "giving up a part gives up the whole";
+    EXPECT_FALSE(o.shows(Box::Exif));
+    EXPECT_TRUE(o.clean().cleanComment);
+    o.clickBox(Box::Comment, false);
+    EXPECT_FALSE(o.startEnabled());
+
+    o.clickBox(Box::Iptc, true);
+    o.chooseRow(0);
+    EXPECT_FALSE(o.shows(Box::Iptc));
+    EXPECT_TRUE(o.clean().cleanIPTC) << "the popup leaves the values as they were";
+}
+
+TEST(StartProcessChain, ConfirmationsByModeAndNoGoesBack) {
+    ChainFixture f;
+    f.prompt.answerNext("NO");
+    EXPECT_FALSE(f.run());
+    EXPECT_EQ(f.prompt.alerts.at(0), StartProcessChain::noChangesQuestion());
+    EXPECT_EQ(f.prompt.alerts.at(0).title, "No Changes in Metadata found");
+
+    f.prompt.alerts.clear();
+    f.options.chooseRow(2);
+    EXPECT_FALSE(f.run());
+    EXPECT_EQ(f.titles(), QStringList{"No options selected for removing metadata"});
+
+    f.prompt.alerts.clear();
+    f.options.chooseRow(1);
+    f.prompt.answerNext("NO");
+    EXPECT_FALSE(f.run());
+    EXPECT_EQ(f.prompt.alerts.at(0), StartProcessChain::clearConfirmation());
+}
+
+TEST(StartProcessChain, PresetSheetRefusesEmptyAndTakenNamesThenAFolderOutsideHome) {
+    ChainFixture f;
+    f.settings.setIsPresetSavingSettingInHome(false);
+    QStringList saved;
+    f.chain.setPresetHooks({[] { return QStringLiteral("Preset 1"); },
+                            [](const QString& n) { return n == "Taken"; },
+                            [&](const QString& n) { saved << n; }});
+    f.form.editText(0, "Jane Doe");
+    f.prompt.answerNext("YES");
+    f.prompt.textAnswers = {{0, "  ", false}, {0, "Taken", false}, {0, "Trip", true}};
+    QTemporaryDir elsewhere; // not within the home folder
+    f.prompt.panelAnswers = {{elsewhere.path()}, {f.out}};
+    const auto values = f.run();
+    ASSERT_TRUE(values);
+    EXPECT_EQ(f.titles(), (QStringList{"Are you sure to edit metadata of all the selected images?",
+                                       "Save selected settings as a preset", "Invalid Preset name.",
+                                       "Save selected settings as a preset", "Name already exists",
+                                       "Save selected settings as a preset",
+                                       "Files cannot be saved in the selected folder"}));
+    EXPECT_EQ(f.prompt.textQuestions.first().text, "Preset 1");
+    EXPECT_EQ(f.prompt.textQuestions.first().alert.buttons,
+              (QStringList{"Save and Process", "Skip and Process"}));
+    EXPECT_EQ(saved, QStringList{"Trip"});
+    EXPECT_TRUE(f.settings.isPresetSavingSettingInHome().value_or(false))
+        << "\"Do not show again\" is kept";
+    EXPECT_EQ(f.prompt.panels.at(0).prompt, "Choose Destination Folder");
+    EXPECT_EQ(f.prompt.panels.at(0).accessoryButton, "Keep Source Folder Path");
+    EXPECT_EQ(values->destinationFolder, QFileInfo(f.out).absoluteFilePath());
+    EXPECT_EQ(values->editedProperties.tiffProperties->artist.text(), "Jane Doe");
+    EXPECT_TRUE(values->fieldEditedFlags.test(0));
+}
+
+TEST(StartProcessChain, OverwriteQuestionOnlyWhenAFileIsInTheWay) {
+    ChainFixture f;
+    f.form.editText(0, "Jane Doe");
+    f.prompt.panelAnswers = {{f.out}};
+    auto values = f.run();
+    ASSERT_TRUE(values);
+    EXPECT_FALSE(f.titles().contains("Overwrite files with same source and destination path?"));
+
+    QFile::copy(f.set.workingImages().at(1).path(), f.out + "/et-GPS.jpg");
+    f.prompt.alerts.clear();
+    f.prompt.panelAnswers = {{f.out}};
+    f.prompt.answers = {0, 0}; // YES, then Overwrite
+    values = f.run();
+    ASSERT_TRUE(values);
+    EXPECT_EQ(f.prompt.alerts.last(), StartProcessChain::overwriteQuestion());
+    EXPECT_EQ(f.prompt.alerts.last().buttons, (QStringList{"Overwrite", "Do not Overwrite"}));
+    EXPECT_TRUE(values->overwriteExisting);
+}
+
+TEST(StartProcessChain, KeepingTheSourceFolderAsksForTheHomeFolderOnce) {
+    ChainFixture f;
+    f.form.editText(0, "Jane Doe");
+    f.prompt.accessoryAnswers = {true};
+    f.prompt.answers = {0, 1}; // YES, then Cancel at the grant
+    EXPECT_FALSE(f.run());
+    EXPECT_EQ(f.titles().last(), "Please grant access to your Home Folder to continue");
+    EXPECT_FALSE(f.folders.homeAccessGranted());
+
+    f.prompt.alerts.clear();
+    f.prompt.accessoryAnswers = {true};
+    f.prompt.answers = {0, 0}; // YES, then Grant Access
+    f.prompt.panelAnswers = {{f.home.path()}};
+    auto values = f.run();
+    ASSERT_TRUE(values);
+    EXPECT_TRUE(values->isDestinationPathAsSource);
+    EXPECT_FALSE(values->destinationFolder);
+    EXPECT_TRUE(f.folders.homeAccessGranted());
+
+    // Granted: no second question.
+    f.prompt.alerts.clear();
+    f.prompt.accessoryAnswers = {true};
+    values = f.run();
+    ASSERT_TRUE(values);
+    EXPECT_EQ(f.prompt.alerts.size(), 1);
+}
+
+TEST(StartProcessChain, NothingMarkedIsToldBeforeThePanel) {
+    ChainFixture f;
+    f.set.setAllSelected(false);
+    f.form.editText(0, "x");
+    EXPECT_FALSE(f.run());
+    EXPECT_EQ(f.titles().last(), "There are no photos selected");
+    EXPECT_TRUE(f.prompt.panels.isEmpty());
+}
+
+} // namespace
+} // namespace tagmoor
