@@ -12,6 +12,10 @@
 #include "foundation/Settings.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
+#include "processing/FolderAccess.h"
+#include "processing/ProcessingOptions.h"
+#include "rename/Rename.h"
+#include "rename/RenameNumbering.h"
 #include "workingset/HomeScreen.h"
 #include "workingset/ScanController.h"
 #include "workingset/ThumbnailProvider.h"
@@ -49,10 +53,15 @@ void measure(const QList<CGImageProperties>& samples, int count) {
     EditorState state;
     Settings settings(QStringLiteral("/tmp/bench-editor-settings.ini"));
     settings.setTutorialShow(true);
+    ProcessingOptions options;
+    FolderAccess folders(QDir::homePath());
+    Rename rename;
+    RenameNumbering numbering;
     WorkingListModel model(set);
     ThumbnailProvider thumbnails;
     ScanController scans(set, prompt, events);
-    HomeScreen home({set, model, thumbnails, scans, events, prompt, state, settings});
+    HomeScreen home({set, model, thumbnails, scans, events, prompt, state, settings, options,
+                     folders, rename, numbering});
     home.resize(1280, 800);
     home.show();
     QCoreApplication::processEvents();

@@ -53,6 +53,10 @@ public:
     AppEvents& events() { return m_shell.events(); }
     WorkingSet& workingSet() { return m_shell.workingSet(); }
     EditorState& editorState() { return m_shell.editorState(); }
+    ProcessingOptions& processingOptions() { return m_shell.processingOptions(); }
+    FolderAccess& folderAccess() { return m_shell.folderAccess(); }
+    Rename& renameSettings() { return m_shell.renameSettings(); }
+    RenameNumbering& renameNumbering() { return m_shell.renameNumbering(); }
     OpenWithQueue& openWithQueue() { return m_shell.openWithQueue(); }
     LoginItem& loginItem() { return m_shell.loginItem(); }
     UpdateChecker& updater() { return m_shell.updater(); }

@@ -12,7 +12,9 @@ RootView::RootView(AppDelegate& app, QWidget* parent)
     : QWidget(parent), m_stack(new QStackedLayout(this)),
       m_addFiles(new AddFilesScreen({app.events(), app.scans(), app.prompt(), app.settings()})),
       m_home(new HomeScreen({app.workingSet(), app.listModel(), app.thumbnails(), app.scans(),
-                             app.events(), app.prompt(), app.editorState(), app.settings()})),
+                             app.events(), app.prompt(), app.editorState(), app.settings(),
+                             app.processingOptions(), app.folderAccess(), app.renameSettings(),
+                             app.renameNumbering()})),
       m_presetsDetails(new QWidget), m_empty(new QWidget) {
     setObjectName(QStringLiteral("containerView"));
     m_presetsDetails->setObjectName(QStringLiteral("presetsDetails"));

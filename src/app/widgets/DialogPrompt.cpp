@@ -3,10 +3,15 @@
 #include "widgets/DimmingCover.h"
 #include "widgets/FilePanel.h"
 
+#include <QCheckBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace tagmoor {
 
@@ -47,6 +52,11 @@ std::unique_ptr<DimmingCover> DialogPrompt::coverWindow() const {
         content = main->centralWidget();
     if (!content || !content->isVisible())
         return nullptr;
+    // A chain of questions already keeps its own cover up: one dimming is enough.
+    for (const DimmingCover* other : content->findChildren<DimmingCover*>()) {
+        if (other->isVisible())
+            return nullptr;
+    }
     // The cover leaves a strip at the bottom, as the screens' own covers do.
     auto cover = std::make_unique<DimmingCover>(content, 36);
     cover->show();
@@ -54,10 +64,52 @@ std::unique_ptr<DimmingCover> DialogPrompt::coverWindow() const {
 }
 
 QStringList DialogPrompt::openPanel(const OpenPanelRequest& request) {
+    return openPanelWithAccessory(request).paths;
+}
+
+PanelAnswer DialogPrompt::openPanelWithAccessory(const OpenPanelRequest& request) {
     const auto cover = coverWindow();
     FilePanel panel(m_window, request);
     const bool accepted = panel.exec() == QDialog::Accepted;
-    return accepted ? panel.chosenPaths() : QStringList();
+    return {accepted ? panel.chosenPaths() : QStringList(), panel.accessoryClicked()};
+}
+
+TextAnswer DialogPrompt::askForText(const TextQuestion& question) {
+    const auto cover = coverWindow();
+    QDialog box(m_window);
+    box.setObjectName(QStringLiteral("textQuestion"));
+    box.setWindowModality(Qt::WindowModal);
+    box.setWindowTitle(question.alert.title);
+    auto* title = new QLabel(QStringLiteral("<b>%1</b>").arg(question.alert.title.toHtmlEscaped()));
+    auto* text = new QLabel(question.alert.text);
+    text->setWordWrap(true);
+    auto* field = new QLineEdit(question.text);
+    field->setObjectName(QStringLiteral("txtFieldPresetName"));
+    field->selectAll();
+    auto* suppress = new QCheckBox(question.suppressionTitle);
+    suppress->setObjectName(QStringLiteral("suppressionButton"));
+    suppress->setVisible(!question.suppressionTitle.isEmpty());
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    int chosen = int(question.alert.buttons.size()) - 1;
+    for (int i = 0; i < question.alert.buttons.size(); ++i) {
+        auto* button = new QPushButton(question.alert.buttons[i]);
+        button->setDefault(i == 0);
+        QObject::connect(button, &QPushButton::clicked, &box, [&box, &chosen, i] {
+            chosen = i;
+            box.accept();
+        });
+        buttons->addWidget(button);
+    }
+    auto* layout = new QVBoxLayout(&box);
+    layout->addWidget(title);
+    layout->addWidget(text);
+    layout->addWidget(field);
+    layout->addWidget(suppress);
+    layout->addLayout(buttons);
+    box.setMinimumWidth(440);
+    box.exec();
+    return {chosen, field->text(), suppress->isChecked()};
 }
 
 } // namespace tagmoor

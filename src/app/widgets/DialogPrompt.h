@@ -22,6 +22,8 @@ public:
 
     int ask(const Alert& alert) override;
     QStringList openPanel(const OpenPanelRequest& request) override;
+    PanelAnswer openPanelWithAccessory(const OpenPanelRequest& request) override;
+    TextAnswer askForText(const TextQuestion& question) override;
 
 private:
     // Dims the window's content while a box or panel is up; nothing when it is not shown.

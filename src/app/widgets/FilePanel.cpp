@@ -3,9 +3,11 @@
 #include "widgets/PanelEnableFilter.h"
 
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTreeView>
 
 namespace tagmoor {
@@ -43,6 +45,19 @@ FilePanel::FilePanel(QWidget* parent, const OpenPanelRequest& request)
     }
     if (!request.directory.isEmpty())
         setDirectory(request.directory);
+    setOption(QFileDialog::ReadOnly, !request.canCreateDirectories);
+    if (!request.accessoryButton.isEmpty()) {
+        m_accessory = new QPushButton(request.accessoryButton, this);
+        m_accessory->setObjectName(QStringLiteral("btnAccessory"));
+        if (auto* grid = qobject_cast<QGridLayout*>(layout()))
+            grid->addWidget(m_accessory, grid->rowCount(), 0, 1, grid->columnCount(),
+                            Qt::AlignHCenter);
+        connect(m_accessory, &QPushButton::clicked, this, [this] {
+            m_accessoryClicked = true;
+            m_chosen.clear();
+            QDialog::reject();
+        });
+    }
 }
 
 void FilePanel::accept() {

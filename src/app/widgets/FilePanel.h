@@ -4,6 +4,8 @@
 
 #include <QFileDialog>
 
+class QPushButton;
+
 namespace tagmoor {
 
 // The open panel: Qt's own file dialog set up from a request. When a request allows both files
@@ -15,6 +17,9 @@ public:
     FilePanel(QWidget* parent, const OpenPanelRequest& request);
 
     QStringList chosenPaths() const { return m_chosen; }
+    // The request's accessory button, when it has one; pressing it closes the panel.
+    QPushButton* accessory() const { return m_accessory; }
+    bool accessoryClicked() const { return m_accessoryClicked; }
 
 public slots:
     void accept() override;
@@ -22,6 +27,8 @@ public slots:
 private:
     bool m_filesAndFolders;
     QStringList m_chosen;
+    QPushButton* m_accessory = nullptr;
+    bool m_accessoryClicked = false;
 };
 
 } // namespace tagmoor

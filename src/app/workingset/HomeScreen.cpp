@@ -1,5 +1,9 @@
 #include "workingset/HomeScreen.h"
 
+#include "batch/BatchController.h"
+#include "batch/FinalProcessedVC.h"
+#include "batch/ProcessingControls.h"
+#include "editor/EditorState.h"
 #include "editor/FieldDisplay.h"
 #include "editor/MetadataForm.h"
 #include "editor/MetadataViewController.h"
@@ -7,6 +11,7 @@
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
 #include "model/FormFieldTable.h"
+#include "processing/StartProcessChain.h"
 #include "widgets/DesktopActions.h"
 #include "widgets/DimmingCover.h"
 #include "widgets/FileInfoDialog.h"
@@ -24,6 +29,7 @@
 
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -31,6 +37,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QThread>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -71,6 +78,19 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
       m_start(makeButton(QStringLiteral("btnStartProcess"), tr("Start Process"))), m_cover(nullptr),
       m_progress(nullptr) {
     setObjectName(QStringLiteral("Home"));
+    m_processing = new ProcessingControls(objects.processingOptions, this);
+    m_chain =
+        new StartProcessChain({objects.workingSet, *m_form, objects.editorState,
+                               objects.processingOptions, objects.folderAccess, objects.settings,
+                               objects.prompt, objects.renameNumbering, objects.renameSettings},
+                              this);
+    m_batch = new BatchController(objects.prompt, objects.renameNumbering, this);
+    connect(m_processing, &ProcessingControls::rowChanged, this, &HomeScreen::editingRowChanged);
+    connect(m_processing, &ProcessingControls::startEnabledChanged, m_start, &QWidget::setEnabled);
+    connect(m_start, &QPushButton::clicked, this, &HomeScreen::clickedStartProcess);
+    connect(m_chain, &StartProcessChain::coverChanged, this,
+            [this](bool on) { emit m_objects.events.HideUnhideTopLayerTM(!on); });
+    connect(m_chain, &StartProcessChain::runReady, this, &HomeScreen::openRunSheet);
 
     m_grid->setModel(&objects.listModel);
     m_table->setModel(&objects.listModel);
@@ -246,6 +266,7 @@ QWidget* HomeScreen::makeSidePane() {
         m_tabs->addButton(tab, i);
         tabs->addWidget(tab);
         addBatchControl(tab);
+        m_editingOnly.append(tab);
     }
     tabs->addStretch(1);
     tabs->addWidget(m_markedSummary);
@@ -258,6 +279,7 @@ QWidget* HomeScreen::makeSidePane() {
     m_markedSummary->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_markedSummary->setForegroundRole(QPalette::PlaceholderText);
     editorLayout->addWidget(m_editor, 1);
+    editorLayout->addWidget(m_processing->cleanBox(), 1);
     connect(&m_objects.events, &AppEvents::UpdateMetadataInfoOTM, m_form,
             [this](const QList<int>& indexes, bool isMultipleSelected, int index) {
                 m_form->updateMetadataInfo(index, isMultipleSelected, indexes);
@@ -269,6 +291,7 @@ QWidget* HomeScreen::makeSidePane() {
     auto* preset = makeButton(QStringLiteral("btnPreset"), tr("Presets..."));
     m_resetAll = resetAll;
     connect(resetAll, &QPushButton::clicked, this, &HomeScreen::clickedResetAll);
+    m_editingOnly.append(gps);
     m_start->setDefault(true);
     m_start->setMinimumHeight(36);
     QFont startFont = m_start->font();
@@ -296,6 +319,15 @@ QWidget* HomeScreen::makeSidePane() {
     layout->addLayout(tabs);
     layout->addWidget(m_editorHost, 1);
     layout->addLayout(small);
+    auto* mode = new QHBoxLayout;
+    auto* modeLabel = new QLabel(tr("Mode:"));
+    modeLabel->setBuddy(m_processing->popup());
+    mode->addWidget(modeLabel);
+    mode->addWidget(m_processing->popup(), 1);
+    addBatchControl(m_processing->popup());
+    for (int i = 0; i < 5; ++i)
+        addBatchControl(m_processing->checkBox(ProcessingOptions::Box(i)));
+    layout->addLayout(mode);
     layout->addWidget(m_start);
     return pane;
 }
@@ -509,6 +541,55 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     for (QAction* action : {info, open, reveal})
         action->setEnabled(onRow);
     return menu;
+}
+
+void HomeScreen::clickedStartProcess() {
+    if (m_objects.workingSet.isScanning())
+        return;
+    m_chain->clickedStartProcess();
+}
+
+void HomeScreen::editingRowChanged(int row) {
+    const bool removing = row == 2;
+    m_editor->setVisible(!removing);
+    m_processing->cleanBox()->setVisible(removing);
+    for (const QPointer<QWidget>& control : std::as_const(m_editingOnly)) {
+        if (control)
+            control->setEnabled(!removing && m_objects.workingSet.markedCount() > 0);
+    }
+    if (removing)
+        m_form->leaveEditingMode();
+    else
+        m_form->returnToEditingMode();
+}
+
+void HomeScreen::openRunSheet(const RunValues& values) {
+    if (!m_runSheet) {
+        m_runSheet = new FinalProcessedVC(*m_batch, this);
+        connect(m_runSheet, &FinalProcessedVC::finishClicked, this, &HomeScreen::finishRun);
+    }
+    m_runSheet->open();
+    m_runSheet->startRun(values, m_objects.workingSet.workingImages(),
+                         std::max(1, std::min(4, QThread::idealThreadCount())));
+}
+
+void HomeScreen::finishRun() {
+    RunValues live;
+    m_batch->clickedFinish(live, m_objects.editorState.editorDates(),
+                           m_objects.settings.isOverwriteIfAFileWithASameName().value_or(false));
+    m_objects.renameSettings = live.renameSettings;
+    if (m_runSheet)
+        m_runSheet->hide();
+    emit m_objects.events.HideUnhideTopLayerTM(true);
+    // The list, the edits and the options start anew; the add screen comes back.
+    m_form->resetAll();
+    m_objects.processingOptions.reset();
+    m_processing->refresh();
+    editingRowChanged(0);
+    m_objects.workingSet.clearImages();
+    clearPreview();
+    emit m_objects.events.UpdateVCOTM(0);
+    emit m_objects.events.AfterFinishOTM();
 }
 
 void HomeScreen::showTutorialOnce() {

@@ -16,6 +16,15 @@ class QToolButton;
 namespace tagmoor {
 
 class AppEvents;
+class BatchController;
+class FinalProcessedVC;
+class FolderAccess;
+class ProcessingControls;
+class ProcessingOptions;
+class RenameNumbering;
+class StartProcessChain;
+struct Rename;
+struct RunValues;
 class Settings;
 class TutorialOverlay;
 struct CGImageProperties;
@@ -51,6 +60,10 @@ public:
         UserPrompt& prompt;
         EditorState& editorState;
         Settings& settings;
+        ProcessingOptions& processingOptions;
+        FolderAccess& folderAccess;
+        Rename& renameSettings;
+        RenameNumbering& renameNumbering;
     };
 
     explicit HomeScreen(const Objects& objects, QWidget* parent = nullptr);
@@ -96,6 +109,11 @@ public:
     TutorialOverlay* tutorial() const { return m_tutorial; }
     // The tour of the screen, once per user: after the first scan that filled the list.
     void showTutorialOnce();
+    // Start Process: the chain of questions, then the run screen.
+    void clickedStartProcess();
+    StartProcessChain& startChain() const { return *m_chain; }
+    ProcessingControls& processingControls() const { return *m_processing; }
+    FinalProcessedVC* runSheet() const { return m_runSheet; }
 
     // Builds the context menu for a row of the list (-1: outside any row).
     QMenu* buildContextMenu(int row, QWidget* parent);
@@ -114,6 +132,9 @@ private:
     void refreshPreviewPicture();
     void clearPreview();
     void showLocation(const CGImageProperties& record);
+    void editingRowChanged(int row);
+    void openRunSheet(const RunValues& values);
+    void finishRun();
     void showContextMenu(QAbstractItemView* view, const QPoint& pos);
 
     Objects m_objects;
@@ -139,6 +160,11 @@ private:
     QLabel* m_markedSummary;
     QLabel* m_location = nullptr;
     TutorialOverlay* m_tutorial = nullptr;
+    ProcessingControls* m_processing = nullptr;
+    StartProcessChain* m_chain = nullptr;
+    BatchController* m_batch = nullptr;
+    FinalProcessedVC* m_runSheet = nullptr;
+    QList<QPointer<QWidget>> m_editingOnly;
     QPushButton* m_start;
     QList<QPointer<QWidget>> m_batchControls;
     DimmingCover* m_cover;

@@ -3,6 +3,10 @@
 #include "editor/EditorState.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
+#include "processing/FolderAccess.h"
+#include "processing/ProcessingOptions.h"
+#include "rename/Rename.h"
+#include "rename/RenameNumbering.h"
 #include "shell/InstanceChannel.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
@@ -11,6 +15,7 @@
 #include "shell/UpdateChecker.h"
 #include "workingset/WorkingSet.h"
 
+#include <QDir>
 #include <QObject>
 
 #include <memory>
@@ -50,6 +55,12 @@ public:
     WorkingSet& workingSet() { return m_workingSet; }
     // The edit flags, date rules and photo on display that the editor writes and a run reads.
     EditorState& editorState() { return m_editorState; }
+    // The values a run is settled from: the mode and clean boxes, the folder grants, the
+    // rename rule and its running number (never reset while the process lives).
+    ProcessingOptions& processingOptions() { return m_processingOptions; }
+    FolderAccess& folderAccess() { return m_folderAccess; }
+    Rename& renameSettings() { return m_renameSettings; }
+    RenameNumbering& renameNumbering() { return m_renameNumbering; }
     LaunchState& launchState() { return m_launchState; }
     LoginItem& loginItem() { return m_loginItem; }
     StartSequence& startSequence() { return m_start; }
@@ -65,6 +76,10 @@ private:
     AppEvents m_events;
     WorkingSet m_workingSet;
     EditorState m_editorState;
+    ProcessingOptions m_processingOptions;
+    FolderAccess m_folderAccess{QDir::homePath()};
+    Rename m_renameSettings;
+    RenameNumbering m_renameNumbering;
     LaunchState m_launchState;
     LoginItem m_loginItem;
     StartSequence m_start;

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "batch/BatchResult.h"
+#include "batch/RunValues.h"
+#include "model/CGImageProperties.h"
+
+#include <QDialog>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QStackedWidget;
+
+namespace tagmoor {
+
+class BatchController;
+
+// The run screen: a window-modal sheet that starts the run, shows the photo in work and the
+// progress, offers Stop (the run waits on its condition while the question stands), and then
+// shows the result. Finish hands back to the caller, which empties the list and the edits.
+class FinalProcessedVC : public QDialog {
+    Q_OBJECT
+public:
+    FinalProcessedVC(BatchController& controller, QWidget* parent = nullptr);
+
+    // viewWillAppear: starts the run once per showing.
+    void startRun(const RunValues& values, const QList<CGImageProperties>& workingImages,
+                  int threads);
+
+    QPushButton* btnStop() const { return m_stop; }
+    QPushButton* btnFinish() const { return m_finish; }
+    QPushButton* btnShowProblems() const { return m_showProblems; }
+    QLabel* lblBatchProcessCompleted() const { return m_completed; }
+    QLabel* lblPhotosSavedSuccessfully() const { return m_saved; }
+    QLabel* lblProblems() const { return m_problems; }
+    QLabel* lblValueImageProcessed() const { return m_count; }
+    QLabel* lblPath() const { return m_path; }
+    bool isShowingResult() const;
+
+signals:
+    void finishClicked();
+
+protected:
+    void reject() override; // Escape does not close a running sheet
+
+private:
+    QWidget* makeProcessingView();
+    QWidget* makeResultView();
+    void showProgress(int processed, int total, const QString& path);
+    void showResult(const BatchResult& result);
+    void showProblemList();
+
+    BatchController& m_controller;
+    QStackedWidget* m_views;
+    QProgressBar* m_progress;
+    QLabel* m_path;
+    QLabel* m_count;
+    QPushButton* m_stop;
+    QLabel* m_completed;
+    QLabel* m_batchCount;
+    QLabel* m_processed;
+    QLabel* m_skipped;
+    QPushButton* m_outputDirectory;
+    QLabel* m_saved;
+    QLabel* m_problems;
+    QPushButton* m_showProblems;
+    QPushButton* m_finish;
+    QString m_outputPath;
+    QList<PhotoProblem> m_problemList;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,150 @@
+// The whole road in the window: photos in, an Artist typed, a date shift and a rename rule,
+// Start Process with its questions answered, the run, the result, Finish.
+#include "AppTestSupport.h"
+#include "batch/FinalProcessedVC.h"
+#include "batch/ProcessingControls.h"
+#include "dates/DateField.h"
+#include "editor/EditorState.h"
+#include "editor/FieldControl.h"
+#include "editor/MetadataForm.h"
+#include "editor/MetadataViewController.h"
+#include "processing/StartProcessChain.h"
+#include "shell/RootView.h"
+#include "workingset/HomeScreen.h"
+#include "workingset/ScanController.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
+
+using namespace tagmoor;
+using namespace tagmoor::test;
+
+namespace {
+
+const char* const kPhotos[] = {"Reagan.jpg",   "FurnaceCreekInn.jpg", "et-GPS.jpg",
+                               "exiv2-gc.jpg", "exiv2-bug444.jpg",    "et-IPTC.jpg"};
+
+QString exiftool(const QString& tag, const QString& path) {
+    QProcess p;
+    p.start(QStringLiteral("exiftool"), {QStringLiteral("-s3"), QStringLiteral("-") + tag, path});
+    p.waitForFinished(30000);
+    return QString::fromUtf8(p.readAllStandardOutput()).trimmed();
+}
+
+} // namespace
+
+class RunFlowTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() {
+        // The output folder has to be within the user's home folder.
+        m_home = std::make_unique<QTemporaryDir>();
+        qputenv("HOME", QFile::encodeName(m_home->path()));
+    }
+    void wholeRoadFromStartProcessToFinish();
+    void removeRowWithoutABoxAndNoAtTheConfirmation();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_home;
+
+    HomeScreen* loadPhotos(TestApp& t, QStringList* originals = nullptr) {
+        const QString folder = m_home->filePath(QStringLiteral("Pictures"));
+        QDir().mkpath(folder);
+        for (const char* name : kPhotos) {
+            const QString target = folder + QLatin1Char('/') + QString::fromLatin1(name);
+            QFile::copy(formatsDir() + QLatin1Char('/') + QString::fromLatin1(name), target);
+            QFile(target).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+            if (originals)
+                *originals << target;
+        }
+        t.app->scans().addFromDrop({folder});
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 6, 20000); }();
+        QCoreApplication::processEvents();
+        return t.window().homeScreen();
+    }
+};
+
+void RunFlowTest::wholeRoadFromStartProcessToFinish() {
+    TestApp t;
+    t.app->settings().setIsPresetSavingSettingInHome(false);
+    QStringList originals;
+    HomeScreen* home = loadPhotos(t, &originals);
+    QCOMPARE(t.window().rootView()->selectedIndex(), 1);
+
+    // The Artist typed into the form, the original date moved by one hour, names numbered.
+    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
+    QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
+    DateTimeConfiguration shift;
+    shift.isKeepOriginal = false;
+    shift.isIDOT = true;
+    shift.idot.changeHours = 1;
+    home->metadataForm().commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
+    Rename& rename = t.app->renameSettings();
+    rename.isKeepOriginal = false;
+    rename.isAddText = true;
+    rename.addTextValueAT = QStringLiteral("Trip-");
+    rename.addTextPositionAT = RenamePosition::beforeName;
+
+    const QString out = m_home->filePath(QStringLiteral("Out"));
+    QDir().mkpath(out);
+    t.prompt.answerNext(QStringLiteral("YES"));
+    t.prompt.textAnswers = {{0, QStringLiteral("Holiday"), false}};
+    t.prompt.panelAnswers = {{out}};
+    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(home->runSheet() && home->runSheet()->isShowingResult(), 60000);
+    QCOMPARE(t.prompt.alerts.at(0).title,
+             QStringLiteral("Are you sure to edit metadata of all the selected images?"));
+    QCOMPARE(t.prompt.textQuestions.size(), 1);
+    QCOMPARE(t.prompt.panels.at(0).prompt, QStringLiteral("Choose Destination Folder"));
+
+    FinalProcessedVC* sheet = home->runSheet();
+    QCOMPARE(sheet->lblPhotosSavedSuccessfully()->text(),
+             QStringLiteral("6 Photos saved successfully!"));
+    QCOMPARE(sheet->lblBatchProcessCompleted()->text(), QStringLiteral("Batch Process Completed!"));
+    QVERIFY(!sheet->lblProblems()->isVisible());
+
+    for (const QString& source : originals) {
+        const QString name = QFileInfo(source).fileName();
+        const QString output = out + QStringLiteral("/Trip-") + name;
+        QVERIFY2(QFileInfo::exists(output), qPrintable(output));
+        QCOMPARE(exiftool(QStringLiteral("Artist"), output), QStringLiteral("Jane Doe"));
+        const QString before = exiftool(QStringLiteral("DateTimeOriginal"), source);
+        const QString after = exiftool(QStringLiteral("DateTimeOriginal"), output);
+        if (!before.isEmpty())
+            QVERIFY2(before != after, qPrintable(name + ": " + before + " -> " + after));
+    }
+
+    QTest::mouseClick(sheet->btnFinish(), Qt::LeftButton);
+    QTRY_COMPARE(t.window().rootView()->selectedIndex(), 0);
+    QCOMPARE(t.set().count(), 0);
+    QVERIFY(!t.app->editorState().fieldEditedFlags.hasEdits());
+}
+
+void RunFlowTest::removeRowWithoutABoxAndNoAtTheConfirmation() {
+    TestApp t;
+    HomeScreen* home = loadPhotos(t);
+    ProcessingControls& controls = home->processingControls();
+    controls.clickedChooseEditingOptions(2);
+    QVERIFY(controls.cleanBox()->isVisibleTo(home));
+    QVERIFY(!home->metadataView()->isVisibleTo(home));
+    QVERIFY(home->btnStartProcess()->isEnabled());
+    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+    QCOMPARE(t.prompt.alerts.size(), 1);
+    QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("No options selected for removing metadata"));
+
+    // Ticking a box turns Start Process on; the run then asks before it removes anything.
+    controls.checkBox(ProcessingOptions::Box::Iptc)->click();
+    QVERIFY(home->btnStartProcess()->isEnabled());
+    t.prompt.answerNext(QStringLiteral("NO"));
+    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+    QCOMPARE(t.prompt.alerts.last(), StartProcessChain::removeConfirmation());
+    QVERIFY(!home->runSheet());
+    QCOMPARE(t.set().count(), 6);
+}
+
+TAGMOOR_APP_TEST_MAIN(RunFlowTest)
+#include "RunFlowTest.moc"
