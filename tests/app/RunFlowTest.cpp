@@ -3,6 +3,7 @@
 #include "AppTestSupport.h"
 #include "batch/FinalProcessedVC.h"
 #include "batch/ProcessingControls.h"
+#include "batch/RenameViewController.h"
 #include "dates/DateField.h"
 #include "editor/EditorState.h"
 #include "editor/FieldControl.h"
@@ -19,6 +20,7 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
+#include <QRadioButton>
 
 using namespace tagmoor;
 using namespace tagmoor::test;
@@ -83,11 +85,20 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     shift.isIDOT = true;
     shift.idot.changeHours = 1;
     home->metadataForm().commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
-    Rename& rename = t.app->renameSettings();
-    rename.isKeepOriginal = false;
-    rename.isAddText = true;
-    rename.addTextValueAT = QStringLiteral("Trip-");
-    rename.addTextPositionAT = RenamePosition::beforeName;
+    // The rename sheet: add "Trip-" before each name, and no overwriting.
+    QTest::mouseClick(home->btnRename(), Qt::LeftButton);
+    RenameViewController* renamePanel = home->renamePanel();
+    QVERIFY(renamePanel && renamePanel->isVisible());
+    renamePanel->option(RenamePanel::Option::add)->click();
+    QTest::keyClicks(renamePanel->txtFieldAddText(), QStringLiteral("Trip-"));
+    QCOMPARE(renamePanel->example(RenamePanel::Option::add)->text().left(14),
+             QStringLiteral("Example: Trip-"));
+    t.prompt.answerNext(QStringLiteral("Do not Overwrite"),
+                        {QStringLiteral("Overwrite"), QStringLiteral("Do not Overwrite")});
+    renamePanel->clickNext();
+    QVERIFY(!renamePanel->isVisible());
+    QVERIFY(t.app->renameSettings().isAddText);
+    t.prompt.alerts.clear();
 
     const QString out = m_home->filePath(QStringLiteral("Out"));
     QDir().mkpath(out);

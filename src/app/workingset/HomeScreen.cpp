@@ -3,6 +3,7 @@
 #include "batch/BatchController.h"
 #include "batch/FinalProcessedVC.h"
 #include "batch/ProcessingControls.h"
+#include "batch/RenameViewController.h"
 #include "editor/EditorState.h"
 #include "editor/FieldDisplay.h"
 #include "editor/MetadataForm.h"
@@ -290,6 +291,8 @@ QWidget* HomeScreen::makeSidePane() {
     auto* rename = makeButton(QStringLiteral("btnRename"), tr("Rename..."));
     auto* preset = makeButton(QStringLiteral("btnPreset"), tr("Presets..."));
     m_resetAll = resetAll;
+    m_rename = rename;
+    connect(rename, &QPushButton::clicked, this, &HomeScreen::clickedRename);
     connect(resetAll, &QPushButton::clicked, this, &HomeScreen::clickedResetAll);
     m_editingOnly.append(gps);
     m_start->setDefault(true);
@@ -541,6 +544,20 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     for (QAction* action : {info, open, reveal})
         action->setEnabled(onRow);
     return menu;
+}
+
+void HomeScreen::clickedRename() {
+    if (!m_renamePanel) {
+        m_renamePanel = new RenameViewController(m_objects.renameSettings,
+                                                 m_objects.processingOptions.overwriteExisting,
+                                                 m_objects.prompt, this);
+        connect(m_renamePanel, &QDialog::finished, this,
+                [this] { emit m_objects.events.HideUnhideTopLayerTM(true); });
+    }
+    const auto& images = m_objects.workingSet.workingImages();
+    m_renamePanel->showFor(images.isEmpty() ? QString() : images.first().path());
+    emit m_objects.events.HideUnhideTopLayerTM(false);
+    m_renamePanel->open();
 }
 
 void HomeScreen::clickedStartProcess() {

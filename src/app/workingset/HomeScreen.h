@@ -20,6 +20,7 @@ class BatchController;
 class FinalProcessedVC;
 class FolderAccess;
 class ProcessingControls;
+class RenameViewController;
 class ProcessingOptions;
 class RenameNumbering;
 class StartProcessChain;
@@ -111,6 +112,10 @@ public:
     void showTutorialOnce();
     // Start Process: the chain of questions, then the run screen.
     void clickedStartProcess();
+    // The rename sheet over the application's rename rule.
+    void clickedRename();
+    RenameViewController* renamePanel() const { return m_renamePanel; }
+    QPushButton* btnRename() const { return m_rename; }
     StartProcessChain& startChain() const { return *m_chain; }
     ProcessingControls& processingControls() const { return *m_processing; }
     FinalProcessedVC* runSheet() const { return m_runSheet; }
@@ -164,6 +169,8 @@ private:
     StartProcessChain* m_chain = nullptr;
     BatchController* m_batch = nullptr;
     FinalProcessedVC* m_runSheet = nullptr;
+    RenameViewController* m_renamePanel = nullptr;
+    QPushButton* m_rename = nullptr;
     QList<QPointer<QWidget>> m_editingOnly;
     QPushButton* m_start;
     QList<QPointer<QWidget>> m_batchControls;

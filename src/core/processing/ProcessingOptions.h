@@ -26,8 +26,16 @@ public:
     // Start Process is on when a box is on in the remove row, always in the other rows.
     bool startEnabled() const { return m_startEnabled; }
 
-    // Finish: back to the first row with every box off (the values stay, as a popup change).
-    void reset() { chooseRow(0); }
+    // Raised for the coming run by the rename panel's "Overwrite" answer, beside the stored
+    // preference.
+    bool overwriteExisting = false;
+
+    // Finish: back to the first row with every box off (the values stay, as a popup change),
+    // and the one-run overwrite answer forgotten.
+    void reset() {
+        chooseRow(0);
+        overwriteExisting = false;
+    }
 
 private:
     int m_row = 0;

@@ -137,6 +137,7 @@ void StartProcessChain::clickedStartProcess() {
     m_values.processingMode = options.mode();
     m_values.clean = options.clean();
     m_values.overwriteExisting =
+        options.overwriteExisting ||
         m_objects.settings.isOverwriteIfAFileWithASameName().value_or(false);
     m_values.renameSettings = m_objects.renameSettings;
 

@@ -1,0 +1,251 @@
+#include "batch/RenameViewController.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpressionValidator>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace tagmoor {
+
+namespace {
+
+using Option = RenamePanel::Option;
+
+QLabel* label(const char* name, const QString& text) {
+    auto* l = new QLabel(text);
+    l->setObjectName(QString::fromLatin1(name));
+    return l;
+}
+
+template <typename W> W* named(W* widget, const char* name) {
+    widget->setObjectName(QString::fromLatin1(name));
+    return widget;
+}
+
+QLabel* exampleLabel(const char* name) {
+    QLabel* l = label(name, QString());
+    l->setForegroundRole(QPalette::PlaceholderText);
+    return l;
+}
+
+} // namespace
+
+RenameViewController::RenameViewController(Rename& renameSettings, bool& overwriteExisting,
+                                           UserPrompt& prompt, QWidget* parent)
+    : QDialog(parent), m_panel(renameSettings), m_overwriteExisting(overwriteExisting),
+      m_prompt(prompt), m_addText(named(new QLineEdit, "txtFieldAddText")),
+      m_addPosition(named(new QComboBox, "comboBoxAddText")),
+      m_find(named(new QLineEdit, "txtFieldFindReplaceText")),
+      m_replaceWith(named(new QLineEdit, "txtFieldReplaceWithReplaceText")),
+      m_nameFormat(named(new QComboBox, "comboBoxNameFormat")),
+      m_where(named(new QComboBox, "comboBoxWhere")),
+      m_customFormat(named(new QLineEdit, "txtFieldCustomFormat")),
+      m_startNumber(named(new QLineEdit, "txtFieldStartNumberAt")),
+      m_minDigits(named(new QComboBox, "comboBoxMinNoDigits")),
+      m_addExample(exampleLabel("lblExampleAddText")),
+      m_replaceExample(exampleLabel("lblExampleReplaceText")),
+      m_formatExample(exampleLabel("lblExampleFileNameFormat")) {
+    setObjectName(QStringLiteral("RenameViewController"));
+    setWindowTitle(tr("Rename"));
+    setWindowModality(Qt::WindowModal);
+
+    const char* optionNames[] = {"btnKeepOriginal", "btnAddText", "btnReplaceText",
+                                 "btnChangeFileNameFormat"};
+    const QString optionTexts[] = {tr("Keep Original File Names"), tr("Add Text:"),
+                                   tr("Replace With:"), tr("Change FIle Name Format:")};
+    auto* group = new QButtonGroup(this);
+    for (int i = 0; i < 4; ++i) {
+        m_options[i] = named(new QRadioButton(optionTexts[i]), optionNames[i]);
+        group->addButton(m_options[i], i);
+    }
+    connect(group, &QButtonGroup::idClicked, this, [this](int id) {
+        m_panel.clickOption(Option(id));
+        refreshControls();
+    });
+    m_addPosition->addItems({tr("before name"), tr("after name")});
+    m_where->addItems({tr("before name"), tr("after name")});
+    m_nameFormat->addItems({tr("Name and Index"), tr("Name and Counter"), tr("Name and Date")});
+    m_minDigits->addItems({tr("Auto"), QStringLiteral("1"), QStringLiteral("2"),
+                           QStringLiteral("3"), QStringLiteral("4"), QStringLiteral("5"),
+                           QStringLiteral("6"), QStringLiteral("7")});
+    // Any number as typed, with a sign or a decimal point; its integer value counts.
+    m_startNumber->setValidator(new QRegularExpressionValidator(
+        QRegularExpression(QStringLiteral("[+-]?[0-9]*\\.?[0-9]*")), m_startNumber));
+
+    const auto onText = [this](QLineEdit* field, auto setter) {
+        connect(field, &QLineEdit::textEdited, this, [this, setter](const QString& text) {
+            (m_panel.*setter)(text);
+            refreshExamples();
+        });
+    };
+    onText(m_addText, &RenamePanel::setAddText);
+    onText(m_find, &RenamePanel::setFindText);
+    onText(m_replaceWith, &RenamePanel::setReplaceWith);
+    onText(m_customFormat, &RenamePanel::setCustomFormat);
+    connect(m_startNumber, &QLineEdit::textEdited, this, [this](const QString& text) {
+        const QString shown = m_panel.setStartNumberText(text);
+        if (shown != text)
+            m_startNumber->setText(shown);
+        refreshExamples();
+    });
+    connect(m_addPosition, &QComboBox::activated, this, [this](int row) {
+        m_panel.setAddPosition(row);
+        refreshExamples();
+    });
+    connect(m_where, &QComboBox::activated, this, [this](int row) { m_panel.setWhereRow(row); });
+    connect(m_nameFormat, &QComboBox::activated, this, [this](int row) {
+        m_panel.setNameFormatRow(row);
+        refreshControls();
+    });
+    connect(m_minDigits, &QComboBox::activated, this, [this](int row) {
+        m_panel.setMinDigitsRow(row);
+        refreshExamples();
+    });
+
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(10);
+    grid->setVerticalSpacing(6);
+    grid->setColumnMinimumWidth(0, 24);
+    int r = 0;
+    grid->addWidget(m_options[0], r++, 0, 1, 3);
+    grid->addWidget(m_options[1], r++, 0, 1, 3);
+    grid->addWidget(m_addText, r, 1);
+    grid->addWidget(m_addPosition, r++, 2);
+    grid->addWidget(m_addExample, r++, 1, 1, 2);
+    grid->addWidget(m_options[2], r++, 0, 1, 3);
+    grid->addWidget(label("lblFind", tr("Find:")), r, 1);
+    grid->addWidget(m_find, r++, 2);
+    grid->addWidget(label("lblReplaceWidth", tr("Replace With:")), r, 1);
+    grid->addWidget(m_replaceWith, r++, 2);
+    grid->addWidget(m_replaceExample, r++, 1, 1, 2);
+    grid->addWidget(m_options[3], r++, 0, 1, 3);
+    const std::pair<QLabel*, QWidget*> formatRows[] = {
+        {label("lblNameFormat", tr("Name Format:")), m_nameFormat},
+        {label("lblWhere", tr("Where:")), m_where},
+        {label("lblCustomFormat", tr("Custom Format:")), m_customFormat},
+        {label("lblStartNumbersAt", tr("Start numbers at:")), m_startNumber},
+        {label("lblMinNumbersOfDigits", tr("Min. number of digits:")), m_minDigits},
+    };
+    for (const auto& [text, control] : formatRows) {
+        grid->addWidget(text, r, 1);
+        grid->addWidget(control, r++, 2);
+    }
+    grid->addWidget(m_formatExample, r++, 1, 1, 2);
+    grid->setColumnStretch(2, 1);
+
+    auto* title = label("lblRename", tr("Rename"));
+    QFont font = title->font();
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * 1.3);
+    title->setFont(font);
+    auto* save = named(new QPushButton(tr("Save")), "btnNext");
+    auto* close = named(new QPushButton(tr("Close")), "btnClose");
+    save->setDefault(true);
+    connect(save, &QPushButton::clicked, this, &RenameViewController::clickNext);
+    connect(close, &QPushButton::clicked, this, &RenameViewController::clickedClose);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(close);
+    buttons->addWidget(save);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(22, 18, 22, 16);
+    layout->addWidget(title);
+    layout->addWidget(label("lblConfigureSettingsToRename",
+                            tr("Configure Settings to Rename the selected files")));
+    layout->addSpacing(6);
+    layout->addLayout(grid);
+    layout->addSpacing(8);
+    layout->addLayout(buttons);
+    setMinimumWidth(520);
+}
+
+QLabel* RenameViewController::example(Option option) const {
+    switch (option) {
+    case Option::add:
+        return m_addExample;
+    case Option::replace:
+        return m_replaceExample;
+    case Option::format:
+        return m_formatExample;
+    case Option::keep:
+        break;
+    }
+    return nullptr;
+}
+
+void RenameViewController::showFor(const QString& firstPhotoPath) {
+    const QFileInfo info(firstPhotoPath);
+    const QString name = info.fileName();
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    const bool hasExtension = dot > 0;
+    const bool wasOpened = m_panel.isOpened();
+    m_panel.open(hasExtension ? name.left(dot) : name,
+                 hasExtension ? name.mid(dot + 1) : QString());
+    if (!wasOpened)
+        resetAllComponents();
+}
+
+void RenameViewController::resetAllComponents() {
+    const Rename& rule = m_panel.rule();
+    m_addText->setText(rule.addTextValueAT);
+    m_addPosition->setCurrentIndex(rule.addTextPositionAT == RenamePosition::beforeName ? 0 : 1);
+    m_find->setText(rule.findTextRT);
+    m_replaceWith->setText(rule.replaceWithRT);
+    m_nameFormat->setCurrentIndex(m_panel.nameFormatRow());
+    m_where->setCurrentIndex(rule.whereTextPositionNF == RenamePosition::beforeName ? 0 : 1);
+    m_customFormat->setText(rule.customFormatValueNF);
+    m_startNumber->setText(QString::number(rule.startNumberAtNF));
+    m_minDigits->setCurrentIndex(std::clamp(rule.minNumberDigitsNF, 0, 7));
+    refreshControls();
+}
+
+void RenameViewController::refreshControls() {
+    const Option on = m_panel.option();
+    m_options[int(on)]->setChecked(true);
+    for (QWidget* w : {static_cast<QWidget*>(m_addText), static_cast<QWidget*>(m_addPosition)})
+        w->setEnabled(on == Option::add);
+    for (QWidget* w : {m_find, m_replaceWith})
+        w->setEnabled(on == Option::replace);
+    const RenamePanel::FormatEnabled format = m_panel.formatEnabled();
+    for (QWidget* w : {static_cast<QWidget*>(m_nameFormat), static_cast<QWidget*>(m_where),
+                       static_cast<QWidget*>(m_customFormat)})
+        w->setEnabled(format.format);
+    m_minDigits->setEnabled(format.minDigits);
+    m_startNumber->setEnabled(format.startNumber);
+    // An option that is off shows its defaults.
+    const Rename& rule = m_panel.rule();
+    if (on != Option::add)
+        m_addText->setText(rule.addTextValueAT);
+    if (on != Option::replace) {
+        m_find->setText(rule.findTextRT);
+        m_replaceWith->setText(rule.replaceWithRT);
+    }
+    refreshExamples();
+}
+
+void RenameViewController::refreshExamples() {
+    m_addExample->setText(m_panel.example(Option::add));
+    m_replaceExample->setText(m_panel.example(Option::replace));
+    m_formatExample->setText(m_panel.example(Option::format));
+}
+
+void RenameViewController::clickNext() {
+    if (m_panel.clickNext(m_prompt, m_overwriteExisting))
+        accept();
+}
+
+void RenameViewController::clickedClose() {
+    m_panel.clickClose();
+    QDialog::reject();
+}
+
+} // namespace tagmoor

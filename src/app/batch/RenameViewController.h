@@ -1,0 +1,63 @@
+#pragma once
+
+#include "processing/RenamePanel.h"
+
+#include <QDialog>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QRadioButton;
+
+namespace tagmoor {
+
+class UserPrompt;
+
+// The rename sheet: four exclusive options with their inputs and examples, over the
+// application's rename rule, which RenamePanel edits live. Save checks the input (and asks
+// about overwriting); Close brings the rule back to what it was at the opening.
+class RenameViewController : public QDialog {
+    Q_OBJECT
+public:
+    RenameViewController(Rename& renameSettings, bool& overwriteExisting, UserPrompt& prompt,
+                         QWidget* parent = nullptr);
+
+    // viewWillAppear: the rule as it stands; examples from the list's first photo.
+    void showFor(const QString& firstPhotoPath);
+
+    RenamePanel& panel() { return m_panel; }
+    QRadioButton* option(RenamePanel::Option option) const { return m_options[int(option)]; }
+    QLineEdit* txtFieldAddText() const { return m_addText; }
+    QLineEdit* txtFieldFindReplaceText() const { return m_find; }
+    QLineEdit* txtFieldReplaceWithReplaceText() const { return m_replaceWith; }
+    QLabel* example(RenamePanel::Option option) const;
+    void clickNext();
+    void clickedClose();
+
+protected:
+    void reject() override { clickedClose(); }
+
+private:
+    void resetAllComponents();
+    void refreshControls();
+    void refreshExamples();
+
+    RenamePanel m_panel;
+    bool& m_overwriteExisting;
+    UserPrompt& m_prompt;
+    QRadioButton* m_options[4] = {};
+    QLineEdit* m_addText;
+    QComboBox* m_addPosition;
+    QLineEdit* m_find;
+    QLineEdit* m_replaceWith;
+    QComboBox* m_nameFormat;
+    QComboBox* m_where;
+    QLineEdit* m_customFormat;
+    QLineEdit* m_startNumber;
+    QComboBox* m_minDigits;
+    QLabel* m_addExample;
+    QLabel* m_replaceExample;
+    QLabel* m_formatExample;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "rename/Rename.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace tagmoor {
+
+class UserPrompt;
+
+// The rename panel without its widgets. It edits the application's rename rule live, with
+// four exclusive options, and keeps the rule as it stood at the opening so that Close can
+// bring it back. `baseName` and `extension` are those of the first photo of the list, for the
+// examples.
+class RenamePanel {
+public:
+    enum class Option { keep, add, replace, format };
+
+    explicit RenamePanel(Rename& live) : m_live(live) {}
+
+    // viewWillAppear: shows the rule as it stands, once per opening.
+    void open(const QString& baseName, const QString& extension);
+    bool isOpened() const { return m_isOpened; }
+    const Rename& rule() const { return m_live; }
+
+    void clickOption(Option option);
+    Option option() const;
+    void setAddText(const QString& text);
+    void setAddPosition(int row);
+    void setFindText(const QString& text);
+    void setReplaceWith(const QString& text);
+    void setNameFormatRow(int row);
+    int nameFormatRow() const;
+    void setWhereRow(int row);
+    void setCustomFormat(const QString& text);
+    // The start number's field; an empty field jumps back to 1. Gives the field's new text.
+    QString setStartNumberText(const QString& text);
+    void setMinDigitsRow(int row);
+
+    // Which controls of the format option take input: (format, min digits, start number).
+    struct FormatEnabled {
+        bool format = false;
+        bool minDigits = false;
+        bool startNumber = false;
+    };
+    FormatEnabled formatEnabled() const;
+
+    // "Example: Trip-IMG_0001.jpg", or "Example:" for an option that is off.
+    QString example(Option option) const;
+
+    // Save: checks the input and asks about overwriting. False while the panel stays open.
+    bool clickNext(UserPrompt& prompt, bool& overwriteExisting);
+    // Close: the rule as it was at the opening.
+    void clickClose();
+
+private:
+    Rename& m_live;
+    Rename m_temp;
+    bool m_isOpened = false;
+    QString m_base;
+    QString m_extension;
+};
+
+} // namespace tagmoor
