@@ -57,8 +57,8 @@ std::unique_ptr<DimmingCover> DialogPrompt::coverWindow() const {
         if (other->isVisible())
             return nullptr;
     }
-    // The cover leaves a strip at the bottom, as the screens' own covers do.
-    auto cover = std::make_unique<DimmingCover>(content, 36);
+    // The content is the window less its title bar, which the window manager draws outside.
+    auto cover = std::make_unique<DimmingCover>(content);
     cover->show();
     return cover;
 }

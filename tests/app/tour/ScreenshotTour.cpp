@@ -2,9 +2,13 @@
 // picture of the screen at each. Runs on a real X server (the screenshot script starts Xvfb).
 //   screenshot_tour OUTPUT_DIR PHOTO...
 #include "../AppTestSupport.h"
+#include "batch/FinalProcessedVC.h"
+#include "batch/RenameViewController.h"
 #include "editor/FieldControl.h"
 #include "editor/MetadataViewController.h"
+#include "processing/StartProcessChain.h"
 #include "shell/MainWindow.h"
+#include "widgets/DialogPrompt.h"
 #include "workingset/HomeScreen.h"
 #include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
@@ -14,7 +18,9 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
+#include <QRadioButton>
 #include <QScreen>
+#include <QTimer>
 
 using namespace tagmoor;
 
@@ -94,5 +100,62 @@ int main(int argc, char** argv) {
     menu->popup(grid->viewport()->mapToGlobal(item.center()));
     shoot(out, QStringLiteral("context-menu.png"), window);
     menu->close();
+    settle();
+
+    // The rename sheet, adding a text before each name.
+    home->clickedRename();
+    RenameViewController* rename = home->renamePanel();
+    rename->option(RenamePanel::Option::add)->click();
+    QTest::keyClicks(rename->txtFieldAddText(), QStringLiteral("Iceland-"));
+    shoot(out, QStringLiteral("rename-panel.png"), window);
+    rename->clickedClose();
+    settle();
+
+    // The questions of Start Process as the application shows them.
+    DialogPrompt dialogs(window);
+    const auto shootModal = [&](const QString& name, auto&& show) {
+        QTimer::singleShot(700, [&] {
+            shoot(out, name, window);
+            if (QWidget* modal = QApplication::activeModalWidget())
+                modal->close();
+        });
+        show();
+        settle(200);
+    };
+    const std::pair<QString, Alert> alerts[] = {
+        {"alert-confirm-edit.png", StartProcessChain::editConfirmation()},
+        {"alert-no-changes.png", StartProcessChain::noChangesQuestion()},
+        {"alert-confirm-clear.png", StartProcessChain::clearConfirmation()},
+        {"alert-confirm-remove.png", StartProcessChain::removeConfirmation()},
+        {"alert-no-options.png", StartProcessChain::noOptionsAlert()},
+        {"alert-no-photos.png", StartProcessChain::noPhotosAlert()},
+        {"alert-outside-home.png", StartProcessChain::outsideHomeAlert()},
+        {"alert-access-required.png", StartProcessChain::accessRequiredAlert()},
+        {"alert-overwrite.png", StartProcessChain::overwriteQuestion()},
+        {"alert-invalid-preset-name.png", StartProcessChain::invalidPresetNameAlert()},
+        {"alert-preset-name-taken.png", StartProcessChain::presetNameTakenAlert()},
+    };
+    for (const auto& [name, alert] : alerts)
+        shootModal(name, [&, a = alert] { dialogs.ask(a); });
+    shootModal(QStringLiteral("preset-sheet.png"), [&] {
+        dialogs.askForText(StartProcessChain::presetSheet(QStringLiteral("Preset 1")));
+    });
+    OpenPanelRequest panel = StartProcessChain::destinationPanel(true);
+    panel.directory = QDir::homePath();
+    shootModal(QStringLiteral("folder-panel.png"), [&] { dialogs.openPanelWithAccessory(panel); });
+
+    // A run into a folder of the home folder: the sheet while it runs, and its result.
+    const QString target = QDir::home().filePath(QStringLiteral("Edited"));
+    QDir().mkpath(target);
+    t.prompt.answers = {0};
+    t.prompt.panelAnswers = {{target}};
+    home->clickedStartProcess();
+    while (!home->runSheet())
+        settle(20);
+    settle(150);
+    shoot(out, QStringLiteral("run-progress.png"), window);
+    while (!home->runSheet()->isShowingResult())
+        settle(50);
+    shoot(out, QStringLiteral("run-result.png"), window);
     return 0;
 }
