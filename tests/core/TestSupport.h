@@ -70,10 +70,9 @@ struct ToolResult {
     QByteArray err;
 };
 
-// Runs an outside program (exiv2, exiftool, tagmoor-cli) and waits for it.
-inline ToolResult runTool(const QString& program, const QStringList& args, int timeoutMs = 60000) {
-    QProcess p;
-    p.start(program, args);
+// Waits for a started program and collects what it said; a program that does not end in
+// `timeoutMs` is killed and gives exit code -1.
+inline ToolResult finishTool(QProcess& p, int timeoutMs = 60000) {
     ToolResult r;
     if (!p.waitForFinished(timeoutMs)) {
         p.kill();
@@ -84,6 +83,13 @@ inline ToolResult runTool(const QString& program, const QStringList& args, int t
     r.out = p.readAllStandardOutput();
     r.err = p.readAllStandardError();
     return r;
+}
+
+// Runs an outside program (exiv2, exiftool, tagmoor-cli) and waits for it.
+inline ToolResult runTool(const QString& program, const QStringList& args, int timeoutMs = 60000) {
+    QProcess p;
+    p.start(program, args);
+    return finishTool(p, timeoutMs);
 }
 
 inline bool haveTool(const QString& name) {

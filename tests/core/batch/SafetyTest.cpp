@@ -37,16 +37,7 @@ ToolResult apply(const QStringList& args, std::optional<uid_t> asUser = std::nul
         });
     }
     p.start(QStringLiteral(TAGMOOR_CLI), QStringList{"apply"} + args);
-    ToolResult r;
-    if (!p.waitForFinished(60000)) {
-        p.kill();
-        p.waitForFinished();
-        return r;
-    }
-    r.exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-    r.out = p.readAllStandardOutput();
-    r.err = p.readAllStandardError();
-    return r;
+    return finishTool(p);
 }
 
 // Whether the command said `text` on stderr.
