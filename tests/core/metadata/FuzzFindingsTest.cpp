@@ -1,4 +1,5 @@
-// Every input the fuzzers once crashed or hung on, replayed the way the fuzz targets run it.
+// Every damaged input kept in tests/data (and the fuzzers' findings in tests/data/fuzz),
+// replayed the way the fuzz targets run it: loaded, then written, stripped and read back.
 #include "FuzzDriver.h"
 #include "TestSupport.h"
 #include "TimeBound.h"
@@ -11,9 +12,9 @@ namespace {
 using namespace tagmoor::test;
 
 TEST(FuzzFindings, EveryKeptInputLoadsAndWritesInBoundedTime) {
-    const QStringList inputs = sampleFiles(QStringLiteral(TAGMOOR_TEST_DATA "/fuzz"));
-    if (inputs.isEmpty())
-        GTEST_SKIP() << "no kept fuzz findings";
+    const QString data = QStringLiteral(TAGMOOR_TEST_DATA);
+    const QStringList inputs = sampleFiles(data) + sampleFiles(data + QStringLiteral("/fuzz"));
+    ASSERT_FALSE(inputs.isEmpty());
     for (const QString& input : inputs) {
         const QByteArray bytes = readBytes(input);
         const std::string name = QFileInfo(input).fileName().toStdString();
@@ -22,7 +23,7 @@ TEST(FuzzFindings, EveryKeptInputLoadsAndWritesInBoundedTime) {
             fuzz::loadFile(fuzz::placeInput(bytes, dir.path()));
             const QString path = fuzz::placeInput(bytes, dir.path());
             fuzz::writeFile(path, fuzz::cleanChoice(bytes));
-            // The write replaces the file whole or not at all: no leftovers beside it.
+            // The write replaces the file whole or not at all: nothing is left beside it.
             EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).size(), 1) << name;
         });
     }
