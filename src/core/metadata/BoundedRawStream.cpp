@@ -18,7 +18,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcRawStream, "tagmoor.metadata.raw", QtInfoMsg)
 
-// A healthy header parse makes a few thousand calls; the thumbnail adds one large read.
+// The sample camera files are identified in 13 to about 1,700 calls and a thumbnail adds one
+// large read; the loop of a damaged file makes millions of small ones (2 million take about
+// 0.1 s).
 constexpr qint64 kCallBudget = 2'000'000;
 constexpr qint64 kByteAllowance = 64LL << 20;
 
