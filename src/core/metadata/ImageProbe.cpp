@@ -1,5 +1,6 @@
 #include "metadata/ImageProbe.h"
 
+#include "metadata/BoundedRawStream.h"
 #include "metadata/Exiv2Guard.h"
 #include "metadata/MetadataLibrary.h"
 
@@ -13,7 +14,6 @@
 #include <exiv2/exiv2.hpp>
 #include <libraw/libraw.h>
 
-#include <exception>
 #include <memory>
 
 namespace tagmoor {
@@ -41,17 +41,20 @@ std::optional<QSize> qtSize(const QString& path, const char* format) {
 }
 
 // LibRaw identifies the camera and the sensor's size from the file's headers; the RAW data
-// is not unpacked.
-std::optional<QSize> librawSize(const QString& path) {
-    try {
-        auto raw = std::make_unique<LibRaw>(LIBRAW_OPTIONS_NONE);
-        if (raw->open_file(QFile::encodeName(path).constData()) != LIBRAW_SUCCESS)
-            return std::nullopt;
+// is not unpacked. The parse runs on a bounded stream: `gaveUp` is set when a damaged file
+// made LibRaw read on past its budget.
+std::optional<QSize> librawSize(const QString& path, bool& gaveUp) {
+    BoundedRawStream stream(path);
+    auto raw = std::make_unique<LibRaw>(LIBRAW_OPTIONS_NONE);
+    switch (openBoundedRaw(*raw, stream)) {
+    case RawOpen::Opened:
         return validSize(raw->imgdata.sizes.width, raw->imgdata.sizes.height);
-    } catch (const std::exception& e) {
-        qCDebug(lcProbe) << "no size from LibRaw for" << path << ":" << e.what();
-    } catch (...) {
-        qCDebug(lcProbe) << "no size from LibRaw for" << path << ": unknown exception";
+    case RawOpen::Rejected:
+        qCDebug(lcProbe) << "no size from LibRaw for" << path;
+        break;
+    case RawOpen::GaveUp:
+        gaveUp = true;
+        break;
     }
     return std::nullopt;
 }
@@ -142,7 +145,8 @@ ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) 
     const auto qt = [&](const char* format) {
         return [&, format] { return qtSize(path, format); };
     };
-    const auto libraw = [&] { return librawSize(path); };
+    bool rawGaveUp = false;
+    const auto libraw = [&] { return librawSize(path, rawGaveUp); };
     const auto exiv2 = [&] { return exiv2Size(path); };
 
     switch (result.kind) {
@@ -176,7 +180,7 @@ ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) 
         result.pixelSize = firstSize(libraw, [&] { return x3fSize(head); });
         break;
     case ImageKind::Kyocera:
-        result.pixelSize = librawSize(path);
+        result.pixelSize = libraw();
         break;
     case ImageKind::Jp2:
     case ImageKind::Psd:
@@ -186,8 +190,14 @@ ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) 
         result.pixelSize = j2kSize(head);
         break;
     }
-    // The signature of these types is proof enough: camera files whose picture data was
-    // cut away still carry their tags.
+    // A file that held LibRaw's parse past its budget is damaged beyond reading, whatever
+    // another reader made of it.
+    if (rawGaveUp) {
+        result.pixelSize.reset();
+        return result;
+    }
+    // Otherwise the signature of these types is proof enough: camera files whose picture data
+    // was cut away still carry their tags.
     result.readable = true;
     return result;
 }

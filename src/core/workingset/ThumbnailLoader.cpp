@@ -1,5 +1,6 @@
 #include "workingset/ThumbnailLoader.h"
 
+#include "metadata/BoundedRawStream.h"
 #include "metadata/PreviewExtractor.h"
 
 #include <QFile>
@@ -63,15 +64,18 @@ QImage ThumbnailLoader::fromReader(const QString& path, int maxSide, QSize& orig
 }
 
 QImage ThumbnailLoader::fromRaw(const QString& path, QSize& originalSize) {
+    // The stream bounds the parse and the thumbnail's reading, so a damaged file gives up
+    // instead of holding the loader.
+    BoundedRawStream stream(path);
     auto raw = std::make_unique<LibRaw>();
-    if (raw->open_file(QFile::encodeName(path).constData()) != LIBRAW_SUCCESS)
+    if (openBoundedRaw(*raw, stream) != RawOpen::Opened)
         return {};
     const auto& sizes = raw->imgdata.sizes;
     if (sizes.width > 0 && sizes.height > 0) {
         const bool turned = sizes.flip == 5 || sizes.flip == 6;
         originalSize = turned ? QSize(sizes.height, sizes.width) : QSize(sizes.width, sizes.height);
     }
-    if (raw->unpack_thumb() != LIBRAW_SUCCESS)
+    if (!unpackBoundedThumb(*raw))
         return {};
     int error = 0;
     libraw_processed_image_t* thumb = raw->dcraw_make_mem_thumb(&error);
