@@ -1,0 +1,151 @@
+// A batch started from the window against the same batch through tagmoor-cli apply, in one
+// run: the home screen offscreen with the photos of a folder, eight fields typed into the form,
+// a one-hour shift of the original date, Start Process answered YES with an output folder, and
+// the clock stopped when the run sheet shows its result. While the window's run goes, a 5 ms
+// timer on the main thread measures the longest stall of the event loop.
+//
+//   bench_window_batch <photo folder> <work folder> <tagmoor-cli>
+
+#include "batch/FinalProcessedVC.h"
+#include "dates/DateField.h"
+#include "editor/EditorState.h"
+#include "editor/MetadataForm.h"
+#include "foundation/AppEvents.h"
+#include "foundation/ScriptedPrompt.h"
+#include "foundation/Settings.h"
+#include "metadata/MetadataLibrary.h"
+#include "metadata/PropertyLoading.h"
+#include "processing/FolderAccess.h"
+#include "processing/ProcessingOptions.h"
+#include "rename/Rename.h"
+#include "rename/RenameNumbering.h"
+#include "workingset/HomeScreen.h"
+#include "workingset/ScanController.h"
+#include "workingset/ThumbnailProvider.h"
+#include "workingset/WorkingListModel.h"
+#include "workingset/WorkingSet.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QProcess>
+#include <QTimer>
+
+#include <cstdio>
+
+using namespace tagmoor;
+
+int main(int argc, char** argv) {
+    if (argc < 4) {
+        std::fprintf(stderr, "usage: %s <photo folder> <work folder> <tagmoor-cli>\n", argv[0]);
+        return 2;
+    }
+    const QString photos = QString::fromLocal8Bit(argv[1]);
+    const QString work = QFileInfo(QString::fromLocal8Bit(argv[2])).absoluteFilePath();
+    const QString cli = QString::fromLocal8Bit(argv[3]);
+    // The output folder has to be within the home folder.
+    qputenv("HOME", QFile::encodeName(work));
+    initializeMetadataLibrary();
+    QApplication app(argc, argv);
+
+    WorkingSet set;
+    QList<CGImageProperties> records;
+    for (const QFileInfo& info : QDir(photos).entryInfoList({"*.jpg"}, QDir::Files, QDir::Name))
+        if (auto record = loadImageProperties(QUrl::fromLocalFile(info.absoluteFilePath())))
+            records.append(*record);
+    set.appendImages(records);
+
+    ScriptedPrompt prompt;
+    AppEvents events;
+    EditorState state;
+    Settings settings(work + QStringLiteral("/settings.ini"));
+    settings.setTutorialShow(true);
+    settings.setIsPresetSavingSettingInHome(true);
+    ProcessingOptions options;
+    FolderAccess folders(work);
+    Rename rename;
+    RenameNumbering numbering;
+    WorkingListModel model(set);
+    ThumbnailProvider thumbnails;
+    ScanController scans(set, prompt, events);
+    HomeScreen home({set, model, thumbnails, scans, events, prompt, state, settings, options,
+                     folders, rename, numbering});
+    home.resize(1280, 800);
+    home.show();
+    QList<int> all;
+    for (int i = 0; i < set.count(); ++i)
+        all << i;
+    home.metadataForm().updateMetadataInfo(0, all.size() > 1, all);
+    const std::pair<int, const char*> edits[] = {
+        {0, "Jane Doe"}, {2, "(c) Jane Doe"}, {1, "Harbour at dawn"}, {12, "400"},
+        {13, "2.8"},     {48, "Paris"},       {40, "Morning"},        {57, "Lens 50"}};
+    for (const auto& [position, text] : edits)
+        home.metadataForm().editText(position, QString::fromUtf8(text));
+    DateTimeConfiguration shift;
+    shift.isKeepOriginal = false;
+    shift.isIDOT = true;
+    shift.idot.changeHours = 1;
+    shift.idot.isKeepOriginalMinutes = shift.idot.isKeepOriginalSeconds = true;
+    home.metadataForm().commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
+
+    const QString windowOut = work + QStringLiteral("/window");
+    QDir().mkpath(windowOut);
+    prompt.answers = {0};
+    prompt.panelAnswers = {{windowOut}};
+
+    QElapsedTimer gap;
+    qint64 longestGapMs = 0;
+    QTimer ticker;
+    ticker.setInterval(5);
+    QElapsedTimer since;
+    QList<QPair<qint64, qint64>> stalls; // (when, how long) of each stall over 30 ms
+    QObject::connect(&ticker, &QTimer::timeout, [&] {
+        const qint64 g = gap.restart();
+        if (g > 30)
+            stalls.append({since.elapsed() - g, g});
+        longestGapMs = std::max(longestGapMs, g);
+    });
+    QElapsedTimer clock;
+    clock.start();
+    since.start();
+    gap.start();
+    ticker.start();
+    home.clickedStartProcess();
+    while (!home.runSheet() || !home.runSheet()->isShowingResult())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    const double windowSeconds = clock.nsecsElapsed() / 1e9;
+    ticker.stop();
+    const QString saved = home.runSheet()->lblPhotosSavedSuccessfully()->text();
+
+    QProcess run;
+    run.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    run.setStandardOutputFile(QProcess::nullDevice());
+    const QStringList args{"apply",  "--quiet",
+                           "--set",  "Artist=Jane Doe",
+                           "--set",  "Copyright=(c) Jane Doe",
+                           "--set",  "ImageDescription=Harbour at dawn",
+                           "--set",  "ISO=400",
+                           "--set",  "FNumber=2.8",
+                           "--set",  "Iptc.Application2.City=Paris",
+                           "--set",  "Iptc.Application2.Headline=Morning",
+                           "--set",  "Xmp.aux.Lens=Lens 50",
+                           "--date", "DateTimeOriginal=shift-time:+1:00:00",
+                           "--out",  work + QStringLiteral("/cli"),
+                           photos};
+    clock.restart();
+    run.start(cli, args);
+    run.waitForFinished(-1);
+    const double cliSeconds = clock.nsecsElapsed() / 1e9;
+
+    std::printf("photos: %d; window result: %s\n", set.count(), qPrintable(saved));
+    std::printf("window (Start Process to result): %.2f s\n", windowSeconds);
+    std::printf("tagmoor-cli apply:                %.2f s (exit %d)\n", cliSeconds, run.exitCode());
+    std::printf("ratio window / command line: %.3fx (target at most 1.1x)\n",
+                windowSeconds / cliSeconds);
+    std::printf("longest event-loop stall during the window's run: %lld ms (target under 50 ms)\n",
+                longestGapMs);
+    for (const auto& [when, ms] : stalls)
+        std::printf("  stall of %lld ms at %lld ms\n", ms, when);
+    return 0;
+}
