@@ -258,7 +258,13 @@ void DateConfigurationPanel::closeEvent(QCloseEvent* event) {
         // A number still being typed counts as finished.
         for (const DatePart part : kNumberParts)
             numberFinished(part);
-        m_form.commitDateRule(m_field, m_state->rule(), m_state->resultDate());
+        if (m_state->isChanged()) {
+            m_form.commitDateRule(m_field, m_state->rule(), m_state->resultDate());
+        } else {
+            const DateTimeConfiguration stored = m_form.dateRule(m_field);
+            const std::optional<QDateTime> slot = m_form.dateSlot(m_field);
+            m_form.commitDateRule(m_field, stored, slot);
+        }
         emit committed();
     }
     QFrame::closeEvent(event);

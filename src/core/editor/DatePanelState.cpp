@@ -124,6 +124,7 @@ bool DatePanelState::isModeAvailable(DateMode mode) const {
 bool DatePanelState::chooseMode(DateMode mode) {
     if (!isModeAvailable(mode))
         return false;
+    m_changed = true;
     m_mode = mode;
     apply();
     return true;
@@ -202,6 +203,7 @@ int DatePanelState::clampPart(DatePart part, int value) const {
 }
 
 int DatePanelState::endEditing(DatePart part, const QString& text) {
+    m_changed = true;
     // Digits beyond the range of an int are out of range anyway: the bound takes over.
     const qint64 typed = filterTyped(part, text).toLongLong();
     const int value = int(std::clamp<qint64>(typed, -1'000'000'000, 1'000'000'000));
@@ -212,6 +214,7 @@ int DatePanelState::endEditing(DatePart part, const QString& text) {
 }
 
 int DatePanelState::step(DatePart part, int delta) {
+    m_changed = true;
     m_numbers[at(part)] = clampPart(part, number(part) + delta);
     if (modeOf(part) == m_mode)
         apply();
@@ -219,18 +222,21 @@ int DatePanelState::step(DatePart part, int delta) {
 }
 
 void DatePanelState::setKept(DatePart part, bool kept) {
+    m_changed = true;
     m_keeps[at(part)] = kept;
     if (modeOf(part) == m_mode)
         apply();
 }
 
 void DatePanelState::setSelectDate(const QDateTime& date) {
+    m_changed = true;
     m_selectDate = date;
     if (m_mode == DateMode::selectDate)
         apply();
 }
 
 void DatePanelState::setUpdateTime(const QTime& time) {
+    m_changed = true;
     m_updateTime = time;
     if (m_mode == DateMode::updateDate)
         apply();

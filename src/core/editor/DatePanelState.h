@@ -101,6 +101,10 @@ public:
     std::optional<QDateTime> resultDate() const { return m_resultDate; }
     // The rule the panel stores when it closes.
     DateTimeConfiguration rule() const;
+    // Whether the user did anything since the opening. A panel that was only looked at stores
+    // nothing new: its inputs hold defaults (the photo's day, month, year and time) that
+    // would otherwise differ from an untouched rule and count as an edit.
+    bool isChanged() const { return m_changed; }
 
 private:
     void restore(const DateTimeConfiguration& rule);
@@ -124,6 +128,7 @@ private:
     QTime m_updateTime;
     std::optional<QDateTime> m_resultDate;
     QString m_summary;
+    bool m_changed = false;
 };
 
 } // namespace tagmoor

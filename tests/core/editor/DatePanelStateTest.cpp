@@ -177,6 +177,8 @@ TEST(DatePanelState, SelectDateAndATouchedRuleComeBack) {
     EXPECT_TRUE(back.isKept(DatePart::incrementSecond));
     EXPECT_EQ(back.rule(), t.rule());
     EXPECT_EQ(back.resultDate(), kApril10) << "closing unchanged keeps the stored slot";
+    EXPECT_FALSE(back.isChanged());
+    EXPECT_TRUE(t.isChanged());
 
     again.isTouched = false;
     EXPECT_EQ(DatePanelState(again).mode(), DateMode::keepOriginal);
