@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTimeEdit>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -189,7 +190,16 @@ QToolButton* DateConfigurationPanel::stepButton(DatePart part, bool up) const {
 
 void DateConfigurationPanel::popupAt(const QWidget* anchor) {
     adjustSize();
-    move(anchor->mapToGlobal(QPoint(0, anchor->height() + 2)));
+    // Below the button, or above it when there is no room below; always on the screen.
+    QPoint at = anchor->mapToGlobal(QPoint(0, anchor->height() + 2));
+    if (const QScreen* screen = anchor->screen()) {
+        const QRect room = screen->availableGeometry();
+        if (at.y() + height() > room.bottom())
+            at.setY(anchor->mapToGlobal(QPoint(0, 0)).y() - height() - 2);
+        at.setX(std::clamp(at.x(), room.left(), std::max(room.left(), room.right() - width())));
+        at.setY(std::clamp(at.y(), room.top(), std::max(room.top(), room.bottom() - height())));
+    }
+    move(at);
     show();
     raise();
 }

@@ -2,8 +2,10 @@
 // picture of the screen at each. Runs on a real X server (the screenshot script starts Xvfb).
 //   screenshot_tour OUTPUT_DIR PHOTO...
 #include "../AppTestSupport.h"
+#include "editor/DateConfigurationPanel.h"
 #include "editor/FieldControl.h"
 #include "editor/MetadataViewController.h"
+#include "model/FormFieldTable.h"
 #include "shell/MainWindow.h"
 #include "workingset/HomeScreen.h"
 #include "workingset/PhotoListViews.h"
@@ -14,7 +16,10 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
+#include <QRadioButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QToolButton>
 
 using namespace tagmoor;
 
@@ -27,9 +32,11 @@ void settle(int ms = 400) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
-void shoot(const QString& dir, const QString& name, QWidget* window) {
+void shoot(const QString& dir, const QString& name, QWidget* window, QWidget* popup = nullptr) {
     settle();
-    const QRect frame = window->frameGeometry();
+    QRect frame = window->frameGeometry();
+    if (popup)
+        frame |= popup->frameGeometry();
     const QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
     screen.copy(frame.adjusted(-1, -1, 1, 1).intersected(screen.rect()))
         .save(dir + QLatin1Char('/') + name);
@@ -84,6 +91,23 @@ int main(int argc, char** argv) {
     artist->selectAll();
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     shoot(out, QStringLiteral("editor-one.png"), window);
+
+    // The date panel of that photo, shifting its original time by two hours.
+    FieldControl* date = home->metadataView()->control(formpos::DateTimeOriginal);
+    home->metadataView()
+        ->findChild<QScrollArea*>(QStringLiteral("scrollViewMetadataForm"))
+        ->ensureWidgetVisible(date);
+    date->dateButton()->click();
+    settle();
+    DateConfigurationPanel* panel = home->metadataView()->datePanel();
+    panel->modeButton(DateMode::incrementTime)->click();
+    QLineEdit* hours = panel->numberField(DatePart::incrementHour);
+    hours->setFocus();
+    hours->selectAll();
+    QTest::keyClicks(hours, QStringLiteral("2"));
+    QTest::keyClick(hours, Qt::Key_Tab);
+    shoot(out, QStringLiteral("date-panel.png"), window, panel);
+    panel->close();
 
     // The list's menu over the first photo.
     home->clickedSelectUnselectAll(true);
