@@ -23,6 +23,8 @@ public:
     int position() const { return m_position; }
     // The widget that takes the input (for tests, focus and the limit popover).
     QWidget* input() const;
+    // The button that opens the date panel; none for other fields.
+    QToolButton* dateButton() const { return m_dateButton; }
 
     // Shows the form's text or row and placeholder for this position.
     void showValue(const MetadataForm& form);

@@ -4,7 +4,6 @@
 #include "editor/FieldControl.h"
 #include "editor/FormSectionView.h"
 #include "editor/MetadataForm.h"
-#include "editor/MinimalDatePanel.h"
 #include "foundation/AppEvents.h"
 #include "model/FormFieldTable.h"
 
@@ -14,6 +13,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace tagmoor {
@@ -183,14 +183,11 @@ void MetadataViewController::dateButtonClicked(int position) {
     const auto field = dateFieldAt(position);
     if (!field)
         return;
-    auto* panel = new MinimalDatePanel(labelOf(position), m_form.dateRule(*field),
-                                       m_form.photoDate(*field), this);
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setWindowModality(Qt::WindowModal);
-    connect(panel, &QDialog::accepted, this, [this, panel, field = *field] {
-        m_form.commitDateRule(field, panel->rule(), panel->slot());
-    });
-    panel->open();
+    auto* panel = new DateConfigurationPanel(m_form, *field, this);
+    m_datePanel = panel;
+    FieldControl* control = m_controls.value(position);
+    panel->popupAt(control && control->dateButton() ? static_cast<QWidget*>(control->dateButton())
+                                                    : control);
 }
 
 void MetadataViewController::showLimitMessage(FieldControl* control, const QString& message) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/DateConfigurationPanel.h"
 #include "editor/FormSections.h"
 
 #include <QHash>
@@ -39,6 +40,8 @@ public:
     // The limit popover, while it shows a message.
     QFrame* popoverDetails() const { return m_popover; }
     QLabel* popoverMessage() const { return m_popoverMessage; }
+    // The date panel while it is open.
+    DateConfigurationPanel* datePanel() const { return m_datePanel; }
 
 private:
     void refreshAll();
@@ -57,6 +60,7 @@ private:
     QHash<int, FieldControl*> m_controls;
     QFrame* m_popover;
     QLabel* m_popoverMessage;
+    QPointer<DateConfigurationPanel> m_datePanel;
     Editor m_current = Editor::exif;
     bool m_hideGeneral = false;
 };

@@ -16,22 +16,29 @@ QString part(const char* name, const QString& value) {
     return QStringLiteral(" ") + tr(name) + QStringLiteral(": ") + value + QStringLiteral(" ");
 }
 
-QString part(const char* name, int value) {
-    return part(name, QString::number(value));
-}
+// The parts of a row, each added when its keep box is off (and, for the live summary, when
+// its number is not 0).
+struct Parts {
+    SummaryParts shown;
+    QString text;
+
+    void add(const char* name, int value, bool kept) {
+        if (kept || (shown == SummaryParts::nonZero && value == 0))
+            return;
+        text += part(name, QString::number(value));
+    }
+};
 
 QString keepOriginal() {
     return tr("Keep Original");
 }
 
-QString updateText(const UpdateDate& u, const std::optional<QDateTime>& slot) {
-    QString parts;
-    if (!u.isKeepOriginalDays)
-        parts += part("Day", u.changeDays);
-    if (!u.isKeepOriginalMonths)
-        parts += part("Month", u.changeMonths);
-    if (!u.isKeepOriginalYears)
-        parts += part("Year", u.changeYears);
+QString updateText(const UpdateDate& u, const std::optional<QDateTime>& slot, SummaryParts shown) {
+    Parts row{shown, {}};
+    row.add("Day", u.changeDays, u.isKeepOriginalDays);
+    row.add("Month", u.changeMonths, u.isKeepOriginalMonths);
+    row.add("Year", u.changeYears, u.isKeepOriginalYears);
+    QString parts = row.text;
     if (parts.isEmpty() && u.isKeepOriginalTime)
         return keepOriginal();
     if (u.isKeepOriginalTime)
@@ -47,32 +54,27 @@ QString incDecText(const QString& parts) {
 
 } // namespace
 
-QString dateSummary(const DateTimeConfiguration& rule, const std::optional<QDateTime>& slot) {
+QString dateSummary(const DateTimeConfiguration& rule, const std::optional<QDateTime>& slot,
+                    SummaryParts shown) {
     if (rule.isEmptyValue)
         return tr("Empty Value");
     if (rule.isSelectDate)
         return rule.selectDate ? mediumDateTimeText(*rule.selectDate) : QString();
     if (rule.isUpdateDate)
-        return updateText(rule.updateDate, slot);
+        return updateText(rule.updateDate, slot, shown);
     if (rule.isIDOD) {
-        QString parts;
-        if (!rule.idod.isKeepOriginalDays)
-            parts += part("Day", rule.idod.changeDays);
-        if (!rule.idod.isKeepOriginalMonths)
-            parts += part("Month", rule.idod.changeMonths);
-        if (!rule.idod.isKeepOriginalYears)
-            parts += part("Year", rule.idod.changeYears);
-        return incDecText(parts);
+        Parts row{shown, {}};
+        row.add("Day", rule.idod.changeDays, rule.idod.isKeepOriginalDays);
+        row.add("Month", rule.idod.changeMonths, rule.idod.isKeepOriginalMonths);
+        row.add("Year", rule.idod.changeYears, rule.idod.isKeepOriginalYears);
+        return incDecText(row.text);
     }
     if (rule.isIDOT) {
-        QString parts;
-        if (!rule.idot.isKeepOriginalHours)
-            parts += part("Hour", rule.idot.changeHours);
-        if (!rule.idot.isKeepOriginalMinutes)
-            parts += part("Minute", rule.idot.changeMinutes);
-        if (!rule.idot.isKeepOriginalSeconds)
-            parts += part("Second", rule.idot.changeSeconds);
-        return incDecText(parts);
+        Parts row{shown, {}};
+        row.add("Hour", rule.idot.changeHours, rule.idot.isKeepOriginalHours);
+        row.add("Minute", rule.idot.changeMinutes, rule.idot.isKeepOriginalMinutes);
+        row.add("Second", rule.idot.changeSeconds, rule.idot.isKeepOriginalSeconds);
+        return incDecText(row.text);
     }
     return keepOriginal();
 }

@@ -335,7 +335,29 @@ void MetadataForm::updateCoordinateFlag(int position) {
 void MetadataForm::commitDateRule(DateField field, const DateTimeConfiguration& rule,
                                   const std::optional<QDateTime>& slot) {
     dateStore().commitPanel(field, rule, slot);
+    if (m_textBeforeSummary && m_textBeforeSummary->first == field && !isDateRuleTouched(field)) {
+        const int position = positionOf(field);
+        m_texts[std::size_t(position)] = m_textBeforeSummary->second;
+        emit fieldChanged(position);
+    }
+    m_textBeforeSummary.reset();
     refreshDateSummaries();
+}
+
+void MetadataForm::showDateSummary(DateField field, const QString& text) {
+    const int position = positionOf(field);
+    if (!m_textBeforeSummary || m_textBeforeSummary->first != field)
+        m_textBeforeSummary.emplace(field, m_texts[std::size_t(position)]);
+    m_texts[std::size_t(position)] = text;
+    emit fieldChanged(position);
+}
+
+bool MetadataForm::isDateRuleTouched(DateField field) const {
+    return dateStore().rules().alive(field);
+}
+
+const std::optional<QDateTime>& MetadataForm::dateSlot(DateField field) const {
+    return dateStore().rules().slot(field);
 }
 
 const DateTimeConfiguration& MetadataForm::dateRule(DateField field) const {

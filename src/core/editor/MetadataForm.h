@@ -12,6 +12,7 @@
 
 #include <array>
 #include <optional>
+#include <utility>
 
 namespace tagmoor {
 
@@ -70,6 +71,12 @@ public:
     // summary and edit flag follow.
     void commitDateRule(DateField field, const DateTimeConfiguration& rule,
                         const std::optional<QDateTime>& slot);
+    // The date panel's live summary: the field shows `text` while the panel is open, without
+    // any commit. A field whose rule stays untouched at the commit gets its text back.
+    void showDateSummary(DateField field, const QString& text);
+    // The store's touched flag of the field.
+    bool isDateRuleTouched(DateField field) const;
+    const std::optional<QDateTime>& dateSlot(DateField field) const;
     // What the date panel is opened with for a field: the photo's own date, and whether the
     // field is empty in every marked photo.
     std::optional<QDateTime> photoDate(DateField field) const;
@@ -129,6 +136,8 @@ private:
     std::optional<double> m_selectedLatitude;
     std::optional<double> m_selectedLongitude;
     bool m_isCheckToEditable = false;
+    // The text a date field showed before the panel's live summary replaced it.
+    std::optional<std::pair<DateField, QString>> m_textBeforeSummary;
 };
 
 // The two placeholder texts.

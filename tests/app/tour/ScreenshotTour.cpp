@@ -4,8 +4,10 @@
 #include "../AppTestSupport.h"
 #include "batch/FinalProcessedVC.h"
 #include "batch/RenameViewController.h"
+#include "editor/DateConfigurationPanel.h"
 #include "editor/FieldControl.h"
 #include "editor/MetadataViewController.h"
+#include "model/FormFieldTable.h"
 #include "processing/StartProcessChain.h"
 #include "shell/MainWindow.h"
 #include "widgets/DialogPrompt.h"
@@ -20,7 +22,9 @@
 #include <QMenu>
 #include <QRadioButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QTimer>
+#include <QToolButton>
 
 using namespace tagmoor;
 
@@ -33,9 +37,11 @@ void settle(int ms = 400) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
-void shoot(const QString& dir, const QString& name, QWidget* window) {
+void shoot(const QString& dir, const QString& name, QWidget* window, QWidget* popup = nullptr) {
     settle();
-    const QRect frame = window->frameGeometry();
+    QRect frame = window->frameGeometry();
+    if (popup)
+        frame |= popup->frameGeometry();
     const QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
     screen.copy(frame.adjusted(-1, -1, 1, 1).intersected(screen.rect()))
         .save(dir + QLatin1Char('/') + name);
@@ -91,6 +97,23 @@ int main(int argc, char** argv) {
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     shoot(out, QStringLiteral("editor-one.png"), window);
 
+    // The date panel of that photo, shifting its original time by two hours.
+    FieldControl* date = home->metadataView()->control(formpos::DateTimeOriginal);
+    home->metadataView()
+        ->findChild<QScrollArea*>(QStringLiteral("scrollViewMetadataForm"))
+        ->ensureWidgetVisible(date);
+    date->dateButton()->click();
+    settle();
+    DateConfigurationPanel* panel = home->metadataView()->datePanel();
+    panel->modeButton(DateMode::incrementTime)->click();
+    QLineEdit* hours = panel->numberField(DatePart::incrementHour);
+    hours->setFocus();
+    hours->selectAll();
+    QTest::keyClicks(hours, QStringLiteral("2"));
+    QTest::keyClick(hours, Qt::Key_Tab);
+    shoot(out, QStringLiteral("date-panel.png"), window, panel);
+    panel->close();
+
     // The list's menu over the first photo.
     home->clickedSelectUnselectAll(true);
     settle();
@@ -140,9 +163,10 @@ int main(int argc, char** argv) {
     shootModal(QStringLiteral("preset-sheet.png"), [&] {
         dialogs.askForText(StartProcessChain::presetSheet(QStringLiteral("Preset 1")));
     });
-    OpenPanelRequest panel = StartProcessChain::destinationPanel(true);
-    panel.directory = QDir::homePath();
-    shootModal(QStringLiteral("folder-panel.png"), [&] { dialogs.openPanelWithAccessory(panel); });
+    OpenPanelRequest folderPanel = StartProcessChain::destinationPanel(true);
+    folderPanel.directory = QDir::homePath();
+    shootModal(QStringLiteral("folder-panel.png"),
+               [&] { dialogs.openPanelWithAccessory(folderPanel); });
 
     // A run into a folder of the home folder: the sheet while it runs, and its result.
     const QString target = QDir::home().filePath(QStringLiteral("Edited"));
