@@ -6,6 +6,7 @@
 #include <QDataStream>
 #include <QIODevice>
 #include <QStringList>
+#include <QVariantList>
 
 #include <algorithm>
 
@@ -225,6 +226,15 @@ QVariant storablePart(const QVariant& v, int depth) {
     return QVariant();
 }
 
+// The list of dictionaries in a block, or nothing.
+std::optional<QVariantList> decodeArchiveList(const QByteArray& block) {
+    ArchiveReader reader(block);
+    QVariantList list;
+    if (!reader.readList(list, 0) || !reader.atEnd())
+        return std::nullopt;
+    return list;
+}
+
 } // namespace
 
 QByteArray encodePresetArchive(const QList<ActualPreset>& presets) {
@@ -237,14 +247,6 @@ QByteArray encodePresetArchive(const QList<ActualPreset>& presets) {
     out.setVersion(kStreamVersion);
     out << list;
     return block;
-}
-
-std::optional<QVariantList> decodeArchiveList(const QByteArray& block) {
-    ArchiveReader reader(block);
-    QVariantList list;
-    if (!reader.readList(list, 0) || !reader.atEnd())
-        return std::nullopt;
-    return list;
 }
 
 std::optional<QList<ActualPreset>> decodePresetArchive(const QByteArray& block) {

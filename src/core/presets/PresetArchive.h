@@ -4,7 +4,6 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QVariantList>
 
 #include <optional>
 
@@ -21,8 +20,5 @@ QByteArray encodePresetArchive(const QList<ActualPreset>& presets);
 // against the bytes that remain before anything is allocated, so no block can make the
 // reader allocate more than the block's own size.
 std::optional<QList<ActualPreset>> decodePresetArchive(const QByteArray& block);
-
-// The same at the level of the stream: the list of dictionaries, or nothing.
-std::optional<QVariantList> decodeArchiveList(const QByteArray& block);
 
 } // namespace tagmoor

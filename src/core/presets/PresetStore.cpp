@@ -56,11 +56,13 @@ PresetStore::LoadReport PresetStore::load() {
 QList<ActualPreset> PresetStore::menuRows() const {
     QList<ActualPreset> rows;
     rows.reserve(m_presets.size() + 2);
-    rows.append(makeNewPreset(QString::fromLatin1(NewConfigurationRow), 0));
+    const auto fixedRow = [](const char* name) {
+        return ActualPreset{std::nullopt, QString::fromLatin1(name), makeEmptyRecord(std::nullopt),
+                            OriginalFinalDate{}};
+    };
+    rows.append(fixedRow(NewConfigurationRow));
     rows.append(m_presets);
-    rows.append(makeNewPreset(QString::fromLatin1(EditPresetsRow), 0));
-    rows.front().index.reset();
-    rows.back().index.reset();
+    rows.append(fixedRow(EditPresetsRow));
     return rows;
 }
 
