@@ -31,8 +31,10 @@ QByteArray jsonObject(const Members& members) {
     for (const auto& [name, value] : members) {
         if (out.size() > 1)
             out += ',';
-        out += jsonScalar(QString::fromLatin1(name));
-        out += ':';
+        // Member names are plain identifiers: nothing to escape.
+        out += '"';
+        out += name;
+        out += "\":";
         out += value;
     }
     out += '}';

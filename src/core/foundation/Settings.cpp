@@ -1,5 +1,6 @@
 #include "foundation/Settings.h"
 
+#include <QDateTime>
 #include <QHash>
 #include <QLoggingCategory>
 #include <QSettings>
@@ -10,7 +11,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcSettings, "tagmoor.shell.settings")
 
-enum class Kind { Bool, Int, Text };
+enum class Kind { Bool, Int, Text, Bytes };
 
 struct KeySpec {
     Kind kind;
@@ -31,6 +32,7 @@ const QHash<QString, KeySpec>& keyTable() {
         {Settings::OpenWithItemsOTM, {Kind::Bool, QVariant(false)}},
         {Settings::IsPopUpOTM, {Kind::Bool, QVariant(false)}},
         {Settings::UpdateFeedURL, {Kind::Text, std::nullopt}},
+        {Settings::kPropertiesDataAP, {Kind::Bytes, std::nullopt}},
     };
     return table;
 }
@@ -73,6 +75,12 @@ std::optional<QString> asText(const QVariant& v) {
     return std::nullopt;
 }
 
+std::optional<QByteArray> asBytes(const QVariant& v) {
+    if (v.typeId() == QMetaType::QByteArray)
+        return v.toByteArray();
+    return std::nullopt;
+}
+
 bool holdsKind(const QVariant& v, Kind kind) {
     switch (kind) {
     case Kind::Bool:
@@ -81,6 +89,8 @@ bool holdsKind(const QVariant& v, Kind kind) {
         return asInt(v).has_value();
     case Kind::Text:
         return asText(v).has_value();
+    case Kind::Bytes:
+        return asBytes(v).has_value();
     }
     return false;
 }
@@ -90,16 +100,26 @@ bool holdsKind(const QVariant& v, Kind kind) {
 Settings::Settings()
     : m_settings(std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
                                              QStringLiteral("Tagmoor"),
-                                             QStringLiteral("Tagmoor"))) {}
+                                             QStringLiteral("Tagmoor"))) {
+    requireAtomicWrites();
+}
 
 Settings::Settings(const QString& fileName)
     : m_settings(std::make_unique<QSettings>(fileName, QSettings::NativeFormat)) {
+    requireAtomicWrites();
     if (m_settings->status() != QSettings::NoError)
         qCWarning(lcSettings) << "Settings file could not be read; values count as absent:"
                               << fileName;
 }
 
 Settings::~Settings() = default;
+
+// The file is written whole to a temporary file that then replaces it (Qt's default, made
+// explicit here because the presets rely on it): a crash in the middle of a write leaves the
+// previous file readable. Where that is impossible, the write fails instead of writing in place.
+void Settings::requireAtomicWrites() {
+    m_settings->setAtomicSyncRequired(true);
+}
 
 std::optional<bool> Settings::readBool(const char* key) const {
     return asBool(m_settings->value(QLatin1String(key)));
@@ -181,6 +201,13 @@ void Settings::setUpdateFeedUrl(const QString& v) {
     write(UpdateFeedURL, v);
 }
 
+std::optional<QByteArray> Settings::propertiesData() const {
+    return asBytes(m_settings->value(QLatin1String(kPropertiesDataAP)));
+}
+void Settings::setPropertiesData(const QByteArray& v) {
+    write(kPropertiesDataAP, v);
+}
+
 std::optional<QVariant> Settings::defaultFor(const QString& key) {
     const auto it = keyTable().constFind(key);
     return it == keyTable().constEnd() ? std::nullopt : it->defaultValue;
@@ -212,6 +239,31 @@ void Settings::sync() {
 }
 QSettings& Settings::raw() {
     return *m_settings;
+}
+
+bool Settings::holdsAnyValue(const QString& key) const {
+    return m_settings->contains(key);
+}
+
+QString Settings::moveAside(const QString& key, const QDateTime& when) {
+    const QVariant value = m_settings->value(key);
+    if (!m_settings->contains(key))
+        return {};
+    const QString base = key + QStringLiteral(".damaged-") +
+                         when.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    QString target = base;
+    for (int n = 2; m_settings->contains(target); ++n)
+        target = base + QLatin1Char('-') + QString::number(n);
+    m_settings->setValue(target, value);
+    m_settings->remove(key);
+    m_settings->sync();
+    qCWarning(lcSettings).noquote()
+        << "The value of" << key << "could not be read; kept as" << target;
+    return target;
+}
+
+QString Settings::fileName() const {
+    return m_settings->fileName();
 }
 
 } // namespace tagmoor

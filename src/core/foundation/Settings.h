@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -7,6 +8,7 @@
 #include <memory>
 #include <optional>
 
+class QDateTime;
 class QSettings;
 
 namespace tagmoor {
@@ -38,6 +40,8 @@ public:
     static constexpr const char* IsPopUpOTM = "IsPopUpOTM";
     // Address of the update feed; without it no update check happens.
     static constexpr const char* UpdateFeedURL = "UpdateFeedURL";
+    // The saved presets, one byte block.
+    static constexpr const char* kPropertiesDataAP = "kPropertiesDataAP";
 
     // Present once the welcome screen was left; only presence counts.
     std::optional<bool> startup() const;
@@ -62,6 +66,8 @@ public:
     void setIsPopUp(bool v);
     std::optional<QString> updateFeedUrl() const;
     void setUpdateFeedUrl(const QString& v);
+    std::optional<QByteArray> propertiesData() const;
+    void setPropertiesData(const QByteArray& v);
 
     // The default of a key from the table; nothing for keys without one.
     static std::optional<QVariant> defaultFor(const QString& key);
@@ -74,7 +80,20 @@ public:
     void sync();
     QSettings& raw();
 
+    // Whatever is stored under the key, of any type (a mistyped value included).
+    bool holdsAnyValue(const QString& key) const;
+    // Moves the stored value of `key`, whatever its type, to "<key>.damaged-<UTC time>"
+    // (with "-2", "-3", ... when that key is taken) and writes the file at once, so that a
+    // value that cannot be read is kept for the user instead of being overwritten. Gives the
+    // new key, or an empty text when nothing was stored.
+    QString moveAside(const QString& key, const QDateTime& when);
+
+    // The file that holds the settings. Another Settings opened on it in another thread sees
+    // and makes the same values (QSettings is reentrant and shares one file cache).
+    QString fileName() const;
+
 private:
+    void requireAtomicWrites();
     std::optional<bool> readBool(const char* key) const;
     std::optional<qint64> readInt(const char* key) const;
     std::optional<QString> readText(const char* key) const;

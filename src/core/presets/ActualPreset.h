@@ -1,0 +1,29 @@
+#pragma once
+
+#include "dates/OriginalFinalDate.h"
+#include "model/CGImageProperties.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace tagmoor {
+
+// One saved preset: a name, the metadata values it applies and the rules of the six dates.
+// `index` is the number the preset got when it was made; it is carried along but never
+// renumbered, so code addresses presets by their list position, not by `index`.
+struct ActualPreset {
+    std::optional<qint64> index;
+    std::optional<QString> name;
+    std::optional<CGImageProperties> properties;
+    std::optional<OriginalFinalDate> timeSetting;
+
+    bool operator==(const ActualPreset&) const = default;
+};
+
+// A fresh preset: an empty record (no url) and the default date rules.
+inline ActualPreset makeNewPreset(const QString& name, qint64 index) {
+    return {index, name, makeEmptyRecord(std::nullopt), OriginalFinalDate{}};
+}
+
+} // namespace tagmoor

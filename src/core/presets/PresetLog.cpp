@@ -1,0 +1,3 @@
+#include "presets/PresetLog.h"
+
+Q_LOGGING_CATEGORY(lcPresets, "tagmoor.presets")

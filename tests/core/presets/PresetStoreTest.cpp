@@ -1,0 +1,193 @@
+// The preset list: names, changes, and its life in the settings file across starts.
+#include "TestSupport.h"
+#include "shell/ShellFixture.h"
+#include "workingset/WaitFor.h"
+
+#include "foundation/Settings.h"
+#include "presets/PresetArchive.h"
+#include "presets/PresetStore.h"
+
+#include <QSettings>
+
+#include <sys/stat.h>
+
+namespace tagmoor {
+namespace {
+
+using test::ScratchConfig;
+
+QStringList namesOf(const QList<ActualPreset>& presets) {
+    QStringList names;
+    for (const ActualPreset& p : presets)
+        names << p.name.value_or(QStringLiteral("<none>"));
+    return names;
+}
+
+// A store whose saves start at once, as after the delay.
+struct StoreOnFile {
+    explicit StoreOnFile(const QString& file) : settings(file), store(settings) {
+        store.setSaveDelay(0);
+    }
+    Settings settings;
+    PresetStore store;
+};
+
+TEST(PresetStore, DefaultNameSkipsTakenNamesInAnyCase) {
+    ScratchConfig cfg;
+    StoreOnFile s(cfg.settingsFile());
+    EXPECT_EQ(s.store.defaultName(), "Preset");
+    s.store.addPreset(QStringLiteral("preset"));
+    EXPECT_EQ(s.store.defaultName(), "Preset1") << "the small-letter name blocks the word";
+    s.store.addPreset(QStringLiteral("PRESET1"));
+    EXPECT_EQ(s.store.defaultName(), "Preset2");
+    s.store.addPreset();
+    s.store.addPreset();
+    EXPECT_EQ(namesOf(s.store.presets()), QStringList({"preset", "PRESET1", "Preset2", "Preset3"}));
+    s.store.removePreset(2);
+    EXPECT_EQ(s.store.defaultName(), "Preset2");
+}
+
+TEST(PresetStore, RenameRefusesEmptyAndTakenNamesWithTheirAlerts) {
+    ScratchConfig cfg;
+    StoreOnFile s(cfg.settingsFile());
+    s.store.addPreset(QStringLiteral("Beach"));
+    s.store.addPreset(QStringLiteral("City"));
+
+    EXPECT_EQ(s.store.renamePreset(1, QString()),
+              Alert::ok("No name specified!", "Please enter a Preset name to be saved."));
+    EXPECT_EQ(s.store.renamePreset(1, QStringLiteral("bEACH")),
+              Alert::ok("Preset name already exists",
+                        "A Preset with same name already exists. Please enter a new Preset "
+                        "name."));
+    EXPECT_EQ(namesOf(s.store.presets()), QStringList({"Beach", "City"})) << "old names stay";
+
+    EXPECT_EQ(s.store.renamePreset(1, QStringLiteral("CITY")), std::nullopt)
+        << "a preset may change the capitals of its own name";
+    EXPECT_EQ(s.store.renamePreset(5, QStringLiteral("x")), std::nullopt);
+    EXPECT_EQ(namesOf(s.store.presets()), QStringList({"Beach", "CITY"}));
+    EXPECT_EQ(s.store.checkName(QStringLiteral("Beach ")), PresetStore::NameCheck::Ok);
+}
+
+TEST(PresetStore, ChangesKeepOrderAndIndexesAndSurviveARestart) {
+    ScratchConfig cfg;
+    CGImageProperties values = makeEmptyRecord(std::nullopt);
+    values.iptcProperties->city = QStringLiteral("Lyon");
+    OriginalFinalDate rules;
+    rules.configurationModifyDate.isEmptyValue = true;
+    {
+        StoreOnFile s(cfg.settingsFile());
+        EXPECT_FALSE(s.store.load().damaged);
+        EXPECT_TRUE(s.store.presets().isEmpty());
+        for (const char* name : {"A", "B", "C", "D"})
+            s.store.addPreset(QString::fromLatin1(name));
+        s.store.removePreset(0);
+        EXPECT_EQ(s.store.addPreset(QStringLiteral("E")), 3);
+        EXPECT_TRUE(s.store.replaceValues(1, values, rules));
+        EXPECT_FALSE(s.store.replaceValues(4, values, rules));
+        EXPECT_FALSE(s.store.removePreset(-1));
+        // The fixed menu rows stand around the list and are never stored.
+        EXPECT_EQ(namesOf(s.store.menuRows()),
+                  QStringList({"New Configuration", "B", "C", "D", "E", "Edit Presets..."}));
+    }
+    StoreOnFile again(cfg.settingsFile());
+    EXPECT_FALSE(again.store.load().damaged);
+    const QList<ActualPreset>& p = again.store.presets();
+    EXPECT_EQ(namesOf(p), QStringList({"B", "C", "D", "E"}));
+    EXPECT_EQ(p[0].index, 1);
+    EXPECT_EQ(p[3].index, 3) << "the count before the addition, never renumbered";
+    EXPECT_EQ(p[1].properties, values);
+    EXPECT_EQ(p[1].timeSetting, rules);
+    EXPECT_EQ(p[0].properties, makeEmptyRecord(std::nullopt));
+}
+
+TEST(PresetStore, ABurstOfChangesIsSavedOnceAfterTheDelay) {
+    ScratchConfig cfg;
+    StoreOnFile s(cfg.settingsFile());
+    s.store.setSaveDelay(20);
+    QList<bool> saves;
+    QObject::connect(&s.store, &PresetStore::saveFinished, [&](bool ok) { saves << ok; });
+    s.store.addPreset(QStringLiteral("one"));
+    s.store.addPreset(QStringLiteral("two"));
+    s.store.renamePreset(0, QStringLiteral("uno"));
+    EXPECT_FALSE(s.settings.propertiesData()) << "nothing is written within the same turn";
+    ASSERT_TRUE(test::waitFor([&] { return !saves.isEmpty(); }, 5000));
+    test::serveEvents(100);
+    EXPECT_EQ(saves, QList<bool>{true});
+    const auto stored = decodePresetArchive(s.settings.propertiesData().value_or(QByteArray()));
+    ASSERT_TRUE(stored.has_value());
+    EXPECT_EQ(namesOf(*stored), QStringList({"uno", "two"}));
+
+    // Saves taken in a row are written in order; the last list is what stays.
+    for (int i = 0; i < 20; ++i) {
+        s.store.addPreset();
+        s.store.waitForSaves();
+    }
+    s.store.removePreset(0);
+    s.store.waitForSaves();
+    Settings reader(cfg.settingsFile());
+    EXPECT_EQ(decodePresetArchive(*reader.propertiesData())->size(), 21);
+}
+
+TEST(PresetStore, ASaveReplacesTheSettingsFileWhole) {
+    ScratchConfig cfg;
+    StoreOnFile s(cfg.settingsFile());
+    s.settings.setIsPopUp(true);
+    s.settings.sync();
+    struct stat before {};
+    ASSERT_EQ(::stat(QFile::encodeName(cfg.settingsFile()).constData(), &before), 0);
+    s.store.addPreset();
+    s.store.waitForSaves();
+    struct stat after {};
+    ASSERT_EQ(::stat(QFile::encodeName(cfg.settingsFile()).constData(), &after), 0);
+    // A new file took the old one's place: the old bytes were never written over.
+    EXPECT_NE(before.st_ino, after.st_ino);
+    Settings reader(cfg.settingsFile());
+    EXPECT_EQ(reader.isPopUp(), true) << "other keys are kept";
+    EXPECT_TRUE(reader.propertiesData());
+}
+
+TEST(PresetStore, ADamagedBlockLoadsEmptyAndIsKeptAside) {
+    const QByteArray valid = encodePresetArchive({makeNewPreset(QStringLiteral("X"), 0)});
+    const QList<QVariant> damaged{
+        QVariant(QByteArray("\x13\x37garbage\x00\xff", 11)),
+        QVariant(valid.left(valid.size() - 3)),
+        QVariant(QStringLiteral("a text where bytes belong")),
+    };
+    for (const QVariant& stored : damaged) {
+        ScratchConfig cfg;
+        {
+            QSettings raw(cfg.settingsFile(), QSettings::NativeFormat);
+            raw.setValue(Settings::kPropertiesDataAP, stored);
+            raw.setValue(QStringLiteral("kPropertiesDataAP.damaged-20000101-000000"), 1);
+        }
+        StoreOnFile s(cfg.settingsFile());
+        const PresetStore::LoadReport report = s.store.load();
+        EXPECT_TRUE(report.damaged);
+        EXPECT_TRUE(s.store.presets().isEmpty());
+        EXPECT_TRUE(report.keptAs.startsWith("kPropertiesDataAP.damaged-"))
+            << report.keptAs.toStdString();
+        EXPECT_FALSE(s.settings.holdsAnyValue(Settings::kPropertiesDataAP));
+
+        // A new save writes the key again and leaves the kept block alone.
+        s.store.addPreset(QStringLiteral("fresh"));
+        s.store.waitForSaves();
+        Settings reader(cfg.settingsFile());
+        EXPECT_EQ(reader.raw().value(report.keptAs), stored);
+        EXPECT_EQ(namesOf(*decodePresetArchive(*reader.propertiesData())), QStringList{"fresh"});
+    }
+
+    // Two damages within one second keep both blocks.
+    ScratchConfig cfg;
+    Settings settings(cfg.settingsFile());
+    const QDateTime when = QDateTime::currentDateTimeUtc();
+    settings.raw().setValue(Settings::kPropertiesDataAP, QByteArray("1"));
+    const QString first = settings.moveAside(Settings::kPropertiesDataAP, when);
+    settings.raw().setValue(Settings::kPropertiesDataAP, QByteArray("2"));
+    const QString second = settings.moveAside(Settings::kPropertiesDataAP, when);
+    EXPECT_EQ(second, first + "-2");
+    EXPECT_EQ(settings.raw().value(first), QByteArray("1"));
+    EXPECT_EQ(settings.moveAside(Settings::kPropertiesDataAP, when), QString()) << "nothing left";
+}
+
+} // namespace
+} // namespace tagmoor
