@@ -15,6 +15,7 @@
 #include "foundation/Settings.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
+#include "presets/PresetStore.h"
 #include "processing/FolderAccess.h"
 #include "processing/ProcessingOptions.h"
 #include "rename/Rename.h"
@@ -66,11 +67,12 @@ int main(int argc, char** argv) {
     FolderAccess folders(work);
     Rename rename;
     RenameNumbering numbering;
+    PresetStore presets(settings);
     WorkingListModel model(set);
     ThumbnailProvider thumbnails;
     ScanController scans(set, prompt, events);
     HomeScreen home({set, model, thumbnails, scans, events, prompt, state, settings, options,
-                     folders, rename, numbering});
+                     folders, rename, numbering, presets});
     home.resize(1280, 800);
     home.show();
     QList<int> all;

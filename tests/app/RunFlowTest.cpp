@@ -9,6 +9,7 @@
 #include "editor/FieldControl.h"
 #include "editor/MetadataForm.h"
 #include "editor/MetadataViewController.h"
+#include "presets/PresetStore.h"
 #include "processing/StartProcessChain.h"
 #include "shell/RootView.h"
 #include "workingset/HomeScreen.h"
@@ -110,6 +111,11 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     QCOMPARE(t.prompt.alerts.at(0).title,
              QStringLiteral("Are you sure to edit metadata of all the selected images?"));
     QCOMPARE(t.prompt.textQuestions.size(), 1);
+    // The preset sheet saved the form under the new name, the Artist and the shift with it.
+    const ActualPreset& saved = t.app->presets().presets().last();
+    QCOMPARE(saved.name.value_or(QString()), QStringLiteral("Holiday"));
+    QCOMPARE(saved.properties->tiffProperties->artist.text(), QStringLiteral("Jane Doe"));
+    QVERIFY(saved.timeSetting->configurationTimeOriginal.isIDOT);
     QCOMPARE(t.prompt.panels.at(0).prompt, QStringLiteral("Choose Destination Folder"));
 
     FinalProcessedVC* sheet = home->runSheet();

@@ -57,6 +57,7 @@ public:
     FolderAccess& folderAccess() { return m_shell.folderAccess(); }
     Rename& renameSettings() { return m_shell.renameSettings(); }
     RenameNumbering& renameNumbering() { return m_shell.renameNumbering(); }
+    PresetStore& presets() { return m_shell.presets(); }
     OpenWithQueue& openWithQueue() { return m_shell.openWithQueue(); }
     LoginItem& loginItem() { return m_shell.loginItem(); }
     UpdateChecker& updater() { return m_shell.updater(); }

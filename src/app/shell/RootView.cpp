@@ -14,7 +14,7 @@ RootView::RootView(AppDelegate& app, QWidget* parent)
       m_home(new HomeScreen({app.workingSet(), app.listModel(), app.thumbnails(), app.scans(),
                              app.events(), app.prompt(), app.editorState(), app.settings(),
                              app.processingOptions(), app.folderAccess(), app.renameSettings(),
-                             app.renameNumbering()})),
+                             app.renameNumbering(), app.presets()})),
       m_presetsDetails(new QWidget), m_empty(new QWidget) {
     setObjectName(QStringLiteral("containerView"));
     m_presetsDetails->setObjectName(QStringLiteral("presetsDetails"));

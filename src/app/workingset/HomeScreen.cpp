@@ -12,6 +12,7 @@
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
 #include "model/FormFieldTable.h"
+#include "presets/PresetStore.h"
 #include "processing/StartProcessChain.h"
 #include "widgets/DesktopActions.h"
 #include "widgets/DimmingCover.h"
@@ -92,6 +93,17 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
     connect(m_chain, &StartProcessChain::coverChanged, this,
             [this](bool on) { emit m_objects.events.HideUnhideTopLayerTM(!on); });
     connect(m_chain, &StartProcessChain::runReady, this, &HomeScreen::openRunSheet);
+    // The chain's preset sheet saves the form and its date rules as a new preset.
+    PresetStore& presets = objects.presets;
+    m_chain->setPresetHooks({[&presets] { return presets.defaultName(); },
+                             [&presets](const QString& name) {
+                                 return presets.checkName(name) == PresetStore::NameCheck::Taken;
+                             },
+                             [this, &presets](const QString& name) {
+                                 const qsizetype position = presets.addPreset(name);
+                                 presets.replaceValues(position, m_form->readForm(),
+                                                       m_objects.editorState.editorDates().rules());
+                             }});
 
     m_grid->setModel(&objects.listModel);
     m_table->setModel(&objects.listModel);

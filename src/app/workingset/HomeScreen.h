@@ -19,6 +19,7 @@ class AppEvents;
 class BatchController;
 class FinalProcessedVC;
 class FolderAccess;
+class PresetStore;
 class ProcessingControls;
 class RenameViewController;
 class ProcessingOptions;
@@ -65,6 +66,7 @@ public:
         FolderAccess& folderAccess;
         Rename& renameSettings;
         RenameNumbering& renameNumbering;
+        PresetStore& presets;
     };
 
     explicit HomeScreen(const Objects& objects, QWidget* parent = nullptr);

@@ -15,7 +15,10 @@ ApplicationShell::ApplicationShell(Options options, QObject* parent)
       m_settings(*m_settingsOwner), m_loginItem(options.executable),
       m_start(m_settings, m_loginItem, m_launchState, options.version),
       m_openWith(m_workingSet, m_settings, m_launchState, m_events),
-      m_updater(m_settings, options.version), m_channel(options.channelName) {}
+      m_updater(m_settings, options.version), m_channel(options.channelName),
+      m_presets(std::make_unique<PresetStore>(m_settings)) {
+    m_presets->load();
+}
 
 bool ApplicationShell::claimInstance(const QStringList& paths) {
     if (m_channel.listen()) {

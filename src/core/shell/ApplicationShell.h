@@ -3,6 +3,7 @@
 #include "editor/EditorState.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
+#include "presets/PresetStore.h"
 #include "processing/FolderAccess.h"
 #include "processing/ProcessingOptions.h"
 #include "rename/Rename.h"
@@ -61,6 +62,8 @@ public:
     FolderAccess& folderAccess() { return m_folderAccess; }
     Rename& renameSettings() { return m_renameSettings; }
     RenameNumbering& renameNumbering() { return m_renameNumbering; }
+    // The saved presets, loaded when the shell is made.
+    PresetStore& presets() { return *m_presets; }
     LaunchState& launchState() { return m_launchState; }
     LoginItem& loginItem() { return m_loginItem; }
     StartSequence& startSequence() { return m_start; }
@@ -86,6 +89,7 @@ private:
     OpenWithQueue m_openWith;
     UpdateChecker m_updater;
     InstanceChannel m_channel;
+    std::unique_ptr<PresetStore> m_presets;
 };
 
 } // namespace tagmoor
