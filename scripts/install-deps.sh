@@ -10,6 +10,7 @@ PACKAGES=(
   libgtest-dev libgmock-dev libbenchmark-dev
   exiv2 libimage-exiftool-perl
   clang-format python3
+  xvfb xauth xdotool imagemagick
   fonts-dejavu-core
 )
 

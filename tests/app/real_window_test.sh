@@ -1,0 +1,89 @@
+#!/usr/bin/env bash
+# Drives the built application in a real window under its own Xvfb with real mouse and
+# keyboard events (xdotool): photos handed over on the command line, an Artist typed into the
+# editor, Start Process, YES, an output folder typed into the folder panel, the run, Finish.
+# Then every output must carry the Artist. Exits 77 (skipped) when Xvfb or xdotool is absent.
+#   real_window_test.sh APP SAMPLES_DIR
+set -uo pipefail
+app=$1
+samples=$2
+for tool in Xvfb xdotool exiftool; do
+  if ! command -v "$tool" >/dev/null; then
+    echo "skipped: $tool is not installed"
+    exit 77
+  fi
+done
+
+work=$(mktemp -d)
+display=:$((90 + RANDOM % 400))
+cleanup() {
+  [ -n "${app_pid:-}" ] && kill "$app_pid" 2>/dev/null
+  [ -n "${x_pid:-}" ] && kill "$x_pid" 2>/dev/null
+  wait 2>/dev/null
+  rm -rf "$work"
+}
+trap cleanup EXIT
+fail() {
+  echo "FAILED: $*"
+  command -v import >/dev/null && DISPLAY=$display import -window root "$work/failure.png" 2>/dev/null &&
+    cp "$work/failure.png" "${TMPDIR:-/tmp}/real-window-failure.png" &&
+    echo "screen saved as ${TMPDIR:-/tmp}/real-window-failure.png"
+  exit 1
+}
+
+home="$work/home"
+mkdir -p "$home/Pictures" "$home/Out" "$home/config/Tagmoor"
+for f in Reagan.jpg et-GPS.jpg FurnaceCreekInn.jpg; do
+  cp "$samples/$f" "$home/Pictures/" && chmod u+w "$home/Pictures/$f"
+done
+printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\n' \
+  >"$home/config/Tagmoor/Tagmoor.conf"
+
+Xvfb "$display" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
+x_pid=$!
+export DISPLAY=$display HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$work
+export QT_QPA_PLATFORM=xcb
+for _ in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.1; done
+
+"$app" "$home"/Pictures/*.jpg >"$work/app.log" 2>&1 &
+app_pid=$!
+
+# The main window: the one named Tagmoor that is wider than a leader window.
+window=""
+for _ in $(seq 100); do
+  for w in $(xdotool search --name '^Tagmoor$' 2>/dev/null); do
+    width=$(xdotool getwindowgeometry "$w" 2>/dev/null | sed -n 's/.*Geometry: \([0-9]*\)x.*/\1/p')
+    [ "${width:-0}" -gt 600 ] && window=$w
+  done
+  [ -n "$window" ] && break
+  sleep 0.1
+done
+[ -n "$window" ] || fail "the main window did not appear"
+eval "$(xdotool getwindowgeometry --shell "$window")"
+sleep 3 # the three photos are read and the editor shows their merge
+
+# Positions within the 1180x740 main window.
+click() { xdotool mousemove $((X + $1)) $((Y + $2)) click 1; sleep 0.4; }
+click 1022 427          # the Artist field of the editor
+xdotool type --delay 30 "Jane Doe"
+sleep 0.5
+click 964 705           # Start Process
+sleep 1
+xdotool key Return      # "Are you sure to edit metadata of all the selected images?": YES
+sleep 2                 # the folder panel opens with its name field focused
+xdotool type --delay 20 "$home/Out"
+xdotool key Return
+for _ in $(seq 100); do
+  [ "$(ls "$home/Out" | wc -l)" -ge 3 ] && break
+  sleep 0.2
+done
+sleep 1
+for f in Reagan.jpg et-GPS.jpg FurnaceCreekInn.jpg; do
+  [ -f "$home/Out/$f" ] || fail "no output for $f"
+  artist=$(exiftool -s3 -Artist "$home/Out/$f")
+  [ "$artist" = "Jane Doe" ] || fail "$f has Artist '$artist'"
+done
+xdotool key Return      # Finish
+sleep 1
+kill -0 "$app_pid" 2>/dev/null || fail "the application ended"
+echo "1 passed, 0 failed"
