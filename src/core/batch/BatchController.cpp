@@ -1,5 +1,7 @@
 #include "batch/BatchController.h"
 
+#include "foundation/ThreadPriority.h"
+
 #include "batch/BatchDriver.h"
 #include "batch/BatchObserver.h"
 #include "batch/ListPhotoSource.h"
@@ -57,6 +59,7 @@ bool BatchController::start(const RunValues& values, std::shared_ptr<const Photo
     m_stop.reset();
     m_result = BatchResult{};
     m_future = QtConcurrent::run([this, values, photos, threads] {
+        lowerThisThreadsPriority();
         const PhotoPipeline pipeline(values);
         SignalObserver observer(this);
         BatchDriver driver(pipeline, m_numbering, m_stop, &observer, threads);

@@ -1,5 +1,7 @@
 #include "batch/BatchDriver.h"
 
+#include "foundation/ThreadPriority.h"
+
 #include "batch/BatchLog.h"
 #include "batch/BatchObserver.h"
 #include "metadata/SafeFileReplace.h"
@@ -148,6 +150,7 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         } else {
             inFlight.admit(i, plan);
             pool.start([&, i, plan = std::move(plan), record = std::move(record)] {
+                lowerThisThreadsPriority();
                 work(i, plan, record);
                 inFlight.done(i);
             });

@@ -1,5 +1,6 @@
 #include "workingset/PhotoScanner.h"
 
+#include "foundation/ThreadPriority.h"
 #include "metadata/PropertyLoading.h"
 #include "workingset/FolderWalk.h"
 #include "workingset/SupportedExtensions.h"
@@ -29,18 +30,6 @@ struct PhotoScanner::Shared {
 };
 
 namespace {
-
-// Scan threads yield to the main thread, which must keep the window responsive. Linux
-// takes a niceness per thread; Qt's thread priorities do not reach it for normal threads.
-void lowerThisThreadsPriority() {
-    thread_local bool lowered = false;
-    if (lowered)
-        return;
-    lowered = true;
-    const auto tid = id_t(::syscall(SYS_gettid));
-    if (::setpriority(PRIO_PROCESS, tid, ::getpriority(PRIO_PROCESS, tid) + 5) != 0)
-        qCDebug(lcWorkingSet) << "Could not lower a scan thread's priority";
-}
 
 // Records may be read this far ahead of the one being handed over.
 constexpr int maxReadAhead = 64;
