@@ -37,8 +37,9 @@ void settle(int ms = 400) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
-void shoot(const QString& dir, const QString& name, QWidget* window, QWidget* popup = nullptr) {
-    settle();
+void shoot(const QString& dir, const QString& name, QWidget* window, QWidget* popup = nullptr,
+           int settleMs = 400) {
+    settle(settleMs);
     QRect frame = window->frameGeometry();
     if (popup)
         frame |= popup->frameGeometry();
@@ -176,8 +177,8 @@ int main(int argc, char** argv) {
     home->clickedStartProcess();
     while (!home->runSheet())
         settle(20);
-    settle(150);
-    shoot(out, QStringLiteral("run-progress.png"), window);
+    settle(60);
+    shoot(out, QStringLiteral("run-progress.png"), window, nullptr, 0);
     while (!home->runSheet()->isShowingResult())
         settle(50);
     shoot(out, QStringLiteral("run-result.png"), window);
