@@ -4,24 +4,12 @@
 //
 //   bench_editor <folder of sample photos> [photos]
 
-#include "editor/EditorState.h"
+#include "BenchHomeScreen.h"
 #include "editor/FieldControl.h"
 #include "editor/MetadataViewController.h"
-#include "foundation/AppEvents.h"
-#include "foundation/ScriptedPrompt.h"
-#include "foundation/Settings.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
-#include "presets/PresetStore.h"
-#include "processing/FolderAccess.h"
-#include "processing/ProcessingOptions.h"
-#include "rename/Rename.h"
-#include "rename/RenameNumbering.h"
 #include "workingset/HomeScreen.h"
-#include "workingset/ScanController.h"
-#include "workingset/ThumbnailProvider.h"
-#include "workingset/WorkingListModel.h"
-#include "workingset/WorkingSet.h"
 
 #include <QApplication>
 #include <QDir>
@@ -49,23 +37,9 @@ void measure(const QList<CGImageProperties>& samples, int count) {
     set.appendImages(records);
     records.clear();
 
-    ScriptedPrompt prompt;
-    AppEvents events;
-    EditorState state;
-    Settings settings(QStringLiteral("/tmp/bench-editor-settings.ini"));
-    settings.setTutorialShow(true);
-    ProcessingOptions options;
-    FolderAccess folders(QDir::homePath());
-    Rename rename;
-    RenameNumbering numbering;
-    PresetStore presets(settings);
-    WorkingListModel model(set);
-    ThumbnailProvider thumbnails;
-    ScanController scans(set, prompt, events);
-    HomeScreen home({set, model, thumbnails, scans, events, prompt, state, settings, options,
-                     folders, rename, numbering, presets});
-    home.resize(1280, 800);
-    home.show();
+    BenchHomeScreen bench(set, QStringLiteral("/tmp/bench-editor-settings.ini"), QDir::homePath());
+    HomeScreen& home = bench.home;
+    EditorState& state = bench.state;
     QCoreApplication::processEvents();
 
     QElapsedTimer clock;

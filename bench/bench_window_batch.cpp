@@ -6,25 +6,13 @@
 //
 //   bench_window_batch <photo folder> <work folder> <tagmoor-cli>
 
+#include "BenchHomeScreen.h"
 #include "batch/FinalProcessedVC.h"
 #include "dates/DateField.h"
-#include "editor/EditorState.h"
 #include "editor/MetadataForm.h"
-#include "foundation/AppEvents.h"
-#include "foundation/ScriptedPrompt.h"
-#include "foundation/Settings.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
-#include "presets/PresetStore.h"
-#include "processing/FolderAccess.h"
-#include "processing/ProcessingOptions.h"
-#include "rename/Rename.h"
-#include "rename/RenameNumbering.h"
 #include "workingset/HomeScreen.h"
-#include "workingset/ScanController.h"
-#include "workingset/ThumbnailProvider.h"
-#include "workingset/WorkingListModel.h"
-#include "workingset/WorkingSet.h"
 
 #include <QApplication>
 #include <QDir>
@@ -57,24 +45,9 @@ int main(int argc, char** argv) {
             records.append(*record);
     set.appendImages(records);
 
-    ScriptedPrompt prompt;
-    AppEvents events;
-    EditorState state;
-    Settings settings(work + QStringLiteral("/settings.ini"));
-    settings.setTutorialShow(true);
-    settings.setIsPresetSavingSettingInHome(true);
-    ProcessingOptions options;
-    FolderAccess folders(work);
-    Rename rename;
-    RenameNumbering numbering;
-    PresetStore presets(settings);
-    WorkingListModel model(set);
-    ThumbnailProvider thumbnails;
-    ScanController scans(set, prompt, events);
-    HomeScreen home({set, model, thumbnails, scans, events, prompt, state, settings, options,
-                     folders, rename, numbering, presets});
-    home.resize(1280, 800);
-    home.show();
+    BenchHomeScreen bench(set, work + QStringLiteral("/settings.ini"), work);
+    HomeScreen& home = bench.home;
+    ScriptedPrompt& prompt = bench.prompt;
     QList<int> all;
     for (int i = 0; i < set.count(); ++i)
         all << i;
