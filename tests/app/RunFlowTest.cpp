@@ -50,6 +50,7 @@ private slots:
     }
     void wholeRoadFromStartProcessToFinish();
     void removeRowWithoutABoxAndNoAtTheConfirmation();
+    void stopAnsweredNoGoesOnAndYesEndsTheRun();
 
 private:
     std::unique_ptr<QTemporaryDir> m_home;
@@ -161,6 +162,39 @@ void RunFlowTest::removeRowWithoutABoxAndNoAtTheConfirmation() {
     QCOMPARE(t.prompt.alerts.last(), StartProcessChain::removeConfirmation());
     QVERIFY(!home->runSheet());
     QCOMPARE(t.set().count(), 6);
+}
+
+void RunFlowTest::stopAnsweredNoGoesOnAndYesEndsTheRun() {
+    for (const bool yes : {false, true}) {
+        TestApp t;
+        // Enough photos that the run is still going when Stop is pressed.
+        const QString folder = m_home->filePath(yes ? "ManyYes" : "ManyNo");
+        QDir().mkpath(folder);
+        for (int i = 0; i < 120; ++i) {
+            const QString target =
+                folder + QStringLiteral("/photo%1.jpg").arg(i, 3, 10, QChar('0'));
+            QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), target);
+            QFile(target).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+        }
+        t.app->scans().addFromDrop({folder});
+        QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 120, 30000);
+        HomeScreen* home = t.window().homeScreen();
+        home->metadataForm().editText(0, QStringLiteral("Jane Doe"));
+        const QString out = m_home->filePath(yes ? "OutYes" : "OutNo");
+        QDir().mkpath(out);
+        t.prompt.answers = {0, yes ? 0 : 1}; // YES to start; then the stop question
+        t.prompt.panelAnswers = {{out}};
+        QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+        QTRY_VERIFY(home->runSheet() && home->runSheet()->isVisible());
+        QTest::mouseClick(home->runSheet()->btnStop(), Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(home->runSheet()->isShowingResult(), 60000);
+        QCOMPARE(t.prompt.alerts.last().title,
+                 QStringLiteral("Do you want to cancel exif details editing?"));
+        const QString completed = home->runSheet()->lblBatchProcessCompleted()->text();
+        QCOMPARE(completed, yes ? QStringLiteral("Batch Process Partially Completed!")
+                                : QStringLiteral("Batch Process Completed!"));
+        QCOMPARE(QDir(out).entryList(QDir::Files).size() < 120, yes);
+    }
 }
 
 TAGMOOR_APP_TEST_MAIN(RunFlowTest)
