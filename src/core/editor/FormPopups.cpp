@@ -50,6 +50,8 @@ Source sourceOf(int position) {
 }
 
 template <class... Ts> struct Overloaded : Ts... { using Ts::operator()...; };
+// Clang before 17 does not deduce aggregate templates by itself.
+template <class... Ts> Overloaded(Ts...) -> Overloaded<Ts...>;
 
 } // namespace
 

@@ -200,8 +200,9 @@ const QHash<QString, DictionaryReader>& dictionaryReaders() {
         for (const auto& [key, member] : topLevelKeys()) {
             if (key == kFileSize)
                 continue;
-            r.insert(key, [member](CGImageProperties& record, const QVariant& v) {
-                record.*member = PropertyValue::fromVariant(v);
+            // A structured binding cannot be captured before C++20 in every compiler (clang 14).
+            r.insert(key, [field = member](CGImageProperties& record, const QVariant& v) {
+                record.*field = PropertyValue::fromVariant(v);
             });
         }
         r.insert(kColorModel, [](CGImageProperties& record, const QVariant& v) {
