@@ -16,21 +16,7 @@ if [[ ! "$TARGET" =~ ^fuzz_(load|write)$ || ! "$SECONDS_TO_RUN" =~ ^[0-9]+$ ]]; 
 fi
 shift 2
 
-bash scripts/install-deps.sh
-need=()
-for p in clang libclang-rt-dev libomp-dev; do
-  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
-    need+=("$p")
-  fi
-done
-if [ ${#need[@]} -gt 0 ]; then
-  SUDO=""
-  if [ "$(id -u)" -ne 0 ]; then SUDO="sudo"; fi
-  echo "Installing: ${need[*]}"
-  export DEBIAN_FRONTEND=noninteractive
-  $SUDO apt-get update -qq
-  $SUDO apt-get install -y -qq --no-install-recommends "${need[@]}"
-fi
+bash scripts/install-deps.sh clang libclang-rt-dev libomp-dev
 
 BUILD_DIR=${BUILD_DIR:-build-fuzz}
 LAUNCHER=()

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs every Debian package that the build, the tests and the benchmarks need.
 # Works on a fresh Debian 12 machine whose package lists were never updated.
+# Extra package names given as arguments are installed too (the fuzz build adds clang).
 set -euo pipefail
 
 PACKAGES=(
@@ -12,6 +13,7 @@ PACKAGES=(
   clang-format python3
   xvfb xauth xdotool imagemagick
   fonts-dejavu-core
+  "$@"
 )
 
 missing=()
