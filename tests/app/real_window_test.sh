@@ -23,8 +23,11 @@ cleanup() {
   rm -rf "$work"
 }
 trap cleanup EXIT
+# What the application said goes to the test's output when the test fails.
+show_log() { [ -f "$work/app.log" ] && tail -n 20 "$work/app.log"; }
 fail() {
   echo "FAILED: $*"
+  show_log
   command -v import >/dev/null && DISPLAY=$display import -window root "$work/failure.png" 2>/dev/null &&
     cp "$work/failure.png" "${TMPDIR:-/tmp}/real-window-failure.png" &&
     echo "screen saved as ${TMPDIR:-/tmp}/real-window-failure.png"
@@ -43,7 +46,13 @@ Xvfb "$display" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
 x_pid=$!
 export DISPLAY=$display HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$work
 export QT_QPA_PLATFORM=xcb
-for _ in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.1; done
+# A loaded machine can take a while to bring the server up; the application aborts without one.
+ready=""
+for _ in $(seq 300); do
+  if xdotool getdisplaygeometry >/dev/null 2>&1; then ready=1; break; fi
+  sleep 0.1
+done
+[ -n "$ready" ] || fail "Xvfb did not start on $display"
 
 "$app" "$home"/Pictures/*.jpg >"$work/app.log" 2>&1 &
 app_pid=$!
