@@ -1,6 +1,7 @@
 #include "ApplyOptions.h"
 
 #include "DateRuleArgument.h"
+#include "PresetsCommand.h"
 #include "RenameArgument.h"
 #include "batch/FormSnapshot.h"
 #include "model/FormFieldTable.h"
@@ -98,7 +99,9 @@ QString ApplyOptions::helpText() {
         "                       the name), start=N (first number, default 1), digits=N\n"
         "                       (counter only: least number of digits)\n"
         "                       A new name is one file name: no text may hold '/'.\n"
-        "  --preset NAME        use a stored preset\n"
+        "  --preset NAME        apply a saved preset: its fields and date rules, as the\n"
+        "                       window applies it; --set and --date given beside it win\n"
+        "                       (see 'tagmoor-cli presets')\n"
         "\n"
         "Running:\n"
         "  --dry-run            print the plan (per photo: output path, write or skip, the\n"
@@ -124,6 +127,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
     bool inPlace = false;
     std::optional<QString> mode;
     std::optional<QString> strip;
+    std::optional<QString> preset;
 
     for (int i = 0; i < args.size(); ++i) {
         QString arg = args[i];
@@ -212,7 +216,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
         } else if (arg == QLatin1String("--overwrite")) {
             o.values.overwriteExisting = true;
         } else if (arg == QLatin1String("--preset")) {
-            return fail(error, QStringLiteral("--preset: presets are not available yet"));
+            preset = *v;
         } else if (arg == QLatin1String("--dry-run")) {
             o.dryRun = true;
         } else if (arg == QLatin1String("--quiet") || arg == QLatin1String("-q")) {
@@ -233,6 +237,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
     }
     if (o.help)
         return o;
+    if (preset && !applyStoredPreset(o.values, *preset, error))
+        return std::nullopt;
 
     if (inPlace && o.values.destinationFolder)
         return fail(error, QStringLiteral("--out and --in-place exclude each other"));

@@ -8,5 +8,6 @@ namespace tagmoor::cli {
 
 int runRead(const QStringList& args);
 int runApply(const QStringList& args);
+int runPresets(const QStringList& args);
 
 } // namespace tagmoor::cli

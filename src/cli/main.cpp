@@ -11,6 +11,8 @@ const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
                      "  read PATH...     print each photo's record as one JSON object per line\n"
                      "  apply [OPTIONS] PATH...\n"
                      "                   run a batch over photos and folders\n"
+                     "  presets list|show|save|export|import|remove ...\n"
+                     "                   the application's saved presets\n"
                      "\n"
                      "Run 'tagmoor-cli COMMAND --help' for the options of a command.\n";
 }
@@ -27,6 +29,8 @@ int main(int argc, char** argv) {
         return tagmoor::cli::runRead(args);
     if (command == QLatin1String("apply"))
         return tagmoor::cli::runApply(args);
+    if (command == QLatin1String("presets"))
+        return tagmoor::cli::runPresets(args);
     if (command == QLatin1String("--help") || command == QLatin1String("-h")) {
         QTextStream(stdout) << kUsage;
         return 0;

@@ -1,5 +1,6 @@
 #include "shell/RootView.h"
 
+#include "presets/PresetsDetailsViewController.h"
 #include "shell/AppDelegate.h"
 #include "workingset/AddFilesScreen.h"
 #include "workingset/HomeScreen.h"
@@ -15,7 +16,9 @@ RootView::RootView(AppDelegate& app, QWidget* parent)
                              app.events(), app.prompt(), app.editorState(), app.settings(),
                              app.processingOptions(), app.folderAccess(), app.renameSettings(),
                              app.renameNumbering(), app.presets()})),
-      m_presetsDetails(new QWidget), m_empty(new QWidget) {
+      m_presetsDetails(new PresetsDetailsViewController(
+          {app.presets(), app.events(), app.prompt(), app.workingSet(), app.editorState()})),
+      m_empty(new QWidget) {
     setObjectName(QStringLiteral("containerView"));
     m_presetsDetails->setObjectName(QStringLiteral("presetsDetails"));
     m_empty->setObjectName(QStringLiteral("emptyContainer"));
@@ -40,11 +43,16 @@ void RootView::updateVC(int selectedIndex) {
         break;
     case 2:
         m_stack->setCurrentWidget(m_presetsDetails);
+        m_presetsDetails->viewWillAppear();
         break;
     default:
         m_stack->setCurrentWidget(m_empty);
         break;
     }
+}
+
+QWidget* RootView::presetsDetails() const {
+    return m_presetsDetails;
 }
 
 QWidget* RootView::currentChild() const {

@@ -9,6 +9,7 @@ namespace tagmoor {
 class AddFilesScreen;
 class AppDelegate;
 class HomeScreen;
+class PresetsDetailsViewController;
 
 // The root of the main window: one container whose child is chosen by UpdateVCOTM. 0 shows
 // the add screen, 1 the home screen, 2 the preset details panel; any other index leaves the
@@ -25,7 +26,8 @@ public:
 
     AddFilesScreen* addFilesScreen() const { return m_addFiles; }
     HomeScreen* homeScreen() const { return m_home; }
-    QWidget* presetsDetails() const { return m_presetsDetails; }
+    QWidget* presetsDetails() const;
+    PresetsDetailsViewController* presetsPanel() const { return m_presetsDetails; }
 
     // "Add Photos" of the menu: the panel of the screen on show.
     void addFiles();
@@ -34,7 +36,7 @@ private:
     QStackedLayout* m_stack;
     AddFilesScreen* m_addFiles;
     HomeScreen* m_home;
-    QWidget* m_presetsDetails;
+    PresetsDetailsViewController* m_presetsDetails;
     QWidget* m_empty;
     int m_selectedIndex = 0;
 };

@@ -8,11 +8,13 @@
 #include "editor/FieldDisplay.h"
 #include "editor/MetadataForm.h"
 #include "editor/MetadataViewController.h"
+#include "editor/PresetForm.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
 #include "model/FormFieldTable.h"
 #include "presets/PresetStore.h"
+#include "presets/PresetsViewController.h"
 #include "processing/StartProcessChain.h"
 #include "widgets/DesktopActions.h"
 #include "widgets/DimmingCover.h"
@@ -101,7 +103,7 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
                              },
                              [this, &presets](const QString& name) {
                                  const qsizetype position = presets.addPreset(name);
-                                 presets.replaceValues(position, m_form->readForm(),
+                                 presets.replaceValues(position, presetValuesOf(*m_form),
                                                        m_objects.editorState.editorDates().rules());
                              }});
 
@@ -306,6 +308,8 @@ QWidget* HomeScreen::makeSidePane() {
     m_rename = rename;
     connect(rename, &QPushButton::clicked, this, &HomeScreen::clickedRename);
     connect(resetAll, &QPushButton::clicked, this, &HomeScreen::clickedResetAll);
+    m_presetsMenu = new PresetsViewController({m_objects.presets, m_objects.events, *m_form}, this);
+    connect(preset, &QPushButton::clicked, this, [this, preset] { m_presetsMenu->showAt(preset); });
     m_editingOnly.append(gps);
     m_start->setDefault(true);
     m_start->setMinimumHeight(36);

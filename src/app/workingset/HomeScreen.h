@@ -20,6 +20,7 @@ class BatchController;
 class FinalProcessedVC;
 class FolderAccess;
 class PresetStore;
+class PresetsViewController;
 class ProcessingControls;
 class RenameViewController;
 class ProcessingOptions;
@@ -118,6 +119,8 @@ public:
     void clickedRename();
     RenameViewController* renamePanel() const { return m_renamePanel; }
     QPushButton* btnRename() const { return m_rename; }
+    // The preset menu of "Presets...".
+    PresetsViewController* presetsMenu() const { return m_presetsMenu; }
     StartProcessChain& startChain() const { return *m_chain; }
     ProcessingControls& processingControls() const { return *m_processing; }
     FinalProcessedVC* runSheet() const { return m_runSheet; }
@@ -173,6 +176,7 @@ private:
     FinalProcessedVC* m_runSheet = nullptr;
     RenameViewController* m_renamePanel = nullptr;
     QPushButton* m_rename = nullptr;
+    PresetsViewController* m_presetsMenu = nullptr;
     QList<QPointer<QWidget>> m_editingOnly;
     QPushButton* m_start;
     QList<QPointer<QWidget>> m_batchControls;

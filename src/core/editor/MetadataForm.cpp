@@ -6,6 +6,7 @@
 #include "editor/EditorState.h"
 #include "editor/FieldDisplay.h"
 #include "editor/FormPopups.h"
+#include "editor/PresetForm.h"
 #include "foundation/UserPrompt.h"
 #include "model/FormFieldTable.h"
 #include "workingset/WorkingSet.h"
@@ -176,6 +177,25 @@ void MetadataForm::showRecord(const CGImageProperties& record) {
         if (!text.isEmpty())
             m_texts[p] = text;
     }
+}
+
+void MetadataForm::showPreset(const CGImageProperties& values, const OriginalFinalDate& rules) {
+    m_textBeforeSummary.reset();
+    for (QString& text : m_texts)
+        text.clear();
+    m_rows.fill(0);
+    showRecord(values);
+    dateStore().replace(rules);
+    if (m_isHome) {
+        m_state.fieldEditedFlags.clearAll();
+        for (const FormField& field : formFields()) {
+            if (presetHoldsValue(values, field.position))
+                m_state.fieldEditedFlags.set(field.position, true);
+        }
+    }
+    refreshDateSummaries();
+    emit editedFlagsChanged();
+    emit formReset();
 }
 
 void MetadataForm::refreshDateSummaries() {

@@ -2,6 +2,7 @@
 
 #include "dates/DateField.h"
 #include "dates/DateTimeConfiguration.h"
+#include "dates/OriginalFinalDate.h"
 #include "editor/FieldInput.h"
 #include "editor/SelectionMerge.h"
 #include "model/CGImageProperties.h"
@@ -55,6 +56,10 @@ public:
     // Sets the summary text of each date field whose rule was touched, and (on the main
     // screen's form) counts it as an edit.
     void refreshDateSummaries();
+    // Shows a preset: the form is emptied, the preset's values stand in the controls and its
+    // date rules replace this form's store. On the main screen's form the edit flags become
+    // the preset's fields (see presetRunEdits), whatever was edited before.
+    void showPreset(const CGImageProperties& values, const OriginalFinalDate& rules);
     // Reads every control back into a new record: the snapshot a run takes.
     CGImageProperties readForm() const;
 

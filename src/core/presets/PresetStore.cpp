@@ -2,6 +2,7 @@
 
 #include "foundation/Settings.h"
 #include "presets/PresetArchive.h"
+#include "presets/PresetFile.h"
 #include "presets/PresetLog.h"
 
 #include <QDateTime>
@@ -19,7 +20,7 @@ QString lowered(const std::optional<QString>& name) {
 } // namespace
 
 PresetStore::PresetStore(Settings& settings, QObject* parent)
-    : QObject(parent), m_settings(settings), m_fileName(settings.fileName()) {
+    : QObject(parent), m_settings(settings), m_fileName(PresetFile::pathFor(settings.fileName())) {
     m_saveTimer.setSingleShot(true);
     m_saveTimer.setInterval(100);
     connect(&m_saveTimer, &QTimer::timeout, this, &PresetStore::startSave);
@@ -34,21 +35,42 @@ PresetStore::~PresetStore() {
 PresetStore::LoadReport PresetStore::load() {
     m_presets.clear();
     LoadReport report;
-    const std::optional<QByteArray> block = m_settings.propertiesData();
-    std::optional<QList<ActualPreset>> decoded;
-    if (block)
-        decoded = decodePresetArchive(*block);
-    if (decoded) {
-        m_presets = std::move(*decoded);
-    } else if (m_settings.holdsAnyValue(Settings::kPropertiesDataAP)) {
+    QByteArray block;
+    const auto now = QDateTime::currentDateTimeUtc();
+    switch (PresetFile::read(m_fileName, &block)) {
+    case PresetFile::ReadStatus::Ok:
+        if (auto decoded = decodePresetArchive(block)) {
+            m_presets = std::move(*decoded);
+            break;
+        }
+        [[fallthrough]];
+    case PresetFile::ReadStatus::Damaged:
         report.damaged = true;
-        report.keptAs =
-            m_settings.moveAside(Settings::kPropertiesDataAP, QDateTime::currentDateTimeUtc());
+        report.keptAs = PresetFile::keepAside(m_fileName, now);
+        break;
+    case PresetFile::ReadStatus::Missing:
+        // Earlier versions kept the block in the main settings file: it moves over once.
+        if (!m_settings.holdsAnyValue(Settings::kPropertiesDataAP))
+            break;
+        if (const std::optional<QByteArray> stored = m_settings.propertiesData()) {
+            if (auto decoded = decodePresetArchive(*stored)) {
+                m_presets = std::move(*decoded);
+                if (PresetFile::write(m_fileName, *stored)) {
+                    m_settings.remove(Settings::kPropertiesDataAP);
+                    m_settings.sync();
+                }
+                break;
+            }
+        }
+        report.damaged = true;
+        report.keptAs = m_settings.moveAside(Settings::kPropertiesDataAP, now);
+        break;
+    }
+    if (report.damaged)
         qCWarning(lcPresets).noquote()
             << "The saved presets could not be read; the list starts empty and the stored "
                "block is kept as"
             << report.keptAs;
-    }
     emit presetsChanged();
     return report;
 }
@@ -92,6 +114,12 @@ PresetStore::NameCheck PresetStore::checkName(const QString& name, qsizetype exc
 
 qsizetype PresetStore::addPreset(const QString& name) {
     m_presets.append(makeNewPreset(name.isEmpty() ? defaultName() : name, m_presets.size()));
+    changed();
+    return m_presets.size() - 1;
+}
+
+qsizetype PresetStore::appendPreset(const ActualPreset& preset) {
+    m_presets.append(preset);
     changed();
     return m_presets.size() - 1;
 }
@@ -160,11 +188,7 @@ void PresetStore::startSave() {
     m_savePool.start([this, snapshot = m_presets, generation] {
         if (generation != m_latestSave.load())
             return; // a newer copy is queued behind this one
-        const QByteArray block = encodePresetArchive(snapshot);
-        Settings store(m_fileName);
-        store.setPropertiesData(block);
-        store.sync();
-        const bool ok = store.raw().status() == QSettings::NoError;
+        const bool ok = PresetFile::write(m_fileName, encodePresetArchive(snapshot));
         if (!ok)
             qCWarning(lcPresets) << "The presets could not be saved to" << m_fileName;
         QMetaObject::invokeMethod(

@@ -17,8 +17,8 @@ namespace tagmoor {
 class Settings;
 
 // The saved presets: one ordered list, kept in memory on the main thread and mirrored into
-// the settings key "kPropertiesDataAP" after every change. Presets are addressed by their
-// list position.
+// the key "kPropertiesDataAP" of the presets file beside the settings file (PresetFile) after
+// every change. Presets are addressed by their list position.
 //
 // A change schedules a save after a short delay, so that a burst of changes in one turn of
 // the event loop is saved once. The save encodes a copy of the list and writes it on a
@@ -40,12 +40,15 @@ public:
     struct LoadReport {
         // A block was stored but could not be read; the list is empty.
         bool damaged = false;
-        // Where the unreadable block was kept ("kPropertiesDataAP.damaged-<time>").
+        // Where the unreadable block was kept: "<presets file>.damaged-<time>", or the key
+        // "kPropertiesDataAP.damaged-<time>" of the main settings file.
         QString keptAs;
     };
     // Replaces the list with the stored one; the application start calls it once. Without a
-    // block the list is empty. A block that does not decode gives an empty list and is moved
-    // aside under a new key, so that the next save cannot overwrite it.
+    // block the list is empty. A block that does not decode gives an empty list and is kept
+    // aside (the presets file renamed, or a block still in the main settings file moved to a
+    // new key), so that the next save cannot overwrite it. A readable block still in the main
+    // settings file moves to the presets file.
     LoadReport load();
 
     const QList<ActualPreset>& presets() const { return m_presets; }
@@ -72,6 +75,9 @@ public:
     // `name`, or the default name when `name` is empty; gives its position. The name is not
     // checked here: callers that take a name from the user check it first.
     qsizetype addPreset(const QString& name = {});
+    // Appends a preset as it is, its `index` included (an imported preset); gives its
+    // position. The name is not checked here.
+    qsizetype appendPreset(const ActualPreset& preset);
     // Removes the preset at `position`; false when there is none.
     bool removePreset(qsizetype position);
     // Renames the preset at `position`. Gives the alert to show when the name is refused (and
@@ -80,6 +86,9 @@ public:
     // Stores new values and date rules in the preset at `position`; false when there is none.
     bool replaceValues(qsizetype position, const CGImageProperties& properties,
                        const OriginalFinalDate& timeSetting);
+
+    // The file the presets are saved in.
+    const QString& fileName() const { return m_fileName; }
 
     // The delay between a change and its save (default 100 ms).
     void setSaveDelay(int milliseconds);

@@ -8,8 +8,12 @@
 #include "editor/FieldControl.h"
 #include "editor/MetadataViewController.h"
 #include "model/FormFieldTable.h"
+#include "presets/PresetStore.h"
+#include "presets/PresetsDetailsViewController.h"
+#include "presets/PresetsViewController.h"
 #include "processing/StartProcessChain.h"
 #include "shell/MainWindow.h"
+#include "shell/RootView.h"
 #include "widgets/DialogPrompt.h"
 #include "workingset/HomeScreen.h"
 #include "workingset/PhotoListViews.h"
@@ -19,7 +23,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -168,6 +174,44 @@ int main(int argc, char** argv) {
     folderPanel.directory = QDir::homePath();
     shootModal(QStringLiteral("folder-panel.png"),
                [&] { dialogs.openPanelWithAccessory(folderPanel); });
+
+    // Three saved presets: the menu under "Presets..." and the panel that manages them.
+    struct Saved {
+        const char* name;
+        const char* artist;
+        const char* city;
+        float fNumber;
+    };
+    for (const Saved& p : {Saved{"Beach Holiday", "Jane Doe", "Biarritz", 8.0f},
+                           Saved{"Studio Portraits", "Studio Nord", "Hamburg", 2.8f},
+                           Saved{"Family Archive", "The Lee Family", "Lyon", 0.0f}}) {
+        PresetStore& store = t.app->presets();
+        const qsizetype at = store.addPreset(QString::fromUtf8(p.name));
+        CGImageProperties values = *store.presets().at(at).properties;
+        values.tiffProperties->artist = QString::fromUtf8(p.artist);
+        values.tiffProperties->copyRight =
+            QStringLiteral("(c) 2024 ") + QString::fromUtf8(p.artist);
+        values.iptcProperties->city = QString::fromUtf8(p.city);
+        if (p.fNumber > 0)
+            values.exifProperties->fNumber = p.fNumber;
+        OriginalFinalDate rules;
+        rules.configurationTimeOriginal.isKeepOriginal = false;
+        rules.configurationTimeOriginal.isIDOT = true;
+        rules.configurationTimeOriginal.idot.changeHours = 1;
+        rules.dateTimeOriginalAlive = p.fNumber > 0;
+        store.replaceValues(at, values, rules);
+    }
+    PresetsViewController* presetsMenu = home->presetsMenu();
+    presetsMenu->showAt(home->findChild<QPushButton*>(QStringLiteral("btnPreset")));
+    shoot(out, QStringLiteral("presets-menu.png"), window, presetsMenu);
+    presetsMenu->chooseRow(int(t.app->presets().size()) + 1); // "Edit Presets..."
+    while (t.window().rootView()->selectedIndex() != 2)
+        settle(20);
+    PresetsDetailsViewController* presetsPanel = t.window().rootView()->presetsPanel();
+    presetsPanel->tableView()->setCurrentRow(1);
+    shoot(out, QStringLiteral("presets-panel.png"), window);
+    presetsPanel->clickedCancel();
+    settle(200);
 
     // A run into a folder of the home folder: the sheet while it runs, and its result.
     const QString target = QDir::home().filePath(QStringLiteral("Edited"));

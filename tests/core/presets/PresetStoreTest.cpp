@@ -5,6 +5,7 @@
 
 #include "foundation/Settings.h"
 #include "presets/PresetArchive.h"
+#include "presets/PresetFile.h"
 #include "presets/PresetStore.h"
 
 #include <QSettings>
@@ -21,6 +22,14 @@ QStringList namesOf(const QList<ActualPreset>& presets) {
     for (const ActualPreset& p : presets)
         names << p.name.value_or(QStringLiteral("<none>"));
     return names;
+}
+
+// The block in the presets file, when there is one.
+std::optional<QByteArray> storedBlock(const QString& settingsFile) {
+    QByteArray block;
+    if (PresetFile::read(PresetFile::pathFor(settingsFile), &block) != PresetFile::ReadStatus::Ok)
+        return std::nullopt;
+    return block;
 }
 
 // A store whose saves start at once, as after the delay.
@@ -109,11 +118,11 @@ TEST(PresetStore, ABurstOfChangesIsSavedOnceAfterTheDelay) {
     s.store.addPreset(QStringLiteral("one"));
     s.store.addPreset(QStringLiteral("two"));
     s.store.renamePreset(0, QStringLiteral("uno"));
-    EXPECT_FALSE(s.settings.propertiesData()) << "nothing is written within the same turn";
+    EXPECT_FALSE(storedBlock(cfg.settingsFile())) << "nothing is written within the same turn";
     ASSERT_TRUE(test::waitFor([&] { return !saves.isEmpty(); }, 5000));
     test::serveEvents(100);
     EXPECT_EQ(saves, QList<bool>{true});
-    const auto stored = decodePresetArchive(s.settings.propertiesData().value_or(QByteArray()));
+    const auto stored = decodePresetArchive(storedBlock(cfg.settingsFile()).value_or(QByteArray()));
     ASSERT_TRUE(stored.has_value());
     EXPECT_EQ(namesOf(*stored), QStringList({"uno", "two"}));
 
@@ -124,26 +133,36 @@ TEST(PresetStore, ABurstOfChangesIsSavedOnceAfterTheDelay) {
     }
     s.store.removePreset(0);
     s.store.waitForSaves();
-    Settings reader(cfg.settingsFile());
-    EXPECT_EQ(decodePresetArchive(*reader.propertiesData())->size(), 21);
+    EXPECT_EQ(decodePresetArchive(*storedBlock(cfg.settingsFile()))->size(), 21);
 }
 
-TEST(PresetStore, ASaveReplacesTheSettingsFileWhole) {
+TEST(PresetStore, ASaveReplacesThePresetsFileWholeAndLeavesTheSettingsAlone) {
     ScratchConfig cfg;
     StoreOnFile s(cfg.settingsFile());
     s.settings.setIsPopUp(true);
     s.settings.sync();
+    s.store.addPreset();
+    s.store.waitForSaves();
+    const QByteArray presetsPath = QFile::encodeName(s.store.fileName());
+    const QByteArray settingsPath = QFile::encodeName(cfg.settingsFile());
     struct stat before {};
-    ASSERT_EQ(::stat(QFile::encodeName(cfg.settingsFile()).constData(), &before), 0);
+    struct stat settingsBefore {};
+    ASSERT_EQ(::stat(presetsPath.constData(), &before), 0);
+    ASSERT_EQ(::stat(settingsPath.constData(), &settingsBefore), 0);
     s.store.addPreset();
     s.store.waitForSaves();
     struct stat after {};
-    ASSERT_EQ(::stat(QFile::encodeName(cfg.settingsFile()).constData(), &after), 0);
+    struct stat settingsAfter {};
+    ASSERT_EQ(::stat(presetsPath.constData(), &after), 0);
+    ASSERT_EQ(::stat(settingsPath.constData(), &settingsAfter), 0);
     // A new file took the old one's place: the old bytes were never written over.
     EXPECT_NE(before.st_ino, after.st_ino);
+    EXPECT_EQ(settingsBefore.st_ino, settingsAfter.st_ino) << "the main file is not rewritten";
+    EXPECT_EQ(settingsBefore.st_size, settingsAfter.st_size);
     Settings reader(cfg.settingsFile());
     EXPECT_EQ(reader.isPopUp(), true) << "other keys are kept";
-    EXPECT_TRUE(reader.propertiesData());
+    EXPECT_FALSE(reader.holdsAnyValue(Settings::kPropertiesDataAP));
+    EXPECT_EQ(decodePresetArchive(*storedBlock(cfg.settingsFile()))->size(), 2);
 }
 
 TEST(PresetStore, ADamagedBlockLoadsEmptyAndIsKeptAside) {
@@ -173,7 +192,8 @@ TEST(PresetStore, ADamagedBlockLoadsEmptyAndIsKeptAside) {
         s.store.waitForSaves();
         Settings reader(cfg.settingsFile());
         EXPECT_EQ(reader.raw().value(report.keptAs), stored);
-        EXPECT_EQ(namesOf(*decodePresetArchive(*reader.propertiesData())), QStringList{"fresh"});
+        EXPECT_EQ(namesOf(*decodePresetArchive(*storedBlock(cfg.settingsFile()))),
+                  QStringList{"fresh"});
     }
 
     // Two damages within one second keep both blocks.
@@ -187,6 +207,50 @@ TEST(PresetStore, ADamagedBlockLoadsEmptyAndIsKeptAside) {
     EXPECT_EQ(second, first + "-2");
     EXPECT_EQ(settings.raw().value(first), QByteArray("1"));
     EXPECT_EQ(settings.moveAside(Settings::kPropertiesDataAP, when), QString()) << "nothing left";
+}
+
+// The presets file itself damaged (cut short, overwritten by something else): the list
+// starts empty, the file is kept aside byte for byte, and the next save starts a new one.
+// A readable block left in the main settings by an earlier version moves to the presets file.
+TEST(PresetStore, ADamagedPresetsFileIsKeptAsideAndTheOldKeyMovesOver) {
+    ScratchConfig cfg;
+    const QString path = PresetFile::pathFor(cfg.settingsFile());
+    {
+        StoreOnFile s(cfg.settingsFile());
+        s.store.addPreset(QStringLiteral("kept"));
+    }
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray whole = file.readAll();
+    file.close();
+    for (const QByteArray& damaged : {whole.left(whole.size() - 5), QByteArray("[General]\n")}) {
+        test::writeBytes(path, damaged);
+        StoreOnFile s(cfg.settingsFile());
+        const PresetStore::LoadReport report = s.store.load();
+        EXPECT_TRUE(report.damaged);
+        EXPECT_TRUE(s.store.presets().isEmpty());
+        EXPECT_TRUE(report.keptAs.startsWith(path + ".damaged-")) << report.keptAs.toStdString();
+        EXPECT_EQ(test::readBytes(report.keptAs), damaged);
+        EXPECT_FALSE(QFileInfo::exists(path));
+        s.store.addPreset(QStringLiteral("fresh"));
+        s.store.waitForSaves();
+        EXPECT_EQ(namesOf(*decodePresetArchive(*storedBlock(cfg.settingsFile()))),
+                  QStringList{"fresh"});
+    }
+
+    ScratchConfig old;
+    {
+        Settings settings(old.settingsFile());
+        settings.setPropertiesData(encodePresetArchive({makeNewPreset(QStringLiteral("A"), 0)}));
+        settings.setIsPopUp(true);
+    }
+    StoreOnFile s(old.settingsFile());
+    EXPECT_FALSE(s.store.load().damaged);
+    EXPECT_EQ(namesOf(s.store.presets()), QStringList{"A"});
+    Settings reader(old.settingsFile());
+    EXPECT_FALSE(reader.holdsAnyValue(Settings::kPropertiesDataAP)) << "moved, not copied";
+    EXPECT_EQ(reader.isPopUp(), true);
+    EXPECT_EQ(namesOf(*decodePresetArchive(*storedBlock(old.settingsFile()))), QStringList{"A"});
 }
 
 } // namespace
