@@ -44,7 +44,8 @@ shoot() { # name, then the program's arguments
 shoot add-screen.png
 shoot home-screen.png "$work"/photos/*
 
-# The editor's states and the list's menu, driven through the real screens.
+# The editor's states, the list's menu and the preset menu and panel, driven through the
+# real screens.
 tour=${TAGMOOR_TOUR:-$here/../../build/tests/screenshot_tour}
 HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" \
   xvfb-run -a -s "-screen 0 1280x800x24" "$tour" "$here" "$work"/photos/*

@@ -68,6 +68,7 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     m_table->setMinimumWidth(220);
+    m_table->setStyleSheet(QStringLiteral("QListWidget::item { padding: 4px 6px; }"));
     m_add->setToolTip(tr("Add a preset with empty values"));
     m_remove->setToolTip(tr("Remove the selected preset"));
     m_hint->setObjectName(QStringLiteral("lblRenameHint"));

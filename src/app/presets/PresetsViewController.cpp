@@ -28,6 +28,7 @@ PresetsViewController::PresetsViewController(const Objects& objects, QWidget* pa
     m_table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->setMouseTracking(true);
+    m_table->setStyleSheet(QStringLiteral("QListWidget::item { padding: 5px 12px; }"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(m_table);
