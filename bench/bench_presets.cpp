@@ -69,6 +69,7 @@ struct Round {
     double saveCallMs = 0;   // main thread: the change and the start of its save
     double saveWallMs = 0;   // until the save is on disk
     double longestGapMs = 0; // longest main-thread stall while the save ran
+    double legacyLoadMs = 0; // the same block in the main settings file, as kept before
 };
 
 Round measure(const QString& dir, const QList<ActualPreset>& presets, int round) {
@@ -127,7 +128,26 @@ Round measure(const QString& dir, const QList<ActualPreset>& presets, int round)
     if (!decoded)
         std::fprintf(stderr, "the block does not decode\n");
 
-    // Any other setting written on the main thread rewrites the whole file, presets included.
+    // The old place of the block, in the same run: the main settings file, read as a start did.
+    {
+        const QString legacy = QStringLiteral("%1/legacy-%2.conf").arg(dir).arg(round);
+        {
+            Settings writer(legacy);
+            writer.setPropertiesData(block);
+            writer.sync();
+        }
+        const QString legacyFresh = QStringLiteral("%1/legacy-fresh-%2.conf").arg(dir).arg(round);
+        QFile::copy(legacy, legacyFresh);
+        clock.restart();
+        Settings old(legacyFresh);
+        const auto oldBlock = old.propertiesData();
+        const auto oldList = decodePresetArchive(oldBlock.value_or(QByteArray()));
+        out.legacyLoadMs = ms(clock.nsecsElapsed());
+        if (!oldList || oldList->size() != presets.size())
+            std::fprintf(stderr, "the old layout did not read back\n");
+    }
+
+    // Any other setting written on the main thread rewrites the main file (no presets in it).
     clock.restart();
     settings.setIsPopUp(round % 2 == 0);
     settings.sync();
@@ -175,6 +195,10 @@ int main(int argc, char** argv) {
                 median(&Round::loadMs));
     std::printf("  of which opening the settings file: %.1f ms; decoding the block: %.1f ms\n",
                 median(&Round::openMs), median(&Round::decodeMs));
+    std::printf("the same block in the main settings file (the old place): %.1f ms; ratio "
+                "new/old %.2f\n",
+                median(&Round::legacyLoadMs),
+                median(&Round::loadMs) / median(&Round::legacyLoadMs));
     std::printf("encoding the block (on the save thread): %.1f ms\n", encodeMs);
     std::printf("save, time on the calling thread: %.2f ms; longest main-thread stall while it "
                 "ran: %.2f ms\n",
