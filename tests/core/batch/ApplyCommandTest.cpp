@@ -38,7 +38,7 @@ TEST_F(ApplyCommand, BadArgumentsExitWithTwoAndAClearMessage) {
         {{"--mode", "remove", "--out", out(), in()}, "No options selected for removing metadata"},
         {{"--strip", "exif", "--out", out(), in()}, "--strip goes with --mode remove"},
         {{"--rename", "shuffle", "--out", out(), in()}, "unknown rename rule"},
-        {{"--preset", "No Such Preset", "--out", out(), in()}, "no preset named"},
+        {{"--out", out(), in(), "--preset"}, "--preset needs a value"},
         {{"--out", out(), in() + "/nowhere"}, "no such file or folder"},
         {{"--bogus"}, "unknown option '--bogus'"},
     };
