@@ -209,6 +209,19 @@ TEST(PresetStore, ADamagedBlockLoadsEmptyAndIsKeptAside) {
     EXPECT_EQ(settings.moveAside(Settings::kPropertiesDataAP, when), QString()) << "nothing left";
 }
 
+// A long list is read on several threads: it comes back whole and in its order.
+TEST(PresetStore, ALongListComesBackInOrder) {
+    QList<ActualPreset> presets;
+    for (int i = 0; i < 300; ++i) {
+        ActualPreset p = makeNewPreset(QStringLiteral("P%1").arg(i), i);
+        p.properties->tiffProperties->artist = QStringLiteral("Artist %1").arg(i);
+        p.timeSetting->configurationModifyDate.idod.changeDays = i % 7;
+        p.timeSetting->modifyDateAlive = i % 2 == 0;
+        presets.append(p);
+    }
+    EXPECT_EQ(decodePresetArchive(encodePresetArchive(presets)), presets);
+}
+
 // The presets file itself damaged (cut short, overwritten by something else): the list
 // starts empty, the file is kept aside byte for byte, and the next save starts a new one.
 // A readable block left in the main settings by an earlier version moves to the presets file.
