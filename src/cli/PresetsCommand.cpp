@@ -5,7 +5,6 @@
 #include "DateRuleArgument.h"
 
 #include "batch/FormSnapshot.h"
-#include "editor/FieldDisplay.h"
 #include "editor/PresetForm.h"
 #include "foundation/Settings.h"
 #include "model/FormFieldTable.h"
