@@ -99,6 +99,7 @@ QWidget* AlbumChooser::makeHomeFace() {
     layout->addWidget(m_foldersAndPhotos);
     layout->addWidget(m_photosLibrary);
     layout->addStretch(1);
+    layout->addSpacing(10);
     layout->addLayout(buttonRow(m_okHome, cancel));
     return box;
 }
@@ -131,6 +132,7 @@ QWidget* AlbumChooser::makeAddFilesFace() {
     layout->addWidget(m_chosenAlbums);
     layout->addWidget(hint);
     layout->addStretch(1);
+    layout->addSpacing(10);
     layout->addLayout(buttonRow(m_okAddFiles, cancel));
     return box;
 }
@@ -151,6 +153,7 @@ QWidget* AlbumChooser::makeAlbumListFace() {
     m_list->setObjectName(QStringLiteral("tableView"));
     m_list->setAlternatingRowColors(true);
     m_list->setUniformItemSizes(true);
+    m_list->setSpacing(1);
     m_okAlbumList->setObjectName(QStringLiteral("btnOKAlbumList"));
     auto* cancel = new QPushButton(tr("Cancel"));
     cancel->setObjectName(QStringLiteral("btnCancelAlbumList"));
@@ -175,10 +178,13 @@ QWidget* AlbumChooser::makeAlbumListFace() {
 void AlbumChooser::setFace(Face face) {
     m_face = face;
     m_faces->setCurrentIndex(int(face));
-    if (face == Face::AlbumList)
+    if (face == Face::AlbumList) {
         setFixedSize(420, 320);
-    else
-        setFixedSize(270, 170);
+        return;
+    }
+    // The two choice faces take the height their texts need.
+    const QSize hint = m_faces->currentWidget()->sizeHint();
+    setFixedSize(std::max(270, hint.width()), hint.height());
 }
 
 void AlbumChooser::popUpBelow(QWidget* anchor) {
