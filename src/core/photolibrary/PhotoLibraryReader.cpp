@@ -84,6 +84,9 @@ QString joinPath(const QString& folder, const QString& name) {
 LibrarySource identifyLibrary(const QString& chosenPath) {
     LibrarySource source;
     QString path = QDir::cleanPath(chosenPath);
+    // The database of a package chosen directly stands for its package.
+    if (const int at = path.indexOf(packageSuffix + QStringLiteral("/database/")); at > 0)
+        path.truncate(at + packageSuffix.size());
     const QFileInfo info(path);
     source.name = info.fileName();
     if (info.isDir() && path.endsWith(packageSuffix)) {

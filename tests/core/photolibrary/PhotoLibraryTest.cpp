@@ -184,6 +184,7 @@ TEST(PhotoLibrary, OldSchemaVersionsOfOneMasterEnterOnceAndAlbumsCarryTheirEntry
 
     PhotoLibraryReader reader(package, dir.path() + "/cache");
     EXPECT_EQ(reader.source().kind, LibraryKind::PackageOld);
+    EXPECT_EQ(identifyLibrary(package + "/database/photos.db").root, package);
     EXPECT_EQ(pathsOf(reader.readAll().items), (QStringList{m1, m2, m1, ref}));
     const QList<LibraryAlbum> albums = reader.albums();
     EXPECT_EQ(namesOf(albums), QStringList{"Pumpkin Farm"});
