@@ -3,6 +3,7 @@
 
 #include "AppTestSupport.h"
 
+#include "photolibrary/AlbumChooser.h"
 #include "shell/OpenWithQueue.h"
 #include "shell/RootView.h"
 #include "workingset/AddFilesScreen.h"
@@ -145,6 +146,7 @@ void ScreenFlowTest::sameFileTwiceGivesOneEntryAndAnAlert() {
     HomeScreen* home = t.window().homeScreen();
     t.prompt.panelAnswers.append({photo});
     QTest::mouseClick(home->btnAddMore(), Qt::LeftButton);
+    QTest::mouseClick(home->albumChooser()->btnOkHomeVC(), Qt::LeftButton); // folders and photos
     QVERIFY(t.prompt.panels[1].allowedExtensions.contains(QStringLiteral("photoslibrary")));
     QTRY_COMPARE(t.prompt.alerts.size(), 2);
     QCOMPARE(t.prompt.alerts[1].text,

@@ -3,6 +3,7 @@
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
+#include "photolibrary/AlbumChooser.h"
 #include "widgets/DimmingCover.h"
 #include "workingset/DropView.h"
 #include "workingset/PanelFilter.h"
@@ -32,7 +33,8 @@ QLabel* makeLabel(const QString& name, const QString& text, double scale, bool b
 
 AddFilesScreen::AddFilesScreen(const Objects& objects, QWidget* parent)
     : QWidget(parent), m_objects(objects), m_dropView(new DropView(objects.events)),
-      m_addPhotos(new QPushButton), m_addLibrary(new QPushButton), m_topLayer(nullptr) {
+      m_addPhotos(new QPushButton), m_addLibrary(new QPushButton), m_topLayer(nullptr),
+      m_chooser(new AlbumChooser(objects.scans, objects.prompt, PanelScreen::AddScreen, this)) {
     setObjectName(QStringLiteral("AddFiles"));
 
     auto* imgView = new QLabel;
@@ -100,9 +102,7 @@ void AddFilesScreen::clickedAddPhotos() {
 }
 
 void AddFilesScreen::clickedAddPhotosLibrary() {
-    m_objects.prompt.tell(tr("Photo library"),
-                          tr("Adding photos from a photo library is not available "
-                             "yet. Use \"Add Photos\" or drop the photos here."));
+    m_chooser->showAddFilesFace(m_addLibrary);
 }
 
 bool AddFilesScreen::isBlockedByOverlay() const {

@@ -7,6 +7,7 @@ class QPushButton;
 
 namespace tagmoor {
 
+class AlbumChooser;
 class AppEvents;
 class DimmingCover;
 class DropView;
@@ -37,6 +38,7 @@ public:
     QPushButton* btnAddPhotos() const { return m_addPhotos; }
     QPushButton* btnAddPhotosLibrary() const { return m_addLibrary; }
     DropView* dropView() const { return m_dropView; }
+    AlbumChooser* albumChooser() const { return m_chooser; }
 
 private:
     bool isBlockedByOverlay() const;
@@ -46,6 +48,7 @@ private:
     QPushButton* m_addPhotos;
     QPushButton* m_addLibrary;
     DimmingCover* m_topLayer;
+    AlbumChooser* m_chooser;
 };
 
 } // namespace tagmoor

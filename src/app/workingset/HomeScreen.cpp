@@ -13,6 +13,7 @@
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
 #include "model/FormFieldTable.h"
+#include "photolibrary/AlbumChooser.h"
 #include "presets/PresetStore.h"
 #include "presets/PresetsViewController.h"
 #include "processing/StartProcessChain.h"
@@ -369,6 +370,17 @@ void HomeScreen::viewWillAppear() {
 }
 
 void HomeScreen::clickedAddMore() {
+    if (m_objects.workingSet.isScanning())
+        return;
+    if (!m_chooser) {
+        m_chooser =
+            new AlbumChooser(m_objects.scans, m_objects.prompt, PanelScreen::HomeScreen, this);
+        connect(m_chooser, &AlbumChooser::addFoldersChosen, this, &HomeScreen::addFoldersAndPhotos);
+    }
+    m_chooser->showHomeFace(m_addMore);
+}
+
+void HomeScreen::addFoldersAndPhotos() {
     if (m_objects.workingSet.isScanning())
         return;
     const QStringList chosen =

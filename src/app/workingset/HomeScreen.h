@@ -15,6 +15,7 @@ class QToolButton;
 
 namespace tagmoor {
 
+class AlbumChooser;
 class AppEvents;
 class BatchController;
 class FinalProcessedVC;
@@ -76,6 +77,9 @@ public:
     void viewWillAppear();
 
     void clickedAddMore();
+    // The home face's "Folders and photos": the open panel of this screen.
+    void addFoldersAndPhotos();
+    AlbumChooser* albumChooser() const { return m_chooser; }
     void clickedRemove();
     void clickedStopScanning();
     void clickedCheckBox(int row, bool on);
@@ -154,6 +158,7 @@ private:
     QCheckBox* m_selectAll;
     QLabel* m_total;
     QPushButton* m_addMore;
+    AlbumChooser* m_chooser = nullptr;
     QPushButton* m_remove;
     QStackedWidget* m_views;
     PhotoGridView* m_grid;

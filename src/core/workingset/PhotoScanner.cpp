@@ -58,6 +58,7 @@ public:
             libraryPass(urls);
         emit m_owner.countingFinished(m_counters.totalPhotos);
         m_clock.start();
+        libraryRecordPass();
         addingPass(urls);
         drain(true);
         flush(true);
@@ -67,6 +68,8 @@ public:
         result.added = m_added;
         result.stopped = stopped();
         result.leftOut = m_leftOut;
+        result.missingOriginals = m_missingOriginals;
+        result.libraryNotes = m_libraryNotes;
         for (const LeftOutEntry& entry : m_leftOut)
             qCWarning(lcWorkingSet).noquote() << "left out" << entry.path << "-" << entry.reason;
         return result;
@@ -127,9 +130,45 @@ private:
                 qCInfo(lcWorkingSet) << "No library reader; passing over" << url.toLocalFile();
                 continue;
             }
-            for (CGImageProperties& record : m_request.libraryReader(url))
-                commitRecord(std::move(record));
+            LibraryRead read = m_request.libraryReader(url);
+            if (!read.note.isEmpty())
+                m_libraryNotes << read.note;
+            m_libraryItems << read.items;
         }
+        m_libraryItems << m_request.libraryItems;
+        m_counters.totalPhotos += int(m_libraryItems.size());
+    }
+
+    // The originals named by libraries, before the staged files: one already in the list is
+    // noted as such, a missing one is counted for the end-of-scan alert, an empty file is
+    // passed over, and the others are read like any photo and keep the library's texts.
+    void libraryRecordPass() {
+        for (const LibraryItem& entry : std::as_const(m_libraryItems)) {
+            if (pauseAndStopTest())
+                return;
+            ++m_counters.processedPhotos;
+            m_counters.currentPath = entry.path;
+            flush(false);
+            if (m_committed.contains(entry.path) || m_dispatched.contains(entry.path)) {
+                m_flags.isAvailableAlready = true;
+                continue;
+            }
+            if (!hasSupportedExtension(entry.path)) {
+                m_flags.isNotSupportedExtension = true;
+                continue;
+            }
+            const QFileInfo info(entry.path);
+            if (!info.isFile()) {
+                ++m_missingOriginals;
+                continue;
+            }
+            if (info.size() == 0)
+                continue;
+            if (entry.properties)
+                m_libraryProperties.insert(entry.path, *entry.properties);
+            dispatch(entry.path);
+        }
+        m_libraryItems.clear();
     }
 
     void addingPass(const QList<QUrl>& urls) {
@@ -190,6 +229,11 @@ private:
         // first: a record (then this one is a duplicate) or none. Either way, nothing to do.
         if (m_dispatched.contains(path))
             return;
+        dispatch(path);
+    }
+
+    // Reads the record of a file met for the first time, here or on a reader thread.
+    void dispatch(const QString& path) {
         m_dispatched.insert(path);
         const QUrl url = QUrl::fromLocalFile(path);
         if (m_request.readerThreads <= 1) {
@@ -247,6 +291,8 @@ private:
 
     void commitRecord(CGImageProperties&& record) {
         const QString path = record.path();
+        if (const auto it = m_libraryProperties.constFind(path); it != m_libraryProperties.cend())
+            record.photoLibraryProperties = *it;
         if (!path.isEmpty())
             m_committed.insert(path);
         m_batch.append(std::move(record));
@@ -283,6 +329,10 @@ private:
     ScanCounters m_counters;
     ScanCounters m_lastSent;
     QList<LeftOutEntry> m_leftOut;
+    QList<LibraryItem> m_libraryItems;
+    QHash<QString, PhotoLibraryProperties> m_libraryProperties;
+    QStringList m_libraryNotes;
+    int m_missingOriginals = 0;
     QElapsedTimer m_clock;
     int m_added = 0;
 };

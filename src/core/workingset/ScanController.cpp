@@ -2,6 +2,7 @@
 
 #include "foundation/AppEvents.h"
 #include "foundation/UserPrompt.h"
+#include "photolibrary/PhotoLibraryReader.h"
 #include "workingset/WorkingSet.h"
 
 #include <QSet>
@@ -12,7 +13,8 @@ namespace tagmoor {
 ScanController::ScanController(WorkingSet& workingSet, UserPrompt& prompt, AppEvents& events,
                                QObject* parent)
     : QObject(parent), m_set(workingSet), m_prompt(prompt), m_events(events),
-      m_selection(workingSet) {
+      m_selection(workingSet),
+      m_libraryReader([](const QUrl& package) { return readWholeLibrary(package.toLocalFile()); }) {
     connect(&m_scanner, &PhotoScanner::countingFinished, this, [this](int totalPhotos) {
         m_set.reserveFor(totalPhotos);
         m_view = ScanProgressView::percentageLook(m_view);
@@ -61,6 +63,7 @@ void ScanController::retriveImages(bool isFirst) {
     request.readerThreads = m_readerThreads;
     request.loader = m_loader;
     request.libraryReader = m_libraryReader;
+    request.libraryItems = std::exchange(m_libraryItems, {});
     m_set.setScanning(true);
     m_view = ScanProgressView::countingLook();
     emit progressViewChanged(m_view);
@@ -89,6 +92,8 @@ void ScanController::onFinished(const ScanResult& result) {
     }
     if (const auto leftOut = leftOutAlert(result.leftOut))
         alerts << *leftOut;
+    if (const auto library = libraryAlert(result.missingOriginals, result.libraryNotes))
+        alerts << *library;
     showAlertsLater(alerts, delayMs);
     if (m_set.isEmpty()) {
         emit m_events.UpdateVCOTM(0);
@@ -130,6 +135,18 @@ void ScanController::addFromPanel(PanelScreen screen, const QStringList& chosenP
     } else {
         retriveImages(false);
         m_set.requestRetrieveOnAppear();
+    }
+}
+
+void ScanController::addLibraryItems(PanelScreen screen, const QList<LibraryItem>& items) {
+    if (items.isEmpty() || m_set.isScanning())
+        return;
+    m_libraryItems << items;
+    if (screen == PanelScreen::AddScreen) {
+        m_set.requestFirstAdding();
+        emit m_events.UpdateVCOTM(1);
+    } else {
+        retriveImages(false);
     }
 }
 

@@ -39,6 +39,9 @@ public:
     // The file-opening path: with the panel's choice, stage and scan (home screen) or stage
     // and move to the home screen (add screen). Shows the panel alert after its delay.
     void addFromPanel(PanelScreen screen, const QStringList& chosenPaths);
+    // The originals of chosen library albums: scanned at once from the home screen, or on
+    // the home screen's appearance from the add screen.
+    void addLibraryItems(PanelScreen screen, const QList<LibraryItem>& items);
     // A drop on the add screen: every path staged without filtering, then as the add screen.
     void addFromDrop(const QStringList& paths);
 
@@ -85,6 +88,7 @@ private:
     int m_readerThreads = 2;
     RecordLoader m_loader;
     LibraryReader m_libraryReader;
+    QList<LibraryItem> m_libraryItems;
 };
 
 } // namespace tagmoor

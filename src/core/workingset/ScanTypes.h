@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/CGImageProperties.h"
+#include "photolibrary/PhotoLibraryTypes.h"
 #include "workingset/FolderWalk.h"
 
 #include <QList>
@@ -16,8 +17,8 @@ namespace tagmoor {
 // Reads one file's record; nothing when it is not a readable image. Called on reader threads.
 using RecordLoader = std::function<std::optional<CGImageProperties>(const QUrl&)>;
 
-// Reads the records of one photo library package. Called on the scan's thread.
-using LibraryReader = std::function<QList<CGImageProperties>(const QUrl& package)>;
+// Lists the originals of one photo library package. Called on the scan's thread.
+using LibraryReader = std::function<LibraryRead(const QUrl& package)>;
 
 // Everything a scan needs, by value.
 struct ScanRequest {
@@ -33,6 +34,8 @@ struct ScanRequest {
     RecordLoader loader;
     // Without one, library packages are passed over.
     LibraryReader libraryReader;
+    // Originals of chosen library albums, added before the staged files.
+    QList<LibraryItem> libraryItems;
 };
 
 // The result flags of a scan.
@@ -60,6 +63,9 @@ struct ScanResult {
     // Photos met that cannot be added because no path names them (a file name that is not
     // valid UTF-8), with the reason; shown to the user rather than dropped silently.
     QList<LeftOutEntry> leftOut;
+    // Library originals that are not on disk, and why a library gave nothing.
+    int missingOriginals = 0;
+    QStringList libraryNotes;
 };
 
 } // namespace tagmoor

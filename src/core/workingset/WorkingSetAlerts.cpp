@@ -81,6 +81,24 @@ std::optional<Alert> leftOutAlert(const QList<LeftOutEntry>& entries) {
                          QStringLiteral("\n") + lines.join(QLatin1Char('\n')));
 }
 
+std::optional<Alert> libraryAlert(int missingOriginals, const QStringList& notes) {
+    if (missingOriginals <= 0 && notes.isEmpty())
+        return std::nullopt;
+    QStringList lines = notes;
+    if (missingOriginals == 1)
+        lines << QCoreApplication::translate("WorkingSetAlerts",
+                                             "1 photo of the library is not on disk and was "
+                                             "skipped.");
+    else if (missingOriginals > 1)
+        lines << QCoreApplication::translate("WorkingSetAlerts",
+                                             "%1 photos of the library are not on disk and "
+                                             "were skipped.")
+                     .arg(missingOriginals);
+    return Alert::ok(
+        QCoreApplication::translate("WorkingSetAlerts", "Some library photos were not added"),
+        lines.join(QLatin1Char('\n')));
+}
+
 Alert stopScanningQuestion() {
     return Alert::yesNo(
         QCoreApplication::translate("WorkingSetAlerts", "Stop adding images?"),

@@ -27,6 +27,11 @@ std::optional<TimedAlert> panelAlert(bool alreadyAdded, bool ignored);
 // end-of-scan alert, so nothing leaves the list without a word.
 std::optional<Alert> leftOutAlert(const QList<LeftOutEntry>& entries);
 
+// What a photo library could not give: the notes of libraries that gave nothing (no database,
+// another kind of database) and the number of originals missing from disk; none when all
+// went well. It follows the end-of-scan alert.
+std::optional<Alert> libraryAlert(int missingOriginals, const QStringList& notes);
+
 // The three "Some images cannot be added" alerts of the panels and the scan's end.
 Alert alertAlreadyAdded();
 Alert alertIgnoreFilesAdded();

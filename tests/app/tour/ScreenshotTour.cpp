@@ -1,6 +1,7 @@
 // Drives the real application through the states shown in docs/screenshots and saves a
 // picture of the screen at each. Runs on a real X server (the screenshot script starts Xvfb).
 //   screenshot_tour OUTPUT_DIR PHOTO...
+#include "../../core/photolibrary/LibraryFixtures.h"
 #include "../AppTestSupport.h"
 #include "batch/FinalProcessedVC.h"
 #include "batch/RenameViewController.h"
@@ -8,6 +9,7 @@
 #include "editor/FieldControl.h"
 #include "editor/MetadataViewController.h"
 #include "model/FormFieldTable.h"
+#include "photolibrary/AlbumChooser.h"
 #include "presets/PresetStore.h"
 #include "presets/PresetsDetailsViewController.h"
 #include "presets/PresetsViewController.h"
@@ -15,6 +17,7 @@
 #include "shell/MainWindow.h"
 #include "shell/RootView.h"
 #include "widgets/DialogPrompt.h"
+#include "workingset/AddFilesScreen.h"
 #include "workingset/HomeScreen.h"
 #include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
@@ -54,6 +57,31 @@ void shoot(const QString& dir, const QString& name, QWidget* window, QWidget* po
         .save(dir + QLatin1Char('/') + name);
 }
 
+// A package with a few albums of the user's and a digiKam collection with folders and tags,
+// for the album chooser's pictures. The paths of the two databases.
+QStringList makeTourLibraries(const QString& dir) {
+    const QString package = dir + QStringLiteral("/Photos Library.photoslibrary");
+    QString sql = test::newPackageSchema();
+    const QStringList titles{"Birthdays 2024", "Family",          "Garden in spring",
+                             "Lisbon weekend", "Mountain hiking", "Road trip to the coast",
+                             "School concert", "Snow days",       "Wedding of Anna and Tom"};
+    for (int i = 0; i < titles.size(); ++i)
+        sql += test::newAssetRow(i + 1, "A", QStringLiteral("%1.jpeg").arg(i), "IMG.JPG", 1) +
+               test::newAlbumRows(100 + i, titles[i], {i + 1});
+    test::execSql(package + QStringLiteral("/database/Photos.sqlite"), sql);
+    const QString digiKam = dir + QStringLiteral("/digikam/digikam4.db");
+    test::execSql(digiKam, test::digiKamSchema() +
+                               "INSERT INTO AlbumRoots VALUES (1, 'Pictures', 0, 1, "
+                               "'volumeid:?path=%2Fhome%2Fanna%2FPictures', '/');"
+                               "INSERT INTO Albums (id, albumRoot, relativePath) VALUES "
+                               "(1, 1, '/'), (2, 1, '/2023/Holidays'), (3, 1, '/2024/Garden'),"
+                               "(4, 1, '/2024/Portraits');"
+                               "INSERT INTO Tags (id, pid, name) VALUES (1, 0, "
+                               "'_Digikam_Internal_Tags_'), (2, 0, 'Family'), (3, 0, 'Friends'),"
+                               "(4, 0, 'Favourites');");
+    return {package, digiKam};
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -74,6 +102,24 @@ int main(int argc, char** argv) {
     window->move(0, 0);
     settle(800);
 
+    // The album chooser on the add screen, then the albums of a package and of a collection.
+    QTemporaryDir libraries;
+    const QStringList libraryPaths = makeTourLibraries(libraries.path());
+    AddFilesScreen* addScreen = t.window().addFilesScreen();
+    AlbumChooser* chooser = addScreen->albumChooser();
+    addScreen->clickedAddPhotosLibrary();
+    shoot(out, QStringLiteral("chooser-add-screen.png"), window, chooser);
+    const QStringList albumShots{"chooser-albums.png", "chooser-albums-digikam.png"};
+    for (int i = 0; i < albumShots.size(); ++i) {
+        chooser->showAlbumList(libraryPaths[i], addScreen->btnAddPhotosLibrary());
+        while (chooser->isBusy())
+            settle(20);
+        if (i == 0)
+            chooser->clickedCheckAlbum(2, false);
+        shoot(out, albumShots[i], window, chooser);
+    }
+    chooser->clickedCancel();
+
     t.app->scans().addFromDrop(photos);
     while (!t.scanIdle() || t.set().count() == 0)
         settle(100);
@@ -82,6 +128,9 @@ int main(int argc, char** argv) {
     // The tour of the screen comes up after the first scan.
     shoot(out, QStringLiteral("tutorial.png"), window);
     home->tutorial()->clickedHideTutorial();
+    home->clickedAddMore();
+    shoot(out, QStringLiteral("chooser-home-screen.png"), window, home->albumChooser());
+    home->albumChooser()->clickedCancel();
 
     shoot(out, QStringLiteral("editor-several.png"), window);
     home->clickedEditorTab(1);

@@ -1,0 +1,3 @@
+#include "photolibrary/PhotoLibraryLog.h"
+
+Q_LOGGING_CATEGORY(lcPhotoLibrary, "tagmoor.photolibrary")

@@ -1,0 +1,190 @@
+// Drives the album chooser in the real window: its three faces, the library panels, the
+// album list's check boxes, and the originals that reach the list.
+
+#include "AppTestSupport.h"
+
+#include "../core/photolibrary/LibraryFixtures.h"
+#include "photolibrary/AlbumChooser.h"
+#include "shell/RootView.h"
+#include "workingset/AddFilesScreen.h"
+#include "workingset/HomeScreen.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+
+using namespace tagmoor;
+using namespace tagmoor::test;
+
+namespace {
+
+QString place(const char* sample, const QString& target) {
+    QDir().mkpath(QFileInfo(target).absolutePath());
+    QFile::copy(formatsDir() + QLatin1Char('/') + QLatin1String(sample), target);
+    return target;
+}
+
+// A package of the new schema: albums "Trip" (a, b) and "Family" (b, c).
+struct Package {
+    QString path, a, b, c;
+};
+
+Package makePackage(const QString& dir, bool withAlbums = true) {
+    Package p;
+    p.path = dir + QStringLiteral("/Photos Library.photoslibrary");
+    p.a = place("Reagan.jpg", p.path + "/originals/A/a.jpeg");
+    p.b = place("FurnaceCreekInn.jpg", p.path + "/originals/B/b.jpeg");
+    p.c = place("et-GPS.jpg", p.path + "/originals/C/c.jpeg");
+    QString sql = newPackageSchema() + newAssetRow(1, "A", "a.jpeg", "a.jpg", 1) +
+                  newAssetRow(2, "B", "b.jpeg", "b.jpg", 1) +
+                  newAssetRow(3, "C", "c.jpeg", "c.jpg", 1);
+    if (withAlbums)
+        sql += newAlbumRows(10, "Trip", {1, 2}) + newAlbumRows(11, "Family", {2, 3});
+    const QString error = execSql(p.path + "/database/Photos.sqlite", sql);
+    if (!error.isEmpty())
+        qWarning() << error;
+    return p;
+}
+
+QStringList listed(const QListWidget* list) {
+    QStringList out;
+    for (int i = 0; i < list->count(); ++i)
+        out << list->item(i)->text();
+    return out;
+}
+
+} // namespace
+
+class AlbumChooserTest : public QObject {
+    Q_OBJECT
+private slots:
+    void addScreenChosenAlbumsEnterTheList();
+    void homeScreenFacesLeadToTheWholeLibrary();
+    void cancelledPanelsAndEmptyLibrariesAddNothing();
+};
+
+void AlbumChooserTest::addScreenChosenAlbumsEnterTheList() {
+    TestApp t;
+    const Package p = makePackage(t.dir("lib"));
+    AddFilesScreen* add = t.window().addFilesScreen();
+    AlbumChooser* chooser = add->albumChooser();
+
+    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QVERIFY(chooser->isVisible());
+    QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
+    QVERIFY(chooser->btnAddEntireLibAddFilesVC()->isChecked());
+
+    chooser->btnAddAblumsAddFilesVC()->click();
+    QVERIFY(!chooser->btnAddEntireLibAddFilesVC()->isChecked());
+    t.prompt.panelAnswers.append({p.path});
+    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QCOMPARE(t.prompt.panels.last().prompt, QStringLiteral("Select Photos Library"));
+    QVERIFY(t.prompt.panels.last().allowedExtensions.contains(QStringLiteral("photoslibrary")));
+    QCOMPARE(chooser->face(), AlbumChooser::Face::AlbumList);
+    QTRY_VERIFY(!chooser->isBusy());
+    QCOMPARE(chooser->lblTitlePhotoLibAlbumList()->text(),
+             QStringLiteral("Library: Photos Library"));
+    QCOMPARE(listed(chooser->tableView()), (QStringList{"Family", "Trip"}));
+    QVERIFY(chooser->btnAllAlbumsList()->isChecked());
+
+    // Unchecking one album unchecks "All Albums"; checking it again checks it.
+    chooser->tableView()->item(0)->setCheckState(Qt::Unchecked);
+    QVERIFY(!chooser->albums()[0].isSelected);
+    QVERIFY(!chooser->btnAllAlbumsList()->isChecked());
+    chooser->tableView()->item(0)->setCheckState(Qt::Checked);
+    QVERIFY(chooser->btnAllAlbumsList()->isChecked());
+    chooser->btnAllAlbumsList()->click();
+    QCOMPARE(chooser->tableView()->item(1)->checkState(), Qt::Unchecked);
+    chooser->tableView()->item(1)->setCheckState(Qt::Checked); // only "Trip"
+
+    QTest::mouseClick(chooser->btnOKAlbumList(), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 2 && t.scanIdle(), 10000);
+    QVERIFY(!chooser->isVisible());
+    QCOMPARE(t.set().imagePaths(), (QStringList{p.a, p.b}));
+    QCOMPARE(t.window().rootView()->selectedIndex(), 1);
+    QCOMPARE(t.prompt.alerts.size(), 0);
+}
+
+void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
+    TestApp t;
+    const Package p = makePackage(t.dir("lib"));
+    // A first photo by the usual panel, which puts the home screen up.
+    const QString loose = place("et-IPTC.jpg", t.dir("loose") + "/loose.jpg");
+    t.prompt.panelAnswers.append({loose});
+    QTest::mouseClick(t.window().addFilesScreen()->btnAddPhotos(), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 1 && t.scanIdle(), 10000);
+
+    HomeScreen* home = t.window().homeScreen();
+    QTest::mouseClick(home->btnAddMore(), Qt::LeftButton);
+    AlbumChooser* chooser = home->albumChooser();
+    QVERIFY(chooser->isVisible());
+    QCOMPARE(chooser->face(), AlbumChooser::Face::Home);
+    QVERIFY(chooser->btnAddFoldersnPhotosHomeVC()->isChecked());
+    chooser->btnAddPhotosLibHomeVC()->click();
+    QVERIFY(!chooser->btnAddFoldersnPhotosHomeVC()->isChecked());
+    QTest::mouseClick(chooser->btnOkHomeVC(), Qt::LeftButton);
+    QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
+
+    // The entire library, with the loose photo's twin already in the list.
+    t.prompt.panelAnswers.append({p.path});
+    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QCOMPARE(t.prompt.panels.last().prompt, QStringLiteral("Add Photos Library"));
+    QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 4 && t.scanIdle(), 10000);
+    QCOMPARE(t.set().imagePaths(), (QStringList{loose, p.a, p.b, p.c}));
+
+    // A second time, all albums: "b" is in both and everything is in the list already.
+    QTest::mouseClick(home->btnAddMore(), Qt::LeftButton);
+    chooser->btnAddPhotosLibHomeVC()->click();
+    QTest::mouseClick(chooser->btnOkHomeVC(), Qt::LeftButton);
+    chooser->btnAddAblumsAddFilesVC()->click();
+    t.prompt.panelAnswers.append({p.path});
+    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QTRY_VERIFY(!chooser->isBusy());
+    QTest::mouseClick(chooser->btnOKAlbumList(), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(t.prompt.alerts.size(), 1, 10000);
+    QCOMPARE(t.prompt.alerts[0].text,
+             QStringLiteral("The selected images are already added to the list"));
+    QCOMPARE(t.set().count(), 4);
+}
+
+void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
+    TestApp t;
+    AddFilesScreen* add = t.window().addFilesScreen();
+    AlbumChooser* chooser = add->albumChooser();
+
+    // A cancelled panel in the album path opens no list.
+    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    chooser->btnAddAblumsAddFilesVC()->click();
+    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QVERIFY(!chooser->isVisible());
+    QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
+
+    // A library without albums shows so; "Add" then adds nothing and stays on this screen.
+    const Package bare = makePackage(t.dir("bare"), false);
+    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    t.prompt.panelAnswers.append({bare.path});
+    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QTRY_VERIFY(!chooser->isBusy());
+    QCOMPARE(chooser->tableView()->count(), 0);
+    QCOMPARE(chooser->lblAlbumListStatus()->text(), QStringLiteral("This library has no albums."));
+    QTest::mouseClick(chooser->btnOKAlbumList(), Qt::LeftButton);
+    QTest::qWait(200);
+    QCOMPARE(t.set().count(), 0);
+    QCOMPARE(t.window().rootView()->selectedIndex(), 0);
+
+    // A folder that is no library: the list says why.
+    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    t.prompt.panelAnswers.append({t.dir("plain")});
+    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QTRY_VERIFY(!chooser->isBusy());
+    QVERIFY(chooser->lblAlbumListStatus()->text().contains(QStringLiteral("not a photo library")));
+    QTest::mouseClick(chooser->findChild<QPushButton*>(QStringLiteral("btnCancelAlbumList")),
+                      Qt::LeftButton);
+    QVERIFY(!chooser->isVisible());
+    QCOMPARE(t.set().count(), 0);
+}
+
+TAGMOOR_APP_TEST_MAIN(AlbumChooserTest)
+#include "AlbumChooserTest.moc"
