@@ -7,11 +7,16 @@
 
 #include <QLabel>
 #include <QLoggingCategory>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 Q_LOGGING_CATEGORY(lcLocationView, "tagmoor.location.view")
 
 namespace tagmoor {
+
+namespace {
+constexpr double kSpan = 12.0;
+} // namespace
 
 LocationView::LocationView(const Settings& settings, QWidget* parent)
     : QWidget(parent), m_text(new QLabel), m_map(new MapView), m_geocoder(new Geocoder(this)) {
@@ -21,6 +26,8 @@ LocationView::LocationView(const Settings& settings, QWidget* parent)
     m_text->setForegroundRole(QPalette::PlaceholderText);
     m_text->setWordWrap(true);
     m_map->setFixedHeight(110);
+    m_map->zoomInButton()->hide();
+    m_map->zoomOutButton()->hide();
     m_map->configureTiles(settings);
     m_map->hide();
     auto* layout = new QVBoxLayout(this);
@@ -32,7 +39,8 @@ LocationView::LocationView(const Settings& settings, QWidget* parent)
 
 void LocationView::showPosition(double latitude, double longitude) {
     m_map->show();
-    m_map->setRegion({latitude, longitude, 1.0, 1.0}, false);
+    // A wider view than the picker's: at this size the country around the pin tells more.
+    m_map->setRegion({latitude, longitude, kSpan, kSpan}, false);
     m_map->removeAnnotations();
     m_map->addAnnotation({latitude, longitude, QString(), QString()});
     if (m_text->text().isEmpty())

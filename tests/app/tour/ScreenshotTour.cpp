@@ -196,6 +196,8 @@ int main(int argc, char** argv) {
     QTemporaryDir tileCache;
     picker->mapView()->setTileTemplate(0, tiles.urlTemplate(), tileCache.path());
     home->clickShowEditorGPS();
+    settle();
+    picker->txtFieldName()->clear();
     QTest::keyClicks(picker->txtFieldName(), QStringLiteral("Zurich"));
     settle(300);
     picker->mapView()->setZoom(13);

@@ -39,6 +39,12 @@ public:
         });
     }
 
+    // The connections close with the server, after the members they report to are gone.
+    ~TileServer() override {
+        for (QTcpSocket* socket : m_server.findChildren<QTcpSocket*>())
+            socket->disconnect(this);
+    }
+
     // Makes each tile's PNG from its address instead of the one plain tile.
     void setTileMaker(std::function<QByteArray(int zoom, int x, int y)> maker) {
         m_maker = std::move(maker);
