@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -20,6 +21,8 @@ namespace tagmoor {
 namespace {
 
 constexpr int kTile = MapProjection::kTileSize;
+// Outline tiles drawn anew in one frame at most; each takes a few milliseconds.
+constexpr int kNewTilesPerFrame = 3;
 const QColor kSea(170, 211, 223);
 const QColor kLand(242, 239, 233);
 const QColor kCoast(120, 146, 160);
@@ -310,18 +313,36 @@ void MapView::paintEvent(QPaintEvent*) {
     if (loader)
         loader->clearQueue();
     m_networkTilesDrawn = 0;
+    int budget = kNewTilesPerFrame;
+    bool pending = false;
     // Outline first for every tile, so that a slow network never leaves a hole.
     for (int y = std::max(0, firstY); y <= std::min(count - 1, lastY); ++y) {
         for (int x = firstX; x <= lastX; ++x) {
             const QPointF at = QPointF(x * kTile, y * kTile) - topLeft;
             const int wrapped = wrapTile(x, count);
-            painter.drawImage(at, outlineTile(m_zoom, wrapped, y));
+            if (m_outlineTiles.contains(tileKey(-1, m_zoom, wrapped, y)) || budget > 0) {
+                if (!m_outlineTiles.contains(tileKey(-1, m_zoom, wrapped, y)))
+                    --budget;
+                painter.drawImage(at, outlineTile(m_zoom, wrapped, y));
+            } else {
+                // Not drawn yet: the quarter of the tile one zoom out stands in for it until
+                // a later frame draws it, so that no frame takes long.
+                pending = true;
+                if (const QImage* parent =
+                        m_outlineTiles.object(tileKey(-1, m_zoom - 1, wrapped / 2, y / 2)))
+                    painter.drawImage(QRectF(at, QSizeF(kTile, kTile)), *parent,
+                                      QRectF((wrapped % 2) * kTile / 2, (y % 2) * kTile / 2,
+                                             kTile / 2, kTile / 2));
+            }
             if (const QImage* tile = networkTile(m_zoom, wrapped, y)) {
                 painter.drawImage(at, *tile);
                 ++m_networkTilesDrawn;
             }
         }
     }
+
+    if (pending)
+        QTimer::singleShot(0, this, qOverload<>(&QWidget::update));
 
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_pin) {

@@ -269,8 +269,13 @@ std::optional<Placemark> Gazetteer::reverse(double latitude, double longitude) c
             locality = &hit;
         }
     }
-    if (!locality)
-        locality = quarter;
+    if (!locality) {
+        // Only quarters of a place are near, none close enough to count as one: the nearest
+        // of them stands for the locality.
+        locality = &*std::min_element(hits.begin(), hits.end(),
+                                      [](const Hit& a, const Hit& b) { return a.chord < b.chord; });
+        quarter = nullptr;
+    }
     Placemark mark = placemarkOf(m_places[std::size_t(locality->index)]);
     if (quarter && quarter != locality) {
         const Place& place = m_places[std::size_t(quarter->index)];
