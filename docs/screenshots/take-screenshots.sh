@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Takes the screenshots of this folder: the add screen, the home screen with 50 photos
-# handed over on the command line, and the editor's states through the screenshot tour. Runs the real program under a virtual X server at
-# 1280x800 with settings of its own. Needs xvfb-run and ImageMagick.
+# handed over on the command line, and through the screenshot tour the editor's states, the
+# location picker (offline and with tiles from a loopback server), the location view and the
+# preview window. Runs the real program under a virtual X server at 1280x800 with settings of
+# its own. Needs xvfb-run and ImageMagick.
 set -euo pipefail
 cd "$(dirname "$0")"
 here=$(pwd)

@@ -59,8 +59,10 @@ void MainWindow::tappedAbout() {
     if (m_app.settings().isPopUp().value_or(false) || !m_app.settings().startup().has_value())
         return;
     QMessageBox::about(this, tr("About Tagmoor"),
-                       QStringLiteral("<h3>Tagmoor %1</h3><p>Edit the metadata of many photos "
-                                      "at once.</p>")
+                       tr("<h3>Tagmoor %1</h3><p>Edit the metadata of many photos at once.</p>"
+                          "<p>World outline: Natural Earth (public domain). Place names: "
+                          "GeoNames (CC BY 4.0). Map tiles: © OpenStreetMap "
+                          "contributors.</p>")
                            .arg(AppDelegate::version()));
 }
 

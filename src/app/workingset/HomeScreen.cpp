@@ -12,6 +12,10 @@
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
+#include "geo/SharedLocation.h"
+#include "location/GeoLocationViewController.h"
+#include "location/LocationView.h"
+#include "location/PreviewViewController.h"
 #include "model/FormFieldTable.h"
 #include "photolibrary/AlbumChooser.h"
 #include "presets/PresetStore.h"
@@ -165,7 +169,7 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
         connect(view, &QAbstractItemView::clicked, this,
                 [this](const QModelIndex& index) { showPreview(index.row()); });
         connect(view, &QAbstractItemView::doubleClicked, this,
-                [this](const QModelIndex& index) { showInfo(index.row()); });
+                [this](const QModelIndex& index) { openPreview(index.row()); });
         view->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(view, &QWidget::customContextMenuRequested, this,
                 [this, view](const QPoint& pos) { showContextMenu(view, pos); });
@@ -260,11 +264,9 @@ QWidget* HomeScreen::makeSidePane() {
     m_imageName->setObjectName(QStringLiteral("lblImageName"));
     m_imageName->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     m_imageName->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    // The place of the one marked photo; the map comes later, the numbers show already.
-    m_location = new QLabel;
-    m_location->setObjectName(QStringLiteral("lblLocation"));
-    m_location->setAlignment(Qt::AlignHCenter);
-    m_location->setForegroundRole(QPalette::PlaceholderText);
+    // The place of the one marked photo and its pin.
+    m_locationView = new LocationView(m_objects.settings);
+    m_location = m_locationView->label();
 
     auto* tabs = new QHBoxLayout;
     tabs->setSpacing(0);
@@ -311,6 +313,9 @@ QWidget* HomeScreen::makeSidePane() {
     connect(resetAll, &QPushButton::clicked, this, &HomeScreen::clickedResetAll);
     m_presetsMenu = new PresetsViewController({m_objects.presets, m_objects.events, *m_form}, this);
     connect(preset, &QPushButton::clicked, this, [this, preset] { m_presetsMenu->showAt(preset); });
+    connect(gps, &QPushButton::clicked, this, &HomeScreen::clickShowEditorGPS);
+    connect(&m_objects.events, &AppEvents::UpdateLocationFromGeoLocationOTM, this,
+            &HomeScreen::updateLocationViewWithNotification);
     m_editingOnly.append(gps);
     m_start->setDefault(true);
     m_start->setMinimumHeight(36);
@@ -334,7 +339,7 @@ QWidget* HomeScreen::makeSidePane() {
     layout->setSpacing(10);
     layout->addWidget(m_preview, 0, Qt::AlignHCenter);
     layout->addWidget(m_imageName);
-    layout->addWidget(m_location);
+    layout->addWidget(m_locationView);
     layout->addWidget(makeLine());
     layout->addLayout(tabs);
     layout->addWidget(m_editorHost, 1);
@@ -444,7 +449,7 @@ void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
         if (*outcome.showRecord < m_objects.workingSet.count())
             showLocation(m_objects.workingSet.workingImages().at(*outcome.showRecord));
     } else {
-        m_location->clear();
+        m_locationView->clear();
         if (outcome.geocodeDefaultAndClearPreview)
             clearPreview();
     }
@@ -539,7 +544,7 @@ void HomeScreen::clearPreview() {
     m_preview->setText(tr("No photo selected"));
     m_imageName->clear();
     m_imageName->setToolTip(QString());
-    m_location->clear();
+    m_locationView->clear();
 }
 
 QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
@@ -559,7 +564,7 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     const auto& images = m_objects.workingSet.workingImages();
     const bool onRow = row >= 0 && row < images.size();
     QAction* showMetadata =
-        menu->addAction(tr("Show Metadata"), this, [this, row] { showInfo(row); });
+        menu->addAction(tr("Show Metadata"), this, [this, row] { openPreview(row); });
     showMetadata->setEnabled(onRow);
     menu->addAction(tr("Mark/Unmark All"), this, &HomeScreen::markUnmarkAll);
     menu->addSeparator();
@@ -648,11 +653,48 @@ void HomeScreen::showLocation(const CGImageProperties& record) {
     const auto lat = record.gpsProperties ? record.gpsProperties->latitude.float32() : std::nullopt;
     const auto lon =
         record.gpsProperties ? record.gpsProperties->longitude.float32() : std::nullopt;
-    if (lat && lon)
-        m_location->setText(
-            tr("Location: %1, %2").arg(double(*lat), 0, 'f', 5).arg(double(*lon), 0, 'f', 5));
-    else
-        m_location->setText(tr("No location"));
+    if (lat && lon) {
+        SharedLocation::instance() = {double(*lat), double(*lon)};
+        m_locationView->showPosition(*lat, *lon);
+    } else {
+        m_locationView->showText(tr("No location"));
+    }
+}
+
+void HomeScreen::clickShowEditorGPS() {
+    SharedLocation& shared = SharedLocation::instance();
+    if (m_form->selectedLatitude() && m_form->selectedLongitude())
+        shared = {*m_form->selectedLatitude(), *m_form->selectedLongitude()};
+    if (!m_picker) {
+        m_picker = new GeoLocationViewController(m_objects.events, m_objects.settings,
+                                                 m_objects.prompt, this);
+        connect(m_picker, &QDialog::finished, this,
+                [this] { emit m_objects.events.HideUnhideTopLayerTM(true); });
+    }
+    emit m_objects.events.HideUnhideTopLayerTM(false);
+    m_picker->open();
+}
+
+void HomeScreen::updateLocationViewWithNotification() {
+    const SharedLocation& shared = SharedLocation::instance();
+    m_form->takeLocation(shared.latitude, shared.longitude);
+    m_locationView->showPosition(shared.latitude, shared.longitude);
+}
+
+PreviewViewController* HomeScreen::previewWindow() const {
+    return m_previewWindow;
+}
+
+void HomeScreen::openPreview(int row) {
+    const auto& images = m_objects.workingSet.workingImages();
+    if (row < 0 || row >= images.size())
+        return;
+    if (!m_previewWindow)
+        m_previewWindow = new PreviewViewController(m_objects.settings, this);
+    m_previewWindow->setImageProperties(images[row]);
+    m_previewWindow->show();
+    m_previewWindow->raise();
+    m_previewWindow->activateWindow();
 }
 
 void HomeScreen::showInfo(int row) {

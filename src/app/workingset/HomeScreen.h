@@ -19,6 +19,9 @@ class AlbumChooser;
 class AppEvents;
 class BatchController;
 class FinalProcessedVC;
+class GeoLocationViewController;
+class LocationView;
+class PreviewViewController;
 class FolderAccess;
 class PresetStore;
 class PresetsViewController;
@@ -114,6 +117,15 @@ public:
     // "Show Metadata" and "Get Info": the facts of one photo.
     void showInfo(int row);
     QLabel* lblLocation() const { return m_location; }
+    LocationView* locationView() const { return m_locationView; }
+    // "Location...": the picker, starting from the photo's position.
+    void clickShowEditorGPS();
+    GeoLocationViewController* locationPicker() const { return m_picker; }
+    // The picker closed: the editor's GPS fields and the location view take its position.
+    void updateLocationViewWithNotification();
+    // Double click and "Show Metadata": the preview window of one photo.
+    void openPreview(int row);
+    PreviewViewController* previewWindow() const;
     TutorialOverlay* tutorial() const { return m_tutorial; }
     // The tour of the screen, once per user: after the first scan that filled the list.
     void showTutorialOnce();
@@ -174,6 +186,9 @@ private:
     QButtonGroup* m_tabs = nullptr;
     QLabel* m_markedSummary;
     QLabel* m_location = nullptr;
+    LocationView* m_locationView = nullptr;
+    GeoLocationViewController* m_picker = nullptr;
+    QPointer<PreviewViewController> m_previewWindow;
     TutorialOverlay* m_tutorial = nullptr;
     ProcessingControls* m_processing = nullptr;
     StartProcessChain* m_chain = nullptr;

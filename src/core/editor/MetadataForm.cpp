@@ -8,12 +8,14 @@
 #include "editor/FormPopups.h"
 #include "editor/PresetForm.h"
 #include "foundation/UserPrompt.h"
+#include "geo/CoordinateText.h"
 #include "model/FormFieldTable.h"
 #include "workingset/WorkingSet.h"
 
 #include <QCoreApplication>
 
 #include <cmath>
+#include <tuple>
 
 namespace tagmoor {
 
@@ -26,6 +28,7 @@ QString tr(const char* text) {
 constexpr int kLatitude = 31;
 constexpr int kLatitudeRef = 32;
 constexpr int kLongitude = 33;
+constexpr int kLongitudeRef = 34;
 
 // The form position of each date field, in the order of allDateFields.
 int positionOf(DateField field) {
@@ -325,6 +328,23 @@ bool MetadataForm::chooseReferenceRow(int position, int row) {
         setFlag(position, !selectionHoldsRow(position, row));
     updateCoordinateFlag(coordinate);
     return true;
+}
+
+void MetadataForm::takeLocation(double latitude, double longitude) {
+    const std::array<std::tuple<int, int, double>, 2> coordinates{
+        std::tuple{kLatitude, kLatitudeRef, latitude},
+        std::tuple{kLongitude, kLongitudeRef, longitude}};
+    for (const auto& [position, reference, degrees] : coordinates) {
+        const int row = degrees < 0 ? 2 : 1;
+        m_rows[std::size_t(reference)] = row;
+        if (m_isHome)
+            setFlag(reference, !selectionHoldsRow(reference, row));
+        emit fieldChanged(reference);
+        editText(position, coordinateText(float(std::fabs(degrees))));
+        emit fieldChanged(position);
+        if (m_isHome)
+            updateCoordinateFlag(position);
+    }
 }
 
 void MetadataForm::updateCoordinateFlag(int position) {

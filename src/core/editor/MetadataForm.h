@@ -103,6 +103,10 @@ public:
     // Reset All: every control empty, every flag down, the date rules emptied.
     void resetAll();
 
+    // The picker's hand-over: the position goes into the latitude and longitude fields (as
+    // degrees without sign) and their reference popups (N/S, E/W), as edits of the user.
+    void takeLocation(double latitude, double longitude);
+
     // The coordinate the location view and picker start from.
     std::optional<double> selectedLatitude() const { return m_selectedLatitude; }
     std::optional<double> selectedLongitude() const { return m_selectedLongitude; }

@@ -33,6 +33,9 @@ const QHash<QString, KeySpec>& keyTable() {
         {Settings::IsPopUpOTM, {Kind::Bool, QVariant(false)}},
         {Settings::UpdateFeedURL, {Kind::Text, std::nullopt}},
         {Settings::kPropertiesDataAP, {Kind::Bytes, std::nullopt}},
+        {Settings::MapTileURLStandard, {Kind::Text, std::nullopt}},
+        {Settings::MapTileURLSatellite, {Kind::Text, std::nullopt}},
+        {Settings::MapTileURLHybrid, {Kind::Text, std::nullopt}},
     };
     return table;
 }
@@ -199,6 +202,21 @@ std::optional<QString> Settings::updateFeedUrl() const {
 }
 void Settings::setUpdateFeedUrl(const QString& v) {
     write(UpdateFeedURL, v);
+}
+
+namespace {
+const char* mapTileKey(int mapType) {
+    return mapType == 1   ? Settings::MapTileURLSatellite
+           : mapType == 2 ? Settings::MapTileURLHybrid
+                          : Settings::MapTileURLStandard;
+}
+} // namespace
+
+std::optional<QString> Settings::mapTileUrl(int mapType) const {
+    return readText(mapTileKey(mapType));
+}
+void Settings::setMapTileUrl(int mapType, const QString& v) {
+    write(mapTileKey(mapType), v);
 }
 
 std::optional<QByteArray> Settings::propertiesData() const {

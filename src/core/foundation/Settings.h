@@ -40,6 +40,10 @@ public:
     static constexpr const char* IsPopUpOTM = "IsPopUpOTM";
     // Address of the update feed; without it no update check happens.
     static constexpr const char* UpdateFeedURL = "UpdateFeedURL";
+    // Tile addresses of the map types ({z}, {x}, {y}); the standard map has a built-in one.
+    static constexpr const char* MapTileURLStandard = "MapTileURLStandard";
+    static constexpr const char* MapTileURLSatellite = "MapTileURLSatellite";
+    static constexpr const char* MapTileURLHybrid = "MapTileURLHybrid";
     // The saved presets, one byte block.
     static constexpr const char* kPropertiesDataAP = "kPropertiesDataAP";
 
@@ -66,6 +70,9 @@ public:
     void setIsPopUp(bool v);
     std::optional<QString> updateFeedUrl() const;
     void setUpdateFeedUrl(const QString& v);
+    // 0 standard, 1 satellite, 2 hybrid.
+    std::optional<QString> mapTileUrl(int mapType) const;
+    void setMapTileUrl(int mapType, const QString& v);
     std::optional<QByteArray> propertiesData() const;
     void setPropertiesData(const QByteArray& v);
 

@@ -1,6 +1,7 @@
 // Drives the real application through the states shown in docs/screenshots and saves a
 // picture of the screen at each. Runs on a real X server (the screenshot script starts Xvfb).
 //   screenshot_tour OUTPUT_DIR PHOTO...
+#include "../../core/geo/TileServer.h"
 #include "../../core/photolibrary/LibraryFixtures.h"
 #include "../AppTestSupport.h"
 #include "batch/FinalProcessedVC.h"
@@ -8,6 +9,9 @@
 #include "editor/DateConfigurationPanel.h"
 #include "editor/FieldControl.h"
 #include "editor/MetadataViewController.h"
+#include "location/GeoLocationViewController.h"
+#include "location/LocationView.h"
+#include "location/PreviewViewController.h"
 #include "model/FormFieldTable.h"
 #include "photolibrary/AlbumChooser.h"
 #include "presets/PresetStore.h"
@@ -28,8 +32,10 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRandomGenerator>
 #include <QScreen>
 #include <QScrollArea>
 #include <QTimer>
@@ -80,6 +86,37 @@ QStringList makeTourLibraries(const QString& dir) {
                                "'_Digikam_Internal_Tags_'), (2, 0, 'Family'), (3, 0, 'Friends'),"
                                "(4, 0, 'Favourites');");
     return {package, digiKam};
+}
+
+// A tile of a made-up town for the test server: blocks, parks and streets, so that tiles
+// drawn over the outline are told apart from it.
+QByteArray townTile(int zoom, int x, int y) {
+    QImage tile(256, 256, QImage::Format_RGB32);
+    tile.fill(QColor(238, 234, 226));
+    QPainter painter(&tile);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QRandomGenerator random(quint32(zoom * 1000003 + x * 7919 + y));
+    for (int i = 0; i < 5; ++i) {
+        const QRectF park(random.bounded(220), random.bounded(220), 30 + random.bounded(50),
+                          25 + random.bounded(40));
+        painter.fillRect(park, QColor(200, 228, 190));
+    }
+    for (int i = 0; i < 6; ++i) {
+        const bool across = i % 2 == 0;
+        const double at = 20 + random.bounded(216);
+        const QLineF street = across ? QLineF(0, at, 256, at + random.bounded(60) - 30)
+                                     : QLineF(at, 0, at + random.bounded(60) - 30, 256);
+        painter.setPen(QPen(QColor(200, 196, 188), 7));
+        painter.drawLine(street);
+        painter.setPen(QPen(i == 0 ? QColor(250, 220, 150) : Qt::white, 5));
+        painter.drawLine(street);
+    }
+    painter.end();
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    tile.save(&buffer, "PNG");
+    return png;
 }
 
 } // namespace
@@ -188,6 +225,48 @@ int main(int argc, char** argv) {
     QTest::keyClicks(rename->txtFieldAddText(), QStringLiteral("Iceland-"));
     shoot(out, QStringLiteral("rename-panel.png"), window);
     rename->clickedClose();
+    settle();
+
+    // The place of one marked photo, the picker offline and with tiles, and the preview.
+    t.app->settings().setMapTileUrl(0, QString());
+    home->locationView()->mapView()->setTileTemplate(0, QString());
+    home->clickedSelectUnselectAll(false);
+    int gpsRow = 0;
+    for (int i = 0; i < t.set().count(); ++i)
+        if (t.set().workingImages().at(i).path().endsWith(QStringLiteral("/FurnaceCreekInn.jpg")))
+            gpsRow = i;
+    home->clickedCheckBox(gpsRow, true);
+    settle(800);
+    shoot(out, QStringLiteral("home-location.png"), window);
+    home->clickShowEditorGPS();
+    GeoLocationViewController* picker = home->locationPicker();
+    picker->mapView()->zoomOut();
+    picker->mapView()->zoomOut();
+    picker->mapView()->zoomOut();
+    shoot(out, QStringLiteral("location-picker-offline.png"), window, picker, 900);
+    picker->clickedCancel();
+    settle();
+    test::TileServer tiles;
+    tiles.setTileMaker(townTile);
+    QTemporaryDir tileCache;
+    picker->mapView()->setTileTemplate(0, tiles.urlTemplate(), tileCache.path());
+    home->clickShowEditorGPS();
+    settle();
+    picker->txtFieldName()->clear();
+    QTest::keyClicks(picker->txtFieldName(), QStringLiteral("Zurich"));
+    settle(300);
+    picker->mapView()->setZoom(13);
+    shoot(out, QStringLiteral("location-picker-tiles.png"), window, picker, 1500);
+    picker->reject();
+    settle();
+    home->openPreview(gpsRow);
+    PreviewViewController* preview = home->previewWindow();
+    preview->move(60, 30);
+    preview->mapView()->zoomOut();
+    preview->mapView()->zoomOut();
+    shoot(out, QStringLiteral("preview-window.png"), preview, nullptr, 1200);
+    preview->close();
+    home->clickedSelectUnselectAll(true);
     settle();
 
     // The questions of Start Process as the application shows them.

@@ -1,0 +1,208 @@
+#include "location/GeoLocationViewController.h"
+
+#include "foundation/AppEvents.h"
+#include "foundation/Settings.h"
+#include "foundation/UserPrompt.h"
+#include "geo/CoordinateText.h"
+#include "geo/Geocoder.h"
+#include "geo/SharedLocation.h"
+#include "location/MapTypeSegment.h"
+
+#include <QButtonGroup>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLoggingCategory>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+Q_LOGGING_CATEGORY(lcPicker, "tagmoor.location.picker")
+
+namespace tagmoor {
+
+namespace {
+constexpr double kSpan = 1.0;
+} // namespace
+
+GeoLocationViewController::GeoLocationViewController(AppEvents& events, const Settings& settings,
+                                                     UserPrompt& prompt, QWidget* parent)
+    : QDialog(parent), m_events(events), m_prompt(prompt), m_geocoder(new Geocoder(this)),
+      m_map(new MapView), m_latitudeField(new QLineEdit), m_longitudeField(new QLineEdit),
+      m_nameField(new QLineEdit) {
+    setObjectName(QStringLiteral("GeoLocation"));
+    setWindowTitle(tr("Location"));
+    setWindowModality(Qt::WindowModal);
+    resize(720, 560);
+    m_map->configureTiles(settings);
+
+    auto* heading = new QLabel(tr("Change the location of the selected photos"));
+    heading->setObjectName(QStringLiteral("lblChangeTheLocationOfTheSelected"));
+    QFont bold = heading->font();
+    bold.setBold(true);
+    heading->setFont(bold);
+
+    m_latitudeField->setObjectName(QStringLiteral("txtFieldLatitude"));
+    m_longitudeField->setObjectName(QStringLiteral("txtFieldLongitude"));
+    m_nameField->setObjectName(QStringLiteral("txtFieldName"));
+    m_latitudeField->setPlaceholderText(tr("Decimal degrees, north positive"));
+    m_longitudeField->setPlaceholderText(tr("Decimal degrees, east positive"));
+    m_nameField->setPlaceholderText(tr("Type a place, e.g. Z\u00fcrich or Paris, France"));
+    m_nameField->setClearButtonEnabled(true);
+    auto* latitudeLabel = new QLabel(tr("Latitude:"));
+    latitudeLabel->setObjectName(QStringLiteral("lblLatitude"));
+    auto* longitudeLabel = new QLabel(tr("Longitude:"));
+    longitudeLabel->setObjectName(QStringLiteral("lblLongitude"));
+    auto* nameLabel = new QLabel(tr("Place:"));
+    nameLabel->setObjectName(QStringLiteral("lblName"));
+    auto* viewLabel = new QLabel(tr("View:"));
+    viewLabel->setObjectName(QStringLiteral("lblView"));
+
+    auto* coordinates = new QHBoxLayout;
+    coordinates->addWidget(latitudeLabel);
+    coordinates->addWidget(m_latitudeField, 1);
+    coordinates->addSpacing(12);
+    coordinates->addWidget(longitudeLabel);
+    coordinates->addWidget(m_longitudeField, 1);
+    auto* name = new QHBoxLayout;
+    name->addWidget(nameLabel);
+    name->addWidget(m_nameField, 1);
+
+    auto* segment = new MapTypeSegment(QStringLiteral("segmentControl"));
+    m_segment = segment->group();
+    auto* bottom = new QHBoxLayout;
+    bottom->addWidget(viewLabel);
+    bottom->addWidget(segment);
+    bottom->addStretch(1);
+    m_close = new QPushButton(tr("Done"));
+    m_close->setObjectName(QStringLiteral("btnCancel"));
+    m_close->setDefault(true);
+    bottom->addWidget(m_close);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 14, 16, 14);
+    layout->setSpacing(10);
+    layout->addWidget(heading);
+    layout->addLayout(coordinates);
+    layout->addLayout(name);
+    layout->addWidget(m_map, 1);
+    layout->addLayout(bottom);
+    latitudeLabel->setBuddy(m_latitudeField);
+    longitudeLabel->setBuddy(m_longitudeField);
+    nameLabel->setBuddy(m_nameField);
+
+    connect(m_segment, &QButtonGroup::idClicked, this,
+            &GeoLocationViewController::clickedOnSegment);
+    for (QLineEdit* field : {m_latitudeField, m_longitudeField, m_nameField})
+        connect(field, &QLineEdit::textEdited, this,
+                [this, field] { controlTextDidChange(field); });
+    connect(m_map, &MapView::annotationDragEnded, this,
+            &GeoLocationViewController::annotationDragEnded);
+    connect(m_map, &MapView::annotationClicked, this, &GeoLocationViewController::showMoreInfo);
+    connect(m_close, &QPushButton::clicked, this, &GeoLocationViewController::clickedCancel);
+}
+
+GeoLocationViewController::~GeoLocationViewController() = default;
+
+void GeoLocationViewController::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    viewWillAppear();
+}
+
+void GeoLocationViewController::viewWillAppear() {
+    const SharedLocation& shared = SharedLocation::instance();
+    m_latitude = float(shared.latitude);
+    m_longitude = float(shared.longitude);
+    m_nameField->clear();
+    updateMap(QString(), QString(), std::max(0, m_segment->checkedId()), m_latitude, m_longitude);
+    writeFields();
+    startReverseGeocoding();
+}
+
+void GeoLocationViewController::updateMap(const QString& title, const QString& subtitle,
+                                          int mapType, double latitude, double longitude) {
+    m_map->setMapType(mapType);
+    m_newRegion = {latitude, longitude, kSpan, kSpan};
+    const MapRegion fitted = MapProjection::regionThatFits(m_newRegion, m_map->size());
+    if (fitted.isValid())
+        m_newRegion = fitted;
+    m_map->setRegion(m_newRegion, true);
+    m_map->removeAnnotations();
+    m_mapAnnotations.clear();
+    const PinAnnotation pin{latitude, longitude, title, subtitle};
+    m_mapAnnotations.append(pin);
+    m_map->addAnnotation(pin);
+}
+
+void GeoLocationViewController::clickedOnSegment(int index) {
+    updateMap(QString(), QString(), index, m_latitude, m_longitude);
+    writeFields();
+}
+
+void GeoLocationViewController::controlTextDidChange(QLineEdit* sender) {
+    const int mapType = std::max(0, m_segment->checkedId());
+    if (sender == m_latitudeField || sender == m_longitudeField) {
+        (sender == m_latitudeField ? m_latitude : m_longitude) = floatValueOfText(sender->text());
+        updateMap(QString(), QString(), mapType, m_latitude, m_longitude);
+        startReverseGeocoding();
+    } else if (sender == m_nameField) {
+        m_geocoder->geocodeAddressString(
+            m_nameField->text(), [this](const QList<Placemark>& marks, const QString& error) {
+                if (!error.isEmpty())
+                    qCInfo(lcPicker) << error;
+                if (marks.isEmpty())
+                    return;
+                m_latitude = float(marks.first().latitude);
+                m_longitude = float(marks.first().longitude);
+                updateMap(QString(), QString(), std::max(0, m_segment->checkedId()), m_latitude,
+                          m_longitude);
+                writeFields();
+            });
+    }
+}
+
+void GeoLocationViewController::annotationDragEnded(double latitude, double longitude) {
+    m_latitude = float(latitude);
+    m_longitude = float(longitude);
+    if (!m_mapAnnotations.isEmpty()) {
+        m_mapAnnotations.first().latitude = latitude;
+        m_mapAnnotations.first().longitude = longitude;
+    }
+    writeFields();
+    startReverseGeocoding();
+}
+
+void GeoLocationViewController::showMoreInfo() {
+    qCInfo(lcPicker) << "show popover to show more info";
+    m_prompt.tell(QStringLiteral("show details"), QStringLiteral("Informative text goes here"));
+}
+
+void GeoLocationViewController::clickedCancel() {
+    SharedLocation& shared = SharedLocation::instance();
+    shared.latitude = m_latitude;
+    shared.longitude = m_longitude;
+    emit m_events.UpdateLocationFromGeoLocationOTM();
+    accept();
+}
+
+void GeoLocationViewController::writeFields() {
+    m_latitudeField->setText(coordinateText(m_latitude));
+    m_longitudeField->setText(coordinateText(m_longitude));
+}
+
+void GeoLocationViewController::startReverseGeocoding() {
+    m_geocoder->reverseGeocodeLocation(
+        m_latitude, m_longitude,
+        [this](const std::optional<Placemark>& mark, const QString& error) {
+            if (!mark) {
+                qCInfo(lcPicker) << (error.isEmpty() ? QStringLiteral("Unknown error") : error);
+                return;
+            }
+            m_nameField->setText(mark->composedName());
+        });
+}
+
+} // namespace tagmoor

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "geo/MapProjection.h"
+#include "location/MapView.h"
+
+#include <QDialog>
+#include <QList>
+
+class QButtonGroup;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace tagmoor {
+
+class AppEvents;
+class Geocoder;
+class Settings;
+class UserPrompt;
+
+// The location picker: a sheet over the editor where a position is chosen by typing its
+// coordinates, by typing a place name (the offline gazetteer finds it), or by dragging the
+// pin. Closing hands the position to the process-wide pair that the editor's GPS fields take,
+// and tells them so (UpdateLocationFromGeoLocationOTM). It writes no metadata itself.
+class GeoLocationViewController : public QDialog {
+    Q_OBJECT
+public:
+    GeoLocationViewController(AppEvents& events, const Settings& settings, UserPrompt& prompt,
+                              QWidget* parent = nullptr);
+    ~GeoLocationViewController() override;
+
+    // Opening: the map, the fields and the name from the shared position.
+    void viewWillAppear();
+    // The one routine of every move: map type, region of 1.0 by 1.0 degrees, one pin.
+    void updateMap(const QString& title, const QString& subtitle, int mapType, double latitude,
+                   double longitude);
+    void clickedOnSegment(int index);
+    // A user's edit of one of the three fields.
+    void controlTextDidChange(QLineEdit* sender);
+    // The pin was dropped by the user.
+    void annotationDragEnded(double latitude, double longitude);
+    void showMoreInfo();
+    // The closing action: the position goes along.
+    void clickedCancel();
+
+    float latitude() const { return m_latitude; }
+    float longitude() const { return m_longitude; }
+    const MapRegion& newRegion() const { return m_newRegion; }
+    const QList<PinAnnotation>& mapAnnotations() const { return m_mapAnnotations; }
+    MapView* mapView() const { return m_map; }
+    QLineEdit* txtFieldLatitude() const { return m_latitudeField; }
+    QLineEdit* txtFieldLongitude() const { return m_longitudeField; }
+    QLineEdit* txtFieldName() const { return m_nameField; }
+    QButtonGroup* segmentControl() const { return m_segment; }
+    QPushButton* btnCancel() const { return m_close; }
+    Geocoder& geocoder() const { return *m_geocoder; }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void writeFields();
+    void startReverseGeocoding();
+
+    AppEvents& m_events;
+    UserPrompt& m_prompt;
+    Geocoder* m_geocoder;
+    MapView* m_map;
+    QLineEdit* m_latitudeField;
+    QLineEdit* m_longitudeField;
+    QLineEdit* m_nameField;
+    QButtonGroup* m_segment;
+    QPushButton* m_close;
+    QList<PinAnnotation> m_mapAnnotations;
+    float m_latitude = 0;
+    float m_longitude = 0;
+    MapRegion m_newRegion;
+};
+
+} // namespace tagmoor

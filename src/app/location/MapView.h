@@ -1,0 +1,128 @@
+#pragma once
+
+#include "geo/MapProjection.h"
+#include "geo/TileLoader.h"
+
+#include <QCache>
+#include <QImage>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <array>
+#include <memory>
+#include <optional>
+
+class QToolButton;
+
+namespace tagmoor {
+
+class Settings;
+struct WorldOutline;
+
+// The map's pin: where it stands and its callout texts.
+struct PinAnnotation {
+    double latitude = 0;
+    double longitude = 0;
+    QString title;
+    QString subtitle;
+};
+
+// A map of our own: the world outline of Natural Earth, drawn from the installed data in
+// 256-pixel tiles of the web map grid so that it works offline, with web map tiles drawn over
+// it when their server answers. Pan by dragging, zoom by the wheel or the buttons, one pin
+// that can be dragged. Map types: 0 standard, 1 satellite, 2 hybrid; satellite and hybrid
+// need a tile address in the settings and otherwise show the outline with a note.
+class MapView : public QWidget {
+    Q_OBJECT
+public:
+    // The standard map's tiles when the settings name none.
+    static constexpr const char* kOpenStreetMapTiles =
+        "https://tile.openstreetmap.org/{z}/{x}/{y}.png";
+
+    explicit MapView(QWidget* parent = nullptr);
+    ~MapView() override;
+
+    // Takes the tile addresses of the three map types from the settings (an empty one turns
+    // that type's tiles off); `cacheFolder` empty means the user's cache folder.
+    void configureTiles(const Settings& settings, const QString& cacheFolder = QString());
+    // Sets the tile address of one map type ("" for none).
+    void setTileTemplate(int mapType, const QString& urlTemplate,
+                         const QString& cacheFolder = QString());
+
+    int mapType() const { return m_mapType; }
+    void setMapType(int mapType);
+
+    // Shows `region` at the largest zoom that holds it, centred on its centre.
+    void setRegion(const MapRegion& region, bool animated = true);
+    // What the map shows now.
+    MapRegion region() const;
+    int zoom() const { return m_zoom; }
+    void setZoom(int zoom);
+    void zoomIn() { setZoom(m_zoom + 1); }
+    void zoomOut() { setZoom(m_zoom - 1); }
+    // Moves the view by screen pixels (a drag).
+    void panBy(QPointF pixels);
+
+    // The pin; at most one stands on the map.
+    void addAnnotation(const PinAnnotation& pin);
+    void removeAnnotations();
+    const std::optional<PinAnnotation>& annotation() const { return m_pin; }
+    int annotationCount() const { return m_pin ? 1 : 0; }
+    // Where the pin's point is on the widget.
+    QPointF pinPoint() const;
+
+    // Tiles drawn from the network in the last paint; the note of the last paint, if any.
+    int networkTilesDrawn() const { return m_networkTilesDrawn; }
+    QString note() const;
+    TileLoader* tileLoader(int mapType) const { return m_loaders[std::size_t(mapType)]; }
+    QToolButton* zoomInButton() const { return m_zoomIn; }
+    QToolButton* zoomOutButton() const { return m_zoomOut; }
+
+    QSize sizeHint() const override { return {520, 360}; }
+    QSize minimumSizeHint() const override { return {160, 110}; }
+
+signals:
+    // The pin was dropped at a new place by the user.
+    void annotationDragEnded(double latitude, double longitude);
+    // The pin was clicked without being moved.
+    void annotationClicked();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QImage outlineTile(int zoom, int x, int y);
+    const QImage* networkTile(int zoom, int x, int y);
+    void tileArrived(int mapType, int zoom, int x, int y, const QByteArray& bytes);
+    QPointF topLeftWorld() const;
+    void setZoomAround(int zoom, QPointF anchor);
+    QString attribution() const;
+
+    std::shared_ptr<const WorldOutline> m_outline;
+    int m_mapType = 0;
+    int m_zoom = 2;
+    QPointF m_centre; // in world pixels at m_zoom
+    // The region last asked for, fitted again when the widget's size changes until the user
+    // moves the map.
+    std::optional<MapRegion> m_wantedRegion;
+    std::optional<PinAnnotation> m_pin;
+    std::array<QPointer<TileLoader>, 3> m_loaders;
+    QCache<QString, QImage> m_outlineTiles;
+    QCache<QString, QImage> m_networkTiles;
+    QToolButton* m_zoomIn;
+    QToolButton* m_zoomOut;
+    enum class Drag { None, Map, Pin } m_drag = Drag::None;
+    QPointF m_dragStart;
+    QPointF m_lastMouse;
+    QPointF m_grabOffset;
+    bool m_moved = false;
+    int m_networkTilesDrawn = 0;
+};
+
+} // namespace tagmoor

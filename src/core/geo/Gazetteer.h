@@ -1,0 +1,75 @@
+#pragma once
+
+#include "geo/Placemark.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace tagmoor {
+
+// The offline gazetteer: about 135,000 populated places (GeoNames, 1,000 people or more).
+// Reverse geocoding finds the place a position belongs to; forward geocoding finds places by
+// name, ignoring accents and case. Both answer from indexes (a k-d tree over points on the
+// unit sphere, a sorted list of folded names), never by walking every place. Immutable once
+// loaded, so one instance serves every thread.
+class Gazetteer {
+public:
+    // Parses the uncompressed contents of places.bin; nothing when they are not such a file.
+    static std::shared_ptr<const Gazetteer> fromData(const QByteArray& data);
+    // Reads a places.bin file (zlib with its length in front).
+    static std::shared_ptr<const Gazetteer> fromFile(const QString& path);
+
+    int size() const { return int(m_places.size()); }
+
+    // The place of a position: the town or city it most likely belongs to (a large city
+    // reaches farther than a village beside it), with the quarter when one is close, and the
+    // country. Nothing when no place lies within 300 km (open sea, ice).
+    std::optional<Placemark> reverse(double latitude, double longitude) const;
+
+    // Places whose name is `text` or starts with it, exact names first, larger places first
+    // within each. "Name, Country" narrows the answer to a country (by name or ISO code).
+    QList<Placemark> forward(const QString& text, int limit = 10) const;
+
+    // The folding used for names: canonical decomposition, combining marks removed, full case
+    // folding ("São Paulo" and "SAO PAULO" fold alike).
+    static QString fold(const QString& text);
+
+private:
+    struct Place {
+        double x, y, z; // the position on the unit sphere
+        float latitude, longitude;
+        quint32 population;
+        char country[2];
+        quint8 kind; // 0 place, 1 quarter of a place, 2 capital
+        QString name;
+        QString adminCode;
+    };
+    struct Hit {
+        int index;
+        double chord;
+    };
+
+    Gazetteer() = default;
+    void buildTree(int begin, int end, int depth);
+    void within(const double p[3], double chord, int begin, int end, int depth,
+                std::vector<Hit>& out) const;
+    void nearest(const double p[3], int begin, int end, int depth, Hit& best) const;
+    Placemark placemarkOf(const Place& place) const;
+    QString countryName(const char code[2]) const;
+
+    // Places in k-d tree order: each range's median splits it on the depth's axis.
+    std::vector<Place> m_places;
+    // (folded name, index), sorted by folded name.
+    std::vector<std::pair<QString, int>> m_names;
+    QHash<QString, QString> m_countryNames;
+    // Folded country names to codes, for "Name, Country".
+    QHash<QString, QString> m_countryCodes;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,277 @@
+// The location picker, the map with tiles from a loopback server, the preview window and the
+// home screen's location view, on the real screens.
+#include "../core/geo/TileServer.h"
+#include "AppTestSupport.h"
+#include "editor/MetadataForm.h"
+#include "foundation/AppEvents.h"
+#include "geo/SharedLocation.h"
+#include "geo/TileLoader.h"
+#include "location/GeoLocationViewController.h"
+#include "location/LocationView.h"
+#include "location/MapView.h"
+#include "location/PreviewViewController.h"
+#include "workingset/HomeScreen.h"
+#include "workingset/PhotoListViews.h"
+#include "workingset/ScanController.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStackedWidget>
+
+using namespace tagmoor;
+using namespace tagmoor::test;
+
+namespace {
+
+constexpr int kLatitude = 31;
+constexpr int kLatitudeRef = 32;
+constexpr int kLongitude = 33;
+constexpr int kLongitudeRef = 34;
+
+void retype(QLineEdit* field, const QString& text) {
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Backspace);
+    QTest::keyClicks(field, text);
+}
+
+void mouse(QWidget* widget, QEvent::Type type, QPointF at) {
+    QMouseEvent event(type, at, widget->mapToGlobal(at), Qt::LeftButton,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &event);
+}
+
+} // namespace
+
+class LocationTest : public QObject {
+    Q_OBJECT
+private slots:
+    void pickerTakesTypedCoordinatesAsTheyAre();
+    void pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields();
+    void closingThePickerFillsTheEditorsGpsFields();
+    void mapDrawsTilesFromTheServerAndKeepsThemInItsCache();
+    void previewShowsThePhotoItsFactsAndItsPosition();
+
+private:
+    HomeScreen* load(TestApp& t, const QStringList& paths) {
+        t.app->scans().addFromDrop(paths);
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == paths.size(), 20000); }();
+        QCoreApplication::processEvents();
+        return t.window().homeScreen();
+    }
+};
+
+void LocationTest::pickerTakesTypedCoordinatesAsTheyAre() {
+    AppEvents events;
+    QTemporaryDir dir;
+    Settings settings(dir.filePath(QStringLiteral("s.ini")));
+    ScriptedPrompt prompt;
+    SharedLocation::instance() = {48.8584, 2.2945};
+    GeoLocationViewController picker(events, settings, prompt);
+    picker.show();
+    QCOMPARE(picker.txtFieldLatitude()->text(), QStringLiteral("48.8584"));
+    QCOMPARE(picker.txtFieldLongitude()->text(), QStringLiteral("2.2945"));
+    QCOMPARE(picker.segmentControl()->checkedId(), 0);
+    QTRY_COMPARE(picker.txtFieldName()->text(), QStringLiteral("Paris, France"));
+    QCOMPARE(picker.mapView()->annotationCount(), 1);
+
+    // No range check: 91 reaches the map and the pin as it is.
+    retype(picker.txtFieldLatitude(), QStringLiteral("91"));
+    QCOMPARE(picker.latitude(), 91.0f);
+    QCOMPARE(picker.newRegion().latitude, 91.0);
+    QCOMPARE(picker.mapView()->annotation()->latitude, 91.0);
+    // Typing is not rewritten under the user's fingers.
+    QCOMPARE(picker.txtFieldLatitude()->text(), QStringLiteral("91"));
+    // An emptied field, or one that is no number, gives 0; a number with a tail keeps its number.
+    retype(picker.txtFieldLatitude(), QString());
+    QCOMPARE(picker.latitude(), 0.0f);
+    retype(picker.txtFieldLongitude(), QStringLiteral("12.5 E"));
+    QCOMPARE(picker.longitude(), 12.5f);
+    retype(picker.txtFieldLongitude(), QStringLiteral("east"));
+    QCOMPARE(picker.longitude(), 0.0f);
+
+    // Every move leaves exactly one pin, on the map and in the list.
+    for (int segment : {1, 2, 0})
+        picker.segmentControl()->button(segment)->click();
+    QCOMPARE(picker.mapView()->annotationCount(), 1);
+    QCOMPARE(picker.mapAnnotations().size(), 1);
+    QCOMPARE(picker.mapView()->mapType(), 0);
+    picker.segmentControl()->button(1)->click();
+    // Satellite without a tile address says so on the map.
+    QVERIFY(!picker.mapView()->note().isEmpty());
+}
+
+void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
+    AppEvents events;
+    QTemporaryDir dir;
+    Settings settings(dir.filePath(QStringLiteral("s.ini")));
+    ScriptedPrompt prompt;
+    SharedLocation::instance() = {0, 0};
+    GeoLocationViewController picker(events, settings, prompt);
+    picker.resize(720, 560);
+    picker.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&picker));
+
+    QTest::keyClicks(picker.txtFieldName(), QStringLiteral("Zurich"));
+    QTRY_COMPARE(picker.txtFieldLatitude()->text().left(5), QStringLiteral("47.36"));
+    QCOMPARE(picker.txtFieldLongitude()->text().left(4), QStringLiteral("8.55"));
+    QCOMPARE(picker.mapView()->annotationCount(), 1);
+    // A name that matches nothing leaves the position where it was.
+    picker.txtFieldName()->setText(QStringLiteral("Qxzqxz"));
+    picker.controlTextDidChange(picker.txtFieldName());
+    QTest::qWait(50);
+    QCOMPARE(picker.txtFieldLatitude()->text().left(5), QStringLiteral("47.36"));
+
+    // Dragging the pin: new fields and a new name, the same region.
+    const MapRegion before = picker.mapView()->region();
+    const MapRegion newRegionBefore = picker.newRegion();
+    const QPointF head = picker.mapView()->pinPoint() + QPointF(0, -23);
+    mouse(picker.mapView(), QEvent::MouseButtonPress, head);
+    mouse(picker.mapView(), QEvent::MouseMove, head + QPointF(40, 30));
+    mouse(picker.mapView(), QEvent::MouseMove, head + QPointF(80, 60));
+    mouse(picker.mapView(), QEvent::MouseButtonRelease, head + QPointF(80, 60));
+    QVERIFY(picker.latitude() < 47.36f);
+    QVERIFY(picker.longitude() > 8.56f);
+    QCOMPARE(picker.txtFieldLatitude()->text().toFloat(), picker.latitude());
+    QCOMPARE(picker.mapView()->region().latitude, before.latitude);
+    QCOMPARE(picker.mapView()->region().longitude, before.longitude);
+    QCOMPARE(picker.newRegion().latitude, newRegionBefore.latitude);
+    QCOMPARE(picker.mapView()->annotationCount(), 1);
+    QTRY_VERIFY(picker.txtFieldName()->text().endsWith(QStringLiteral("Switzerland")));
+
+    // Clicking the pin without moving it shows the fixed details sheet.
+    prompt.answers = {0};
+    const QPointF still = picker.mapView()->pinPoint() + QPointF(0, -23);
+    mouse(picker.mapView(), QEvent::MouseButtonPress, still);
+    mouse(picker.mapView(), QEvent::MouseButtonRelease, still);
+    QCOMPARE(prompt.alerts.size(), 1);
+    QCOMPARE(prompt.alerts.first().title, QStringLiteral("show details"));
+}
+
+void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
+    TestApp t;
+    const QString dir = t.dir(QStringLiteral("gps"));
+    QFile::copy(formatsDir() + QStringLiteral("/et-GPS.jpg"), dir + QStringLiteral("/a.jpg"));
+    HomeScreen* home = load(t, {dir + QStringLiteral("/a.jpg")});
+    // The one marked photo's place, with its pin.
+    QVERIFY(home->locationView()->mapView()->isVisibleTo(home));
+    QCOMPARE(home->locationView()->mapView()->annotationCount(), 1);
+    QTRY_VERIFY(home->lblLocation()->text().endsWith(QStringLiteral("United Kingdom")));
+    const SharedLocation photo = SharedLocation::instance();
+    QVERIFY(qAbs(photo.latitude - 54.99) < 0.01 && qAbs(photo.longitude + 1.92) < 0.01);
+
+    home->clickShowEditorGPS();
+    GeoLocationViewController* picker = home->locationPicker();
+    QVERIFY(picker && picker->isVisible());
+    QCOMPARE(picker->latitude(), float(photo.latitude));
+    QCOMPARE(picker->longitude(), float(photo.longitude));
+
+    QSignalSpy told(&t.app->events(), &AppEvents::UpdateLocationFromGeoLocationOTM);
+    retype(picker->txtFieldLatitude(), QStringLiteral("-33.9628"));
+    retype(picker->txtFieldLongitude(), QStringLiteral("18.4098"));
+    picker->btnCancel()->click();
+    QCOMPARE(told.size(), 1);
+    QVERIFY(!picker->isVisible());
+
+    const MetadataForm& form = home->metadataForm();
+    QCOMPARE(form.text(kLatitude), QStringLiteral("33.9628"));
+    QCOMPARE(form.popupRow(kLatitudeRef), 2); // South
+    QCOMPARE(form.text(kLongitude), QStringLiteral("18.4098"));
+    QCOMPARE(form.popupRow(kLongitudeRef), 1); // East
+    QVERIFY(form.isEdited(kLatitude));
+    QVERIFY(form.isEdited(kLatitudeRef));
+    QVERIFY(form.hasEdits());
+    QTRY_COMPARE(home->lblLocation()->text(), QStringLiteral("Cape Town, South Africa"));
+}
+
+void LocationTest::mapDrawsTilesFromTheServerAndKeepsThemInItsCache() {
+    TileServer server;
+    QTemporaryDir cache;
+    QTemporaryDir dir;
+    Settings settings(dir.filePath(QStringLiteral("s.ini")));
+    settings.setMapTileUrl(0, server.urlTemplate());
+    int firstRequests = 0;
+    int drawnFirst = 0;
+    {
+        MapView map;
+        map.configureTiles(settings, cache.path());
+        map.resize(512, 384);
+        map.setRegion({47.37, 8.54, 1, 1});
+        // Every tile in view has come once nothing is on its way after a paint.
+        QTRY_VERIFY(
+            (map.grab(), map.networkTilesDrawn() >= 6 && map.tileLoader(0)->inFlight() == 0));
+        map.grab();
+        drawnFirst = map.networkTilesDrawn();
+        firstRequests = server.requests();
+        QCOMPARE(firstRequests, drawnFirst);
+        QCOMPARE(map.tileLoader(0)->urlTemplate(), server.urlTemplate());
+    }
+    QVERIFY(server.userAgent().startsWith("Tagmoor/"));
+    QVERIFY(server.maxOpenConnections() <= TileLoader::kMaxConnections);
+
+    // A new map over the same cache draws the same tiles without asking the server.
+    MapView again;
+    again.configureTiles(settings, cache.path());
+    again.resize(512, 384);
+    again.setRegion({47.37, 8.54, 1, 1});
+    QTRY_VERIFY((again.grab(), again.networkTilesDrawn() == drawnFirst));
+    QCOMPARE(server.requests(), firstRequests);
+
+    // Offline: the server is gone; a map elsewhere draws its outline at once.
+    server.close();
+    MapView offline;
+    offline.configureTiles(settings, cache.path());
+    offline.resize(512, 384);
+    offline.setRegion({-33.9, 18.4, 1, 1});
+    QElapsedTimer clock;
+    clock.start();
+    offline.grab();
+    QVERIFY(clock.elapsed() < 2000);
+    QCOMPARE(offline.networkTilesDrawn(), 0);
+}
+
+void LocationTest::previewShowsThePhotoItsFactsAndItsPosition() {
+    TestApp t;
+    const QString dir = t.dir(QStringLiteral("preview"));
+    QFile::copy(formatsDir() + QStringLiteral("/et-GPS.jpg"), dir + QStringLiteral("/a.jpg"));
+    QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), dir + QStringLiteral("/b.jpg"));
+    HomeScreen* home = load(t, {dir + QStringLiteral("/a.jpg"), dir + QStringLiteral("/b.jpg")});
+
+    QAbstractItemView* grid = home->collectionView();
+    emit grid->doubleClicked(grid->model()->index(0, 0));
+    PreviewViewController* preview = home->previewWindow();
+    QVERIFY(preview && preview->isVisible());
+    QCOMPARE(preview->windowTitle(), QStringLiteral("Tagmoor - Preview"));
+    QCOMPARE(preview->lblName()->text(), QStringLiteral("a.jpg"));
+    QCOMPARE(preview->lblPath()->text(), dir + QStringLiteral("/a.jpg"));
+    QVERIFY(preview->lblSize()->text().endsWith(QStringLiteral(" KB")));
+    QTRY_VERIFY(preview->imgView()->pixmap().width() > 0);
+    QVERIFY(std::max(preview->imgView()->pixmap().width(), preview->imgView()->pixmap().height()) <=
+            PreviewViewController::kPictureSide * preview->devicePixelRatioF());
+    const float latitude = preview->latitude();
+    QVERIFY(qAbs(latitude - 54.99f) < 0.01f);
+    QCOMPARE(preview->mapView()->annotationCount(), 1);
+    QVERIFY(preview->valueText(kLatitude).startsWith(QStringLiteral("54.9")));
+
+    // The second photo has no position: the map stays where the first one put it.
+    home->openPreview(1);
+    QCOMPARE(home->previewWindow(), preview);
+    QCOMPARE(preview->lblName()->text(), QStringLiteral("b.jpg"));
+    QCOMPARE(preview->latitude(), latitude);
+    QCOMPARE(preview->valueText(kLatitude), QString());
+    preview->clickedTab(2);
+    QCOMPARE(preview->boxes()->currentIndex(), 2);
+
+    QCOMPARE(PreviewViewController::dimensionsText(4000, 3000), QStringLiteral("4000.0 x 3000.0"));
+    QCOMPARE(PreviewViewController::dimensionsText(200.5, 130), QStringLiteral("200.5 x 130.0"));
+    preview->close();
+}
+
+TAGMOOR_APP_TEST_MAIN(LocationTest)
+#include "LocationTest.moc"
