@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "LibraryMessages.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QCoreApplication>
@@ -6,13 +7,19 @@
 
 namespace {
 const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
+                     "       tagmoor-cli --version\n"
                      "\n"
                      "commands:\n"
                      "  read PATH...     print each photo's record as one JSON object per line\n"
                      "  apply [OPTIONS] PATH...\n"
                      "                   run a batch over photos and folders\n"
                      "\n"
-                     "Run 'tagmoor-cli COMMAND --help' for the options of a command.\n";
+                     "options of every command:\n"
+                     "  --help           the options of the command\n"
+                     "  --verbose        also the image libraries' warnings about damaged files\n"
+                     "\n"
+                     "Run 'tagmoor-cli COMMAND --help' for the options of a command and\n"
+                     "'man tagmoor-cli' for the exit statuses.\n";
 }
 
 int main(int argc, char** argv) {
@@ -22,11 +29,16 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("Tagmoor"));
 
     QStringList args = QCoreApplication::arguments().mid(1);
+    tagmoor::cli::takeVerboseOption(args);
     const QString command = args.isEmpty() ? QString() : args.takeFirst();
     if (command == QLatin1String("read"))
         return tagmoor::cli::runRead(args);
     if (command == QLatin1String("apply"))
         return tagmoor::cli::runApply(args);
+    if (command == QLatin1String("--version")) {
+        QTextStream(stdout) << "tagmoor-cli " TAGMOOR_VERSION "\n";
+        return 0;
+    }
     if (command == QLatin1String("--help") || command == QLatin1String("-h")) {
         QTextStream(stdout) << kUsage;
         return 0;

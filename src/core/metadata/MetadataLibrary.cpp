@@ -3,10 +3,14 @@
 #include <QLoggingCategory>
 
 #include <exiv2/exiv2.hpp>
+#include <tiffio.h>
+
+#include <cstdarg>
 
 #include <mutex>
 
 Q_LOGGING_CATEGORY(lcExiv2, "tagmoor.metadata.exiv2", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcTiff, "tagmoor.metadata.libtiff", QtWarningMsg)
 
 namespace tagmoor {
 
@@ -19,6 +23,15 @@ void exiv2Log(int level, const char* message) {
         qCWarning(lcExiv2).noquote() << text;
     else
         qCDebug(lcExiv2).noquote() << text;
+}
+// libtiff, which Qt's TIFF reader uses, prints its complaints about damaged files straight to
+// stderr unless given handlers; they go to a logging category instead.
+void tiffLog(const char* module, const char* format, va_list args) {
+    const QString text = QString::vasprintf(format, args);
+    if (module && *module)
+        qCWarning(lcTiff).noquote() << module << ": " << text;
+    else
+        qCWarning(lcTiff).noquote() << text;
 }
 // Exiv2 takes this lock when it registers XMP namespaces (recursive, in case it ever nests).
 std::recursive_mutex& namespaceMutex() {
@@ -44,6 +57,8 @@ void initializeMetadataLibrary() {
         Exiv2::XmpParser::initialize(lockNamespaces, &namespaceMutex());
         Exiv2::LogMsg::setHandler(exiv2Log);
         Exiv2::LogMsg::setLevel(Exiv2::LogMsg::warn);
+        TIFFSetWarningHandler(tiffLog);
+        TIFFSetErrorHandler(tiffLog);
     });
 }
 

@@ -5,7 +5,8 @@
 namespace tagmoor {
 
 // Sets up Exiv2 once per process: the XMP parser and the routing of its log into the
-// tagmoor.metadata logging category. Call from main() before any thread starts.
+// tagmoor.metadata.exiv2 logging category (and libtiff's into tagmoor.metadata.libtiff). Call from
+// main() before any thread starts.
 void initializeMetadataLibrary();
 
 // Exiv2's XMP toolkit is not safe to use from two threads at once, and Exiv2 only guards
