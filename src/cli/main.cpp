@@ -24,6 +24,7 @@ const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
 
 int main(int argc, char** argv) {
     tagmoor::initializeMetadataLibrary();
+    tagmoor::routeTiffMessagesToLog();
     QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Tagmoor"));
     QCoreApplication::setApplicationName(QStringLiteral("Tagmoor"));

@@ -46,6 +46,11 @@ void lockNamespaces(void* mutex, bool lock) {
 }
 } // namespace
 
+void routeTiffMessagesToLog() {
+    TIFFSetWarningHandler(tiffLog);
+    TIFFSetErrorHandler(tiffLog);
+}
+
 std::unique_lock<std::mutex> lockXmpToolkit() {
     static std::mutex mutex;
     return std::unique_lock<std::mutex>(mutex);
@@ -57,8 +62,6 @@ void initializeMetadataLibrary() {
         Exiv2::XmpParser::initialize(lockNamespaces, &namespaceMutex());
         Exiv2::LogMsg::setHandler(exiv2Log);
         Exiv2::LogMsg::setLevel(Exiv2::LogMsg::warn);
-        TIFFSetWarningHandler(tiffLog);
-        TIFFSetErrorHandler(tiffLog);
     });
 }
 
