@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QStandardPaths>
 
 using namespace tagmoor;
 using namespace tagmoor::test;
@@ -108,6 +109,31 @@ TEST(CliConventions, ApplyPrintsJsonForThePlanAndTheResult) {
     const QJsonArray problems = jsonOf(again.out)["problems"].toArray();
     ASSERT_EQ(problems.size(), 2);
     EXPECT_FALSE(problems.at(0)["reason"].toString().isEmpty());
+}
+
+// The progress line goes to stderr only when stderr is a terminal (here a pseudo-terminal of
+// script(1)), and never with --quiet.
+TEST(CliConventions, ProgressOnlyOnATerminalAndNotWhenQuiet) {
+    if (QStandardPaths::findExecutable(QStringLiteral("script")).isEmpty())
+        GTEST_SKIP() << "script(1) is not installed";
+    QTemporaryDir tmp;
+    const QString photo = copySample(formatsDir() + "/Reagan.jpg", tmp.path());
+    const QString base = QStringLiteral("%1 apply --set Artist=x --overwrite --out %2/out %3")
+                             .arg(QStringLiteral(TAGMOOR_CLI), tmp.path(), photo);
+    const auto onTerminal = [](const QString& command) {
+        return runTool(QStringLiteral("script"), {"-qec", command, "/dev/null"});
+    };
+    const QByteArray progress = "\r\033[K1 / 1  " + photo.toUtf8();
+
+    const ToolResult shown = onTerminal(base);
+    EXPECT_EQ(shown.exitCode, 0) << shown.out.toStdString();
+    EXPECT_TRUE(shown.out.contains(progress)) << shown.out.toStdString();
+    const ToolResult quiet = onTerminal(base + " --quiet");
+    EXPECT_EQ(quiet.exitCode, 0);
+    EXPECT_FALSE(quiet.out.contains("1 / 1")) << quiet.out.toStdString();
+    EXPECT_TRUE(quiet.out.contains("Batch Process Completed"));
+    const ToolResult piped = cli(base.split(' ').mid(1));
+    EXPECT_FALSE(piped.err.contains("1 / 1")) << piped.err.toStdString();
 }
 
 // Over damaged files the libraries warn about every odd entry; by default each photo gets at
