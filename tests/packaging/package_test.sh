@@ -61,7 +61,11 @@ for exe in tagmoor tagmoor-cli; do
     fail "$exe has a library search path"
   fi
 done
-run() { env -i PATH=/usr/bin:/bin HOME="$scratch/home" LANG=C.UTF-8 "$@"; }
+# Only the sanitizers' settings are passed on, for a sanitized build tree.
+run() {
+  env -i PATH=/usr/bin:/bin HOME="$scratch/home" LANG=C.UTF-8 ASAN_OPTIONS="${ASAN_OPTIONS:-}" \
+    LSAN_OPTIONS="${LSAN_OPTIONS:-}" UBSAN_OPTIONS="${UBSAN_OPTIONS:-}" "$@"
+}
 version="$(run "$root/usr/bin/tagmoor-cli" --version)" || fail "tagmoor-cli --version failed"
 [[ "$version" =~ ^tagmoor-cli\ [0-9]+\.[0-9]+\.[0-9]+$ ]] || fail "tagmoor-cli --version said '$version'"
 [[ "$(run "$root/usr/bin/tagmoor" --version)" == "tagmoor ${version#tagmoor-cli }" ]] ||
