@@ -7,7 +7,23 @@
 #include <QFileInfo>
 #include <QIcon>
 
+#include <cstdio>
+#include <cstring>
+
 int main(int argc, char** argv) {
+    // Answered before any window system is touched, so that they work without a display.
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--version") == 0) {
+            std::puts("tagmoor " TAGMOOR_VERSION);
+            return 0;
+        }
+        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+            std::puts("usage: tagmoor [PHOTO...]\n\n"
+                      "Opens Tagmoor with the photos given in its working list; a running\n"
+                      "Tagmoor takes them instead. See man tagmoor.");
+            return 0;
+        }
+    }
     // Exiv2 is set up before any thread exists.
     tagmoor::initializeMetadataLibrary();
 

@@ -1,3 +1,4 @@
+#include "ApplyJson.h"
 #include "ApplyOptions.h"
 #include "Commands.h"
 #include "PathPhotoSource.h"
@@ -145,7 +146,11 @@ int runApply(const QStringList& args) {
     const PhotoPipeline pipeline(values);
     const PathPhotoSource photos(paths);
     if (options->dryRun) {
-        const bool allWritten = printPlan(out, pipeline, photos);
+        bool allWritten = false;
+        if (options->json)
+            out << planJson(pipeline, photos, {leftOut, notPhotos}, &allWritten);
+        else
+            allWritten = printPlan(out, pipeline, photos);
         out.flush();
         return allWritten && leftOut.isEmpty() ? 0 : 1;
     }
@@ -165,8 +170,11 @@ int runApply(const QStringList& args) {
     progress.end();
     err.flush();
 
-    for (const QString& line : BatchSummary::of(result).lines())
-        out << line << '\n';
+    if (options->json)
+        out << resultJson(result, {leftOut, notPhotos});
+    else
+        for (const QString& line : BatchSummary::of(result).lines())
+            out << line << '\n';
     out.flush();
     // One line for each photo that did not get what was asked, and why.
     for (const PhotoProblem& problem : result.problems)

@@ -1,5 +1,6 @@
 #include "ApplyOptions.h"
 
+#include "CodedValueCheck.h"
 #include "DateRuleArgument.h"
 #include "PresetsCommand.h"
 #include "RenameArgument.h"
@@ -109,7 +110,9 @@ QString ApplyOptions::helpText() {
         "                       nothing\n"
         "  --threads N          photos worked on at once (default: the number of cores, at\n"
         "                       most 4); the result is the same as one at a time\n"
+        "  --json               print the plan or the result as one JSON object\n"
         "  --quiet              no progress on the terminal\n"
+        "  --verbose            also the image libraries' warnings about damaged files\n"
         "\n"
         "A file that gives no record (not a photo) is no photo of the batch and is named on\n"
         "stderr. Every photo that did not get what was asked (skipped, format not writable,\n"
@@ -171,6 +174,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             if (auto problem =
                     FormSnapshot::setText(o.values.editedProperties, *field, v->mid(eq + 1)))
                 return fail(error, QStringLiteral("--set: %1").arg(*problem));
+            if (auto refused = refusedCodedValue(*field, o.values.editedProperties))
+                return fail(error, QStringLiteral("--set: %1").arg(*refused));
             o.values.fieldEditedFlags.set(field->position);
         } else if (arg == QLatin1String("--date")) {
             const auto rule = DateRuleArgument::parse(*v, error);
@@ -219,6 +224,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             preset = *v;
         } else if (arg == QLatin1String("--dry-run")) {
             o.dryRun = true;
+        } else if (arg == QLatin1String("--json")) {
+            o.json = true;
         } else if (arg == QLatin1String("--quiet") || arg == QLatin1String("-q")) {
             o.quiet = true;
         } else if (arg == QLatin1String("--threads")) {

@@ -18,6 +18,7 @@ struct ApplyOptions {
     bool dryRun = false;
     bool help = false;
     bool quiet = false;
+    bool json = false;
     int threads = 1;
 
     // Parses the arguments after "apply"; on a bad argument gives nothing and sets `error`

@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "LibraryMessages.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QCoreApplication>
@@ -6,6 +7,7 @@
 
 namespace {
 const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
+                     "       tagmoor-cli --version\n"
                      "\n"
                      "commands:\n"
                      "  read PATH...     print each photo's record as one JSON object per line\n"
@@ -14,16 +16,23 @@ const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
                      "  presets list|show|save|export|import|remove ...\n"
                      "                   the application's saved presets\n"
                      "\n"
-                     "Run 'tagmoor-cli COMMAND --help' for the options of a command.\n";
+                     "options of every command:\n"
+                     "  --help           the options of the command\n"
+                     "  --verbose        also the image libraries' warnings about damaged files\n"
+                     "\n"
+                     "Run 'tagmoor-cli COMMAND --help' for the options of a command and\n"
+                     "'man tagmoor-cli' for the exit statuses.\n";
 }
 
 int main(int argc, char** argv) {
     tagmoor::initializeMetadataLibrary();
+    tagmoor::routeTiffMessagesToLog();
     QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Tagmoor"));
     QCoreApplication::setApplicationName(QStringLiteral("Tagmoor"));
 
     QStringList args = QCoreApplication::arguments().mid(1);
+    tagmoor::cli::takeVerboseOption(args);
     const QString command = args.isEmpty() ? QString() : args.takeFirst();
     if (command == QLatin1String("read"))
         return tagmoor::cli::runRead(args);
@@ -31,6 +40,10 @@ int main(int argc, char** argv) {
         return tagmoor::cli::runApply(args);
     if (command == QLatin1String("presets"))
         return tagmoor::cli::runPresets(args);
+    if (command == QLatin1String("--version")) {
+        QTextStream(stdout) << "tagmoor-cli " TAGMOOR_VERSION "\n";
+        return 0;
+    }
     if (command == QLatin1String("--help") || command == QLatin1String("-h")) {
         QTextStream(stdout) << kUsage;
         return 0;

@@ -46,6 +46,15 @@ AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* pa
             tr("A new version of Tagmoor is available"),
             tr("Tagmoor %1 can be downloaded from %2.").arg(shown, item.downloadUrl.toString()));
     });
+    // A newer release is told above; the user who asked also hears when there is none.
+    connect(&updater(), &UpdateChecker::userCheckAnswered, this, [this](UpdateChecker::Answer a) {
+        if (a == UpdateChecker::Answer::UpToDate)
+            m_prompt.tell(tr("You're up to date"),
+                          tr("Tagmoor %1 is the newest version available.").arg(version()));
+        else if (a == UpdateChecker::Answer::Unreachable)
+            m_prompt.tell(tr("Could not reach the update server"),
+                          tr("Check the network connection and try again later."));
+    });
 }
 
 AppDelegate::~AppDelegate() {
@@ -131,7 +140,7 @@ void AppDelegate::showPreferences() {
 }
 
 void AppDelegate::checkForUpdate() {
-    updater().checkForUpdate();
+    updater().checkAskedByUser();
 }
 
 void AppDelegate::autoInstallUpdates() {

@@ -40,6 +40,56 @@ std::optional<QSize> qtSize(const QString& path, const char* format) {
     return validSize(size.width(), size.height());
 }
 
+quint32 crc32Of(const QByteArray& bytes) {
+    quint32 crc = 0xffffffffu;
+    for (const char c : bytes) {
+        crc ^= uchar(c);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+// Whether libpng can read a PNG's chunks up to its picture data without an error. libpng
+// prints its errors to stderr itself, around Qt's reader, so a file that would raise one (a
+// chunk length past 2^31, a chunk type that is no letters, a critical chunk whose checksum
+// does not match) is left to Exiv2, which is what follows Qt's failure anyway. Only the chunk
+// headers are read, and the small critical chunks before the picture data.
+bool pngChunksAreSound(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || !file.seek(8))
+        return false;
+    constexpr int maxChunks = 256;
+    for (int i = 0; i < maxChunks; ++i) {
+        const QByteArray header = file.read(8);
+        if (header.size() < 8)
+            return false;
+        const quint32 length = qFromBigEndian<quint32>(header.constData());
+        const QByteArray type = header.mid(4);
+        if (length > 0x7fffffffu)
+            return false;
+        for (const char c : type) {
+            if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')))
+                return false;
+        }
+        if (i == 0 && (type != "IHDR" || length != 13))
+            return false;
+        if (type == "IDAT" || type == "IEND")
+            return true;
+        const bool critical = type[0] >= 'A' && type[0] <= 'Z';
+        if (critical && length <= 4096) {
+            const QByteArray data = file.read(length + 4);
+            if (data.size() != qint64(length) + 4 ||
+                crc32Of(type + data.left(length)) !=
+                    qFromBigEndian<quint32>(data.constData() + length))
+                return false;
+        } else if (!file.seek(file.pos() + length + 4)) {
+            return false;
+        }
+    }
+    return true; // a long run of chunks: left to libpng
+}
+
 // LibRaw identifies the camera and the sensor's size from the file's headers; the RAW data
 // is not unpacked. The parse runs on a bounded stream: `gaveUp` is set when a damaged file
 // made LibRaw read on past its budget.
@@ -158,7 +208,7 @@ ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) 
         result.readable = result.pixelSize.has_value();
         return result;
     case ImageKind::Png:
-        result.pixelSize = firstSize(qt("png"), exiv2);
+        result.pixelSize = pngChunksAreSound(path) ? firstSize(qt("png"), exiv2) : firstSize(exiv2);
         result.readable = result.pixelSize.has_value();
         return result;
     case ImageKind::WebP:

@@ -3,10 +3,14 @@
 #include <QLoggingCategory>
 
 #include <exiv2/exiv2.hpp>
+#include <tiffio.h>
+
+#include <cstdarg>
 
 #include <mutex>
 
 Q_LOGGING_CATEGORY(lcExiv2, "tagmoor.metadata.exiv2", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcTiff, "tagmoor.metadata.libtiff", QtWarningMsg)
 
 namespace tagmoor {
 
@@ -20,6 +24,15 @@ void exiv2Log(int level, const char* message) {
     else
         qCDebug(lcExiv2).noquote() << text;
 }
+// libtiff, which Qt's TIFF reader uses, prints its complaints about damaged files straight to
+// stderr unless given handlers; they go to a logging category instead.
+void tiffLog(const char* module, const char* format, va_list args) {
+    const QString text = QString::vasprintf(format, args);
+    if (module && *module)
+        qCWarning(lcTiff).noquote() << module << ": " << text;
+    else
+        qCWarning(lcTiff).noquote() << text;
+}
 // Exiv2 takes this lock when it registers XMP namespaces (recursive, in case it ever nests).
 std::recursive_mutex& namespaceMutex() {
     static std::recursive_mutex mutex;
@@ -32,6 +45,11 @@ void lockNamespaces(void* mutex, bool lock) {
         static_cast<std::recursive_mutex*>(mutex)->unlock();
 }
 } // namespace
+
+void routeTiffMessagesToLog() {
+    TIFFSetWarningHandler(tiffLog);
+    TIFFSetErrorHandler(tiffLog);
+}
 
 std::unique_lock<std::mutex> lockXmpToolkit() {
     static std::mutex mutex;

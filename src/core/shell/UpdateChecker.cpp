@@ -29,6 +29,20 @@ void UpdateChecker::autoInstallUpdates() {
 }
 
 bool UpdateChecker::checkForUpdatesInBackground() {
+    return startCheck(false);
+}
+
+void UpdateChecker::checkAskedByUser() {
+    automaticallyChecksForUpdates = false;
+    if (!startCheck(true)) {
+        // Without an address there is no server to reach; the answer still comes as a
+        // signal, after the caller has returned, as it does for a check that was started.
+        QMetaObject::invokeMethod(
+            this, [this] { emit userCheckAnswered(Answer::Unreachable); }, Qt::QueuedConnection);
+    }
+}
+
+bool UpdateChecker::startCheck(bool askedByUser) {
     const std::optional<QString> address = m_settings.updateFeedUrl();
     const QUrl url(address.value_or(QString()));
     if (!url.isValid() || url.scheme().isEmpty() || url.host().isEmpty())
@@ -44,12 +58,14 @@ bool UpdateChecker::checkForUpdatesInBackground() {
         if (received > maxFeedBytes)
             reply->abort();
     });
-    connect(reply, &QNetworkReply::finished, this, [this, reply] {
+    connect(reply, &QNetworkReply::finished, this, [this, reply, askedByUser] {
         reply->deleteLater();
         if (reply->error() != QNetworkReply::NoError) {
-            // No network or no server: the check stays silent.
+            // No network or no server: a check of our own stays silent.
             qCDebug(lcShell) << "Update check failed:" << reply->errorString();
             emit checkFailed();
+            if (askedByUser)
+                emit userCheckAnswered(Answer::Unreachable);
             return;
         }
         const auto update = newestUpdate(parseAppcast(reply->readAll()), m_currentVersion);
@@ -57,6 +73,8 @@ bool UpdateChecker::checkForUpdatesInBackground() {
             emit updateFound(*update);
         else
             emit noUpdateFound();
+        if (askedByUser)
+            emit userCheckAnswered(update ? Answer::UpdateAvailable : Answer::UpToDate);
     });
     return true;
 }

@@ -11,8 +11,8 @@ namespace tagmoor {
 class Settings;
 
 // The update check: reads the feed at the address in the settings and reports a newer
-// release. Without an address, or when the network does not answer, it does nothing and
-// says nothing.
+// release. A check of its own (at start) says nothing when there is no address or the network
+// does not answer; a check the user asked for always gets its answer.
 class UpdateChecker : public QObject {
     Q_OBJECT
 public:
@@ -27,14 +27,25 @@ public:
     void autoInstallUpdates();
     // One background check; false when no address is set (nothing started).
     bool checkForUpdatesInBackground();
+    // The check the user asked for from the menu: as checkForUpdate, and it always ends with
+    // userCheckAnswered, also when no address is set.
+    void checkAskedByUser();
+
+    // How a check asked for by the user ended.
+    enum class Answer { UpdateAvailable, UpToDate, Unreachable };
+    Q_ENUM(Answer)
 
 signals:
     void updateFound(const tagmoor::AppcastItem& item);
     void noUpdateFound();
     // Each check that was started ends with exactly one of the three.
     void checkFailed();
+    // After the three above, for a check that the user asked for.
+    void userCheckAnswered(tagmoor::UpdateChecker::Answer answer);
 
 private:
+    bool startCheck(bool askedByUser);
+
     Settings& m_settings;
     QString m_currentVersion;
     QNetworkAccessManager* m_network = nullptr;

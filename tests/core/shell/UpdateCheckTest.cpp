@@ -146,5 +146,32 @@ TEST(UpdateCheck, WithoutAnAddressOrAServerItStaysQuiet) {
     EXPECT_EQ(watch(checker).none, 1);
 }
 
+// A check the user asked for ends with one answer, never before the caller has returned; a
+// check of the program's own gives none. (The texts the user sees: tests/app/UpdateMenuTest.)
+TEST(UpdateCheck, OnlyTheUsersCheckIsAnswered) {
+    test::ScratchConfig cfg;
+    Settings settings(cfg.settingsFile());
+    UpdateChecker checker(settings, "2.10");
+    QList<UpdateChecker::Answer> answers;
+    QObject::connect(&checker, &UpdateChecker::userCheckAnswered,
+                     [&](UpdateChecker::Answer a) { answers << a; });
+
+    checker.checkAskedByUser(); // no address
+    EXPECT_TRUE(answers.isEmpty());
+    test::waitFor([&] { return !answers.isEmpty(); }, 10000);
+    EXPECT_EQ(answers, QList{UpdateChecker::Answer::Unreachable});
+
+    FeedServer server(feed);
+    settings.setUpdateFeedUrl(server.url());
+    answers.clear();
+    EXPECT_TRUE(checker.checkForUpdatesInBackground());
+    EXPECT_EQ(watch(checker).none, 1);
+    checker.checkAskedByUser();
+    test::waitFor([&] { return !answers.isEmpty(); }, 10000);
+    test::serveEvents(50);
+    EXPECT_EQ(answers, QList{UpdateChecker::Answer::UpToDate});
+    EXPECT_EQ(server.requests, 2);
+}
+
 } // namespace
 } // namespace tagmoor

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "PathPhotoSource.h"
+
+#include "batch/BatchResult.h"
+#include "batch/PhotoPipeline.h"
+#include "workingset/FolderWalk.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QStringList>
+
+namespace tagmoor::cli {
+
+// What `apply --json` prints: one JSON object on one line, for scripts.
+
+// Besides the photos of the batch: the entries the walk could not name and the files that
+// gave no record.
+struct LeftAside {
+    QList<LeftOutEntry> leftOut;
+    QStringList notPhotos;
+};
+
+// The plan of a dry run: per photo its source, target, outcome, the values it would get and
+// the keys it would lose. `allWritten` says whether every photo would be written.
+QByteArray planJson(const PhotoPipeline& pipeline, const PathPhotoSource& photos,
+                    const LeftAside& aside, bool* allWritten);
+
+// The result of a run: the counts, where the output went and every photo that did not get
+// what was asked, with its reason.
+QByteArray resultJson(const BatchResult& result, const LeftAside& aside);
+
+} // namespace tagmoor::cli
