@@ -33,6 +33,7 @@ const QHash<QString, KeySpec>& keyTable() {
         {Settings::IsPopUpOTM, {Kind::Bool, QVariant(false)}},
         {Settings::UpdateFeedURL, {Kind::Text, std::nullopt}},
         {Settings::kPropertiesDataAP, {Kind::Bytes, std::nullopt}},
+        {Settings::WriteTagsInStandardFormOTM, {Kind::Bool, QVariant(false)}},
     };
     return table;
 }
@@ -206,6 +207,12 @@ std::optional<QByteArray> Settings::propertiesData() const {
 }
 void Settings::setPropertiesData(const QByteArray& v) {
     write(kPropertiesDataAP, v);
+}
+std::optional<bool> Settings::writeTagsInStandardForm() const {
+    return readBool(WriteTagsInStandardFormOTM);
+}
+void Settings::setWriteTagsInStandardForm(bool v) {
+    write(WriteTagsInStandardFormOTM, v);
 }
 
 std::optional<QVariant> Settings::defaultFor(const QString& key) {
