@@ -74,7 +74,7 @@ ReviewChangesWindow::ReviewChangesWindow(const RunValues& values, QList<CGImageP
     layout->addWidget(note);
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
-    resize(920, 560);
+    resize(980, 580);
 
     connect(&m_watcher, &QFutureWatcher<QList<PhotoChanges>>::finished, this,
             &ReviewChangesWindow::showPlan);
@@ -138,8 +138,10 @@ void ReviewChangesWindow::showPlan() {
             addRow(next(), tr("No change"), QString(), QString(), true);
     }
     m_table->resizeColumnsToContents();
+    // The photo and the tag keep to their width; the two values share the rest.
+    const int widest[] = {180, 250, 230};
     for (int column = 0; column < 3; ++column)
-        m_table->setColumnWidth(column, std::min(m_table->columnWidth(column), 300));
+        m_table->setColumnWidth(column, std::min(m_table->columnWidth(column), widest[column]));
     m_summary->setText(tr("Would be written: %1 of %2 photos. Skipped: %3. Tag changes: %4.")
                            .arg(written)
                            .arg(m_plan.size())
