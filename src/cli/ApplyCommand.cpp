@@ -6,6 +6,7 @@
 #include "batch/BatchDriver.h"
 #include "batch/BatchObserver.h"
 #include "batch/BatchSummary.h"
+#include "batch/ChangePlan.h"
 #include "batch/PhotoPipeline.h"
 #include "batch/StopControl.h"
 #include "model/FormFieldTable.h"
@@ -47,31 +48,25 @@ private:
     bool m_shown = false;
 };
 
-// Prints what a run would do and gives whether every photo would be written.
+// Prints what a run would do and gives whether every photo would be written: per photo the
+// output, the values to be written and the keys to be erased, then each tag that would
+// change, as found by doing the photo's edit on a scratch copy.
 bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos) {
-    RenameNumbering numbering;
-    QSet<QString> claimed;
-    BatchSources sources;
-    for (int i = 0; i < photos.count(); ++i)
-        sources.add(photos.path(i));
+    const QList<PhotoChanges> plan = planChanges(pipeline, photos, RenameNumbering().next());
     int writes = 0;
-    const int total = photos.count();
+    const int total = int(plan.size());
     const RunValues& values = pipeline.values();
     for (int i = 0; i < total; ++i) {
-        const CGImageProperties record = photos.record(i);
-        const PhotoPlan plan = pipeline.plan(record, i + 1, total, numbering.take());
-        const PhotoOutcome outcome = pipeline.forecast(plan, claimed, &sources);
-        if (!plan.hasUrl) {
-            out << photos.path(i) << ": " << describe(outcome) << '\n';
+        const PhotoChanges& photo = plan[i];
+        if (photo.finalPath.isEmpty()) {
+            out << photo.sourcePath << ": " << describe(photo.outcome) << '\n';
             continue;
         }
-        out << plan.sourcePath << " -> " << plan.finalPath << ": " << describe(outcome) << '\n';
-        if (!isCounted(outcome))
+        out << photo.sourcePath << " -> " << photo.finalPath << ": " << describe(photo.outcome)
+            << '\n';
+        if (!isCounted(photo.outcome))
             continue;
         ++writes;
-        claimed.insert(plan.finalPath);
-        if (!plan.finalLocation.isEmpty())
-            claimed.insert(plan.finalLocation);
         if (values.processingMode == ProcessingMode::removeGroups) {
             const CleanOptions& c = values.clean;
             QStringList groups;
@@ -86,18 +81,27 @@ bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoS
             if (c.cleanComment)
                 groups << QStringLiteral("comment");
             out << "  strip " << groups.join(QStringLiteral(", ")) << '\n';
+        } else {
+            const FieldEdits edits = pipeline.fieldEditsFor(photos.record(i));
+            for (const KeyRow& row : allKeyRows()) {
+                const PropertyValue& v = edits.values.at(row);
+                if (v.isPresent())
+                    out << "  set " << row.key << " = " << valueText(v) << '\n';
+            }
+            for (const QStringList* list : {&edits.eraseExif, &edits.eraseIptc, &edits.eraseXmp}) {
+                for (const QString& key : *list)
+                    out << "  erase " << key << '\n';
+            }
+        }
+        if (!photo.reason.isEmpty()) {
+            out << "  would not be changed: " << photo.reason << '\n';
             continue;
         }
-        const FieldEdits edits = pipeline.fieldEditsFor(record);
-        for (const KeyRow& row : allKeyRows()) {
-            const PropertyValue& v = edits.values.at(row);
-            if (v.isPresent())
-                out << "  set " << row.key << " = " << valueText(v) << '\n';
-        }
-        for (const QStringList* list : {&edits.eraseExif, &edits.eraseIptc, &edits.eraseXmp}) {
-            for (const QString& key : *list)
-                out << "  erase " << key << '\n';
-        }
+        for (const TagChange& change : photo.changes)
+            out << "  would change " << change.key << ": " << TagChange::describe(change.before)
+                << " -> " << TagChange::describe(change.after) << '\n';
+        out << "  would be written as " << photo.finalPath << " (" << photo.changes.size()
+            << " tags changed)\n";
     }
     out << "dry run: " << writes << " of " << total << " photos would be written, "
         << total - writes << " skipped; nothing was changed\n";

@@ -4,6 +4,7 @@
 #include "DateRuleArgument.h"
 #include "PresetsCommand.h"
 #include "RenameArgument.h"
+#include "WritingOptions.h"
 #include "batch/FormSnapshot.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameRule.h"
@@ -96,6 +97,9 @@ QString ApplyOptions::helpText() {
         "                         keep | add-before:TEXT | add-after:TEXT\n"
         "                         replace:FIND=REPLACEMENT   (the name is lower-cased)\n"
         "                         index[:OPTS] | counter[:OPTS] | date[:OPTS]\n"
+        "                         capture[:PATTERN]  the capture date by a Unicode date\n"
+        "                                  pattern (default yyyyMMdd-HHmmss), -1, -2...\n"
+        "                                  added on collision\n"
         "                       OPTS, comma separated: before | after, text=T (stands in for\n"
         "                       the name), start=N (first number, default 1), digits=N\n"
         "                       (counter only: least number of digits)\n"
@@ -104,10 +108,20 @@ QString ApplyOptions::helpText() {
         "                       window applies it; --set and --date given beside it win\n"
         "                       (see 'tagmoor-cli presets')\n"
         "\n"
+        "How tags are written:\n"
+        "  --standard           write tags in their standard form: only the fields given are\n"
+        "                       written, each tag keeps its type, a field without a value\n"
+        "                       writes no zero, Exif dates are YYYY:MM:DD HH:MM:SS and XMP\n"
+        "                       dates ISO 8601\n"
+        "  --carry              date and time shifts carry into days, months and years\n"
+        "                       (23:37:53 on Dec 31 + 1 hour is 00:37:53 on Jan 1)\n"
+        "  IPTC text outside ASCII is always written with the UTF-8 declaration; a photo\n"
+        "  that declares another IPTC character set is not changed.\n"
+        "\n"
         "Running:\n"
         "  --dry-run            print the plan (per photo: output path, write or skip, the\n"
-        "                       values to be written and the keys to be erased) and change\n"
-        "                       nothing\n"
+        "                       values to be written and the keys to be erased, and each\n"
+        "                       tag that would change, old -> new) and change nothing\n"
         "  --threads N          photos worked on at once (default: the number of cores, at\n"
         "                       most 4); the result is the same as one at a time\n"
         "  --json               print the plan or the result as one JSON object\n"
@@ -233,6 +247,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             o.threads = v->toInt(&ok);
             if (!ok || o.threads < 1 || o.threads > 64)
                 return fail(error, QStringLiteral("--threads wants a number from 1 to 64"));
+        } else if (takeWritingOption(arg, o.values)) {
         } else if (arg == QLatin1String("--")) {
             o.inputs << args.mid(i + 1);
             break;

@@ -1,5 +1,7 @@
 #include "RenameArgument.h"
 
+#include "rename/CaptureDateName.h"
+
 #include <QStringList>
 
 namespace tagmoor::cli {
@@ -42,10 +44,17 @@ std::optional<Rename> parseRenameArgument(const QString& text, QString* error) {
         r.replaceWithRT = value.mid(eq + 1);
         return r;
     }
+    if (mode == QLatin1String("capture")) {
+        if (const auto refused = refusedCaptureDatePattern(value))
+            return fail(error, *refused);
+        r.isCaptureDateName = true;
+        r.captureDatePatternCD = value;
+        return r;
+    }
     if (mode != QLatin1String("index") && mode != QLatin1String("counter") &&
         mode != QLatin1String("date"))
         return fail(error, QStringLiteral("unknown rename rule '%1' (keep, add-before, add-after, "
-                                          "replace, index, counter, date)")
+                                          "replace, index, counter, date, capture)")
                                .arg(text));
     r.isChangeFileNameFormat = true;
     r.nameFormatNF = mode == QLatin1String("index")     ? NameFormat::nameAndIndex()

@@ -1,5 +1,7 @@
 #include "batch/RenameViewController.h"
 
+#include "rename/CaptureDateName.h"
+
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QFileInfo>
@@ -52,17 +54,20 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
       m_minDigits(named(new QComboBox, "comboBoxMinNoDigits")),
       m_addExample(exampleLabel("lblExampleAddText")),
       m_replaceExample(exampleLabel("lblExampleReplaceText")),
-      m_formatExample(exampleLabel("lblExampleFileNameFormat")) {
+      m_formatExample(exampleLabel("lblExampleFileNameFormat")),
+      m_capturePattern(named(new QLineEdit, "txtFieldCapturePattern")),
+      m_captureExample(exampleLabel("lblExampleCaptureDate")) {
     setObjectName(QStringLiteral("RenameViewController"));
     setWindowTitle(tr("Rename"));
     setWindowModality(Qt::WindowModal);
 
     const char* optionNames[] = {"btnKeepOriginal", "btnAddText", "btnReplaceText",
-                                 "btnChangeFileNameFormat"};
+                                 "btnChangeFileNameFormat", "btnCaptureDateName"};
     const QString optionTexts[] = {tr("Keep Original File Names"), tr("Add Text:"),
-                                   tr("Replace With:"), tr("Change FIle Name Format:")};
+                                   tr("Replace With:"), tr("Change FIle Name Format:"),
+                                   tr("Name From the Capture Date:")};
     auto* group = new QButtonGroup(this);
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 5; ++i) {
         m_options[i] = named(new QRadioButton(optionTexts[i]), optionNames[i]);
         group->addButton(m_options[i], i);
     }
@@ -90,6 +95,11 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
     onText(m_find, &RenamePanel::setFindText);
     onText(m_replaceWith, &RenamePanel::setReplaceWith);
     onText(m_customFormat, &RenamePanel::setCustomFormat);
+    onText(m_capturePattern, &RenamePanel::setCapturePattern);
+    m_capturePattern->setPlaceholderText(defaultCaptureDatePattern());
+    m_capturePattern->setToolTip(
+        tr("A date pattern: yyyy year, MM month, dd day, HH hour, mm minute, ss second. "
+           "Photos taken in the same second get -1, -2 ..."));
     connect(m_startNumber, &QLineEdit::textEdited, this, [this](const QString& text) {
         const QString shown = m_panel.setStartNumberText(text);
         if (shown != text)
@@ -139,6 +149,10 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
         grid->addWidget(control, r++, 2);
     }
     grid->addWidget(m_formatExample, r++, 1, 1, 2);
+    grid->addWidget(m_options[4], r++, 0, 1, 3);
+    grid->addWidget(label("lblCapturePattern", tr("Date Pattern:")), r, 1);
+    grid->addWidget(m_capturePattern, r++, 2);
+    grid->addWidget(m_captureExample, r++, 1, 1, 2);
     grid->setColumnStretch(2, 1);
 
     auto* title = label("lblRename", tr("Rename"));
@@ -176,6 +190,8 @@ QLabel* RenameViewController::example(Option option) const {
         return m_replaceExample;
     case Option::format:
         return m_formatExample;
+    case Option::capture:
+        return m_captureExample;
     case Option::keep:
         break;
     }
@@ -205,6 +221,7 @@ void RenameViewController::resetAllComponents() {
     m_customFormat->setText(rule.customFormatValueNF);
     m_startNumber->setText(QString::number(rule.startNumberAtNF));
     m_minDigits->setCurrentIndex(std::clamp(rule.minNumberDigitsNF, 0, 7));
+    m_capturePattern->setText(rule.captureDatePatternCD);
     refreshControls();
 }
 
@@ -221,6 +238,7 @@ void RenameViewController::refreshControls() {
         w->setEnabled(format.format);
     m_minDigits->setEnabled(format.minDigits);
     m_startNumber->setEnabled(format.startNumber);
+    m_capturePattern->setEnabled(on == Option::capture);
     // An option that is off shows its defaults.
     const Rename& rule = m_panel.rule();
     if (on != Option::add)
@@ -229,6 +247,8 @@ void RenameViewController::refreshControls() {
         m_find->setText(rule.findTextRT);
         m_replaceWith->setText(rule.replaceWithRT);
     }
+    if (on != Option::capture)
+        m_capturePattern->setText(rule.captureDatePatternCD);
     refreshExamples();
 }
 
@@ -236,6 +256,7 @@ void RenameViewController::refreshExamples() {
     m_addExample->setText(m_panel.example(Option::add));
     m_replaceExample->setText(m_panel.example(Option::replace));
     m_formatExample->setText(m_panel.example(Option::format));
+    m_captureExample->setText(m_panel.example(Option::capture));
 }
 
 void RenameViewController::clickNext() {

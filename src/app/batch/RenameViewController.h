@@ -13,7 +13,7 @@ namespace tagmoor {
 
 class UserPrompt;
 
-// The rename sheet: four exclusive options with their inputs and examples, over the
+// The rename sheet: five exclusive options with their inputs and examples, over the
 // application's rename rule, which RenamePanel edits live. Save checks the input (and asks
 // about overwriting); Close brings the rule back to what it was at the opening.
 class RenameViewController : public QDialog {
@@ -30,6 +30,7 @@ public:
     QLineEdit* txtFieldAddText() const { return m_addText; }
     QLineEdit* txtFieldFindReplaceText() const { return m_find; }
     QLineEdit* txtFieldReplaceWithReplaceText() const { return m_replaceWith; }
+    QLineEdit* txtFieldCapturePattern() const { return m_capturePattern; }
     QLabel* example(RenamePanel::Option option) const;
     void clickNext();
     void clickedClose();
@@ -45,7 +46,7 @@ private:
     RenamePanel m_panel;
     bool& m_overwriteExisting;
     UserPrompt& m_prompt;
-    QRadioButton* m_options[4] = {};
+    QRadioButton* m_options[5] = {};
     QLineEdit* m_addText;
     QComboBox* m_addPosition;
     QLineEdit* m_find;
@@ -58,6 +59,8 @@ private:
     QLabel* m_addExample;
     QLabel* m_replaceExample;
     QLabel* m_formatExample;
+    QLineEdit* m_capturePattern;
+    QLabel* m_captureExample;
 };
 
 } // namespace tagmoor

@@ -122,6 +122,16 @@ void DateConfigurationPanel::build() {
     addPartRow(grid, 17, DatePart::incrementSecond, tr("Change Second:"), "lblChangeSecondIDOT",
                "txtFieldChangeSecondIDOT", "stepperChangeSecondIDOT",
                "btnKeepOriginalChangeSecondIDOT");
+
+    // One choice for the shifts of all date fields, kept with the edit state.
+    m_carry = new QCheckBox(tr("Carry into days, months and years"));
+    m_carry->setObjectName(QStringLiteral("btnCarryShifts"));
+    m_carry->setToolTip(tr("Shifts count like a calendar: an hour past midnight is the next "
+                           "day, a day past the month's end the next month. Off, each part "
+                           "wraps within its own range. Applies to every date field."));
+    m_carry->setChecked(m_form.carriesShifts());
+    grid->addWidget(m_carry, 18, 0, 1, 5);
+    connect(m_carry, &QCheckBox::toggled, this, [this](bool on) { m_form.setCarriesShifts(on); });
 }
 
 void DateConfigurationPanel::addModeButton(QGridLayout* grid, int row, DateMode mode,

@@ -43,6 +43,7 @@ public:
     QToolButton* stepButton(DatePart part, bool up) const;
     QDateTimeEdit* selectDatePicker() const { return m_selectPicker; }
     QTimeEdit* timePicker() const { return m_timePicker; }
+    QCheckBox* carryBox() const { return m_carry; }
 
 signals:
     // The rule was stored; the panel is about to go.
@@ -75,6 +76,7 @@ private:
     QHash<DatePart, QWidget*> m_steppers;
     QDateTimeEdit* m_selectPicker = nullptr;
     QTimeEdit* m_timePicker = nullptr;
+    QCheckBox* m_carry = nullptr;
 };
 
 } // namespace tagmoor

@@ -29,6 +29,7 @@ public:
     QCheckBox* btnOverwriteIfAFileWithASameName() const { return m_overwrite; }
     QCheckBox* btnShowPresetSavingSettingInHome() const { return m_presetSaving; }
     QCheckBox* btnAutoUpdate() const { return m_autoUpdate; }
+    QCheckBox* btnWriteTagsInStandardForm() const { return m_standardForm; }
 
     void clickedAutomatically(bool on);
     void clickedOverwriteIfAFileWithASameName(bool on);
@@ -46,6 +47,7 @@ private:
     QCheckBox* m_overwrite;
     QCheckBox* m_presetSaving;
     QCheckBox* m_autoUpdate;
+    QCheckBox* m_standardForm = nullptr;
 };
 
 } // namespace tagmoor

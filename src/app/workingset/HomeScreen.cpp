@@ -4,6 +4,7 @@
 #include "batch/FinalProcessedVC.h"
 #include "batch/ProcessingControls.h"
 #include "batch/RenameViewController.h"
+#include "batch/ReviewChangesWindow.h"
 #include "editor/EditorState.h"
 #include "editor/FieldDisplay.h"
 #include "editor/MetadataForm.h"
@@ -20,7 +21,9 @@
 #include "photolibrary/AlbumChooser.h"
 #include "presets/PresetStore.h"
 #include "presets/PresetsViewController.h"
+#include "processing/ReviewValues.h"
 #include "processing/StartProcessChain.h"
+#include "rename/RenameNumbering.h"
 #include "widgets/DesktopActions.h"
 #include "widgets/DimmingCover.h"
 #include "widgets/FileInfoDialog.h"
@@ -353,7 +356,10 @@ QWidget* HomeScreen::makeSidePane() {
     for (int i = 0; i < 5; ++i)
         addBatchControl(m_processing->checkBox(ProcessingOptions::Box(i)));
     layout->addLayout(mode);
-    layout->addWidget(m_start);
+    auto* start = new QHBoxLayout;
+    start->addWidget(makeReviewButton());
+    start->addWidget(m_start, 1);
+    layout->addLayout(start);
     return pane;
 }
 
@@ -591,6 +597,23 @@ void HomeScreen::clickedRename() {
     m_renamePanel->showFor(images.isEmpty() ? QString() : images.first().path());
     emit m_objects.events.HideUnhideTopLayerTM(false);
     m_renamePanel->open();
+}
+
+QPushButton* HomeScreen::makeReviewButton() {
+    // The plan of the run as Start Process would make it now, before any question.
+    auto* review = makeButton(QStringLiteral("btnReviewChanges"), tr("Review changes..."));
+    review->setMinimumHeight(36);
+    connect(review, &QPushButton::clicked, this, [this] {
+        const RunValues values =
+            reviewRunValues(m_objects.processingOptions, m_objects.settings,
+                            m_objects.renameSettings, *m_form, m_objects.editorState);
+        auto* window = new ReviewChangesWindow(values, m_objects.workingSet.workingImages(),
+                                               m_objects.renameNumbering.next(), this);
+        connect(window, &ReviewChangesWindow::startClicked, this, &HomeScreen::clickedStartProcess);
+        window->open();
+    });
+    addBatchControl(review);
+    return review;
 }
 
 void HomeScreen::clickedStartProcess() {

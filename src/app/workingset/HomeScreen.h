@@ -147,6 +147,7 @@ public:
 private:
     QWidget* makeTopBar();
     QWidget* makeSidePane();
+    QPushButton* makeReviewButton();
     void applyProgress(const ScanProgressView& view);
     void applyOutcome(const SelectionOutcome& outcome);
     void setBatchControlsEnabled(bool on);

@@ -3,6 +3,7 @@
 #include "batch/BatchLog.h"
 #include "batch/BatchSummary.h"
 #include "batch/FileCopier.h"
+#include "dates/CarriedShift.h"
 #include "dates/DateRule.h"
 #include "dates/DateTexts.h"
 #include "metadata/MetadataTest.h"
@@ -96,8 +97,12 @@ PhotoPlan PhotoPipeline::plan(const CGImageProperties& record, int processed, in
 
     // The "." is always written: a file without an extension gets a name ending in a point.
     const QString name = lastComponent(target);
-    const QString newName =
-        renamedBase(baseNameOf(name), firstNumber) + QLatin1Char('.') + extensionOf(name);
+    const QString newBase =
+        CaptureNames::applies(m_values.renameSettings)
+            ? m_captureNames->claim(m_values.renameSettings, record, p.sourcePath, folderOf(target),
+                                    baseNameOf(name), extensionOf(name))
+            : renamedBase(baseNameOf(name), firstNumber);
+    const QString newName = newBase + QLatin1Char('.') + extensionOf(name);
     p.finalPath = folderOf(target) + QLatin1Char('/') + newName;
     // The output is one file in its folder (the output folder, or the photo's own): a name
     // from the rename rule or the library that would make, climb or leave a folder is refused.
@@ -240,6 +245,7 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
                                                           bool flushToDisk) const {
     MetadataTest bridge;
     bridge.setFlushesToDisk(flushToDisk);
+    bridge.setWriteOptions(m_values.writeOptions);
     if (m_values.processingMode == ProcessingMode::removeGroups) {
         const CleanOptions& c = m_values.clean;
         return {bridge.cleanMetadata(path, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
@@ -251,6 +257,11 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
     return {bridge.writeMergedFields(path, edits.values, edits.eraseExif, edits.eraseIptc,
                                      edits.eraseXmp),
             edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text()};
+}
+
+WriteResult PhotoPipeline::writeMetadataInto(const QString& path,
+                                             const CGImageProperties& record) const {
+    return changeMetadata(path, record, /*flushToDisk=*/false).write;
 }
 
 FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
@@ -265,7 +276,9 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
             continue;
         }
         const DateRuleOutcome outcome =
-            applyDateRule(allDateFields[i], record, m_values.editorDates);
+            m_values.carryShifts
+                ? applyCarriedDateRule(allDateFields[i], record, m_values.editorDates)
+                : applyDateRule(allDateFields[i], record, m_values.editorDates);
         switch (outcome.action) {
         case DateRuleOutcome::Action::deleteKey:
             edits.erase(row);

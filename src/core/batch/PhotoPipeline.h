@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/CaptureNames.h"
 #include "batch/FieldEdits.h"
 #include "batch/FileIdentity.h"
 #include "batch/PhotoOutcome.h"
@@ -8,6 +9,8 @@
 #include "metadata/WriteResult.h"
 
 #include <QSet>
+
+#include <memory>
 
 namespace tagmoor {
 
@@ -50,6 +53,10 @@ public:
     static QString baseNameOf(const QString& fileName);
     static QString extensionOf(const QString& fileName);
 
+    // The metadata step of a run on the file at `path` (a scratch copy, for a preview),
+    // without flushing it to disk.
+    WriteResult writeMetadataInto(const QString& path, const CGImageProperties& record) const;
+
 private:
     QString renamedBase(const QString& base, long long firstNumber) const;
     struct MetadataStep {
@@ -67,6 +74,8 @@ private:
 
     RunValues m_values;
     FieldEdits m_plainEdits;
+    // The names given by the capture-date rule so far; shared by copies of the pipeline.
+    std::shared_ptr<CaptureNames> m_captureNames = std::make_shared<CaptureNames>();
 };
 
 } // namespace tagmoor

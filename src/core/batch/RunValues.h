@@ -2,6 +2,7 @@
 
 #include "batch/FieldEditedFlags.h"
 #include "dates/OriginalFinalDate.h"
+#include "metadata/WriteOptions.h"
 #include "model/CGImageProperties.h"
 #include "rename/Rename.h"
 
@@ -44,6 +45,10 @@ struct RunValues {
     // The rules of the six date fields (a copy of editorDates).
     OriginalFinalDate editorDates;
     Rename renameSettings;
+    // How tags are laid into the files (standard form, IPTC character set).
+    WriteOptions writeOptions;
+    // Date and time shifts carry into days, months and years instead of wrapping.
+    bool carryShifts = false;
 };
 
 } // namespace tagmoor

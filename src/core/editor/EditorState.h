@@ -15,6 +15,8 @@ struct EditorState {
     DateStores dateStores;
     OriginalDate originalDates;
     int currentImageIndex = 0;
+    // The date panel's "Carry into days, months and years": shifts of every date rule carry.
+    bool carryShifts = false;
 
     DateRuleStore& editorDates() { return dateStores.editorDates; }
     const DateRuleStore& editorDates() const { return dateStores.editorDates; }

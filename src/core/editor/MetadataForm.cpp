@@ -459,4 +459,12 @@ void MetadataForm::resetAll() {
     emit editedFlagsChanged();
 }
 
+bool MetadataForm::carriesShifts() const {
+    return m_state.carryShifts;
+}
+
+void MetadataForm::setCarriesShifts(bool carry) {
+    m_state.carryShifts = carry;
+}
+
 } // namespace tagmoor

@@ -114,6 +114,11 @@ public:
     // The merged record of the selection, or the record being compared.
     const CGImageProperties& tempProperty() const { return m_tempProperty; }
 
+    // Whether the shifts of the date rules carry into days, months and years (one choice
+    // for every date field of the run).
+    bool carriesShifts() const;
+    void setCarriesShifts(bool carry);
+
 signals:
     // Every control is to be shown anew (texts, rows, placeholders, marks).
     void formReset();

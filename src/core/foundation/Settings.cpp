@@ -36,6 +36,7 @@ const QHash<QString, KeySpec>& keyTable() {
         {Settings::MapTileURLStandard, {Kind::Text, std::nullopt}},
         {Settings::MapTileURLSatellite, {Kind::Text, std::nullopt}},
         {Settings::MapTileURLHybrid, {Kind::Text, std::nullopt}},
+        {Settings::WriteTagsInStandardFormOTM, {Kind::Bool, QVariant(false)}},
     };
     return table;
 }
@@ -224,6 +225,12 @@ std::optional<QByteArray> Settings::propertiesData() const {
 }
 void Settings::setPropertiesData(const QByteArray& v) {
     write(kPropertiesDataAP, v);
+}
+std::optional<bool> Settings::writeTagsInStandardForm() const {
+    return readBool(WriteTagsInStandardFormOTM);
+}
+void Settings::setWriteTagsInStandardForm(bool v) {
+    write(WriteTagsInStandardFormOTM, v);
 }
 
 std::optional<QVariant> Settings::defaultFor(const QString& key) {

@@ -46,6 +46,8 @@ public:
     static constexpr const char* MapTileURLHybrid = "MapTileURLHybrid";
     // The saved presets, one byte block.
     static constexpr const char* kPropertiesDataAP = "kPropertiesDataAP";
+    // Runs write tags in their standard form (types kept, only edited fields, standard dates).
+    static constexpr const char* WriteTagsInStandardFormOTM = "WriteTagsInStandardFormOTM";
 
     // Present once the welcome screen was left; only presence counts.
     std::optional<bool> startup() const;
@@ -75,6 +77,8 @@ public:
     void setMapTileUrl(int mapType, const QString& v);
     std::optional<QByteArray> propertiesData() const;
     void setPropertiesData(const QByteArray& v);
+    std::optional<bool> writeTagsInStandardForm() const;
+    void setWriteTagsInStandardForm(bool v);
 
     // The default of a key from the table; nothing for keys without one.
     static std::optional<QVariant> defaultFor(const QString& key);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "metadata/WriteOptions.h"
 #include "metadata/WriteResult.h"
 
 #include <QDateTime>
@@ -37,6 +38,10 @@ public:
     // whose target holds nothing of the user's yet (a batch's staged output) may turn it off.
     void setFlushesToDisk(bool flush) { m_flushesToDisk = flush; }
     bool flushesToDisk() const { return m_flushesToDisk; }
+
+    // The form in which writes lay their values into the file (see WriteOptions).
+    void setWriteOptions(const WriteOptions& options) { m_writeOptions = options; }
+    const WriteOptions& writeOptions() const { return m_writeOptions; }
 
     // Every tag of the file in three dictionaries: values are QString, float (QMetaType::Float)
     // or, for GPS latitude and longitude, double. Nothing when Exiv2 failed; an empty map
@@ -78,6 +83,7 @@ private:
     QStringList m_iptcKeys;
     QStringList m_xmpKeys;
     bool m_flushesToDisk = true;
+    WriteOptions m_writeOptions;
 };
 
 } // namespace tagmoor

@@ -8,6 +8,7 @@
 #include "metadata/MergeForWriting.h"
 #include "metadata/PropertyWriter.h"
 #include "metadata/SafeMetadataEdit.h"
+#include "metadata/StandardForm.h"
 
 #include <QFile>
 
@@ -43,9 +44,16 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
             const auto outcome = SafeMetadataEdit::run(
                 path, expected,
                 [&](Exiv2::Image& image) -> SafeMetadataEdit::LandedCheck {
-                    PropertyWriter::apply(image, properties(image),
-                                          {keys.exif, keys.iptc, keys.xmp}, exifKeys, iptcKeys,
-                                          xmpKeys);
+                    const QVariantMap dictionary = properties(image);
+                    const WriteOptions& options = bridge.writeOptions();
+                    if (options.standardForm)
+                        applyStandardForm(image, dictionary, keys.exif, keys.iptc, keys.xmp,
+                                          exifKeys, iptcKeys, xmpKeys);
+                    else
+                        PropertyWriter::apply(image, dictionary, {keys.exif, keys.iptc, keys.xmp},
+                                              exifKeys, iptcKeys, xmpKeys);
+                    if (options.declareIptcCharset)
+                        declareIptcCharset(image, dictionary.value(QStringLiteral("iptc")).toMap());
                     auto asked =
                         std::make_shared<KeyListSnapshot>(image, keys.exif, keys.iptc, keys.xmp);
                     return [asked](Exiv2::Image& written) {
@@ -93,6 +101,9 @@ WriteResult MetadataTest::writeMergedFields(const QString& path,
     return writeWith(
         *this, path, expected,
         [&](Exiv2::Image& image) {
+            // In the standard form only the edited fields are written: merged over nothing.
+            if (m_writeOptions.standardForm)
+                return mergeForWriting(editedFields, MetadataFieldSet{}, *this);
             return mergeForWriting(editedFields, readMetadataFieldSet(image), *this);
         },
         exifKeys, iptcKeys, xmpKeys);

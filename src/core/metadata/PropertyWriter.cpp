@@ -79,11 +79,13 @@ void applyExif(Exiv2::Image& image, const QVariantMap& exif, const QStringList& 
             break;
         case WriteKind::Gps:
             if (row.row == exifrow::GPSLatitude)
-                writeGps(exifData, key, keyNames.at(exifrow::GPSLatitudeRef).toStdString(),
-                         value.toDouble(), "S", "N");
+                PropertyWriter::writeGpsCoordinate(
+                    exifData, key, keyNames.at(exifrow::GPSLatitudeRef).toStdString(),
+                    value.toDouble(), true);
             else
-                writeGps(exifData, key, keyNames.at(exifrow::GPSLongitudeRef).toStdString(),
-                         value.toDouble(), "W", "E");
+                PropertyWriter::writeGpsCoordinate(
+                    exifData, key, keyNames.at(exifrow::GPSLongitudeRef).toStdString(),
+                    value.toDouble(), false);
             break;
         }
     }
@@ -117,6 +119,14 @@ void applyXmp(Exiv2::Image& image, const QVariantMap& xmp, const QStringList& ke
 }
 
 } // namespace
+
+void PropertyWriter::writeGpsCoordinate(Exiv2::ExifData& exifData, const std::string& key,
+                                        const std::string& refKey, double value, bool latitude) {
+    if (latitude)
+        writeGps(exifData, key, refKey, value, "S", "N");
+    else
+        writeGps(exifData, key, refKey, value, "W", "E");
+}
 
 void PropertyWriter::apply(Exiv2::Image& image, const QVariantMap& properties, const KeyNames& keys,
                            const QStringList& exifErase, const QStringList& iptcErase,

@@ -3,9 +3,12 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <string>
+
 namespace Exiv2 {
 class Image;
-}
+class ExifData;
+} // namespace Exiv2
 
 namespace tagmoor {
 
@@ -24,6 +27,11 @@ public:
     static void apply(Exiv2::Image& image, const QVariantMap& properties, const KeyNames& keys,
                       const QStringList& exifErase, const QStringList& iptcErase,
                       const QStringList& xmpErase);
+
+    // The GPS rule for one coordinate: signed degrees become "d/1 m/1 s/1" in a datum made
+    // afresh under `key`, and the hemisphere letter goes to `refKey`.
+    static void writeGpsCoordinate(Exiv2::ExifData& exifData, const std::string& key,
+                                   const std::string& refKey, double value, bool latitude);
 };
 
 } // namespace tagmoor

@@ -1,7 +1,10 @@
 #include "processing/RenamePanel.h"
 
 #include "foundation/UserPrompt.h"
+#include "rename/CaptureDateName.h"
 #include "rename/RenameRule.h"
+
+#include <QDateTime>
 
 #include <QCoreApplication>
 
@@ -35,6 +38,8 @@ RenamePanel::Option RenamePanel::option() const {
         return Option::replace;
     if (m_live.isChangeFileNameFormat)
         return Option::format;
+    if (m_live.isCaptureDateName)
+        return Option::capture;
     return Option::keep;
 }
 
@@ -65,6 +70,11 @@ void RenamePanel::clickOption(Option option) {
         next.startNumberAtNF = m_live.startNumberAtNF;
         next.minNumberDigitsNF = m_live.minNumberDigitsNF;
         break;
+    case Option::capture:
+        next.isKeepOriginal = false;
+        next.isCaptureDateName = true;
+        next.captureDatePatternCD = m_live.captureDatePatternCD;
+        break;
     }
     m_live = next;
 }
@@ -86,6 +96,9 @@ void RenamePanel::setWhereRow(int row) {
 }
 void RenamePanel::setCustomFormat(const QString& text) {
     m_live.customFormatValueNF = text;
+}
+void RenamePanel::setCapturePattern(const QString& text) {
+    m_live.captureDatePatternCD = text;
 }
 void RenamePanel::setMinDigitsRow(int row) {
     m_live.minNumberDigitsNF = std::clamp(row, 0, 7);
@@ -139,7 +152,11 @@ RenamePanel::FormatEnabled RenamePanel::formatEnabled() const {
 QString RenamePanel::example(Option which) const {
     if (which != option() || which == Option::keep)
         return tr("Example:");
-    return tr("Example: ") + exampleBase(m_live, m_base) + QStringLiteral(".") + m_extension;
+    // The capture date of a photo is known only in the run: the example shows this moment.
+    const QString base = which == Option::capture ? captureDateName(m_live.captureDatePatternCD,
+                                                                    QDateTime::currentDateTime())
+                                                  : exampleBase(m_live, m_base);
+    return tr("Example: ") + base + QStringLiteral(".") + m_extension;
 }
 
 bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting) {
@@ -161,6 +178,15 @@ bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting) {
     if (const auto refused = refusedRenameText(m_live)) {
         prompt.ask(Alert::ok(tr("The name can not hold \"/\""), *refused));
         return false;
+    }
+    if (chosen == Option::capture) {
+        if (const auto refused = refusedCaptureDatePattern(m_live.captureDatePatternCD)) {
+            prompt.ask(Alert::ok(tr("The date pattern can not make names"), *refused));
+            return false;
+        }
+        // Names from the capture date take a counter rather than a file's place.
+        m_isOpened = false;
+        return true;
     }
     if (!overwriteExisting) {
         const Alert question{

@@ -11,12 +11,12 @@ namespace tagmoor {
 class UserPrompt;
 
 // The rename panel without its widgets. It edits the application's rename rule live, with
-// four exclusive options, and keeps the rule as it stood at the opening so that Close can
+// five exclusive options, and keeps the rule as it stood at the opening so that Close can
 // bring it back. `baseName` and `extension` are those of the first photo of the list, for the
 // examples.
 class RenamePanel {
 public:
-    enum class Option { keep, add, replace, format };
+    enum class Option { keep, add, replace, format, capture };
 
     explicit RenamePanel(Rename& live) : m_live(live) {}
 
@@ -38,6 +38,8 @@ public:
     // The start number's field; an empty field jumps back to 1. Gives the field's new text.
     QString setStartNumberText(const QString& text);
     void setMinDigitsRow(int row);
+    // The date pattern of the capture-date option (empty: the default pattern).
+    void setCapturePattern(const QString& text);
 
     // Which controls of the format option take input: (format, min digits, start number).
     struct FormatEnabled {

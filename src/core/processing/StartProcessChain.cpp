@@ -140,6 +140,8 @@ void StartProcessChain::clickedStartProcess() {
         options.overwriteExisting ||
         m_objects.settings.isOverwriteIfAFileWithASameName().value_or(false);
     m_values.renameSettings = m_objects.renameSettings;
+    m_values.writeOptions.standardForm =
+        m_objects.settings.writeTagsInStandardForm().value_or(false);
 
     Alert confirmation;
     switch (options.row()) {
@@ -287,6 +289,7 @@ void StartProcessChain::finalProcess() {
     m_values.editedProperties = m_objects.form.readForm();
     m_values.fieldEditedFlags = m_objects.editorState.fieldEditedFlags;
     m_values.editorDates = m_objects.editorState.editorDates().rules();
+    m_values.carryShifts = m_objects.editorState.carryShifts;
     later(100, &StartProcessChain::executeFinalProcess);
 }
 

@@ -7,7 +7,7 @@
 
 namespace tagmoor {
 
-// The rename rule of a run. At most one of the four choices is true (the panel sees to it);
+// The rename rule of a run. At most one of the five choices is true (the panel sees to it);
 // when several are, the first in declared order decides, and with none the name stays.
 struct Rename {
     bool isKeepOriginal = true;
@@ -23,6 +23,10 @@ struct Rename {
     QString customFormatValueNF;
     qint64 startNumberAtNF = 1;
     int minNumberDigitsNF = 0; // 0 is "Auto": no padding
+    // The name made from the photo's capture date by a Unicode date pattern (empty: the
+    // default pattern), with a counter when the name is taken.
+    bool isCaptureDateName = false;
+    QString captureDatePatternCD;
 
     bool operator==(const Rename&) const = default;
 };

@@ -6,6 +6,7 @@
 #include "../AppTestSupport.h"
 #include "batch/FinalProcessedVC.h"
 #include "batch/RenameViewController.h"
+#include "batch/ReviewChangesWindow.h"
 #include "editor/DateConfigurationPanel.h"
 #include "editor/FieldControl.h"
 #include "editor/MetadataViewController.h"
@@ -19,6 +20,7 @@
 #include "presets/PresetsViewController.h"
 #include "processing/StartProcessChain.h"
 #include "shell/MainWindow.h"
+#include "shell/PreferencesWindow.h"
 #include "shell/RootView.h"
 #include "widgets/DialogPrompt.h"
 #include "workingset/AddFilesScreen.h"
@@ -28,6 +30,7 @@
 #include "workingset/TutorialOverlay.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListWidget>
@@ -205,6 +208,9 @@ int main(int argc, char** argv) {
     QTest::keyClicks(hours, QStringLiteral("2"));
     QTest::keyClick(hours, Qt::Key_Tab);
     shoot(out, QStringLiteral("date-panel.png"), window, panel);
+    panel->carryBox()->click();
+    shoot(out, QStringLiteral("date-panel-carry.png"), window, panel);
+    panel->carryBox()->click();
     panel->close();
 
     // The list's menu over the first photo.
@@ -267,6 +273,39 @@ int main(int argc, char** argv) {
     shoot(out, QStringLiteral("preview-window.png"), preview, nullptr, 1200);
     preview->close();
     home->clickedSelectUnselectAll(true);
+    settle();
+
+    // The rename sheet's names from the capture date.
+    home->clickedRename();
+    rename->option(RenamePanel::Option::capture)->click();
+    QTest::keyClicks(rename->txtFieldCapturePattern(), QStringLiteral("yyyyMMdd-HHmmss"));
+    shoot(out, QStringLiteral("rename-capture-date.png"), window);
+    rename->clickedClose();
+    settle();
+
+    // The plan of a run over ten marked photos, with the Artist typed.
+    home->clickedSelectUnselectAll(false);
+    for (int i = 0; i < 10 && i < t.set().count(); ++i)
+        home->clickedCheckBox(i, true);
+    settle();
+    artist->setFocus();
+    artist->selectAll();
+    QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
+    home->findChild<QPushButton*>(QStringLiteral("btnReviewChanges"))->click();
+    auto* review = home->findChild<ReviewChangesWindow*>();
+    while (!review->isReady())
+        settle(50);
+    shoot(out, QStringLiteral("review-changes.png"), window, review);
+    review->close();
+    home->clickedSelectUnselectAll(true);
+    settle();
+
+    // The preference of the standard form.
+    t.app->showPreferences();
+    PreferencesWindow* preferences = t.app->preferencesWindow();
+    preferences->btnWriteTagsInStandardForm()->setFocus();
+    shoot(out, QStringLiteral("preferences-standard-form.png"), preferences);
+    preferences->close();
     settle();
 
     // The questions of Start Process as the application shows them.

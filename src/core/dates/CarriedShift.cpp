@@ -1,0 +1,79 @@
+#include "dates/CarriedShift.h"
+
+#include "dates/DateTexts.h"
+#include "dates/OriginalDate.h"
+
+namespace tagmoor {
+
+namespace {
+
+QString twoDigits(int value) {
+    return QString::asprintf("%02d", value);
+}
+
+// The date of the given calendar parts in the user's zone, through the same strict text as
+// the other rules; nothing for parts that make no date there.
+std::optional<QDateTime> dateOf(const QDate& day, const QTime& time) {
+    if (!day.isValid() || !time.isValid())
+        return std::nullopt;
+    return parseRuleDate(QString::number(day.year()) + QLatin1Char('-') + twoDigits(day.month()) +
+                         QLatin1Char('-') + twoDigits(day.day()) + QLatin1Char(' ') +
+                         twoDigits(time.hour()) + QLatin1Char('-') + twoDigits(time.minute()) +
+                         QLatin1Char('-') + twoDigits(time.second()));
+}
+
+QDate dayOf(const DateParts& p) {
+    return QDate(p.year, p.month, p.day);
+}
+
+QTime timeOf(const DateParts& p) {
+    return QTime(p.hour, p.minute, p.second);
+}
+
+} // namespace
+
+DateRuleOutcome applyCarriedDateRule(const DateTimeConfiguration& rule,
+                                     const std::optional<QDateTime>& slotDate,
+                                     const std::optional<QDateTime>& ownDate) {
+    const bool shifts = !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate &&
+                        !rule.isUpdateDate && (rule.isIDOD || rule.isIDOT);
+    if (!shifts || !ownDate || !ownDate->isValid())
+        return applyDateRule(rule, slotDate, ownDate);
+    const bool hasSlot = slotDate && slotDate->isValid();
+    // As with wrapping, the parts a shift leaves alone come from the slot date when there is
+    // one: the time of a date shift, the day of a time shift.
+    const DateParts own = datePartsOf(*ownDate);
+    const DateParts base = datePartsOf(hasSlot ? *slotDate : *ownDate);
+
+    std::optional<QDateTime> result;
+    if (rule.isIDOD) {
+        const IDOD& d = rule.idod;
+        QDate day = dayOf(own);
+        if (!d.isKeepOriginalYears)
+            day = day.addYears(d.changeYears);
+        if (!d.isKeepOriginalMonths)
+            day = day.addMonths(d.changeMonths);
+        if (!d.isKeepOriginalDays)
+            day = day.addDays(d.changeDays);
+        result = dateOf(day, timeOf(base));
+    } else {
+        const IDOT& t = rule.idot;
+        const qint64 span = (t.isKeepOriginalHours ? 0 : qint64(t.changeHours) * 3600) +
+                            (t.isKeepOriginalMinutes ? 0 : qint64(t.changeMinutes) * 60) +
+                            (t.isKeepOriginalSeconds ? 0 : qint64(t.changeSeconds));
+        // Counted on the clock face, not in elapsed time: a shift across a change of summer
+        // time still moves the written time by exactly the span.
+        const QDateTime face = QDateTime(dayOf(base), timeOf(own), Qt::UTC).addSecs(span);
+        result = dateOf(face.date(), face.time());
+    }
+    // A date that does not exist in the user's zone keeps the photo's own.
+    return DateRuleOutcome::write(sharedDateFormatter().format(result ? *result : *ownDate));
+}
+
+DateRuleOutcome applyCarriedDateRule(DateField field, const CGImageProperties& record,
+                                     const OriginalFinalDate& rules) {
+    return applyCarriedDateRule(rules.rule(field), rules.slot(field),
+                                OriginalDate::of(record).get(field));
+}
+
+} // namespace tagmoor

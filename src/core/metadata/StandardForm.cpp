@@ -1,0 +1,177 @@
+#include "metadata/StandardForm.h"
+
+#include "metadata/PropertyWriter.h"
+#include "model/KeyTable.h"
+
+#include <QRegularExpression>
+
+#include <exiv2/exiv2.hpp>
+
+#include <cmath>
+#include <string>
+
+namespace tagmoor {
+
+namespace {
+
+// A date with its parts, whichever separators it was written with; fraction and zone are
+// kept as written.
+const QRegularExpression& datePattern() {
+    static const QRegularExpression pattern(QStringLiteral(
+        R"(^\s*(\d{4})[-:](\d{2})[-:](\d{2})[ T](\d{2})[:-](\d{2})[:-](\d{2})(\.\d+)?\s*(Z|[+-]\d{2}:?\d{2})?\s*$)"));
+    return pattern;
+}
+
+std::string textOf(const QVariant& value) {
+    return value.toString().toStdString();
+}
+
+// An integer row's value as text, read by the datum into the type it already has.
+std::string integerText(const QVariant& value) {
+    return std::to_string(value.toLongLong());
+}
+
+template <typename Key, typename Data> void eraseListed(Data& data, const QStringList& keys) {
+    for (const QString& text : keys) {
+        const auto found = data.findKey(Key(text.toStdString()));
+        if (found != data.end())
+            data.erase(found);
+    }
+}
+
+void applyExif(Exiv2::ExifData& exifData, const QVariantMap& exif, const QStringList& keyNames) {
+    for (const KeyRow& row : exifKeyRows()) {
+        const QString keyText = keyNames.at(row.row);
+        const QVariant value = exif.value(keyText);
+        if (!value.isValid())
+            continue;
+        const std::string key = keyText.toStdString();
+        switch (row.write) {
+        case WriteKind::NotWritten:
+        case WriteKind::GpsRef:
+            break;
+        case WriteKind::Text:
+            exifData[key].setValue(row.read == ReadKind::DateText
+                                       ? exifDateText(value.toString()).toStdString()
+                                       : textOf(value));
+            break;
+        case WriteKind::Integer:
+            exifData[key].setValue(integerText(value));
+            break;
+        case WriteKind::Rational:
+            exifData[key].setValue(rationalText(value.toDouble()));
+            break;
+        case WriteKind::Gps:
+            if (row.row == exifrow::GPSLatitude)
+                PropertyWriter::writeGpsCoordinate(
+                    exifData, key, keyNames.at(exifrow::GPSLatitudeRef).toStdString(),
+                    value.toDouble(), true);
+            else
+                PropertyWriter::writeGpsCoordinate(
+                    exifData, key, keyNames.at(exifrow::GPSLongitudeRef).toStdString(),
+                    value.toDouble(), false);
+            break;
+        }
+    }
+}
+
+bool isAscii(const QString& text) {
+    for (const QChar c : text) {
+        if (c.unicode() > 0x7f)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+QString exifDateText(const QString& text) {
+    const auto m = datePattern().match(text);
+    if (!m.hasMatch())
+        return text;
+    return QStringLiteral("%1:%2:%3 %4:%5:%6")
+        .arg(m.captured(1), m.captured(2), m.captured(3), m.captured(4), m.captured(5),
+             m.captured(6));
+}
+
+QString xmpDateText(const QString& text) {
+    const auto m = datePattern().match(text);
+    if (!m.hasMatch())
+        return text;
+    QString zone = m.captured(8);
+    if (zone.size() == 5) // "+0200" becomes "+02:00"
+        zone.insert(3, QLatin1Char(':'));
+    return QStringLiteral("%1-%2-%3T%4:%5:%6")
+               .arg(m.captured(1), m.captured(2), m.captured(3), m.captured(4), m.captured(5),
+                    m.captured(6)) +
+           m.captured(7) + zone;
+}
+
+std::string rationalText(double value) {
+    if (value > 0 && value < 1) {
+        const double inverse = std::round(1.0 / value);
+        if (inverse <= 1e6 && std::fabs(1.0 / inverse - value) <= value * 1e-4)
+            return "1/" + std::to_string(qint64(inverse));
+    }
+    const Exiv2::Rational r = Exiv2::floatToRationalCast(float(value));
+    return std::to_string(r.first) + "/" + std::to_string(r.second);
+}
+
+void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
+                       const QStringList& exifKeys, const QStringList& iptcKeys,
+                       const QStringList& xmpKeys, const QStringList& exifErase,
+                       const QStringList& iptcErase, const QStringList& xmpErase) {
+    Exiv2::ExifData& exifData = image.exifData();
+    applyExif(exifData, properties.value(QStringLiteral("exif")).toMap(), exifKeys);
+    eraseListed<Exiv2::ExifKey>(exifData, exifErase);
+    image.setExifData(exifData);
+
+    Exiv2::IptcData& iptcData = image.iptcData();
+    const QVariantMap iptc = properties.value(QStringLiteral("iptc")).toMap();
+    for (const KeyRow& row : iptcKeyRows()) {
+        const QVariant value = iptc.value(iptcKeys.at(row.row));
+        if (value.isValid())
+            iptcData[iptcKeys.at(row.row).toStdString()].setValue(textOf(value));
+    }
+    eraseListed<Exiv2::IptcKey>(iptcData, iptcErase);
+    image.setIptcData(iptcData);
+
+    Exiv2::XmpData& xmpData = image.xmpData();
+    const QVariantMap xmp = properties.value(QStringLiteral("xmp")).toMap();
+    for (const KeyRow& row : xmpKeyRows()) {
+        const QVariant value = xmp.value(xmpKeys.at(row.row));
+        if (!value.isValid())
+            continue;
+        const QString text =
+            row.read == ReadKind::DateText ? xmpDateText(value.toString()) : value.toString();
+        xmpData[xmpKeys.at(row.row).toStdString()] = text.toStdString();
+    }
+    eraseListed<Exiv2::XmpKey>(xmpData, xmpErase);
+    image.setXmpData(xmpData);
+}
+
+void declareIptcCharset(Exiv2::Image& image, const QVariantMap& iptc) {
+    bool wide = false;
+    for (const QVariant& value : iptc) {
+        if (value.typeId() == QMetaType::QString && !isAscii(value.toString())) {
+            wide = true;
+            break;
+        }
+    }
+    if (!wide)
+        return;
+    static const std::string utf8 = "\x1b%G";
+    Exiv2::IptcData& iptcData = image.iptcData();
+    const auto declared = iptcData.findKey(Exiv2::IptcKey("Iptc.Envelope.CharacterSet"));
+    if (declared == iptcData.end()) {
+        iptcData["Iptc.Envelope.CharacterSet"] = utf8;
+        image.setIptcData(iptcData);
+        return;
+    }
+    if (declared->toString() != utf8)
+        throw Exiv2::Error(Exiv2::kerErrorMessage,
+                           "the photo declares an IPTC character set other than UTF-8, in "
+                           "which the new text would be misread");
+}
+
+} // namespace tagmoor

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+namespace Exiv2 {
+class Image;
+class ExifData;
+} // namespace Exiv2
+
+namespace tagmoor {
+
+// A date text of the program ("yyyy-MM-dd HH:mm:ss", or already the tag's own form) in the
+// form an Exif date tag holds: "YYYY:MM:DD HH:MM:SS". Text that is no such date stays as it is.
+QString exifDateText(const QString& text);
+// The same in ISO 8601 for an XMP date: "YYYY-MM-DDTHH:MM:SS", with its fraction and zone if
+// it had them.
+QString xmpDateText(const QString& text);
+
+// The rational text of a value: "1/n" for a value that is the inverse of a whole number (an
+// exposure time), else Exiv2's own conversion.
+std::string rationalText(double value);
+
+// Writes the property dictionary in the standard form (see WriteOptions::standardForm): rows
+// without a value in the dictionary are left alone, numbers are written as text into the
+// datum so that it keeps its type, dates take their tag's form. The GPS rule and the erase
+// lists work as in PropertyWriter. Throws what Exiv2 throws.
+void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
+                       const QStringList& exifKeys, const QStringList& iptcKeys,
+                       const QStringList& xmpKeys, const QStringList& exifErase,
+                       const QStringList& iptcErase, const QStringList& xmpErase);
+
+// When the IPTC values of `iptc` hold text outside ASCII: adds the UTF-8 declaration to a
+// block that declares no character set. A block that declares another set would have its
+// new text misread, so this throws an Exiv2 error saying so (the file is then not changed).
+void declareIptcCharset(Exiv2::Image& image, const QVariantMap& iptc);
+
+} // namespace tagmoor

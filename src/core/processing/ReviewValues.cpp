@@ -1,0 +1,28 @@
+#include "processing/ReviewValues.h"
+
+#include "editor/EditorState.h"
+#include "editor/MetadataForm.h"
+#include "foundation/Settings.h"
+#include "processing/ProcessingOptions.h"
+
+namespace tagmoor {
+
+RunValues reviewRunValues(const ProcessingOptions& options, const Settings& settings,
+                          const Rename& renameSettings, MetadataForm& form,
+                          const EditorState& editorState) {
+    RunValues values;
+    values.processingMode = options.mode();
+    values.clean = options.clean();
+    values.overwriteExisting =
+        options.overwriteExisting || settings.isOverwriteIfAFileWithASameName().value_or(false);
+    values.renameSettings = renameSettings;
+    values.writeOptions.standardForm = settings.writeTagsInStandardForm().value_or(false);
+    values.isDestinationPathAsSource = true;
+    values.editedProperties = form.readForm();
+    values.fieldEditedFlags = editorState.fieldEditedFlags;
+    values.editorDates = editorState.editorDates().rules();
+    values.carryShifts = editorState.carryShifts;
+    return values;
+}
+
+} // namespace tagmoor

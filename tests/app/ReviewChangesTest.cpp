@@ -1,0 +1,146 @@
+// The new controls of a run in the window: the plan before writing, the carrying of date
+// shifts, names from the capture date and the standard form of tags.
+#include "AppTestSupport.h"
+#include "batch/RenameViewController.h"
+#include "batch/ReviewChangesWindow.h"
+#include "editor/DateConfigurationPanel.h"
+#include "editor/EditorState.h"
+#include "editor/FieldControl.h"
+#include "editor/MetadataForm.h"
+#include "editor/MetadataViewController.h"
+#include "model/FormFieldTable.h"
+#include "shell/PreferencesWindow.h"
+#include "workingset/HomeScreen.h"
+#include "workingset/ScanController.h"
+
+#include <QCheckBox>
+#include <QCryptographicHash>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableWidget>
+#include <QToolButton>
+
+using namespace tagmoor;
+using namespace tagmoor::test;
+
+namespace {
+
+QByteArray folderHash(const QString& dir) {
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const QFileInfo& fi : QDir(dir).entryInfoList(QDir::Files, QDir::Name)) {
+        QFile f(fi.absoluteFilePath());
+        if (f.open(QIODevice::ReadOnly))
+            hash.addData(fi.fileName().toUtf8() + f.readAll());
+    }
+    return hash.result();
+}
+
+} // namespace
+
+class ReviewChangesTest : public QObject {
+    Q_OBJECT
+private slots:
+    void reviewListsTheChangesAndTouchesNothing();
+    void carryCaptureNamesAndStandardFormAreOneSettingAway();
+
+private:
+    HomeScreen* load(TestApp& t, const QStringList& names) {
+        const QString folder = t.dir(QStringLiteral("photos"));
+        for (const QString& name : names) {
+            const QString target = folder + QLatin1Char('/') + name;
+            QFile::copy(formatsDir() + QLatin1Char('/') + name, target);
+            QFile(target).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+        }
+        t.app->scans().addFromDrop({folder});
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == names.size(), 20000); }();
+        QCoreApplication::processEvents();
+        HomeScreen* home = t.window().homeScreen();
+        home->window()->show();
+        return home;
+    }
+};
+
+void ReviewChangesTest::reviewListsTheChangesAndTouchesNothing() {
+    TestApp t;
+    HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg"), QStringLiteral("et-GPS.jpg")});
+    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
+    QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
+    const QByteArray before = folderHash(t.dir(QStringLiteral("photos")));
+
+    auto* review = home->findChild<QPushButton*>(QStringLiteral("btnReviewChanges"));
+    QVERIFY(review && review->isEnabled());
+    QCOMPARE(review->text(), QStringLiteral("Review changes..."));
+    QTest::mouseClick(review, Qt::LeftButton);
+    auto* window = home->findChild<ReviewChangesWindow*>();
+    QVERIFY(window && window->isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(window->isReady(), 30000);
+
+    QTableWidget* table = window->table();
+    QStringList artistRows;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        if (table->item(row, 1)->text() == QStringLiteral("Exif.Image.Artist"))
+            artistRows << table->item(row, 3)->text();
+    }
+    QCOMPARE(artistRows, QStringList(2, QStringLiteral("Jane Doe (Ascii)")));
+    QVERIFY(window->summary()->text().startsWith(QStringLiteral("Would be written: 2 of 2")));
+    QCOMPARE(folderHash(t.dir(QStringLiteral("photos"))), before);
+
+    // On to Start Process, whose first question is answered No.
+    t.prompt.answerNext(QStringLiteral("NO"));
+    QTest::mouseClick(window->findChild<QPushButton*>(QStringLiteral("btnStartFromReview")),
+                      Qt::LeftButton);
+    QTRY_VERIFY(!t.prompt.alerts.isEmpty());
+    QCOMPARE(t.prompt.alerts.first().title,
+             QStringLiteral("Are you sure to edit metadata of all the selected images?"));
+}
+
+void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
+    TestApp t;
+    HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg")});
+
+    FieldControl* date = home->metadataView()->control(formpos::ModifyDate);
+    QTest::mouseClick(date->dateButton(), Qt::LeftButton);
+    DateConfigurationPanel* panel = home->metadataView()->datePanel();
+    QVERIFY(panel && panel->carryBox());
+    QCOMPARE(panel->carryBox()->text(), QStringLiteral("Carry into days, months and years"));
+    QVERIFY(!panel->carryBox()->isChecked());
+    panel->carryBox()->click();
+    QVERIFY(t.app->editorState().carryShifts);
+    panel->close();
+
+    QTest::mouseClick(home->btnRename(), Qt::LeftButton);
+    RenameViewController* rename = home->renamePanel();
+    QRadioButton* capture = rename->option(RenamePanel::Option::capture);
+    QCOMPARE(capture->text(), QStringLiteral("Name From the Capture Date:"));
+    QVERIFY(!rename->txtFieldCapturePattern()->isEnabled());
+    capture->click();
+    QVERIFY(rename->txtFieldCapturePattern()->isEnabled());
+    QTest::keyClicks(rename->txtFieldCapturePattern(), QStringLiteral("'fixed'"));
+    rename->clickNext(); // a pattern without a date field is refused
+    QVERIFY(rename->isVisible());
+    QCOMPARE(t.prompt.alerts.last().title, QStringLiteral("The date pattern can not make names"));
+    rename->txtFieldCapturePattern()->clear();
+    QTest::keyClicks(rename->txtFieldCapturePattern(), QStringLiteral("yyyy-MM-dd_HHmmss"));
+    QVERIFY(rename->example(RenamePanel::Option::capture)
+                ->text()
+                .startsWith(QStringLiteral("Example: 20")));
+    const int asked = int(t.prompt.alerts.size());
+    rename->clickNext(); // counted names need no overwrite question
+    QVERIFY(!rename->isVisible());
+    QCOMPARE(int(t.prompt.alerts.size()), asked);
+    QVERIFY(t.app->renameSettings().isCaptureDateName);
+    QCOMPARE(t.app->renameSettings().captureDatePatternCD, QStringLiteral("yyyy-MM-dd_HHmmss"));
+
+    t.app->showPreferences();
+    PreferencesWindow* preferences = t.app->preferencesWindow();
+    QCheckBox* standard = preferences->btnWriteTagsInStandardForm();
+    QCOMPARE(standard->text(), QStringLiteral("Write tags in their standard form"));
+    QVERIFY(!standard->isChecked());
+    standard->click();
+    QCOMPARE(t.app->settings().writeTagsInStandardForm(), std::optional<bool>(true));
+}
+
+TAGMOOR_APP_TEST_MAIN(ReviewChangesTest)
+#include "ReviewChangesTest.moc"

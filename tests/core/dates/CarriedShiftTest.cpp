@@ -1,0 +1,87 @@
+// Shifts that carry like a calendar, in the tests' pinned time zone (UTC).
+#include "dates/CarriedShift.h"
+#include "dates/DateTexts.h"
+
+#include <gtest/gtest.h>
+
+namespace tagmoor {
+namespace {
+
+std::optional<QDateTime> at(const char* text) {
+    if (!text)
+        return std::nullopt;
+    const auto date = parseRuleDate(QString::fromLatin1(text));
+    EXPECT_TRUE(date.has_value()) << text;
+    return date;
+}
+
+DateTimeConfiguration idod(int days, int months, int years, bool keepDays = false) {
+    DateTimeConfiguration rule;
+    rule.isKeepOriginal = false;
+    rule.isIDOD = true;
+    rule.idod = {days, months, years, keepDays, false, false};
+    return rule;
+}
+
+DateTimeConfiguration idot(int hours, int minutes, int seconds, bool keepHours = false) {
+    DateTimeConfiguration rule;
+    rule.isKeepOriginal = false;
+    rule.isIDOT = true;
+    rule.idot = {hours, minutes, seconds, keepHours, false, false};
+    return rule;
+}
+
+TEST(CarriedShift, CarriesAcrossMidnightMonthEndsLeapDaysAndYearEnds) {
+    struct Case {
+        DateTimeConfiguration rule;
+        const char* own;
+        const char* expected;
+    } cases[] = {
+        {idot(1, 0, 0), "2020-12-31 23:37:53", "2021-01-01 00:37:53"},
+        {idot(2, 0, 0), "2008-05-08 23:37:53", "2008-05-09 01:37:53"},
+        {idot(0, 0, -1), "2021-01-01 00:00:00", "2020-12-31 23:59:59"},
+        {idot(-25, 0, 0), "2024-03-01 00:30:00", "2024-02-28 23:30:00"},
+        {idot(0, 90, 0), "2023-06-30 23:00:00", "2023-07-01 00:30:00"},
+        {idot(5, 0, 30, /*keepHours=*/true), "2023-06-30 23:59:40", "2023-07-01 00:00:10"},
+        {idod(11, 0, 0), "2019-06-21 10:00:00", "2019-07-02 10:00:00"},
+        {idod(1, 0, 0), "2024-02-28 08:00:00", "2024-02-29 08:00:00"},
+        {idod(1, 0, 0), "2023-02-28 08:00:00", "2023-03-01 08:00:00"},
+        {idod(0, 1, 0), "2024-01-31 08:00:00", "2024-02-29 08:00:00"},
+        {idod(0, 0, 1), "2024-02-29 08:00:00", "2025-02-28 08:00:00"},
+        {idod(-1, -1, 0), "2021-03-01 08:00:00", "2021-01-31 08:00:00"},
+        {idod(40, 0, 0, /*keepDays=*/true), "2021-03-01 08:00:00", "2021-03-01 08:00:00"},
+        {idod(0, 13, 0), "2021-12-15 08:00:00", "2023-01-15 08:00:00"},
+    };
+    for (const Case& c : cases) {
+        const DateRuleOutcome got = applyCarriedDateRule(c.rule, std::nullopt, at(c.own));
+        EXPECT_EQ(got, DateRuleOutcome::write(QString::fromLatin1(c.expected))) << c.own;
+    }
+}
+
+// Every other mode, and a photo without a date, is left to the wrapping rule; a slot date
+// gives the parts that a shift leaves alone, as it does there.
+TEST(CarriedShift, OtherModesAndSlotsAreThoseOfTheWrappingRule) {
+    DateTimeConfiguration select;
+    select.isKeepOriginal = false;
+    select.isSelectDate = true;
+    DateTimeConfiguration empty;
+    empty.isEmptyValue = true;
+    for (const DateTimeConfiguration& rule : {DateTimeConfiguration{}, select, empty}) {
+        EXPECT_EQ(applyCarriedDateRule(rule, at("2001-01-01 01:01:01"), at("2020-12-31 23:37:53")),
+                  applyDateRule(rule, at("2001-01-01 01:01:01"), at("2020-12-31 23:37:53")));
+    }
+    EXPECT_EQ(applyCarriedDateRule(idot(1, 0, 0), std::nullopt, std::nullopt),
+              DateRuleOutcome::nothing());
+    EXPECT_EQ(
+        applyCarriedDateRule(idot(1, 0, 0), at("2001-02-03 04:05:06"), at("2020-12-31 23:37:53")),
+        DateRuleOutcome::write(QStringLiteral("2001-02-04 00:37:53")));
+    EXPECT_EQ(
+        applyCarriedDateRule(idod(1, 0, 0), at("2001-02-03 04:05:06"), at("2020-12-31 23:37:53")),
+        DateRuleOutcome::write(QStringLiteral("2021-01-01 04:05:06")));
+    // Without carrying, the same shift makes hour 24, which is refused: nothing changes.
+    EXPECT_EQ(applyDateRule(idot(1, 0, 0), std::nullopt, at("2020-12-31 23:37:53")),
+              DateRuleOutcome::write(QStringLiteral("2020-12-31 23:37:53")));
+}
+
+} // namespace
+} // namespace tagmoor
