@@ -44,7 +44,7 @@ rm -rf "$WORK/cp"; sync
 cp -r "$BIG" "$WORK/inplace-floor"; cp -r "$BIG" "$WORK/inplace-run"; sync
 "$PROBE" inplacefloor "$WORK/inplace-floor" 2
 echo -n "tagmoor-cli apply in place --threads 2: "
-"$PROBE" child -- "$CLI" apply --quiet --threads 2 "${EDITS[@]}" "$WORK/inplace-run" | tail -1
+"$PROBE" child -- "$CLI" apply --quiet --threads 2 "${EDITS[@]}" --in-place "$WORK/inplace-run" | tail -1
 rm -rf "$WORK/inplace-floor" "$WORK/inplace-run"; sync
 for threads in 1 2; do
   echo -n "tagmoor-cli apply --threads $threads: "
