@@ -32,6 +32,20 @@ EDITS=(--set "Artist=Jane Doe" --set "Copyright=(c) Jane Doe" --set "ImageDescri
 echo "== speed: $COUNT photos of $(du -sh "$BIG" | cut -f1)"
 "$PROBE" floor "$BIG" "$WORK/floor"
 rm -rf "$WORK/floor"; sync
+# The references of a run into a folder, each at the niceness of the run's workers: the
+# in-memory floor (one read, an edit in memory and one write of each photo, 2 threads) and
+# cp -r of the folder.
+"$PROBE" memfloor "$BIG" "$WORK/memfloor" 2
+rm -rf "$WORK/memfloor"; sync
+echo -n "cp -r: "
+"$PROBE" child -- nice -n 5 cp -r "$BIG" "$WORK/cp" | tail -1
+rm -rf "$WORK/cp"; sync
+# In place: the run against the plain in-place write with the safe replace, each on a copy.
+cp -r "$BIG" "$WORK/inplace-floor"; cp -r "$BIG" "$WORK/inplace-run"; sync
+"$PROBE" inplacefloor "$WORK/inplace-floor" 2
+echo -n "tagmoor-cli apply in place --threads 2: "
+"$PROBE" child -- "$CLI" apply --quiet --threads 2 "${EDITS[@]}" --in-place "$WORK/inplace-run" | tail -1
+rm -rf "$WORK/inplace-floor" "$WORK/inplace-run"; sync
 for threads in 1 2; do
   echo -n "tagmoor-cli apply --threads $threads: "
   "$PROBE" child -- "$CLI" apply --quiet --threads "$threads" "${EDITS[@]}" --out "$WORK/t$threads" "$BIG" | tail -1

@@ -12,6 +12,7 @@
 #include <QThreadPool>
 #include <QTimeZone>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -163,6 +164,65 @@ QByteArray linkAside(const QByteArray& folder, const QByteArray& target) {
 
 } // namespace
 
+std::size_t SafeFileReplace::unchangedTailSize(const char* data, std::size_t size,
+                                               const QByteArray& original) {
+    const std::size_t most = std::min(size, std::size_t(original.size()));
+    const char* a = data + size;
+    const char* b = original.constData() + original.size();
+    // Compared in blocks from the end, then byte by byte within the first block that differs.
+    constexpr std::size_t kBlock = 4096;
+    std::size_t same = 0;
+    while (same + kBlock <= most && std::memcmp(a - same - kBlock, b - same - kBlock, kBlock) == 0)
+        same += kBlock;
+    while (same < most && a[-std::ptrdiff_t(same) - 1] == b[-std::ptrdiff_t(same) - 1])
+        ++same;
+    return same;
+}
+
+// The new bytes usually end with a long run that the old file holds at its own end (the picture
+// data behind the tags). That run is copied from the old file inside the kernel, which costs a
+// fraction of writing it from memory; the rest is written. Where the kernel cannot copy between
+// the two files, or the old file ends early, the run is written from memory like the rest: the
+// result is the same bytes either way.
+bool SafeFileReplace::writeNewBytes(int fd, const char* data, std::size_t size, int* error) {
+    constexpr std::size_t kWorthCopying = 64 * 1024;
+    const std::size_t tail =
+        m_readFd >= 0 ? unchangedTailSize(data, size, m_original) : std::size_t(0);
+    if (tail < kWorthCopying)
+        return writeAll(fd, data, size, error);
+    const std::size_t head = size - tail;
+    if (!writeAll(fd, data, head, error))
+        return false;
+    if (const int injected = injectedError(Step::Write)) {
+        *error = injected;
+        return false;
+    }
+    loff_t in = loff_t(m_original.size()) - loff_t(tail);
+    loff_t out = loff_t(head);
+    std::size_t copied = 0;
+    while (copied < tail) {
+        const ssize_t n = ::copy_file_range(m_readFd, &in, fd, &out, tail - copied, 0);
+        if (n > 0) {
+            copied += std::size_t(n);
+            continue;
+        }
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0 && errno != EXDEV && errno != ENOSYS && errno != EINVAL && errno != EOPNOTSUPP) {
+            *error = errno;
+            return false;
+        }
+        break; // no copy between these files, or the old file is shorter now: write the rest
+    }
+    if (copied == tail)
+        return true;
+    if (::lseek(fd, off_t(head + copied), SEEK_SET) < 0) {
+        *error = errno;
+        return false;
+    }
+    return writeAll(fd, data + head + copied, tail - copied, error);
+}
+
 void SafeFileReplace::waitForReleases() {
     releasePool().waitForDone();
 }
@@ -179,6 +239,8 @@ SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPat
 
 SafeFileReplace::~SafeFileReplace() {
     removeTemporary();
+    if (m_readFd >= 0)
+        ::close(m_readFd);
 }
 
 bool SafeFileReplace::fail(const QString& what, int error) {
@@ -209,7 +271,9 @@ SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<File
         fail(QStringLiteral("Failed to open file"), errno);
         return ReadResult::Failed;
     }
-    auto closeFd = qScopeGuard([fd] { ::close(fd); });
+    // Kept open until the replacement is done: the unchanged end of the new bytes is copied
+    // from this very file, not from whatever its name leads to by then.
+    m_readFd = fd;
     if (::fstat(fd, &m_status) != 0) {
         fail(QStringLiteral("Failed to examine file"), errno);
         return ReadResult::Failed;
@@ -279,7 +343,7 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     });
 
     int error = 0;
-    if (!writeAll(fd, data, size, &error))
+    if (!writeNewBytes(fd, data, size, &error))
         return fail(QStringLiteral("Failed to write the new file"), error);
 
     // The owner first: changing it may clear set-id bits that the mode then restores.
@@ -319,6 +383,19 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     if (!targetUnchangedSinceRead()) {
         m_trouble = Trouble::Changed;
         return fail(QStringLiteral("The file changed while it was being written"), EBUSY);
+    }
+    // A file that holds nothing of the user's (a batch's staged output) loses its name first,
+    // so that the rename below puts the new file under a free name: renaming over an existing
+    // file makes ext4 allocate and start writing the new file's blocks at once, inside the
+    // call, which costs more than all the rest of the photo's work. Should the process die in
+    // between, the output is absent and the temporary file a leftover for the next sweep.
+    if (!m_flushToDisk) {
+        if (::unlink(m_encodedTarget.constData()) != 0)
+            return fail(QStringLiteral("Failed to replace the file"), errno);
+        if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0)
+            return fail(QStringLiteral("Failed to replace the file"), errno);
+        m_temporary.clear();
+        return true;
     }
     const QByteArray aside = linkAside(QFile::encodeName(folder), m_encodedTarget);
     // The folder is not flushed after the rename: a crash right after it may bring back the old

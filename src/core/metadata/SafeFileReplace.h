@@ -83,8 +83,15 @@ public:
     // (a background thread drops their last, hidden, name).
     static void waitForReleases();
 
+    // How many bytes at the end of `data` equal those at the end of `original`.
+    static std::size_t unchangedTailSize(const char* data, std::size_t size,
+                                         const QByteArray& original);
+
 private:
+    bool writeNewBytes(int fd, const char* data, std::size_t size, int* error);
+
     bool m_flushToDisk = true;
+    int m_readFd = -1;
     bool fail(const QString& what, int error);
     bool targetUnchangedSinceRead();
     void removeTemporary();

@@ -78,7 +78,7 @@ std::optional<QVariantMap> PropertyValue::dictionary() const {
 }
 
 bool PropertyValue::operator==(const PropertyValue& other) const {
-    return kind() == other.kind() && m_value == other.m_value;
+    return kind() == other.kind() && m_value.get() == other.m_value.get();
 }
 
 const char* PropertyValue::kindName(Kind kind) {

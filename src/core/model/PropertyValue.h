@@ -5,9 +5,44 @@
 #include <QString>
 #include <QVariant>
 
+#include <memory>
 #include <optional>
 
 namespace tagmoor {
+
+// A QVariant that costs one pointer while it is empty: a record holds some 240 values, most of
+// them absent, so a present value lives on the heap and an absent one takes no more room.
+class PackedVariant {
+public:
+    PackedVariant() = default;
+    explicit PackedVariant(const QVariant& v) { assign(v); }
+    PackedVariant(const PackedVariant& other) { assign(other); }
+    PackedVariant(PackedVariant&&) noexcept = default;
+    PackedVariant& operator=(const PackedVariant& other) {
+        if (this != &other)
+            assign(other);
+        return *this;
+    }
+    PackedVariant& operator=(PackedVariant&&) noexcept = default;
+    PackedVariant& operator=(const QVariant& v) {
+        assign(v);
+        return *this;
+    }
+    ~PackedVariant() = default;
+
+    const QVariant& get() const { return m_value ? *m_value : empty(); }
+    operator const QVariant&() const { return get(); }
+
+private:
+    static const QVariant& empty() {
+        static const QVariant none;
+        return none;
+    }
+    void assign(const QVariant& v) {
+        m_value = v.isValid() ? std::make_unique<QVariant>(v) : nullptr;
+    }
+    std::unique_ptr<QVariant> m_value;
+};
 
 // An optional value of exactly one of ten kinds. Nothing is converted on assignment or on
 // reading: a value that holds the float 3.0 gives nothing when asked for an integer.
@@ -29,18 +64,18 @@ public:
     };
 
     PropertyValue() = default;
-    PropertyValue(const QString& text) : m_value(text) {}
-    PropertyValue(const char* text) : m_value(QString::fromUtf8(text)) {}
+    PropertyValue(const QString& text) : m_value(QVariant(text)) {}
+    PropertyValue(const char* text) : m_value(QVariant(QString::fromUtf8(text))) {}
     PropertyValue(qint64 v) : m_value(QVariant::fromValue<qint64>(v)) {}
     PropertyValue(int v) : m_value(QVariant::fromValue<qint64>(v)) {}
     PropertyValue(float v) : m_value(QVariant::fromValue<float>(v)) {}
     PropertyValue(double v) : m_value(QVariant::fromValue<double>(v)) {}
     PropertyValue(quint8 v) : m_value(QVariant::fromValue<quint8>(v)) {}
     PropertyValue(quint64 v) : m_value(QVariant::fromValue<quint64>(v)) {}
-    PropertyValue(const QDateTime& v) : m_value(v) {}
-    PropertyValue(const QByteArray& v) : m_value(v) {}
-    PropertyValue(const QVariantList& v) : m_value(v) {}
-    PropertyValue(const QVariantMap& v) : m_value(v) {}
+    PropertyValue(const QDateTime& v) : m_value(QVariant(v)) {}
+    PropertyValue(const QByteArray& v) : m_value(QVariant(v)) {}
+    PropertyValue(const QVariantList& v) : m_value(QVariant(v)) {}
+    PropertyValue(const QVariantMap& v) : m_value(QVariant(v)) {}
 
     // A variant of one of the ten kinds keeps it; anything else (or null) is absent.
     static PropertyValue fromVariant(const QVariant& v);
@@ -63,7 +98,7 @@ public:
     std::optional<QVariantMap> dictionary() const;
 
     // The stored variant (null when absent); what presets archive.
-    const QVariant& variant() const { return m_value; }
+    const QVariant& variant() const { return m_value.get(); }
 
     // Same kind and same value.
     bool operator==(const PropertyValue& other) const;
@@ -71,7 +106,7 @@ public:
     static const char* kindName(Kind kind);
 
 private:
-    QVariant m_value;
+    PackedVariant m_value;
 };
 
 } // namespace tagmoor

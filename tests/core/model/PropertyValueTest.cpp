@@ -82,3 +82,25 @@ TEST(CGImageProperties, FieldTablesFollowDeclaredOrder) {
     });
     EXPECT_EQ(seen, (QStringList{"exifProperties.fNumber", ".pixelWidth"}));
 }
+
+// A value held apart from its record: copies, assignments (onto itself too) and moves each leave
+// values of their own, and clearing or moving one never reaches another.
+TEST(PropertyValue, CopiesAndMovesKeepTheirOwnValues) {
+    PropertyValue a(QStringLiteral("Jane"));
+    PropertyValue b = a;
+    a = PropertyValue(qint64(4));
+    EXPECT_EQ(b.text(), QStringLiteral("Jane"));
+    EXPECT_EQ(a.int64(), 4);
+    const PropertyValue& same = a;
+    a = same;
+    EXPECT_EQ(a.int64(), 4);
+    PropertyValue moved = std::move(b);
+    EXPECT_EQ(moved.text(), QStringLiteral("Jane"));
+    b = moved;
+    moved.clear();
+    EXPECT_TRUE(moved.isAbsent());
+    EXPECT_FALSE(moved.variant().isValid());
+    EXPECT_EQ(b.text(), QStringLiteral("Jane"));
+    EXPECT_EQ(PropertyValue::fromVariant(QVariant()), PropertyValue());
+    EXPECT_EQ(PropertyValue::fromVariant(QVariant(QStringLiteral("x"))), PropertyValue("x"));
+}

@@ -1,0 +1,62 @@
+// The replacement copies the end that the new bytes share with the old file from that file;
+// whatever the lengths and wherever the first difference falls, the file must end up holding
+// exactly the new bytes.
+#include "TestSupport.h"
+
+#include "metadata/SafeFileReplace.h"
+
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+namespace tagmoor::test {
+namespace {
+
+QByteArray randomBytes(int size, quint32 seed) {
+    QByteArray bytes(size, Qt::Uninitialized);
+    QRandomGenerator random(seed);
+    for (char& c : bytes)
+        c = char(random.bounded(256));
+    return bytes;
+}
+
+TEST(SafeReplaceTail, NewBytesLandExactlyWhateverTheyShareWithTheOld) {
+    QTemporaryDir tmp;
+    const QString path = tmp.path() + "/photo.jpg";
+    const QByteArray old = randomBytes(300 * 1024 + 123, 1);
+    const QByteArray tail = old.right(old.size() - 5000);
+
+    struct Case {
+        const char* what;
+        QByteArray bytes;
+        qsizetype sharedTail;
+    };
+    QByteArray lastByteDiffers = old;
+    lastByteDiffers[lastByteDiffers.size() - 1] = char(~lastByteDiffers.back());
+    QByteArray differsAtABlockEdge = old;
+    differsAtABlockEdge[old.size() - 4096 * 3 - 1] =
+        char(~differsAtABlockEdge[old.size() - 4096 * 3 - 1]);
+    const Case cases[] = {
+        {"a longer head", randomBytes(7000, 2) + tail, tail.size()},
+        {"a shorter head", randomBytes(10, 3) + tail, tail.size()},
+        {"one byte changed just before a block", differsAtABlockEdge, 4096 * 3},
+        {"the last byte changed", lastByteDiffers, 0},
+        {"the same bytes", old, old.size()},
+        {"a short new file", old.right(100), 100},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ASSERT_TRUE(writeBytes(path, old));
+        EXPECT_EQ(SafeFileReplace::unchangedTailSize(c.bytes.constData(),
+                                                     std::size_t(c.bytes.size()), old),
+                  std::size_t(c.sharedTail));
+        SafeFileReplace file(path);
+        ASSERT_EQ(file.readTarget(std::nullopt), SafeFileReplace::ReadResult::Read);
+        ASSERT_TRUE(file.replaceWith(c.bytes.constData(), std::size_t(c.bytes.size()),
+                                     [](const QString&) { return true; }))
+            << file.errorText().toStdString();
+        EXPECT_TRUE(readBytes(path) == c.bytes);
+    }
+}
+
+} // namespace
+} // namespace tagmoor::test
