@@ -51,6 +51,11 @@ private:
 // Prints what a run would do and gives whether every photo would be written: per photo the
 // output, the values to be written and the keys to be erased, then each tag that would
 // change, as found by doing the photo's edit on a scratch copy.
+// A dry run speaks of what would happen: "would be written", "would be skipped: ...".
+QString planned(PhotoOutcome outcome) {
+    return QStringLiteral("would be ") + describe(outcome);
+}
+
 bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos) {
     const QList<PhotoChanges> plan = planChanges(pipeline, photos, RenameNumbering().next());
     int writes = 0;
@@ -59,10 +64,10 @@ bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoS
     for (int i = 0; i < total; ++i) {
         const PhotoChanges& photo = plan[i];
         if (photo.finalPath.isEmpty()) {
-            out << photo.sourcePath << ": " << describe(photo.outcome) << '\n';
+            out << photo.sourcePath << ": " << planned(photo.outcome) << '\n';
             continue;
         }
-        out << photo.sourcePath << " -> " << photo.finalPath << ": " << describe(photo.outcome)
+        out << photo.sourcePath << " -> " << photo.finalPath << ": " << planned(photo.outcome)
             << '\n';
         if (!isCounted(photo.outcome))
             continue;
