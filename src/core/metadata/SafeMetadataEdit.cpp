@@ -65,8 +65,12 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
         fail(WriteStatus::NotWritable, QStringLiteral("Writing to %1 images is not supported")
                                            .arg(QString::fromLatin1(imageKindName(kind))));
 
+    // Exiv2 works on a copy of its own: for a TIFF whose tags still fit, it writes the new
+    // values into the very buffer it was given, and the file's read bytes must stay as they
+    // were on disk, since the replacement copies the unchanged end of the new file from there.
+    const QByteArray working(original.constData(), original.size());
     auto image = Exiv2::ImageFactory::open(
-        reinterpret_cast<const Exiv2::byte*>(original.constData()), long(original.size()));
+        reinterpret_cast<const Exiv2::byte*>(working.constData()), long(working.size()));
     Q_ASSERT(image.get() != nullptr);
     LandedCheck landedCheck;
     {
