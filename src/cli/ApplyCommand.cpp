@@ -73,19 +73,7 @@ bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoS
             continue;
         ++writes;
         if (values.processingMode == ProcessingMode::removeGroups) {
-            const CleanOptions& c = values.clean;
-            QStringList groups;
-            if (c.cleanExif)
-                groups << QStringLiteral("exif");
-            if (c.cleanIPTC)
-                groups << QStringLiteral("iptc");
-            if (c.cleanXMP)
-                groups << QStringLiteral("xmp");
-            if (c.cleanGPS)
-                groups << QStringLiteral("gps");
-            if (c.cleanComment)
-                groups << QStringLiteral("comment");
-            out << "  strip " << groups.join(QStringLiteral(", ")) << '\n';
+            out << "  strip " << strippedGroups(values.clean).join(QStringLiteral(", ")) << '\n';
         } else {
             const FieldEdits edits = pipeline.fieldEditsFor(photos.record(i));
             for (const KeyRow& row : allKeyRows()) {

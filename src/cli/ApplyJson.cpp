@@ -20,21 +20,6 @@ QJsonValue jsonValue(const PropertyValue& v) {
     return QJsonValue::fromVariant(v.variant());
 }
 
-QStringList strippedGroups(const CleanOptions& c) {
-    QStringList groups;
-    if (c.cleanExif)
-        groups << QStringLiteral("exif");
-    if (c.cleanIPTC)
-        groups << QStringLiteral("iptc");
-    if (c.cleanXMP)
-        groups << QStringLiteral("xmp");
-    if (c.cleanGPS)
-        groups << QStringLiteral("gps");
-    if (c.cleanComment)
-        groups << QStringLiteral("comment");
-    return groups;
-}
-
 void addAside(QJsonObject& object, const LeftAside& aside) {
     QJsonArray leftOut;
     for (const LeftOutEntry& entry : aside.leftOut)
@@ -49,6 +34,21 @@ QByteArray line(const QJsonObject& object) {
 }
 
 } // namespace
+
+QStringList strippedGroups(const CleanOptions& c) {
+    QStringList groups;
+    if (c.cleanExif)
+        groups << QStringLiteral("exif");
+    if (c.cleanIPTC)
+        groups << QStringLiteral("iptc");
+    if (c.cleanXMP)
+        groups << QStringLiteral("xmp");
+    if (c.cleanGPS)
+        groups << QStringLiteral("gps");
+    if (c.cleanComment)
+        groups << QStringLiteral("comment");
+    return groups;
+}
 
 QByteArray planJson(const PhotoPipeline& pipeline, const PathPhotoSource& photos,
                     const LeftAside& aside, bool* allWritten) {

@@ -26,6 +26,9 @@ struct LeftAside {
 QByteArray planJson(const PhotoPipeline& pipeline, const PathPhotoSource& photos,
                     const LeftAside& aside, bool* allWritten);
 
+// The groups a removal run strips, by their option names ("exif", "iptc", ...).
+QStringList strippedGroups(const CleanOptions& clean);
+
 // The result of a run: the counts, where the output went and every photo that did not get
 // what was asked, with its reason.
 QByteArray resultJson(const BatchResult& result, const LeftAside& aside);

@@ -1,6 +1,7 @@
 #include "location/MapView.h"
 
 #include "foundation/Settings.h"
+#include "geo/MapProjection.h"
 #include "geo/TileLoader.h"
 #include "geo/WorldOutline.h"
 
@@ -200,6 +201,18 @@ void MapView::panBy(QPointF pixels) {
 void MapView::addAnnotation(const PinAnnotation& pin) {
     m_pin = pin;
     update();
+}
+
+MapRegion MapView::showPin(const PinAnnotation& pin, int mapType, double span) {
+    setMapType(mapType);
+    MapRegion asked{pin.latitude, pin.longitude, span, span};
+    const MapRegion fitted = MapProjection::regionThatFits(asked, size());
+    if (fitted.isValid())
+        asked = fitted;
+    setRegion(asked, true);
+    removeAnnotations();
+    addAnnotation(pin);
+    return asked;
 }
 
 void MapView::removeAnnotations() {

@@ -64,6 +64,10 @@ public:
     // Moves the view by screen pixels (a drag).
     void panBy(QPointF pixels);
 
+    // Switches to `mapType`, shows a region `span` degrees wide and high around the pin (as
+    // near as the widget's shape allows) and makes it the one pin. Gives the region asked for.
+    MapRegion showPin(const PinAnnotation& pin, int mapType, double span);
+
     // The pin; at most one stands on the map.
     void addAnnotation(const PinAnnotation& pin);
     void removeAnnotations();

@@ -307,17 +307,9 @@ void PreviewViewController::pictureDecoded() {
 
 void PreviewViewController::updateMapView(double latitude, double longitude, const QString& title,
                                           const QString& subtitle, int mapType) {
-    m_map->setMapType(mapType);
-    m_newRegion = {latitude, longitude, kSpan, kSpan};
-    const MapRegion fitted = MapProjection::regionThatFits(m_newRegion, m_map->size());
-    if (fitted.isValid())
-        m_newRegion = fitted;
-    m_map->setRegion(m_newRegion, true);
-    m_map->removeAnnotations();
-    m_mapAnnotations.clear();
     const PinAnnotation pin{latitude, longitude, title, subtitle};
-    m_mapAnnotations.append(pin);
-    m_map->addAnnotation(pin);
+    m_newRegion = m_map->showPin(pin, mapType, kSpan);
+    m_mapAnnotations = {pin};
 }
 
 void PreviewViewController::clickedSegmentControl(int index) {

@@ -78,14 +78,8 @@ void applyExif(Exiv2::Image& image, const QVariantMap& exif, const QStringList& 
             exifData[key] = Exiv2::floatToRationalCast(value.toFloat());
             break;
         case WriteKind::Gps:
-            if (row.row == exifrow::GPSLatitude)
-                PropertyWriter::writeGpsCoordinate(
-                    exifData, key, keyNames.at(exifrow::GPSLatitudeRef).toStdString(),
-                    value.toDouble(), true);
-            else
-                PropertyWriter::writeGpsCoordinate(
-                    exifData, key, keyNames.at(exifrow::GPSLongitudeRef).toStdString(),
-                    value.toDouble(), false);
+            PropertyWriter::writeGpsField(exifData, key, keyNames, row.row == exifrow::GPSLatitude,
+                                          value.toDouble());
             break;
         }
     }
@@ -126,6 +120,12 @@ void PropertyWriter::writeGpsCoordinate(Exiv2::ExifData& exifData, const std::st
         writeGps(exifData, key, refKey, value, "S", "N");
     else
         writeGps(exifData, key, refKey, value, "W", "E");
+}
+
+void PropertyWriter::writeGpsField(Exiv2::ExifData& exifData, const std::string& key,
+                                   const QStringList& exifKeyNames, bool latitude, double value) {
+    const auto refRow = latitude ? exifrow::GPSLatitudeRef : exifrow::GPSLongitudeRef;
+    writeGpsCoordinate(exifData, key, exifKeyNames.at(refRow).toStdString(), value, latitude);
 }
 
 void PropertyWriter::apply(Exiv2::Image& image, const QVariantMap& properties, const KeyNames& keys,

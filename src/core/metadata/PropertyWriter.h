@@ -32,6 +32,10 @@ public:
     // afresh under `key`, and the hemisphere letter goes to `refKey`.
     static void writeGpsCoordinate(Exiv2::ExifData& exifData, const std::string& key,
                                    const std::string& refKey, double value, bool latitude);
+    // The same for the latitude or longitude row, its hemisphere going to the matching
+    // reference row of `exifKeyNames`.
+    static void writeGpsField(Exiv2::ExifData& exifData, const std::string& key,
+                              const QStringList& exifKeyNames, bool latitude, double value);
 };
 
 } // namespace tagmoor

@@ -62,14 +62,8 @@ void applyExif(Exiv2::ExifData& exifData, const QVariantMap& exif, const QString
             exifData[key].setValue(rationalText(value.toDouble()));
             break;
         case WriteKind::Gps:
-            if (row.row == exifrow::GPSLatitude)
-                PropertyWriter::writeGpsCoordinate(
-                    exifData, key, keyNames.at(exifrow::GPSLatitudeRef).toStdString(),
-                    value.toDouble(), true);
-            else
-                PropertyWriter::writeGpsCoordinate(
-                    exifData, key, keyNames.at(exifrow::GPSLongitudeRef).toStdString(),
-                    value.toDouble(), false);
+            PropertyWriter::writeGpsField(exifData, key, keyNames, row.row == exifrow::GPSLatitude,
+                                          value.toDouble());
             break;
         }
     }
