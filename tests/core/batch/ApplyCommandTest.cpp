@@ -68,8 +68,10 @@ TEST_F(ApplyCommand, DryRunPrintsThePlanAndTheRunDoesIt) {
     const ToolResult dry = apply(QStringList{"--dry-run"} + args);
     ASSERT_EQ(dry.exitCode, 0) << dry.err.toStdString();
     const QString plan = QString::fromUtf8(dry.out);
-    EXPECT_TRUE(plan.contains(in() + "/et-GPS.jpg -> " + out() + "/et-GPS_e.jpg: would be written"));
-    EXPECT_TRUE(plan.contains(in() + "/sub/Reagan.jpg -> " + out() + "/Reagan_e.jpg: would be written"));
+    EXPECT_TRUE(
+        plan.contains(in() + "/et-GPS.jpg -> " + out() + "/et-GPS_e.jpg: would be written"));
+    EXPECT_TRUE(
+        plan.contains(in() + "/sub/Reagan.jpg -> " + out() + "/Reagan_e.jpg: would be written"));
     EXPECT_TRUE(plan.contains("set Exif.Image.Artist = \"Jane Doe\""));
     EXPECT_TRUE(plan.contains("set Iptc.Application2.City = \"Paris\""));
     EXPECT_TRUE(plan.contains("set Exif.Photo.DateTimeOriginal = \"2002-07-13 16:58:28\""));
