@@ -61,7 +61,7 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
                         return missing.isEmpty() ? QString() : notLandedText(missing);
                     };
                 },
-                bridge.flushesToDisk(), &result.status);
+                bridge.flushesToDisk(), &result.status, bridge.writeOptions().standardForm);
             if (outcome == SafeMetadataEdit::Result::FileChanged)
                 result = {WriteStatus::FileChanged, QStringLiteral("changed since it was read")};
         },

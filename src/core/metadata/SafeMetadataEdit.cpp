@@ -1,6 +1,7 @@
 #include "metadata/SafeMetadataEdit.h"
 
 #include "metadata/ImageKind.h"
+#include "metadata/IptcDigest.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/SafeFileReplace.h"
 
@@ -33,7 +34,7 @@ WriteStatus statusOf(const SafeFileReplace& file) {
 SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
                                                const std::optional<FileStamp>& expected,
                                                const Edit& edit, bool flushToDisk,
-                                               WriteStatus* failure) {
+                                               WriteStatus* failure, bool refreshIptcDigest) {
     const auto fail = [&](WriteStatus status, const QString& text) {
         if (failure)
             *failure = status;
@@ -86,7 +87,10 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
     if (io.open() != 0)
         throw Exiv2::Error(Exiv2::kerDataSourceOpenFailed, io.path(), Exiv2::strError());
     const long size = io.size();
-    const Exiv2::byte* bytes = io.mmap();
+    const bool refreshDigest = refreshIptcDigest && kind == ImageKind::Jpeg;
+    Exiv2::byte* bytes = io.mmap(refreshDigest);
+    if (refreshDigest)
+        tagmoor::refreshIptcDigest(bytes, std::size_t(size));
     QString notLanded;
     const bool replaced = file.replaceWith(
         reinterpret_cast<const char*>(bytes), std::size_t(size), [&](const QString& temporaryPath) {
