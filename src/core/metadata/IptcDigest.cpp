@@ -55,15 +55,12 @@ PhotoshopResources resourcesIn(const unsigned char* data, std::size_t begin, std
     return found;
 }
 
-} // namespace
-
-bool refreshIptcDigest(unsigned char* jpeg, std::size_t size) {
-    if (size < 4 || jpeg[0] != 0xFF || jpeg[1] != 0xD8)
-        return false;
+// The resources of a JPEG: those of its one Photoshop segment among the segments of its head.
+// An IPTC block split over several segments is left as it is.
+PhotoshopResources jpegResources(const unsigned char* jpeg, std::size_t size) {
     std::size_t at = 2;
     int photoshopSegments = 0;
     PhotoshopResources found;
-    // The segments of the head, up to the start of the picture data.
     while (at + 4 <= size && jpeg[at] == 0xFF) {
         const unsigned char marker = jpeg[at + 1];
         if (marker == 0xDA || marker == 0xD9)
@@ -74,7 +71,7 @@ bool refreshIptcDigest(unsigned char* jpeg, std::size_t size) {
         }
         const std::size_t length = bigEndian(jpeg + at + 2, 2);
         if (length < 2 || length > size - at - 2)
-            return false;
+            return {};
         const std::size_t dataAt = at + 4;
         const std::size_t end = at + 2 + length;
         const std::size_t tag = sizeof(kPhotoshop); // with its NUL
@@ -85,17 +82,42 @@ bool refreshIptcDigest(unsigned char* jpeg, std::size_t size) {
         }
         at = end;
     }
-    // An IPTC block split over several segments is left as it is.
-    if (photoshopSegments != 1 || !found.iptc || !found.digest || found.digest->size != kDigestSize)
+    return photoshopSegments == 1 ? found : PhotoshopResources{};
+}
+
+// The resources of a Photoshop document: a 26-byte header, the colour mode data and then the
+// image resources, each of the two behind its 4-byte length.
+PhotoshopResources psdResources(const unsigned char* psd, std::size_t size) {
+    constexpr std::size_t kHeader = 26;
+    if (size < kHeader + 4)
+        return {};
+    const std::size_t colourData = bigEndian(psd + kHeader, 4);
+    if (colourData > size - kHeader - 8)
+        return {};
+    const std::size_t lengthAt = kHeader + 4 + colourData;
+    const std::size_t length = bigEndian(psd + lengthAt, 4);
+    if (length > size - lengthAt - 4)
+        return {};
+    return resourcesIn(psd, lengthAt + 4, lengthAt + 4 + length);
+}
+
+} // namespace
+
+bool refreshIptcDigest(unsigned char* data, std::size_t size) {
+    PhotoshopResources found;
+    if (size >= 4 && data[0] == 0xFF && data[1] == 0xD8)
+        found = jpegResources(data, size);
+    else if (size >= 4 && std::memcmp(data, "8BPS", 4) == 0)
+        found = psdResources(data, size);
+    if (!found.iptc || !found.digest || found.digest->size != kDigestSize)
         return false;
     const QByteArray digest = QCryptographicHash::hash(
-        QByteArrayView(jpeg + found.iptc->offset, qsizetype(found.iptc->size)),
+        QByteArrayView(data + found.iptc->offset, qsizetype(found.iptc->size)),
         QCryptographicHash::Md5);
-    unsigned char* stored = jpeg + found.digest->offset;
+    unsigned char* stored = data + found.digest->offset;
     if (std::memcmp(stored, digest.constData(), kDigestSize) == 0)
         return false;
     std::memcpy(stored, digest.constData(), kDigestSize);
     return true;
 }
-
 } // namespace tagmoor

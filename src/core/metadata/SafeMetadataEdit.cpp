@@ -87,7 +87,8 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
     if (io.open() != 0)
         throw Exiv2::Error(Exiv2::kerDataSourceOpenFailed, io.path(), Exiv2::strError());
     const long size = io.size();
-    const bool refreshDigest = refreshIptcDigest && kind == ImageKind::Jpeg;
+    const bool refreshDigest =
+        refreshIptcDigest && (kind == ImageKind::Jpeg || kind == ImageKind::Psd);
     Exiv2::byte* bytes = io.mmap(refreshDigest);
     if (refreshDigest)
         tagmoor::refreshIptcDigest(bytes, std::size_t(size));

@@ -38,7 +38,8 @@ public:
     // that did not land; whenever it throws, the file keeps its old bytes, and `failure`
     // (when given) has been set to the kind of failure first.
     // `flushToDisk` false skips the flush; see SafeFileReplace::setFlushToDisk.
-    // `refreshIptcDigest` sets a JPEG's Photoshop digest of its IPTC block to the new block.
+    // `refreshIptcDigest` brings the Photoshop digest of the IPTC block of a JPEG or a
+    // Photoshop document up to date with the new block.
     static Result run(const QString& path, const std::optional<FileStamp>& expected,
                       const Edit& edit, bool flushToDisk = true, WriteStatus* failure = nullptr,
                       bool refreshIptcDigest = false);

@@ -7,6 +7,8 @@
 
 #include <exiv2/exiv2.hpp>
 
+#include <algorithm>
+
 #include <cmath>
 #include <string>
 
@@ -111,13 +113,39 @@ std::string rationalText(double value) {
     return std::to_string(r.first) + "/" + std::to_string(r.second);
 }
 
+namespace {
+
+bool hasMainDirectory(const Exiv2::ExifData& exifData) {
+    return std::any_of(exifData.begin(), exifData.end(),
+                       [](const Exiv2::Exifdatum& d) { return d.groupName() == "Image"; });
+}
+
+// A JPEG's first directory must hold the resolution and the chroma positioning; when an edit
+// makes that directory in a photo that had none, they get the usual values, as other programs
+// do when they create it.
+void addRequiredJpegTags(Exiv2::ExifData& exifData) {
+    const auto addIfAbsent = [&](const char* key, const char* value) {
+        if (exifData.findKey(Exiv2::ExifKey(key)) == exifData.end())
+            exifData[key].setValue(value);
+    };
+    addIfAbsent("Exif.Image.XResolution", "72/1");
+    addIfAbsent("Exif.Image.YResolution", "72/1");
+    addIfAbsent("Exif.Image.ResolutionUnit", "2");
+    addIfAbsent("Exif.Image.YCbCrPositioning", "1");
+}
+
+} // namespace
+
 void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
                        const QStringList& exifKeys, const QStringList& iptcKeys,
                        const QStringList& xmpKeys, const QStringList& exifErase,
                        const QStringList& iptcErase, const QStringList& xmpErase) {
     Exiv2::ExifData& exifData = image.exifData();
+    const bool hadMainDirectory = hasMainDirectory(exifData);
     applyExif(exifData, properties.value(QStringLiteral("exif")).toMap(), exifKeys);
     eraseListed<Exiv2::ExifKey>(exifData, exifErase);
+    if (!hadMainDirectory && hasMainDirectory(exifData) && image.mimeType() == "image/jpeg")
+        addRequiredJpegTags(exifData);
     image.setExifData(exifData);
 
     Exiv2::IptcData& iptcData = image.iptcData();
