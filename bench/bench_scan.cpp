@@ -176,5 +176,12 @@ int main(int argc, char** argv) {
     std::printf("median ratio scan/sequential %.2f (target <= 1.30); largest gap %lld ms "
                 "(target < 50), main-thread work within a gap at most %.1f ms\n",
                 ratios[ratios.size() / 2], qlonglong(worstGap), worstBusy);
+    // The peak of the whole process, the list of the last round included: the figure that
+    // decides how many photos a window can hold.
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const double peakMb = usage.ru_maxrss / 1024.0;
+    std::printf("peak RSS %.1f MB for %lld files: %.0f records per MB of peak\n", peakMb,
+                qlonglong(files.size()), files.size() / peakMb);
     return 0;
 }

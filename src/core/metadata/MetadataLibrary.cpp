@@ -5,8 +5,10 @@
 #include <exiv2/exiv2.hpp>
 #include <tiffio.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdarg>
-
+#include <cstdlib>
 #include <mutex>
 
 Q_LOGGING_CATEGORY(lcExiv2, "tagmoor.metadata.exiv2", QtWarningMsg)
@@ -51,9 +53,44 @@ void routeTiffMessagesToLog() {
     TIFFSetErrorHandler(tiffLog);
 }
 
-std::unique_lock<std::mutex> lockXmpToolkit() {
+namespace {
+std::mutex& xmpMutex() {
     static std::mutex mutex;
-    return std::unique_lock<std::mutex>(mutex);
+    return mutex;
+}
+bool xmpStatsEnabled() {
+    static const bool enabled = std::getenv("TAGMOOR_XMP_LOCK_STATS") != nullptr;
+    return enabled;
+}
+std::int64_t nowNs() {
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+std::atomic<std::int64_t> xmpLocks{0};
+std::atomic<std::int64_t> xmpHeldNs{0};
+std::atomic<std::int64_t> xmpWaitedNs{0};
+} // namespace
+
+XmpToolkitLock::XmpToolkitLock() {
+    if (!xmpStatsEnabled()) {
+        m_lock = std::unique_lock<std::mutex>(xmpMutex());
+        return;
+    }
+    const std::int64_t asked = nowNs();
+    m_lock = std::unique_lock<std::mutex>(xmpMutex());
+    m_heldSinceNs = nowNs();
+    xmpWaitedNs += m_heldSinceNs - asked;
+    ++xmpLocks;
+}
+
+XmpToolkitLock::~XmpToolkitLock() {
+    if (m_heldSinceNs != 0)
+        xmpHeldNs += nowNs() - m_heldSinceNs;
+}
+
+XmpLockStats xmpLockStats() {
+    return {xmpStatsEnabled(), xmpLocks.load(), xmpHeldNs.load(), xmpWaitedNs.load()};
 }
 
 void initializeMetadataLibrary() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <mutex>
 
 namespace tagmoor {
@@ -16,6 +17,30 @@ void routeTiffMessagesToLog();
 // Exiv2's XMP toolkit is not safe to use from two threads at once, and Exiv2 only guards
 // the registration of namespaces. Hold this lock around every Exiv2 call that parses or
 // writes XMP: readMetadata, writeMetadata, and the XmpParser functions.
-std::unique_lock<std::mutex> lockXmpToolkit();
+class XmpToolkitLock {
+public:
+    XmpToolkitLock();
+    ~XmpToolkitLock();
+    XmpToolkitLock(const XmpToolkitLock&) = delete;
+    XmpToolkitLock& operator=(const XmpToolkitLock&) = delete;
+
+private:
+    std::unique_lock<std::mutex> m_lock;
+    std::int64_t m_heldSinceNs = 0;
+};
+inline XmpToolkitLock lockXmpToolkit() {
+    return {};
+}
+
+// How long the XMP lock was held and waited for, summed over all threads. Counted only when
+// the environment variable TAGMOOR_XMP_LOCK_STATS is set at start (then `enabled` is true),
+// so that a benchmark can tell how much of a read is serialised.
+struct XmpLockStats {
+    bool enabled = false;
+    std::int64_t locks = 0;
+    std::int64_t heldNs = 0;
+    std::int64_t waitedNs = 0;
+};
+XmpLockStats xmpLockStats();
 
 } // namespace tagmoor

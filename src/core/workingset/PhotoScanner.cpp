@@ -3,16 +3,13 @@
 #include "foundation/ThreadPriority.h"
 #include "metadata/PropertyLoading.h"
 #include "workingset/FolderWalk.h"
+#include "workingset/OrderedRecordReader.h"
 #include "workingset/SupportedExtensions.h"
 #include "workingset/WorkingSetLog.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QFuture>
-#include <QThreadPool>
-#include <QtConcurrent>
 
-#include <deque>
 #include <exception>
 
 #include <sys/resource.h>
@@ -31,8 +28,6 @@ struct PhotoScanner::Shared {
 
 namespace {
 
-// Records may be read this far ahead of the one being handed over.
-constexpr int maxReadAhead = 64;
 // Records are handed over in groups of at most this many (or at each progress update).
 constexpr int maxBatch = 256;
 
@@ -46,9 +41,11 @@ public:
           m_committed(m_request.existingPaths) {
         if (!m_request.loader)
             m_request.loader = &loadImageProperties;
+        m_reader.emplace(withFileSize(m_request.loader), m_request.readerThreads,
+                         [this](const QString& path, std::optional<CGImageProperties>&& record) {
+                             take(path, std::move(record));
+                         });
         m_counters.imagesInList = m_request.listCountBefore;
-        if (m_request.readerThreads > 1)
-            m_pool.setMaxThreadCount(m_request.readerThreads);
     }
 
     ScanResult run() {
@@ -60,7 +57,7 @@ public:
         m_clock.start();
         libraryRecordPass();
         addingPass(urls);
-        drain(true);
+        m_reader->finish();
         flush(true);
         ScanResult result;
         result.flags = m_flags;
@@ -76,11 +73,6 @@ public:
     }
 
 private:
-    struct Pending {
-        QString path;
-        QFuture<std::optional<CGImageProperties>> future;
-    };
-
     static QList<QUrl> distinct(const QList<QUrl>& urls) {
         QList<QUrl> out;
         QSet<QUrl> seen;
@@ -235,50 +227,25 @@ private:
     // Reads the record of a file met for the first time, here or on a reader thread.
     void dispatch(const QString& path) {
         m_dispatched.insert(path);
-        const QUrl url = QUrl::fromLocalFile(path);
-        if (m_request.readerThreads <= 1) {
-            if (auto record = load(m_request.loader, url))
-                commitRecord(std::move(*record));
-            else
-                noteNoRecord(path);
-            return;
-        }
-        m_pending.push_back(
-            {path, QtConcurrent::run(&m_pool, &ScanRun::load, m_request.loader, url)});
-        drain(false);
+        m_reader->read(path);
     }
 
-    static std::optional<CGImageProperties> load(const RecordLoader& loader, const QUrl& url) {
-        lowerThisThreadsPriority();
-        try {
+    void take(const QString& path, std::optional<CGImageProperties>&& record) {
+        if (record && !m_committed.contains(path))
+            commitRecord(std::move(*record));
+        else if (!record)
+            noteNoRecord(path);
+    }
+
+    // The list shows the file's size beside its pixel size; it is asked of the file here, on
+    // the reader thread, so the views never touch the disk.
+    static RecordLoader withFileSize(RecordLoader loader) {
+        return [loader = std::move(loader)](const QUrl& url) {
             std::optional<CGImageProperties> record = loader(url);
-            // The list shows the file's size beside its pixel size; it is asked of the file
-            // here, on the reader thread, so the views never touch the disk.
             if (record && record->fileSize.isAbsent())
                 record->fileSize = qint64(QFileInfo(url.toLocalFile()).size());
             return record;
-        } catch (const std::exception& e) {
-            qCWarning(lcWorkingSet) << "Reading" << url.toLocalFile() << "failed:" << e.what();
-        } catch (...) {
-            qCWarning(lcWorkingSet) << "Reading" << url.toLocalFile() << "failed";
-        }
-        return std::nullopt;
-    }
-
-    // Commits finished reads in order; with `all`, waits for every one.
-    void drain(bool all) {
-        while (!m_pending.empty()) {
-            Pending& head = m_pending.front();
-            const bool mustWait = all || int(m_pending.size()) > maxReadAhead;
-            if (!mustWait && !head.future.isFinished())
-                return;
-            std::optional<CGImageProperties> record = head.future.takeResult();
-            if (record && !m_committed.contains(head.path))
-                commitRecord(std::move(*record));
-            else if (!record)
-                noteNoRecord(head.path);
-            m_pending.pop_front();
-        }
+        };
     }
 
     // A file named like a photo that gives none (a text file called .jpg, a damaged picture)
@@ -320,10 +287,9 @@ private:
     PhotoScanner& m_owner;
     PhotoScanner::Shared& m_shared;
     ScanRequest m_request;
-    QThreadPool m_pool;
     QSet<QString> m_committed;
     QSet<QString> m_dispatched;
-    std::deque<Pending> m_pending;
+    std::optional<OrderedRecordReader> m_reader;
     QList<CGImageProperties> m_batch;
     ScanFlags m_flags;
     ScanCounters m_counters;

@@ -1,7 +1,9 @@
 #include "../metadata/ExivFixture.h"
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -75,6 +77,39 @@ TEST(ReadCommand, ArgumentsAndHelp) {
     const ToolResult dashed = cli({QStringLiteral("--"), QStringLiteral("-odd.jpg")});
     EXPECT_EQ(dashed.exitCode, 1);
     EXPECT_EQ(objectsOf(dashed.out).value(0)["path"].toString(), QStringLiteral("-odd.jpg"));
+}
+
+// Reading on several threads prints exactly what one thread prints, in the order of the
+// paths: every sample (photos, damaged files, files of no photo type), a path given twice and
+// a missing one, read as relative paths from the samples folder.
+TEST(ReadCommand, ThreadsGiveTheSameOutputAsOneThread) {
+    const QDir root(QStringLiteral(TAGMOOR_SAMPLES));
+    QStringList paths;
+    for (const QString& folder : {QStringLiteral("formats"), QStringLiteral("malformed")})
+        for (const QString& name : QDir(root.filePath(folder)).entryList(QDir::Files, QDir::Name))
+            paths << folder + QLatin1Char('/') + name;
+    ASSERT_GT(paths.size(), 20);
+    paths << paths.first() << QStringLiteral("formats/none.jpg");
+
+    const auto read = [&](const QStringList& options) {
+        QProcess p;
+        p.setWorkingDirectory(root.absolutePath());
+        p.start(QStringLiteral(TAGMOOR_CLI), QStringList{QStringLiteral("read")} + options +
+                                                 QStringList{QStringLiteral("--")} + paths);
+        return finishTool(p, 120000);
+    };
+    const ToolResult one = read({});
+    EXPECT_EQ(one.exitCode, 1);
+    EXPECT_EQ(objectsOf(one.out).size(), paths.size());
+    for (const QString& threads : {QStringLiteral("2"), QStringLiteral("5")}) {
+        const ToolResult many = read({QStringLiteral("--threads"), threads});
+        EXPECT_EQ(many.exitCode, one.exitCode);
+        EXPECT_EQ(many.out, one.out) << "--threads " << threads.toStdString();
+    }
+    EXPECT_EQ(
+        cli({QStringLiteral("--threads"), QStringLiteral("0"), QStringLiteral("x.jpg")}).exitCode,
+        2);
+    EXPECT_EQ(cli({QStringLiteral("x.jpg"), QStringLiteral("--threads")}).exitCode, 2);
 }
 
 } // namespace

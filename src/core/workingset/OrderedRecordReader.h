@@ -1,0 +1,49 @@
+#pragma once
+
+#include "workingset/ScanTypes.h"
+
+#include <QFuture>
+#include <QString>
+#include <QThreadPool>
+
+#include <deque>
+#include <functional>
+#include <optional>
+
+namespace tagmoor {
+
+// Reads records on a pool of reader threads and hands them back in the order the files were
+// given, so that any number of threads gives the same sequence as one. With one thread the
+// record is read on the caller's thread. Used by the window's scan and by `tagmoor-cli read`.
+class OrderedRecordReader {
+public:
+    // Receives each file's result, in the order of read(), on the caller's thread.
+    using Sink = std::function<void(const QString& path, std::optional<CGImageProperties>&&)>;
+
+    OrderedRecordReader(RecordLoader loader, int threads, Sink sink);
+    ~OrderedRecordReader(); // waits for the reads still running; their results are dropped
+
+    // Queues one file; hands over the results that are ready (at most `maxReadAhead` wait).
+    void read(const QString& path);
+    // Hands over every result, waiting for the reads still running.
+    void finish();
+
+    // Records may be read this far ahead of the one being handed over.
+    static constexpr int maxReadAhead = 64;
+
+private:
+    struct Pending {
+        QString path;
+        QFuture<std::optional<CGImageProperties>> future;
+    };
+    void drain(bool all);
+    static std::optional<CGImageProperties> load(const RecordLoader& loader, const QString& path);
+
+    RecordLoader m_loader;
+    int m_threads;
+    Sink m_sink;
+    QThreadPool m_pool;
+    std::deque<Pending> m_pending;
+};
+
+} // namespace tagmoor
