@@ -9,12 +9,17 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+#include <algorithm>
+
+#include <sys/stat.h>
+
 namespace tagmoor {
 
 namespace {
 
-// Attempts before the last copy is kept even though the source still moved.
-constexpr int maxAttempts = 8;
+// Attempts at a whole copy before the database counts as unreadable for now; the waits between
+// them add up to about two seconds.
+constexpr int maxAttempts = 40;
 
 struct FileStamp {
     bool exists = false;
@@ -24,11 +29,35 @@ struct FileStamp {
 };
 
 FileStamp stampOf(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists())
+    struct stat status {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
         return {};
-    const QDateTime modified = info.lastModified();
-    return {true, info.size(), modified.toMSecsSinceEpoch()};
+    return {true, qint64(status.st_size),
+            qint64(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec};
+}
+
+// The part of a write-ahead log's header that changes whenever the log starts again from its
+// beginning (its salts), with the log's size; empty when there is no whole header.
+struct LogStart {
+    QByteArray salts;
+    qint64 size = 0;
+};
+
+LogStart logStartOf(const QString& path) {
+    QFile log(path);
+    if (!log.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray header = log.read(32);
+    if (header.size() < 32)
+        return {};
+    return {header.mid(16, 8), log.size()};
+}
+
+// A copy of the database file taken while the log was written to is whole once the log copied
+// after it is the same log, grown or not: every page that a checkpoint wrote into the file
+// meanwhile is still in that log, and opening the copy lays the log over the file again.
+bool logCoversFileCopy(const LogStart& before, const LogStart& copied) {
+    return !before.salts.isEmpty() && copied.salts == before.salts && copied.size >= before.size;
 }
 
 QList<FileStamp> stampsOf(const QStringList& paths) {
@@ -69,8 +98,10 @@ DatabaseCopy::DatabaseCopy(const QString& cacheRoot) {
 DatabaseCopy::~DatabaseCopy() = default;
 
 const QStringList& DatabaseCopy::companionSuffixes() {
-    static const QStringList suffixes{QStringLiteral("-wal"), QStringLiteral("-shm"),
-                                      QStringLiteral("-journal"), QStringLiteral(".lock")};
+    // The shared-memory index of the log is left behind: it may be a moment older or newer
+    // than the log, and SQLite builds it again from the log copied beside it.
+    static const QStringList suffixes{QStringLiteral("-wal"), QStringLiteral("-journal"),
+                                      QStringLiteral(".lock")};
     return suffixes;
 }
 
@@ -86,6 +117,7 @@ bool DatabaseCopy::copyFrom(const QString& databasePath, const QString& copyName
     }
     for (int attempt = 1; attempt <= maxAttempts; ++attempt) {
         const QList<FileStamp> before = stampsOf(sources);
+        const LogStart logBefore = logStartOf(sources[1]);
         bool copied = true;
         for (int i = 0; i < sources.size(); ++i) {
             QFile::remove(targets[i]);
@@ -99,17 +131,18 @@ bool DatabaseCopy::copyFrom(const QString& databasePath, const QString& copyName
             qCWarning(lcPhotoLibrary) << "Could not copy" << databasePath;
             return false;
         }
-        if (stampsOf(sources) == before) {
+        if (stampsOf(sources) == before || logCoversFileCopy(logBefore, logStartOf(targets[1]))) {
             m_path = targets.first();
             return true;
         }
         qCDebug(lcPhotoLibrary) << "The database changed while it was copied; copying again"
                                 << databasePath << "attempt" << attempt;
-        QThread::msleep(20 * attempt);
+        QThread::msleep(std::min(attempt, 10) * 5);
     }
-    // Still moving: the last copy is used; SQLite's recovery keeps whole transactions only.
-    m_path = targets.first();
-    return true;
+    // A copy taken while the file itself was written may hold half of a transaction: it is
+    // never used.
+    qCWarning(lcPhotoLibrary) << "The database kept changing while it was copied" << databasePath;
+    return false;
 }
 
 } // namespace tagmoor
