@@ -15,7 +15,7 @@ for tool in Xvfb xdotool exiftool; do
 done
 
 work=$(mktemp -d)
-display=:$((90 + RANDOM % 400))
+display=""
 cleanup() {
   [ -n "${app_pid:-}" ] && kill "$app_pid" 2>/dev/null
   [ -n "${x_pid:-}" ] && kill "$x_pid" 2>/dev/null
@@ -42,17 +42,28 @@ done
 printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\n' \
   >"$home/config/Tagmoor/Tagmoor.conf"
 
-Xvfb "$display" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
+# The server picks a free display itself and writes its number once it accepts clients, so
+# that another server on the machine (another test run, a screenshot script) is never reached.
+# -noreset: without it the server starts over when the probe below disconnects, and an
+# application that connects in that moment aborts.
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" >/dev/null 2>&1 &
 x_pid=$!
+# A loaded machine can take a while to bring the server up; the application aborts without one.
+for _ in $(seq 300); do
+  number=$(tr -dc '0-9' <"$work/display" 2>/dev/null)
+  [ -n "$number" ] && grep -q $'\n' "$work/display" 2>/dev/null && break
+  sleep 0.1
+done
+[ -n "${number:-}" ] || fail "Xvfb did not start"
+display=:$number
 export DISPLAY=$display HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$work
 export QT_QPA_PLATFORM=xcb
-# A loaded machine can take a while to bring the server up; the application aborts without one.
 ready=""
 for _ in $(seq 300); do
   if xdotool getdisplaygeometry >/dev/null 2>&1; then ready=1; break; fi
   sleep 0.1
 done
-[ -n "$ready" ] || fail "Xvfb did not start on $display"
+[ -n "$ready" ] || fail "Xvfb did not answer on $display"
 
 "$app" "$home"/Pictures/*.jpg >"$work/app.log" 2>&1 &
 app_pid=$!
