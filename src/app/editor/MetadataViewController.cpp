@@ -31,15 +31,6 @@ const char* kEditedStyle = "QLineEdit[edited=\"true\"], QPlainTextEdit[edited=\"
                            " border: 1px solid palette(highlight); border-radius: 3px;"
                            " padding: 2px 4px; }";
 
-std::optional<DateField> dateFieldAt(int position) {
-    const auto fields = dateFieldsInRunOrder();
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        if (fields[i]->position == position)
-            return allDateFields[i];
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 MetadataViewController::MetadataViewController(MetadataForm& form, AppEvents& events,

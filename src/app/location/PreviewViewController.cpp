@@ -5,6 +5,7 @@
 #include "editor/FormSections.h"
 #include "location/MapTypeSegment.h"
 #include "model/FormFieldTable.h"
+#include "widgets/GroupTabs.h"
 #include "workingset/FileSizeText.h"
 #include "workingset/ThumbnailLoader.h"
 
@@ -155,21 +156,8 @@ QWidget* PreviewViewController::makeMetadata() {
     layout->addWidget(info);
 
     auto* tabs = new QHBoxLayout;
-    tabs->setSpacing(0);
     m_tabs = new QButtonGroup(panel);
-    const QStringList names{QStringLiteral("btnExif"), QStringLiteral("btnIPTC"),
-                            QStringLiteral("btnXMP")};
-    const QStringList texts{tr("EXIF"), tr("IPTC"), tr("XMP")};
-    for (int i = 0; i < 3; ++i) {
-        auto* tab = new QToolButton;
-        tab->setObjectName(names[i]);
-        tab->setText(texts[i]);
-        tab->setCheckable(true);
-        tab->setChecked(i == 0);
-        tab->setMinimumSize(74, 28);
-        m_tabs->addButton(tab, i);
-        tabs->addWidget(tab);
-    }
+    addGroupTabs(m_tabs, tabs);
     tabs->addStretch(1);
     layout->addLayout(tabs);
     connect(m_tabs, &QButtonGroup::idClicked, this, &PreviewViewController::clickedTab);

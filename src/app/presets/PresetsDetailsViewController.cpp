@@ -8,6 +8,7 @@
 #include "foundation/AppEvents.h"
 #include "foundation/UserPrompt.h"
 #include "presets/PresetStore.h"
+#include "widgets/GroupTabs.h"
 
 #include <QButtonGroup>
 #include <QFrame>
@@ -88,21 +89,8 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     listSide->addWidget(m_hint);
 
     auto* tabs = new QHBoxLayout;
-    tabs->setSpacing(0);
-    const QStringList names{QStringLiteral("btnExif"), QStringLiteral("btnIPTC"),
-                            QStringLiteral("btnXMP")};
-    const QStringList texts{tr("EXIF"), tr("IPTC"), tr("XMP")};
-    for (int i = 0; i < names.size(); ++i) {
-        auto* tab = new QToolButton;
-        tab->setObjectName(names[i]);
-        tab->setText(texts[i]);
-        tab->setCheckable(true);
-        tab->setChecked(i == 0);
-        tab->setMinimumSize(74, 28);
+    for (QToolButton* tab : addGroupTabs(m_tabs, tabs))
         tab->setStyleSheet(QString::fromLatin1(kTabStyle));
-        m_tabs->addButton(tab, i);
-        tabs->addWidget(tab);
-    }
     tabs->addStretch(1);
     auto* formSide = new QVBoxLayout;
     formSide->setSpacing(8);

@@ -27,6 +27,7 @@
 #include "widgets/DesktopActions.h"
 #include "widgets/DimmingCover.h"
 #include "widgets/FileInfoDialog.h"
+#include "widgets/GroupTabs.h"
 #include "workingset/ListSelection.h"
 #include "workingset/PanelFilter.h"
 #include "workingset/PhotoItemDelegate.h"
@@ -272,20 +273,8 @@ QWidget* HomeScreen::makeSidePane() {
     m_location = m_locationView->label();
 
     auto* tabs = new QHBoxLayout;
-    tabs->setSpacing(0);
     m_tabs = new QButtonGroup(pane);
-    const QStringList names{QStringLiteral("btnExif"), QStringLiteral("btnIPTC"),
-                            QStringLiteral("btnXMP")};
-    const QStringList texts{tr("EXIF"), tr("IPTC"), tr("XMP")};
-    for (int i = 0; i < names.size(); ++i) {
-        auto* tab = new QToolButton;
-        tab->setObjectName(names[i]);
-        tab->setText(texts[i]);
-        tab->setCheckable(true);
-        tab->setChecked(i == 0);
-        tab->setMinimumSize(74, 28);
-        m_tabs->addButton(tab, i);
-        tabs->addWidget(tab);
+    for (QToolButton* tab : addGroupTabs(m_tabs, tabs)) {
         addBatchControl(tab);
         m_editingOnly.append(tab);
     }

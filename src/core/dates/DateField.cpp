@@ -1,5 +1,7 @@
 #include "dates/DateField.h"
 
+#include "model/FormFieldTable.h"
+
 namespace tagmoor {
 
 namespace {
@@ -33,6 +35,15 @@ const char* dateFieldName(DateField field) {
 
 const char* dateRuleName(DateField field) {
     return rowOf(field).ruleName;
+}
+
+std::optional<DateField> dateFieldAt(int formPosition) {
+    const auto fields = dateFieldsInRunOrder();
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i]->position == formPosition)
+            return allDateFields[i];
+    }
+    return std::nullopt;
 }
 
 } // namespace tagmoor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 namespace tagmoor {
 
@@ -37,5 +38,8 @@ const char* dateFieldName(DateField field);
 
 // The name of the field's rule in the stored rules, e.g. "configurationTimeOriginal".
 const char* dateRuleName(DateField field);
+
+// The date field shown at a position of the editor form, if one is.
+std::optional<DateField> dateFieldAt(int formPosition);
 
 } // namespace tagmoor

@@ -35,14 +35,6 @@ int positionOf(DateField field) {
     return dateFieldsInRunOrder()[std::size_t(field)]->position;
 }
 
-std::optional<DateField> dateFieldAt(int position) {
-    for (DateField field : allDateFields) {
-        if (positionOf(field) == position)
-            return field;
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 QString multipleValuesText() {

@@ -10,19 +10,6 @@
 
 namespace tagmoor {
 
-namespace {
-
-std::optional<DateField> dateFieldAt(int position) {
-    const auto fields = dateFieldsInRunOrder();
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        if (fields[i]->position == position)
-            return allDateFields[i];
-    }
-    return std::nullopt;
-}
-
-} // namespace
-
 bool presetHoldsValue(const CGImageProperties& values, int position) {
     const FormField* field = formFieldAt(position);
     if (!field || field->isDate())
