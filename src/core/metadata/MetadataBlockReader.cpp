@@ -2,6 +2,7 @@
 
 #include "metadata/Exiv2Guard.h"
 #include "metadata/ImageKind.h"
+#include "metadata/JpegHead.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QFile>
@@ -201,10 +202,29 @@ template <typename Data> void readRows(const Data& data, const MetadataBlockRead
 }
 
 // Opens and parses the file, or gives nothing for content that is not a photo we accept:
-// such a file never reaches Exiv2's parsers.
-Exiv2::Image::AutoPtr openImage(const std::string& native, ImageKind kind) {
+// such a file never reaches Exiv2's parsers. A JPEG is parsed from its head with the XMP
+// packet set aside, so that the XMP lock is held only while the packet is decoded.
+Exiv2::Image::AutoPtr openImage(const QString& path, const std::string& native, ImageKind kind) {
     if (!exiv2Reads(kind))
         return Exiv2::Image::AutoPtr();
+    if (kind == ImageKind::Jpeg) {
+        if (std::optional<JpegHead> head = readJpegHead(path)) {
+            // The image keeps its own copy of the head: it outlives `head`.
+            Exiv2::BasicIo::AutoPtr io(new Exiv2::MemIo);
+            io->write(reinterpret_cast<const Exiv2::byte*>(head->segments.constData()),
+                      long(head->segments.size()));
+            Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(io);
+            if (image.get() && image->imageType() == Exiv2::ImageType::jpeg) {
+                image->readMetadata();
+                if (!head->xmpPacket.empty()) {
+                    const auto xmpLock = lockXmpToolkit();
+                    if (Exiv2::XmpParser::decode(image->xmpData(), head->xmpPacket) != 0)
+                        qCDebug(lcRead) << "Failed to decode XMP metadata of" << path;
+                }
+                return image;
+            }
+        }
+    }
     Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(native, true);
     Q_ASSERT_X(image.get() != 0, "MetadataBlockReader", "image.get() != 0");
     if (image.get()) {
@@ -257,7 +277,7 @@ withParsedImage(const QString& path, const MetadataBlockReader::Options& options
     guardExiv2(
         [&] {
             Exiv2::Image::AutoPtr image =
-                openImage(*native, options.kind ? *options.kind : sniffImageKindOfFile(path));
+                openImage(path, *native, options.kind ? *options.kind : sniffImageKindOfFile(path));
             if (!image.get())
                 return;
             if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
@@ -306,7 +326,7 @@ QVariantMap MetadataBlockReader::readJsonShaped(const QString& path) {
         return result;
     guardExiv2(
         [&] {
-            Exiv2::Image::AutoPtr image = openImage(*native, sniffImageKindOfFile(path));
+            Exiv2::Image::AutoPtr image = openImage(path, *native, sniffImageKindOfFile(path));
             if (!image.get())
                 return;
             result.insert(QStringLiteral("exif"), jsonShaped(image->exifData()));
