@@ -6,6 +6,7 @@
 #include "workingset/OrderedRecordReader.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -15,6 +16,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <type_traits>
 
 namespace tagmoor::cli {
 
@@ -32,90 +34,114 @@ const char* kReadUsage =
     "\n"
     "exit status: 0 every path gave a record, 1 some did not, 2 bad arguments\n";
 
-QString quoted(const QString& text) {
-    QString out = QStringLiteral("\"");
-    for (const QChar c : text) {
-        switch (c.unicode()) {
+// Appends `text` as a JSON string. The escapes work on the UTF-8 bytes: every byte of a
+// multi-byte sequence is at least 0x80, so only ASCII is ever escaped.
+void appendQuoted(QByteArray& out, QByteArrayView utf8) {
+    static constexpr char hex[] = "0123456789abcdef";
+    out += '"';
+    for (const char ch : utf8) {
+        const auto c = static_cast<unsigned char>(ch);
+        switch (c) {
         case '"':
-            out += QStringLiteral("\\\"");
+            out += "\\\"";
             break;
         case '\\':
-            out += QStringLiteral("\\\\");
+            out += "\\\\";
             break;
         case '\n':
-            out += QStringLiteral("\\n");
+            out += "\\n";
             break;
         case '\r':
-            out += QStringLiteral("\\r");
+            out += "\\r";
             break;
         case '\t':
-            out += QStringLiteral("\\t");
+            out += "\\t";
             break;
         default:
-            if (c.unicode() < 0x20)
-                out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
-            else
-                out += c;
+            if (c < 0x20) {
+                const char escape[] = {'\\', 'u', '0', '0', hex[c >> 4], hex[c & 15]};
+                out.append(escape, sizeof escape);
+            } else {
+                out += ch;
+            }
         }
     }
-    return out + QLatin1Char('"');
+    out += '"';
+}
+
+void appendQuoted(QByteArray& out, const QString& text) {
+    appendQuoted(out, QByteArrayView(text.toUtf8()));
 }
 
 // The shortest text that reads back as the same number; JSON has no NaN or infinity.
-template <typename Float> QString number(Float f) {
-    if (!std::isfinite(f))
-        return QStringLiteral("null");
+template <typename Number> void appendNumber(QByteArray& out, Number n) {
+    if constexpr (std::is_floating_point_v<Number>) {
+        if (!std::isfinite(n)) {
+            out += "null";
+            return;
+        }
+    }
     char buffer[64];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, f).ptr;
-    return QString::fromLatin1(buffer, end - buffer);
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, n).ptr;
+    out.append(buffer, end - buffer);
 }
 
-QString isoDate(const QDateTime& d) {
-    return quoted(d.toOffsetFromUtc(d.offsetFromUtc()).toString(Qt::ISODateWithMs));
-}
-
-QString jsonOf(const PropertyValue& v) {
+void appendJson(QByteArray& out, const PropertyValue& v) {
     switch (v.kind()) {
     case PropertyValue::Kind::Text:
-        return quoted(*v.text());
+        return appendQuoted(out, *v.text());
     case PropertyValue::Kind::Int64:
-        return QString::number(*v.int64());
+        return appendNumber(out, *v.int64());
     case PropertyValue::Kind::Float32:
-        return number(*v.float32());
+        return appendNumber(out, *v.float32());
     case PropertyValue::Kind::Float64:
-        return number(*v.float64());
+        return appendNumber(out, *v.float64());
     case PropertyValue::Kind::UInt8:
-        return QString::number(*v.uint8());
+        return appendNumber(out, unsigned(*v.uint8()));
     case PropertyValue::Kind::UInt64:
-        return QString::number(*v.uint64());
-    case PropertyValue::Kind::Date:
-        return isoDate(*v.date());
+        return appendNumber(out, *v.uint64());
+    case PropertyValue::Kind::Date: {
+        const QDateTime& d = *v.date();
+        return appendQuoted(out, d.toOffsetFromUtc(d.offsetFromUtc()).toString(Qt::ISODateWithMs));
+    }
     case PropertyValue::Kind::Bytes:
-        return quoted(QString::fromLatin1(v.bytes()->toBase64()));
+        return appendQuoted(out, QByteArrayView(v.bytes()->toBase64()));
     case PropertyValue::Kind::List:
-        return QString::fromUtf8(
-            QJsonDocument(QJsonArray::fromVariantList(*v.list())).toJson(QJsonDocument::Compact));
+        out += QJsonDocument(QJsonArray::fromVariantList(*v.list())).toJson(QJsonDocument::Compact);
+        return;
     case PropertyValue::Kind::Dictionary:
-        return QString::fromUtf8(QJsonDocument(QJsonObject::fromVariantMap(*v.dictionary()))
-                                     .toJson(QJsonDocument::Compact));
+        out += QJsonDocument(QJsonObject::fromVariantMap(*v.dictionary()))
+                   .toJson(QJsonDocument::Compact);
+        return;
     case PropertyValue::Kind::Absent:
         break;
     }
-    return QStringLiteral("null");
+    out += "null";
 }
 
-QString recordLine(const QString& path, const CGImageProperties& record) {
-    QString line = QStringLiteral("{\"path\": ") + quoted(path);
+// One record as one line of JSON, built straight as UTF-8 bytes: with many small photos the
+// printing costs as much as a good part of the reading.
+QByteArray recordLine(const QString& path, const CGImageProperties& record) {
+    QByteArray line;
+    line.reserve(4096);
+    line += "{\"path\": ";
+    appendQuoted(line, path);
     forEachPresentValue(
         record, [&](const char* group, const char* field, const char*, const PropertyValue& value) {
-            const QString name =
-                *group ? QStringLiteral("%1.%2").arg(QLatin1String(group), QLatin1String(field))
-                       : QString::fromLatin1(field);
-            line += QStringLiteral(", %1: {\"value\": %2, \"kind\": \"%3\"}")
-                        .arg(quoted(name), jsonOf(value),
-                             QLatin1String(PropertyValue::kindName(value.kind())));
+            line += ", \"";
+            if (*group) {
+                line += group;
+                line += '.';
+            }
+            line += field; // record names are plain ASCII
+            line += "\": {\"value\": ";
+            appendJson(line, value);
+            line += ", \"kind\": \"";
+            line += PropertyValue::kindName(value.kind());
+            line += "\"}";
         });
-    return line + QLatin1Char('}');
+    line += "}\n";
+    return line;
 }
 
 QString whyNoRecord(const QString& path) {
@@ -169,24 +195,30 @@ int runRead(const QStringList& args) {
 
     // The reader is handed absolute paths; each result is printed under the path as given,
     // which the queue of given paths supplies in the same order.
-    QTextStream out(stdout);
+    QFile out;
+    if (!out.open(stdout, QIODevice::WriteOnly))
+        return 2;
     int missing = 0;
     qsizetype next = 0;
     OrderedRecordReader reader(&loadImageProperties, threads,
                                [&](const QString&, std::optional<CGImageProperties>&& record) {
                                    const QString& path = paths[next++];
                                    if (record) {
-                                       out << recordLine(path, *record) << '\n';
+                                       out.write(recordLine(path, *record));
                                    } else {
                                        ++missing;
-                                       out << "{\"path\": " << quoted(path)
-                                           << ", \"error\": " << quoted(whyNoRecord(path)) << "}\n";
+                                       QByteArray line = "{\"path\": ";
+                                       appendQuoted(line, path);
+                                       line += ", \"error\": ";
+                                       appendQuoted(line, whyNoRecord(path));
+                                       line += "}\n";
+                                       out.write(line);
                                    }
-                                   out.flush();
                                });
     for (const QString& path : paths)
         reader.read(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
     reader.finish();
+    out.close();
     if (const XmpLockStats stats = xmpLockStats(); stats.enabled)
         QTextStream(stderr) << "xmp lock: " << stats.locks << " times, held "
                             << stats.heldNs / 1000000 << " ms, waited for "
