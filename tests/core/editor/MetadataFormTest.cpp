@@ -14,6 +14,8 @@
 
 #include <set>
 
+#include <vector>
+
 namespace tagmoor {
 namespace {
 
@@ -88,6 +90,26 @@ TEST(SelectionMerge, AgreementPlaceholdersAndOrder) {
     for (const FormField& field : formFields())
         EXPECT_EQ(other.placeholders[field.position], m.placeholders[field.position])
             << field.control;
+}
+
+// A selection long enough to be compared in parts: a single photo that differs, wherever it
+// stands, decides the field.
+TEST(SelectionMerge, LongSelectionsAreDecidedByAnyPhoto) {
+    std::vector<CGImageProperties> photos;
+    for (int i = 0; i < 20000; ++i) {
+        photos.push_back(photo(QString("%1.jpg").arg(i), "Ann"));
+        photos.back().tiffProperties->copyRight = PropertyValue("Same");
+    }
+    photos[19999].tiffProperties->artist = PropertyValue("Bob");
+    photos[9000].exifProperties->isoSpeedRating = PropertyValue(qint64(200));
+    QList<const CGImageProperties*> selected;
+    for (const CGImageProperties& p : photos)
+        selected << &p;
+    const MergedSelection m = mergeSelection(selected);
+    EXPECT_FALSE(m.record.tiffProperties->artist.isPresent());
+    EXPECT_EQ(m.record.tiffProperties->copyRight.text(), "Same");
+    EXPECT_EQ(m.placeholders[kIso], Placeholder::MultipleValues);
+    EXPECT_EQ(m.placeholders[kFNumber], Placeholder::EmptyInAllImages);
 }
 
 TEST(DateSummary, TextsOfEachMode) {
