@@ -3,8 +3,17 @@
 #include "workingset/SupportedExtensions.h"
 
 #include <QSet>
+#include <QtConcurrent>
+
+#include <algorithm>
 
 namespace tagmoor {
+
+namespace {
+bool isMarked(const CGImageProperties& record) {
+    return record.isSelected;
+}
+} // namespace
 
 WorkingSet::WorkingSet(QObject* parent) : QObject(parent) {}
 
@@ -15,6 +24,7 @@ void WorkingSet::appendImages(const QList<CGImageProperties>& records) {
     const int last = first + int(records.size()) - 1;
     emit imagesAboutToBeAppended(first, last);
     m_workingImages.append(records);
+    m_markedCount += int(std::count_if(records.begin(), records.end(), isMarked));
     emit imagesAppended(first, last);
 }
 
@@ -25,17 +35,40 @@ void WorkingSet::reserveFor(int extra) {
 
 int WorkingSet::removeImagesWithUrls(const QList<QUrl>& urls) {
     const QSet<QUrl> gone(urls.begin(), urls.end());
-    QList<CGImageProperties> kept;
-    kept.reserve(m_workingImages.size());
-    for (const CGImageProperties& record : m_workingImages) {
-        if (!record.url || !gone.contains(*record.url))
-            kept.append(record);
-    }
-    const int removed = count() - int(kept.size());
+    const auto goes = [&gone](const CGImageProperties& record) {
+        return record.url && gone.contains(*record.url);
+    };
+    const int removed = int(std::count_if(m_workingImages.cbegin(), m_workingImages.cend(), goes));
     if (removed == 0)
         return 0;
     emit imagesAboutToBeReset();
-    m_workingImages = std::move(kept);
+    // Records are moved, never copied. Freeing the values of many records takes long, so the
+    // records that go (or, when most go, the old list) are freed on a pool thread; the extra
+    // room this needs is the smaller of what goes and what stays.
+    QList<CGImageProperties> released;
+    if (removed * 2 >= count()) {
+        QList<CGImageProperties> kept;
+        kept.reserve(count() - removed);
+        for (CGImageProperties& record : m_workingImages) {
+            if (!goes(record))
+                kept.append(std::move(record));
+        }
+        released.swap(m_workingImages);
+        m_workingImages.swap(kept);
+    } else {
+        released.reserve(removed);
+        qsizetype to = 0;
+        for (qsizetype from = 0; from < m_workingImages.size(); ++from) {
+            CGImageProperties& record = m_workingImages[from];
+            if (goes(record))
+                released.append(std::move(record));
+            else if (to++ != from)
+                m_workingImages[to - 1] = std::move(record);
+        }
+        m_workingImages.resize(to);
+    }
+    m_markedCount = int(std::count_if(m_workingImages.cbegin(), m_workingImages.cend(), isMarked));
+    releaseLater(std::move(released));
     emit imagesReset();
     return removed;
 }
@@ -44,7 +77,10 @@ void WorkingSet::clearImages() {
     if (m_workingImages.isEmpty())
         return;
     emit imagesAboutToBeReset();
-    m_workingImages.clear();
+    QList<CGImageProperties> released;
+    released.swap(m_workingImages);
+    m_markedCount = 0;
+    releaseLater(std::move(released));
     emit imagesReset();
 }
 
@@ -53,6 +89,7 @@ bool WorkingSet::setSelected(int row, bool selected) {
         return false;
     if (m_workingImages[row].isSelected != selected) {
         m_workingImages[row].isSelected = selected;
+        m_markedCount += selected ? 1 : -1;
         emit selectionChanged(row, row);
     }
     return true;
@@ -61,6 +98,7 @@ bool WorkingSet::setSelected(int row, bool selected) {
 void WorkingSet::setAllSelected(bool selected) {
     for (CGImageProperties& record : m_workingImages)
         record.isSelected = selected;
+    m_markedCount = selected ? count() : 0;
     if (!m_workingImages.isEmpty())
         emit selectionChanged(0, count() - 1);
 }
@@ -68,6 +106,7 @@ void WorkingSet::setAllSelected(bool selected) {
 bool WorkingSet::replaceImage(int row, const CGImageProperties& record) {
     if (row < 0 || row >= count())
         return false;
+    m_markedCount += int(record.isSelected) - int(m_workingImages[row].isSelected);
     m_workingImages[row] = record;
     emit imagesChanged(row, row);
     return true;
@@ -139,8 +178,24 @@ QList<int> WorkingSet::markedIndices() const {
 }
 
 int WorkingSet::markedCount() const {
-    return int(std::count_if(m_workingImages.begin(), m_workingImages.end(),
-                             [](const CGImageProperties& r) { return r.isSelected; }));
+    return m_markedCount;
+}
+
+void WorkingSet::releaseLater(QList<CGImageProperties>&& records) {
+    if (records.size() < 1024)
+        return; // freed here, at once
+    m_releasing.removeIf([](const QFuture<void>& f) { return f.isFinished(); });
+    m_releasing.append(QtConcurrent::run([gone = std::move(records)]() mutable { gone.clear(); }));
+}
+
+void WorkingSet::waitForReleases() {
+    for (QFuture<void>& f : m_releasing)
+        f.waitForFinished();
+    m_releasing.clear();
+}
+
+WorkingSet::~WorkingSet() {
+    waitForReleases();
 }
 
 QStringList WorkingSet::imagePaths() const {

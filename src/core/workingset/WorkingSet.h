@@ -2,6 +2,7 @@
 
 #include "model/CGImageProperties.h"
 
+#include <QFuture>
 #include <QList>
 #include <QObject>
 #include <QStringList>
@@ -16,6 +17,7 @@ class WorkingSet : public QObject {
     Q_OBJECT
 public:
     explicit WorkingSet(QObject* parent = nullptr);
+    ~WorkingSet() override;
 
     // The records, in the order of adding.
     const QList<CGImageProperties>& workingImages() const { return m_workingImages; }
@@ -38,7 +40,9 @@ public:
 
     // Indices of marked records, ascending.
     QList<int> markedIndices() const;
-    int markedCount() const;
+    int markedCount() const; // kept as the list changes, not counted
+    // Waits until the records of a removal, freed on a pool thread, are gone.
+    void waitForReleases();
     // The local paths of all records, for duplicate tests.
     QStringList imagePaths() const;
 
@@ -81,7 +85,11 @@ signals:
     void stagingChanged();
 
 private:
+    void releaseLater(QList<CGImageProperties>&& records);
+
     QList<CGImageProperties> m_workingImages;
+    int m_markedCount = 0;
+    QList<QFuture<void>> m_releasing;
     QList<QUrl> m_stagedURLs;
     QList<QUrl> m_pendingOpenURLs;
     bool m_isScanning = false;

@@ -154,6 +154,45 @@ TEST(WorkingList, ReplacingARecordTellsTheViews) {
     EXPECT_EQ(set.markedCount(), 1);
 }
 
+// Removing keeps the order of the records that stay and their marks, whether few or most go
+// (the two take different ways), and the kept count of marked photos follows every change.
+TEST(WorkingList, RemovalKeepsOrderAndTheMarkedCount) {
+    for (const int step : {7, 1, 2}) { // every 7th goes; all go; every other goes
+        WorkingSet set;
+        QList<CGImageProperties> records;
+        for (int i = 0; i < 3000; ++i)
+            records << record(QString("/p/%1.jpg").arg(i), i % 3 != 0);
+        set.appendImages(records);
+        QList<QUrl> gone;
+        int expectedMarked = 0;
+        QStringList expectedPaths;
+        for (int i = 0; i < 3000; ++i) {
+            if (i % step == 0)
+                gone << QUrl::fromLocalFile(QString("/p/%1.jpg").arg(i));
+            else {
+                expectedPaths << QString("/p/%1.jpg").arg(i);
+                expectedMarked += i % 3 != 0;
+            }
+        }
+        EXPECT_EQ(set.removeImagesWithUrls(gone), gone.size());
+        EXPECT_EQ(set.imagePaths(), expectedPaths) << step;
+        EXPECT_EQ(set.markedCount(), expectedMarked) << step;
+        EXPECT_EQ(set.markedCount(), set.markedIndices().size());
+        if (!set.isEmpty()) {
+            const bool wasMarked = set.workingImages()[0].isSelected;
+            set.setSelected(0, !wasMarked);
+            EXPECT_EQ(set.markedCount(), expectedMarked + (wasMarked ? -1 : 1));
+            set.replaceImage(0, record("/p/new.jpg", wasMarked));
+            EXPECT_EQ(set.markedCount(), expectedMarked);
+        }
+        set.setAllSelected(true);
+        EXPECT_EQ(set.markedCount(), set.count());
+        set.clearImages();
+        EXPECT_EQ(set.markedCount(), 0);
+        set.waitForReleases();
+    }
+}
+
 TEST(WorkingList, ProgressTextsAndSizeTexts) {
     const ScanProgressView counting = ScanProgressView::countingLook();
     EXPECT_EQ(counting.percentText, "0%");
