@@ -3,8 +3,13 @@
 #include "workingset/PhotoItemDelegate.h"
 #include "workingset/ThumbnailProvider.h"
 
+#include <QCursor>
 #include <QHeaderView>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QScrollBar>
+
+#include <algorithm>
 
 namespace tagmoor {
 
@@ -22,24 +27,189 @@ void followThumbnails(QAbstractItemView* view, ThumbnailProvider& thumbnails) {
 } // namespace
 
 PhotoGridView::PhotoGridView(ThumbnailProvider& thumbnails, QWidget* parent)
-    : QListView(parent),
-      m_delegate(new PhotoItemDelegate(PhotoItemDelegate::Look::Grid, thumbnails, this)) {
+    : QAbstractItemView(parent),
+      m_delegate(new PhotoItemDelegate(PhotoItemDelegate::Look::Grid, thumbnails, this)),
+      m_cell(PhotoItemDelegate::kGridCell) {
     setObjectName(QStringLiteral("collectionView"));
-    setViewMode(QListView::IconMode);
-    setMovement(QListView::Static);
-    setResizeMode(QListView::Adjust);
-    setFlow(QListView::LeftToRight);
-    setWrapping(true);
-    setUniformItemSizes(true);
-    setGridSize(PhotoItemDelegate::kGridCell);
-    setSpacing(0);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    verticalScrollBar()->setSingleStep(24);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFrameShape(QFrame::NoFrame);
+    setMouseTracking(true);
     setItemDelegate(m_delegate);
     followThumbnails(this, thumbnails);
+}
+
+void PhotoGridView::setModel(QAbstractItemModel* model) {
+    if (QAbstractItemModel* old = this->model())
+        disconnect(old, nullptr, this, nullptr);
+    QAbstractItemView::setModel(model);
+    if (!model)
+        return;
+    for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(model, signal, this, &PhotoGridView::listChanged);
+    connect(model, &QAbstractItemModel::modelReset, this, &PhotoGridView::listChanged);
+    connect(model, &QAbstractItemModel::layoutChanged, this, &PhotoGridView::listChanged);
+    listChanged();
+}
+
+void PhotoGridView::listChanged() {
+    updateGeometries();
+    viewport()->update();
+}
+
+int PhotoGridView::itemCount() const {
+    return model() ? model()->rowCount(rootIndex()) : 0;
+}
+
+int PhotoGridView::lineCount() const {
+    return (itemCount() + m_columns - 1) / m_columns;
+}
+
+int PhotoGridView::verticalOffset() const {
+    return verticalScrollBar()->value();
+}
+
+QRect PhotoGridView::visualRect(const QModelIndex& index) const {
+    if (!index.isValid() || index.parent() != rootIndex())
+        return {};
+    const int row = index.row();
+    return {(row % m_columns) * m_cell.width(),
+            (row / m_columns) * m_cell.height() - verticalOffset(), m_cell.width(),
+            m_cell.height()};
+}
+
+QModelIndex PhotoGridView::indexAt(const QPoint& point) const {
+    if (point.x() < 0 || point.x() >= m_columns * m_cell.width())
+        return {};
+    const int y = point.y() + verticalOffset();
+    if (y < 0)
+        return {};
+    const qint64 row = qint64(y / m_cell.height()) * m_columns + point.x() / m_cell.width();
+    if (row >= itemCount())
+        return {};
+    return model()->index(int(row), 0, rootIndex());
+}
+
+void PhotoGridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    const QRect rect = visualRect(index);
+    if (!rect.isValid())
+        return;
+    const int height = viewport()->height();
+    QScrollBar* bar = verticalScrollBar();
+    const int top = rect.top() + verticalOffset();
+    switch (hint) {
+    case PositionAtTop:
+        bar->setValue(top);
+        break;
+    case PositionAtBottom:
+        bar->setValue(top + rect.height() - height);
+        break;
+    case PositionAtCenter:
+        bar->setValue(top + rect.height() / 2 - height / 2);
+        break;
+    case EnsureVisible:
+        if (rect.top() < 0)
+            bar->setValue(top);
+        else if (rect.bottom() >= height)
+            bar->setValue(top + rect.height() - height);
+        break;
+    }
+}
+
+QModelIndex PhotoGridView::moveCursor(CursorAction action, Qt::KeyboardModifiers) {
+    const int count = itemCount();
+    if (count == 0)
+        return {};
+    const QModelIndex current = currentIndex();
+    const int row = current.isValid() ? current.row() : 0;
+    const int page = std::max(1, viewport()->height() / m_cell.height()) * m_columns;
+    int next = row;
+    switch (action) {
+    case MoveLeft:
+    case MovePrevious:
+        next = row - 1;
+        break;
+    case MoveRight:
+    case MoveNext:
+        next = row + 1;
+        break;
+    case MoveUp:
+        next = row - m_columns;
+        break;
+    case MoveDown:
+        next = row + m_columns;
+        break;
+    case MovePageUp:
+        next = row - page;
+        break;
+    case MovePageDown:
+        next = row + page;
+        break;
+    case MoveHome:
+        next = 0;
+        break;
+    case MoveEnd:
+        next = count - 1;
+        break;
+    }
+    if (!current.isValid())
+        next = 0;
+    return model()->index(std::clamp(next, 0, count - 1), 0, rootIndex());
+}
+
+QItemSelection PhotoGridView::rowsIn(const QRect& rect) const {
+    QItemSelection selection;
+    const int count = itemCount();
+    const QRect area = rect.normalized();
+    if (count == 0 || area.isEmpty())
+        return selection;
+    const int offset = verticalOffset();
+    const int firstLine = std::max(0, (area.top() + offset) / m_cell.height());
+    const int lastLine = std::min(lineCount() - 1, (area.bottom() + offset) / m_cell.height());
+    const int firstColumn = std::max(0, area.left() / m_cell.width());
+    const int lastColumn = std::min(m_columns - 1, area.right() / m_cell.width());
+    if (firstColumn > lastColumn)
+        return selection;
+    for (int line = firstLine; line <= lastLine; ++line) {
+        const int first = line * m_columns + firstColumn;
+        const int last = std::min(count - 1, line * m_columns + lastColumn);
+        if (first <= last)
+            selection.select(model()->index(first, 0, rootIndex()),
+                             model()->index(last, 0, rootIndex()));
+    }
+    return selection;
+}
+
+void PhotoGridView::setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) {
+    if (selectionModel())
+        selectionModel()->select(rowsIn(rect), command);
+}
+
+QRegion PhotoGridView::visualRegionForSelection(const QItemSelection& selection) const {
+    QRegion region;
+    // Only the rows on screen matter for a repaint.
+    const QItemSelection shown = rowsIn(viewport()->rect());
+    for (const QItemSelectionRange& range : selection) {
+        for (const QItemSelectionRange& line : shown) {
+            const int first = std::max(line.top(), range.top());
+            const int last = std::min(line.bottom(), range.bottom());
+            for (int row = first; row <= last; ++row)
+                region += visualRect(model()->index(row, 0, rootIndex()));
+        }
+    }
+    return region;
+}
+
+void PhotoGridView::updateGeometries() {
+    const int height = viewport()->height();
+    const int total = lineCount() * m_cell.height();
+    QScrollBar* bar = verticalScrollBar();
+    bar->setRange(0, std::max(0, total - height));
+    bar->setPageStep(height);
+    bar->setSingleStep(24);
+    QAbstractItemView::updateGeometries();
 }
 
 void PhotoGridView::resizeEvent(QResizeEvent* event) {
@@ -47,11 +217,36 @@ void PhotoGridView::resizeEvent(QResizeEvent* event) {
     // the width instead of leaving a strip on the right.
     const int width = viewport()->width();
     const int cell = PhotoItemDelegate::kGridCell.width();
-    const int columns = std::max(1, width / cell);
-    const int spread = std::min(cell + cell / 3, width / columns);
-    if (gridSize().width() != spread)
-        setGridSize({spread, PhotoItemDelegate::kGridCell.height()});
-    QListView::resizeEvent(event);
+    m_columns = std::max(1, width / cell);
+    m_cell = {std::min(cell + cell / 3, width / m_columns), PhotoItemDelegate::kGridCell.height()};
+    QAbstractItemView::resizeEvent(event);
+    updateGeometries();
+}
+
+void PhotoGridView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    const QItemSelection shown = rowsIn(event->rect());
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const QModelIndex current = currentIndex();
+    const QModelIndex hover = viewport()->underMouse()
+                                  ? indexAt(viewport()->mapFromGlobal(QCursor::pos()))
+                                  : QModelIndex();
+    const QStyle::State base = option.state;
+    for (const QItemSelectionRange& line : shown) {
+        for (int row = line.top(); row <= line.bottom(); ++row) {
+            const QModelIndex index = model()->index(row, 0, rootIndex());
+            option.rect = visualRect(index);
+            option.state = base;
+            if (selectionModel() && selectionModel()->isSelected(index))
+                option.state |= QStyle::State_Selected;
+            if (index == current && hasFocus())
+                option.state |= QStyle::State_HasFocus;
+            if (index == hover)
+                option.state |= QStyle::State_MouseOver;
+            itemDelegateForIndex(index)->paint(&painter, option, index);
+        }
+    }
 }
 
 PhotoTableView::PhotoTableView(ThumbnailProvider& thumbnails, QWidget* parent)
