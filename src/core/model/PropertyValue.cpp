@@ -78,7 +78,14 @@ std::optional<QVariantMap> PropertyValue::dictionary() const {
 }
 
 bool PropertyValue::operator==(const PropertyValue& other) const {
-    return kind() == other.kind() && m_value.get() == other.m_value.get();
+    const QVariant& a = m_value.get();
+    const QVariant& b = other.m_value.get();
+    // Texts are most of what is compared (merging a long selection compares every marked
+    // photo's texts): straight to the strings, without the variant's dispatch.
+    if (a.metaType().id() == QMetaType::QString && b.metaType().id() == QMetaType::QString)
+        return *static_cast<const QString*>(a.constData()) ==
+               *static_cast<const QString*>(b.constData());
+    return kind() == other.kind() && a == b;
 }
 
 const char* PropertyValue::kindName(Kind kind) {

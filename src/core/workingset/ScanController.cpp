@@ -161,35 +161,26 @@ void ScanController::addFromDrop(const QStringList& paths) {
     emit m_events.UpdateVCOTM(1);
 }
 
-static QList<QUrl> urlsOf(const QList<CGImageProperties>& records, bool markedOnly) {
-    QList<QUrl> urls;
-    for (const CGImageProperties& record : records) {
-        if ((!markedOnly || record.isSelected) && record.url)
-            urls.append(*record.url);
-    }
-    return urls;
-}
-
 bool ScanController::clickedRemove() {
-    return removeUrls(urlsOf(m_set.workingImages(), true));
+    m_set.removeMarkedImages();
+    return listShrank();
 }
 
 bool ScanController::removeSelected() {
-    const QList<QUrl> urls = urlsOf(m_set.workingImages(), true);
     if (m_prompt.ask(removeSelectedQuestion()) != 0)
         return false;
-    return removeUrls(urls);
+    m_set.removeMarkedImages();
+    return listShrank();
 }
 
 bool ScanController::removeAll() {
-    const QList<QUrl> urls = urlsOf(m_set.workingImages(), false);
     if (m_prompt.ask(removeAllQuestion()) != 0)
         return false;
-    return removeUrls(urls);
+    m_set.clearImages();
+    return listShrank();
 }
 
-bool ScanController::removeUrls(const QList<QUrl>& urls) {
-    m_set.removeImagesWithUrls(urls);
+bool ScanController::listShrank() {
     emit reloadViews();
     emit selectionRefreshed(m_selection.refresh());
     if (m_set.isEmpty())

@@ -76,7 +76,8 @@ private:
     void onFinished(const ScanResult& result);
     void showAlertLater(const TimedAlert& alert);
     void showAlertsLater(const QList<Alert>& alerts, int delayMs);
-    bool removeUrls(const QList<QUrl>& urls);
+    // Tells the views and the selection that photos left the list.
+    bool listShrank();
 
     WorkingSet& m_set;
     UserPrompt& m_prompt;

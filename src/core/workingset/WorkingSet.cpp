@@ -35,9 +35,16 @@ void WorkingSet::reserveFor(int extra) {
 
 int WorkingSet::removeImagesWithUrls(const QList<QUrl>& urls) {
     const QSet<QUrl> gone(urls.begin(), urls.end());
-    const auto goes = [&gone](const CGImageProperties& record) {
+    return removeImagesIf([&gone](const CGImageProperties& record) {
         return record.url && gone.contains(*record.url);
-    };
+    });
+}
+
+int WorkingSet::removeMarkedImages() {
+    return removeImagesIf(isMarked);
+}
+
+int WorkingSet::removeImagesIf(const std::function<bool(const CGImageProperties&)>& goes) {
     const int removed = int(std::count_if(m_workingImages.cbegin(), m_workingImages.cend(), goes));
     if (removed == 0)
         return 0;

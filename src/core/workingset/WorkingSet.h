@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <functional>
+
 namespace tagmoor {
 
 // The working list and the lists that feed it, shared by the add screen, the home screen,
@@ -30,6 +32,8 @@ public:
     void reserveFor(int extra);
     // Keeps the records whose url is not among `urls`; the number removed.
     int removeImagesWithUrls(const QList<QUrl>& urls);
+    // Keeps the records that are not marked; the number removed.
+    int removeMarkedImages();
     void clearImages();
     // Puts a new version of one record in its place (after a batch rewrote the file, say);
     // false when the row is outside the list.
@@ -85,6 +89,7 @@ signals:
     void stagingChanged();
 
 private:
+    int removeImagesIf(const std::function<bool(const CGImageProperties&)>& goes);
     void releaseLater(QList<CGImageProperties>&& records);
 
     QList<CGImageProperties> m_workingImages;
