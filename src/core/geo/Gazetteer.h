@@ -42,10 +42,9 @@ public:
     // folding ("São Paulo" and "SAO PAULO" fold alike).
     static QString fold(const QString& text);
 
-    // The region index of a place outside every region in places.bin.
-    static constexpr quint16 kNoRegion = 0xFFFF;
-
 private:
+    // The region index of a place outside every region.
+    static constexpr quint16 kNoRegion = 0xFFFF;
     // A first-level division of a country (GeoNames admin1).
     struct Region {
         QString code;

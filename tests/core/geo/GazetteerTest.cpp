@@ -7,11 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QDataStream>
-#include <QIODevice>
-
 #include <cmath>
-#include <tuple>
 
 using namespace tagmoor;
 
@@ -31,56 +27,15 @@ struct Known {
     const char* country;
 };
 
-// A places.bin body by hand: regions (country, code, name), then places.
-QByteArray tinyGazetteer(quint16 regionOf) {
-    QByteArray data;
-    QDataStream out(&data, QIODevice::WriteOnly);
-    out.setByteOrder(QDataStream::LittleEndian);
-    auto text = [&out](const QByteArray& utf8) {
-        out << quint16(utf8.size());
-        out.writeRawData(utf8.constData(), int(utf8.size()));
-    };
-    out.writeRawData("TMPL", 4);
-    out << quint32(2) << quint32(2);
-    out.writeRawData("NO", 2);
-    text("42");
-    text("Vestland");
-    out.writeRawData("NO", 2);
-    text("30");
-    text(""); // a code that no longer has a name
-    out << quint32(2);
-    for (auto [lat, lon, region, name] : {std::tuple(60.39, 5.32, regionOf, "Bergen"),
-                                          std::tuple(59.91, 10.75, quint16(1), "Oslo")}) {
-        out << qint32(lat * 1e5) << qint32(lon * 1e5) << quint32(200000);
-        out.writeRawData("NO", 2);
-        out << quint8(0) << region;
-        text(name);
-    }
-    return data;
-}
-
 } // namespace
 
 TEST(Gazetteer, LoadsTheInstalledPlaces) {
     EXPECT_GT(gazetteer().size(), 130000);
-    EXPECT_EQ(Gazetteer::fromData("TMPL\2\0\0\0\5\0\0\0"), nullptr) << "a cut file is refused";
-    EXPECT_EQ(Gazetteer::fromData("TMPL\1\0\0\0\0\0\0\0"), nullptr) << "an older format";
+    EXPECT_EQ(Gazetteer::fromData(QByteArray("TMPL\2\0\0\0\5\0\0\0", 12)), nullptr)
+        << "a cut file is refused";
+    EXPECT_EQ(Gazetteer::fromData(QByteArray("TMPL\1\0\0\0\0\0\0\0", 12)), nullptr)
+        << "an older format";
     EXPECT_EQ(Gazetteer::fromData("not a gazetteer"), nullptr);
-
-    const auto tiny = Gazetteer::fromData(tinyGazetteer(Gazetteer::kNoRegion));
-    ASSERT_TRUE(tiny);
-    const auto bergen = tiny->reverse(60.39, 5.32);
-    ASSERT_TRUE(bergen);
-    EXPECT_TRUE(bergen->administrativeArea.isEmpty());
-    EXPECT_TRUE(bergen->administrativeAreaCode.isEmpty());
-    EXPECT_EQ(bergen->composedNameWithRegion(), QStringLiteral("Bergen, Norway"));
-    // A code without a name keeps its code and adds nothing to the name.
-    const auto oslo = tiny->reverse(59.91, 10.75);
-    EXPECT_EQ(oslo->administrativeAreaCode, QStringLiteral("30"));
-    EXPECT_EQ(oslo->composedNameWithRegion(), QStringLiteral("Oslo, Norway"));
-    EXPECT_EQ(Gazetteer::fromData(tinyGazetteer(0))->reverse(60.39, 5.32)->composedNameWithRegion(),
-              QStringLiteral("Bergen, Vestland, Norway"));
-    EXPECT_EQ(Gazetteer::fromData(tinyGazetteer(2)), nullptr) << "a region past the table";
 }
 
 TEST(Gazetteer, ReverseGivesTheCityAPositionBelongsTo) {
@@ -159,8 +114,6 @@ TEST(Gazetteer, ForwardFindsNamesWhateverTheirAccentsAndCase) {
     const auto texas = gazetteer().forward(QStringLiteral("Paris, Texas"));
     ASSERT_FALSE(texas.isEmpty());
     EXPECT_EQ(texas.first().administrativeArea, QStringLiteral("Texas"));
-    EXPECT_EQ(gazetteer().forward(QStringLiteral("paris, tex")).first().administrativeArea,
-              QStringLiteral("Texas"));
     EXPECT_EQ(gazetteer()
                   .forward(QStringLiteral("Springfield, Illinois, United States"))
                   .first()
