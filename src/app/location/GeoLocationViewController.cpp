@@ -8,7 +8,9 @@
 #include "geo/SharedLocation.h"
 #include "location/MapTypeSegment.h"
 
+#include <QAbstractItemView>
 #include <QButtonGroup>
+#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -16,6 +18,7 @@
 #include <QLineEdit>
 #include <QLoggingCategory>
 #include <QPushButton>
+#include <QStringListModel>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -32,7 +35,7 @@ GeoLocationViewController::GeoLocationViewController(AppEvents& events, const Se
                                                      UserPrompt& prompt, QWidget* parent)
     : QDialog(parent), m_events(events), m_prompt(prompt), m_geocoder(new Geocoder(this)),
       m_map(new MapView), m_latitudeField(new QLineEdit), m_longitudeField(new QLineEdit),
-      m_nameField(new QLineEdit) {
+      m_nameField(new QLineEdit), m_completions(new QStringListModel(this)) {
     setObjectName(QStringLiteral("GeoLocation"));
     setWindowTitle(tr("Location"));
     setWindowModality(Qt::WindowModal);
@@ -52,6 +55,13 @@ GeoLocationViewController::GeoLocationViewController(AppEvents& events, const Se
     m_longitudeField->setPlaceholderText(tr("Decimal degrees, east positive"));
     m_nameField->setPlaceholderText(tr("Type a place, e.g. Z\u00fcrich or Paris, France"));
     m_nameField->setClearButtonEnabled(true);
+    // The matches of the typed name, each with its region and country: "Paris, Texas, United
+    // States" tells one Paris from another. The gazetteer already matched them, so the popup
+    // lists them as they are.
+    m_completer = new QCompleter(m_completions, this);
+    m_completer->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
+    m_completer->popup()->setObjectName(QStringLiteral("namePlaces"));
+    m_nameField->setCompleter(m_completer);
     auto* latitudeLabel = new QLabel(tr("Latitude:"));
     latitudeLabel->setObjectName(QStringLiteral("lblLatitude"));
     auto* longitudeLabel = new QLabel(tr("Longitude:"));
@@ -103,6 +113,11 @@ GeoLocationViewController::GeoLocationViewController(AppEvents& events, const Se
             &GeoLocationViewController::annotationDragEnded);
     connect(m_map, &MapView::annotationClicked, this, &GeoLocationViewController::showMoreInfo);
     connect(m_close, &QPushButton::clicked, this, &GeoLocationViewController::clickedCancel);
+    connect(m_completer, qOverload<const QString&>(&QCompleter::activated), this,
+            [this](const QString& place) {
+                m_nameField->setText(place);
+                controlTextDidChange(m_nameField);
+            });
 }
 
 GeoLocationViewController::~GeoLocationViewController() = default;
@@ -141,10 +156,20 @@ void GeoLocationViewController::controlTextDidChange(QLineEdit* sender) {
         updateMap(QString(), QString(), mapType, m_latitude, m_longitude);
         startReverseGeocoding();
     } else if (sender == m_nameField) {
+        const int edit = ++m_nameEdits;
         m_geocoder->geocodeAddressString(
-            m_nameField->text(), [this](const QList<Placemark>& marks, const QString& error) {
+            m_nameField->text(), [this, edit](const QList<Placemark>& marks, const QString& error) {
                 if (!error.isEmpty())
                     qCInfo(lcPicker) << error;
+                if (edit == m_nameEdits) {
+                    QStringList places;
+                    for (const Placemark& mark : marks)
+                        places.append(mark.composedNameWithRegion());
+                    places.removeDuplicates();
+                    m_completions->setStringList(places);
+                    if (places.size() > 1 && m_nameField->hasFocus())
+                        m_completer->complete();
+                }
                 if (marks.isEmpty())
                     return;
                 m_latitude = float(marks.first().latitude);
@@ -188,7 +213,10 @@ void GeoLocationViewController::writeFields() {
 void GeoLocationViewController::startReverseGeocoding() {
     m_geocoder->reverseGeocodeLocation(
         m_latitude, m_longitude,
-        [this](const std::optional<Placemark>& mark, const QString& error) {
+        [this, edits = m_nameEdits](const std::optional<Placemark>& mark, const QString& error) {
+            // The user typed a name since the question: what they typed stays.
+            if (edits != m_nameEdits)
+                return;
             if (!mark) {
                 qCInfo(lcPicker) << (error.isEmpty() ? QStringLiteral("Unknown error") : error);
                 return;

@@ -7,6 +7,8 @@
 #include <QList>
 
 class QButtonGroup;
+class QCompleter;
+class QStringListModel;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -51,6 +53,8 @@ public:
     QLineEdit* txtFieldLatitude() const { return m_latitudeField; }
     QLineEdit* txtFieldLongitude() const { return m_longitudeField; }
     QLineEdit* txtFieldName() const { return m_nameField; }
+    // The places found for the typed name, with their regions, to choose among.
+    QCompleter* nameCompleter() const { return m_completer; }
     QButtonGroup* segmentControl() const { return m_segment; }
     QPushButton* btnCancel() const { return m_close; }
     Geocoder& geocoder() const { return *m_geocoder; }
@@ -69,6 +73,11 @@ private:
     QLineEdit* m_latitudeField;
     QLineEdit* m_longitudeField;
     QLineEdit* m_nameField;
+    QCompleter* m_completer;
+    QStringListModel* m_completions;
+    // Counts the user's edits of the name field: a reverse geocoding asked before the latest
+    // of them is stale and leaves the typed text alone.
+    int m_nameEdits = 0;
     QButtonGroup* m_segment;
     QPushButton* m_close;
     QList<PinAnnotation> m_mapAnnotations;

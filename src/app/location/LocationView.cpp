@@ -37,26 +37,29 @@ LocationView::LocationView(const Settings& settings, QWidget* parent)
     layout->addWidget(m_text);
 }
 
-void LocationView::showPosition(double latitude, double longitude) {
+void LocationView::showPosition(double latitude, double longitude, Naming naming) {
+    // Until the gazetteer answers, a view that showed no position gives the numbers.
+    const bool hadPosition = !m_map->isHidden();
     m_map->show();
     // A wider view than the picker's: at this size the country around the pin tells more.
     m_map->setRegion({latitude, longitude, kSpan, kSpan}, false);
     m_map->removeAnnotations();
     m_map->addAnnotation({latitude, longitude, QString(), QString()});
-    if (m_text->text().isEmpty())
+    if (!hadPosition || m_text->text().isEmpty())
         m_text->setText(QStringLiteral("%1, %2").arg(coordinateText(float(latitude)),
                                                      coordinateText(float(longitude))));
     const int question = ++m_question;
-    m_geocoder->reverseGeocodeLocation(latitude, longitude,
-                                       [this, question](const auto& mark, const QString& error) {
-                                           if (question != m_question)
-                                               return;
-                                           if (!mark) {
-                                               qCInfo(lcLocationView) << error;
-                                               return;
-                                           }
-                                           m_text->setText(mark->composedName());
-                                       });
+    m_geocoder->reverseGeocodeLocation(
+        latitude, longitude, [this, question, naming](const auto& mark, const QString& error) {
+            if (question != m_question)
+                return;
+            if (!mark) {
+                qCInfo(lcLocationView) << error;
+                return;
+            }
+            m_text->setText(naming == Naming::PlaceAndRegion ? mark->composedNameWithRegion()
+                                                             : mark->composedName());
+        });
 }
 
 void LocationView::showText(const QString& text) {

@@ -60,8 +60,8 @@ void MainWindow::tappedAbout() {
         return;
     QMessageBox::about(this, tr("About Tagmoor"),
                        tr("<h3>Tagmoor %1</h3><p>Edit the metadata of many photos at once.</p>"
-                          "<p>World outline: Natural Earth (public domain). Place names: "
-                          "GeoNames (CC BY 4.0). Map tiles: © OpenStreetMap "
+                          "<p>World outline: Natural Earth (public domain). Place and region "
+                          "names: GeoNames (CC BY 4.0). Map tiles: © OpenStreetMap "
                           "contributors.</p>")
                            .arg(AppDelegate::version()));
 }

@@ -444,9 +444,12 @@ void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
         if (*outcome.showRecord < m_objects.workingSet.count())
             showLocation(m_objects.workingSet.workingImages().at(*outcome.showRecord));
     } else {
-        m_locationView->clear();
         if (outcome.geocodeDefaultAndClearPreview)
             clearPreview();
+        // None or several marked: the view stands on the default coordinate.
+        const SharedLocation& fallback = SharedLocation::instance();
+        m_locationView->showPosition(fallback.latitude, fallback.longitude,
+                                     LocationView::Naming::PlaceAndRegion);
     }
     if (outcome.editorAction == SelectionOutcome::EditorAction::RestoreEmpty)
         m_form->updateMetadataInfo(-1, false, {});
@@ -667,7 +670,7 @@ void HomeScreen::showLocation(const CGImageProperties& record) {
         record.gpsProperties ? record.gpsProperties->longitude.float32() : std::nullopt;
     if (lat && lon) {
         SharedLocation::instance() = {double(*lat), double(*lon)};
-        m_locationView->showPosition(*lat, *lon);
+        m_locationView->showPosition(*lat, *lon, LocationView::Naming::PlaceAndRegion);
     } else {
         m_locationView->showText(tr("No location"));
     }
@@ -690,7 +693,7 @@ void HomeScreen::clickShowEditorGPS() {
 void HomeScreen::updateLocationViewWithNotification() {
     const SharedLocation& shared = SharedLocation::instance();
     m_form->takeLocation(shared.latitude, shared.longitude);
-    m_locationView->showPosition(shared.latitude, shared.longitude);
+    m_locationView->showPosition(shared.latitude, shared.longitude, LocationView::Naming::Place);
 }
 
 PreviewViewController* HomeScreen::previewWindow() const {

@@ -94,8 +94,8 @@ std::shared_ptr<const Gazetteer> Gazetteer::fromData(const QByteArray& data) {
     quint32 count = 0;
     if (in.readRawData(magic, 4) != 4 || std::string_view(magic, 4) != "TMPL")
         return nullptr;
-    in >> version >> count;
-    if (version != 1 || count > 10'000'000)
+    in >> version;
+    if (version != 2)
         return nullptr;
 
     auto readText = [&in]() {
@@ -108,6 +108,23 @@ std::shared_ptr<const Gazetteer> Gazetteer::fromData(const QByteArray& data) {
     };
 
     std::shared_ptr<Gazetteer> gazetteer(new Gazetteer);
+    quint32 regionCount = 0;
+    in >> regionCount;
+    if (regionCount >= kNoRegion)
+        return nullptr;
+    gazetteer->m_regions.reserve(regionCount);
+    for (quint32 i = 0; i < regionCount; ++i) {
+        char country[2];
+        in.readRawData(country, 2);
+        Region region;
+        region.code = readText();
+        region.name = readText();
+        region.folded = fold(region.name);
+        gazetteer->m_regions.push_back(std::move(region));
+    }
+    in >> count;
+    if (in.status() != QDataStream::Ok || count > 10'000'000)
+        return nullptr;
     gazetteer->m_places.reserve(count);
     for (quint32 i = 0; i < count; ++i) {
         qint32 lat = 0;
@@ -115,10 +132,10 @@ std::shared_ptr<const Gazetteer> Gazetteer::fromData(const QByteArray& data) {
         Place place{};
         in >> lat >> lon >> place.population;
         in.readRawData(place.country, 2);
-        in >> place.kind;
-        place.adminCode = readText();
+        in >> place.kind >> place.region;
         place.name = readText();
-        if (in.status() != QDataStream::Ok)
+        if (in.status() != QDataStream::Ok ||
+            (place.region != kNoRegion && place.region >= regionCount))
             return nullptr;
         place.latitude = float(lat / 1e5);
         place.longitude = float(lon / 1e5);
@@ -140,8 +157,7 @@ std::shared_ptr<const Gazetteer> Gazetteer::fromData(const QByteArray& data) {
         if (!gazetteer->m_countryNames.contains(code)) {
             const QString name = gazetteer->countryName(place.country);
             gazetteer->m_countryNames.insert(code, name);
-            gazetteer->m_countryCodes.insert(fold(name), code);
-            gazetteer->m_countryCodes.insert(fold(code), code);
+            gazetteer->m_countryKeys.insert(code, {fold(name), fold(code)});
         }
     }
     std::sort(names.begin(), names.end());
@@ -225,7 +241,11 @@ void Gazetteer::nearest(const double p[3], int begin, int end, int depth, Hit& b
 Placemark Gazetteer::placemarkOf(const Place& place) const {
     Placemark mark;
     mark.locality = place.name;
-    mark.administrativeAreaCode = place.adminCode;
+    if (place.region != kNoRegion) {
+        const Region& region = m_regions[place.region];
+        mark.administrativeAreaCode = region.code;
+        mark.administrativeArea = region.name;
+    }
     mark.isoCountryCode = QString::fromLatin1(place.country, 2).trimmed();
     mark.country = m_countryNames.value(QString::fromLatin1(place.country, 2));
     mark.latitude = place.latitude;
@@ -287,31 +307,33 @@ std::optional<Placemark> Gazetteer::reverse(double latitude, double longitude) c
     return mark;
 }
 
-QList<Placemark> Gazetteer::forward(const QString& text, int limit) const {
-    QString name = text;
-    QString countryCode;
-    const qsizetype comma = text.indexOf(QLatin1Char(','));
-    if (comma >= 0) {
-        name = text.left(comma);
-        const QString country = fold(text.mid(comma + 1));
-        if (!country.isEmpty()) {
-            countryCode = m_countryCodes.value(country);
-            if (countryCode.isEmpty()) {
-                // A country typed in part: the first whose folded name starts with it.
-                for (auto it = m_countryCodes.constBegin(); it != m_countryCodes.constEnd(); ++it) {
-                    if (it.key().startsWith(country)) {
-                        countryCode = it.value();
-                        break;
-                    }
-                }
-            }
-            if (countryCode.isEmpty())
-                return {};
-        }
+bool Gazetteer::qualifies(const Place& place, const Qualifier& qualifier) const {
+    const auto country = m_countryKeys.constFind(QString::fromLatin1(place.country, 2));
+    if (country != m_countryKeys.constEnd()) {
+        // A whole country name ("Niger") means that country, not every one it begins.
+        if (qualifier.isCountry ? country->first == qualifier.text
+                                : country->first.startsWith(qualifier.text))
+            return true;
+        if (country->second == qualifier.text)
+            return true;
     }
-    const QString key = fold(name);
+    return place.region != kNoRegion && m_regions[place.region].folded.startsWith(qualifier.text);
+}
+
+QList<Placemark> Gazetteer::forward(const QString& text, int limit) const {
+    QStringList qualifiers = text.split(QLatin1Char(','));
+    const QString key = fold(qualifiers.takeFirst());
     if (key.isEmpty() || limit <= 0)
         return {};
+    std::vector<Qualifier> narrowing;
+    for (const QString& typed : std::as_const(qualifiers)) {
+        Qualifier qualifier{fold(typed), false};
+        if (qualifier.text.isEmpty())
+            continue;
+        for (const auto& [name, code] : std::as_const(m_countryKeys))
+            qualifier.isCountry = qualifier.isCountry || name == qualifier.text;
+        narrowing.push_back(std::move(qualifier));
+    }
 
     // Every name that starts with the key lies in one run of the sorted list. A short key in
     // a large run is cut off; a longer key narrows it.
@@ -321,9 +343,9 @@ QList<Placemark> Gazetteer::forward(const QString& text, int limit) const {
     std::vector<const std::pair<QString, int>*> run;
     for (; it != m_names.end() && it->first.startsWith(key) && int(run.size()) < kMaxRun; ++it) {
         const Place& place = m_places[std::size_t(it->second)];
-        if (!countryCode.isEmpty() && QString::fromLatin1(place.country, 2) != countryCode)
-            continue;
-        run.push_back(&*it);
+        if (std::all_of(narrowing.cbegin(), narrowing.cend(),
+                        [&](const Qualifier& q) { return qualifies(place, q); }))
+            run.push_back(&*it);
     }
     auto rank = [&](const std::pair<QString, int>* entry) {
         const Place& place = m_places[std::size_t(entry->second)];

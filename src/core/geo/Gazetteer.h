@@ -33,7 +33,9 @@ public:
     std::optional<Placemark> reverse(double latitude, double longitude) const;
 
     // Places whose name is `text` or starts with it, exact names first, larger places first
-    // within each. "Name, Country" narrows the answer to a country (by name or ISO code).
+    // within each. Words after a comma narrow the answer: each names the place's country (by
+    // name or ISO code) or its region, whole or its beginning ("Paris, Texas", "Paris, France",
+    // "Springfield, Illinois, US").
     QList<Placemark> forward(const QString& text, int limit = 10) const;
 
     // The folding used for names: canonical decomposition, combining marks removed, full case
@@ -41,14 +43,22 @@ public:
     static QString fold(const QString& text);
 
 private:
+    // The region index of a place outside every region.
+    static constexpr quint16 kNoRegion = 0xFFFF;
+    // A first-level division of a country (GeoNames admin1).
+    struct Region {
+        QString code;
+        QString name; // empty when the data has a code without a name
+        QString folded;
+    };
     struct Place {
         double x, y, z; // the position on the unit sphere
         float latitude, longitude;
         quint32 population;
         char country[2];
-        quint8 kind; // 0 place, 1 quarter of a place, 2 capital
+        quint8 kind;    // 0 place, 1 quarter of a place, 2 capital
+        quint16 region; // index into m_regions, or kNoRegion
         QString name;
-        QString adminCode;
     };
     struct Hit {
         int index;
@@ -62,14 +72,22 @@ private:
     void nearest(const double p[3], int begin, int end, int depth, Hit& best) const;
     Placemark placemarkOf(const Place& place) const;
     QString countryName(const char code[2]) const;
+    // A word typed after a comma, folded; whether it is a whole country name.
+    struct Qualifier {
+        QString text;
+        bool isCountry;
+    };
+    // Whether a qualifier names the place's country or region.
+    bool qualifies(const Place& place, const Qualifier& qualifier) const;
 
     // Places in k-d tree order: each range's median splits it on the depth's axis.
     std::vector<Place> m_places;
+    std::vector<Region> m_regions;
     // (folded name, index), sorted by folded name.
     std::vector<std::pair<QString, int>> m_names;
     QHash<QString, QString> m_countryNames;
-    // Folded country names to codes, for "Name, Country".
-    QHash<QString, QString> m_countryCodes;
+    // ISO code to the folded country name and folded code, for "Name, Country".
+    QHash<QString, std::pair<QString, QString>> m_countryKeys;
 };
 
 } // namespace tagmoor

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <initializer_list>
+
 namespace tagmoor {
 
 // One answer of the gazetteer: a populated place and what it lies in.
@@ -11,7 +13,9 @@ struct Placemark {
     QString subLocality;
     // The town or city.
     QString locality;
-    // The first-level division's code as the data gives it (GeoNames admin1 code).
+    // The first-level division (state, province, region) and its code as the data gives it
+    // (GeoNames admin1: "Île-de-France", "11").
+    QString administrativeArea;
     QString administrativeAreaCode;
     // The country's name in the user's language, and its ISO 3166 code.
     QString country;
@@ -21,13 +25,23 @@ struct Placemark {
     quint32 population = 0;
 
     // Sub-locality, locality and country, those that exist, joined by ", ".
-    QString composedName() const {
-        QStringList parts;
-        for (const QString& part : {subLocality, locality, country}) {
+    QString composedName() const { return joined({subLocality, locality, country}); }
+
+    // The same with the region before the country: "Paris, Île-de-France, France". A region
+    // named as its place ("Tokyo, Tokyo") is said once.
+    QString composedNameWithRegion() const {
+        return joined({subLocality, locality,
+                       administrativeArea == locality ? QString() : administrativeArea, country});
+    }
+
+private:
+    static QString joined(std::initializer_list<QString> parts) {
+        QStringList present;
+        for (const QString& part : parts) {
             if (!part.isEmpty())
-                parts.append(part);
+                present.append(part);
         }
-        return parts.join(QStringLiteral(", "));
+        return present.join(QStringLiteral(", "));
     }
 };
 

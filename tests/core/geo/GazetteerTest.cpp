@@ -23,6 +23,7 @@ struct Known {
     const char* what;
     double latitude, longitude;
     const char* locality;
+    const char* region;
     const char* country;
 };
 
@@ -30,34 +31,43 @@ struct Known {
 
 TEST(Gazetteer, LoadsTheInstalledPlaces) {
     EXPECT_GT(gazetteer().size(), 130000);
-    EXPECT_EQ(Gazetteer::fromData("TMPL\1\0\0\0\5\0\0\0"), nullptr) << "a cut file is refused";
+    EXPECT_EQ(Gazetteer::fromData(QByteArray("TMPL\2\0\0\0\5\0\0\0", 12)), nullptr)
+        << "a cut file is refused";
+    EXPECT_EQ(Gazetteer::fromData(QByteArray("TMPL\1\0\0\0\0\0\0\0", 12)), nullptr)
+        << "an older format";
     EXPECT_EQ(Gazetteer::fromData("not a gazetteer"), nullptr);
 }
 
 TEST(Gazetteer, ReverseGivesTheCityAPositionBelongsTo) {
     // Positions of landmarks; several lie closer to a suburb's centre than to their city's.
     const Known known[] = {
-        {"Eiffel Tower", 48.8584, 2.2945, "Paris", "France"},
-        {"Colosseum", 41.8902, 12.4922, "Rome", "Italy"},
-        {"Big Ben", 51.5007, -0.1246, "London", "United Kingdom"},
-        {"Statue of Liberty", 40.6892, -74.0445, "New York City", "United States"},
-        {"Opera House", -33.8568, 151.2153, "Sydney", "Australia"},
-        {"Christ the Redeemer", -22.9519, -43.2105, "Rio de Janeiro", "Brazil"},
-        {"Tokyo Tower", 35.6586, 139.7454, "Tokyo", "Japan"},
-        {"Golden Gate Bridge", 37.8199, -122.4783, "San Francisco", "United States"},
-        {"Zurich main station", 47.3779, 8.5403, "Zürich", "Switzerland"},
-        {"Table Mountain", -33.9628, 18.4098, "Cape Town", "South Africa"},
+        {"Eiffel Tower", 48.8584, 2.2945, "Paris", "Île-de-France", "France"},
+        {"Colosseum", 41.8902, 12.4922, "Rome", "Lazio", "Italy"},
+        {"Big Ben", 51.5007, -0.1246, "London", "England", "United Kingdom"},
+        {"Statue of Liberty", 40.6892, -74.0445, "New York City", "New York", "United States"},
+        {"Opera House", -33.8568, 151.2153, "Sydney", "New South Wales", "Australia"},
+        {"Christ the Redeemer", -22.9519, -43.2105, "Rio de Janeiro", "Rio de Janeiro", "Brazil"},
+        {"Tokyo Tower", 35.6586, 139.7454, "Tokyo", "Tokyo", "Japan"},
+        {"Golden Gate Bridge", 37.8199, -122.4783, "San Francisco", "California", "United States"},
+        {"Zurich main station", 47.3779, 8.5403, "Zürich", "Zurich", "Switzerland"},
+        {"Table Mountain", -33.9628, 18.4098, "Cape Town", "Western Cape", "South Africa"},
     };
     for (const Known& k : known) {
         const auto mark = gazetteer().reverse(k.latitude, k.longitude);
         ASSERT_TRUE(mark) << k.what;
         EXPECT_EQ(mark->locality, QString::fromUtf8(k.locality)) << k.what;
+        EXPECT_EQ(mark->administrativeArea, QString::fromUtf8(k.region)) << k.what;
         EXPECT_EQ(mark->country, QString::fromUtf8(k.country)) << k.what;
     }
 
     const auto paris = gazetteer().reverse(48.8584, 2.2945);
     EXPECT_EQ(paris->composedName(), QStringLiteral("Paris, France"));
+    EXPECT_EQ(paris->composedNameWithRegion(), QStringLiteral("Paris, Île-de-France, France"));
+    EXPECT_EQ(paris->administrativeAreaCode, QStringLiteral("11"));
     EXPECT_EQ(paris->isoCountryCode, QStringLiteral("FR"));
+    // A region named as its city is said once.
+    EXPECT_EQ(gazetteer().reverse(35.6586, 139.7454)->composedNameWithRegion(),
+              QStringLiteral("Tokyo, Japan"));
     // A quarter of the city, when one is near, leads the name.
     const auto zurich = gazetteer().reverse(47.3779, 8.5403);
     EXPECT_FALSE(zurich->subLocality.isEmpty());
@@ -98,6 +108,21 @@ TEST(Gazetteer, ForwardFindsNamesWhateverTheirAccentsAndCase) {
     EXPECT_EQ(gazetteer().forward(QStringLiteral("Reykjav")).first().locality,
               QStringLiteral("Reykjavík"));
     EXPECT_LE(gazetteer().forward(QStringLiteral("San"), 5).size(), 5);
+
+    // A region narrows as a country does, alone, in part or before the country; so a name as
+    // the location view shows it finds its place again.
+    const auto texas = gazetteer().forward(QStringLiteral("Paris, Texas"));
+    ASSERT_FALSE(texas.isEmpty());
+    EXPECT_EQ(texas.first().administrativeArea, QStringLiteral("Texas"));
+    EXPECT_EQ(gazetteer()
+                  .forward(QStringLiteral("Springfield, Illinois, United States"))
+                  .first()
+                  .administrativeAreaCode,
+              QStringLiteral("IL"));
+    const auto again = gazetteer().forward(QStringLiteral("Paris, Île-de-France, France"));
+    ASSERT_FALSE(again.isEmpty());
+    EXPECT_EQ(again.first().isoCountryCode, QStringLiteral("FR"));
+    EXPECT_TRUE(gazetteer().forward(QStringLiteral("Paris, Texas, France")).isEmpty());
 
     EXPECT_TRUE(gazetteer().forward(QStringLiteral("Qxzqxz")).isEmpty());
     EXPECT_TRUE(gazetteer().forward(QString()).isEmpty());
