@@ -1,6 +1,54 @@
 #include "model/PropertyValue.h"
 
+#include <QHash>
+
 namespace tagmoor {
+
+namespace {
+
+// The values a thread made last, by content, so that equal texts and numbers share one node.
+// Bounded: when full it starts over, which only costs some sharing.
+class SharedValues {
+public:
+    using Node = PackedVariant::Node;
+    QExplicitlySharedDataPointer<Node> get(const QVariant& v) {
+        switch (v.metaType().id()) {
+        case QMetaType::QString:
+            return lookup(m_texts, *static_cast<const QString*>(v.constData()), v);
+        case QMetaType::LongLong:
+            return lookup(m_numbers, *static_cast<const qint64*>(v.constData()), v);
+        default:
+            return QExplicitlySharedDataPointer<Node>(new Node(v));
+        }
+    }
+
+private:
+    static constexpr qsizetype kMax = 4096;
+    template <typename Key>
+    QExplicitlySharedDataPointer<Node> lookup(QHash<Key, QExplicitlySharedDataPointer<Node>>& map,
+                                              const Key& key, const QVariant& v) {
+        if (const auto it = map.constFind(key); it != map.cend())
+            return *it;
+        if (map.size() >= kMax)
+            map.clear();
+        QExplicitlySharedDataPointer<Node> node(new Node(v));
+        map.insert(key, node);
+        return node;
+    }
+    QHash<QString, QExplicitlySharedDataPointer<Node>> m_texts;
+    QHash<qint64, QExplicitlySharedDataPointer<Node>> m_numbers;
+};
+
+} // namespace
+
+void PackedVariant::assign(const QVariant& v) {
+    if (!v.isValid()) {
+        m_value.reset();
+        return;
+    }
+    thread_local SharedValues shared;
+    m_value = shared.get(v);
+}
 
 PropertyValue::Kind PropertyValue::kindOf(const QVariant& v) {
     if (!v.isValid())
@@ -82,6 +130,8 @@ bool PropertyValue::operator==(const PropertyValue& other) const {
     const QVariant& b = other.m_value.get();
     // Texts are most of what is compared (merging a long selection compares every marked
     // photo's texts): straight to the strings, without the variant's dispatch.
+    if (m_value.sharesWith(other.m_value))
+        return true;
     if (a.metaType().id() == QMetaType::QString && b.metaType().id() == QMetaType::QString)
         return *static_cast<const QString*>(a.constData()) ==
                *static_cast<const QString*>(b.constData());

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QExplicitlySharedDataPointer>
 #include <QString>
 #include <QVariant>
 
@@ -12,17 +13,16 @@ namespace tagmoor {
 
 // A QVariant that costs one pointer while it is empty: a record holds some 240 values, most of
 // them absent, so a present value lives on the heap and an absent one takes no more room.
+// A present value is immutable and shared: copies share it, and texts and numbers read from
+// many photos (a camera's make, an artist, an ISO speed) are shared among the records of one
+// reading thread, so a long list holds each such value a few times rather than once a photo.
 class PackedVariant {
 public:
     PackedVariant() = default;
     explicit PackedVariant(const QVariant& v) { assign(v); }
-    PackedVariant(const PackedVariant& other) { assign(other); }
+    PackedVariant(const PackedVariant& other) = default;
     PackedVariant(PackedVariant&&) noexcept = default;
-    PackedVariant& operator=(const PackedVariant& other) {
-        if (this != &other)
-            assign(other);
-        return *this;
-    }
+    PackedVariant& operator=(const PackedVariant& other) = default;
     PackedVariant& operator=(PackedVariant&&) noexcept = default;
     PackedVariant& operator=(const QVariant& v) {
         assign(v);
@@ -30,18 +30,23 @@ public:
     }
     ~PackedVariant() = default;
 
-    const QVariant& get() const { return m_value ? *m_value : empty(); }
+    const QVariant& get() const { return m_value ? m_value->value : empty(); }
     operator const QVariant&() const { return get(); }
+    // The same shared value (equal, without comparing).
+    bool sharesWith(const PackedVariant& other) const { return m_value == other.m_value; }
+
+    struct Node : QSharedData {
+        explicit Node(const QVariant& v) : value(v) {}
+        const QVariant value;
+    };
 
 private:
     static const QVariant& empty() {
         static const QVariant none;
         return none;
     }
-    void assign(const QVariant& v) {
-        m_value = v.isValid() ? std::make_unique<QVariant>(v) : nullptr;
-    }
-    std::unique_ptr<QVariant> m_value;
+    void assign(const QVariant& v);
+    QExplicitlySharedDataPointer<Node> m_value;
 };
 
 // An optional value of exactly one of ten kinds. Nothing is converted on assignment or on
