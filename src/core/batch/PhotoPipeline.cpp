@@ -6,7 +6,10 @@
 #include "dates/CarriedShift.h"
 #include "dates/DateRule.h"
 #include "dates/DateTexts.h"
+#include "dates/OriginalDate.h"
+#include "dates/ZonedDateRule.h"
 #include "metadata/MetadataTest.h"
+#include "metadata/PropertyLoading.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameRule.h"
 
@@ -252,7 +255,7 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
                                      c.cleanComment),
                 std::nullopt};
     }
-    const FieldEdits edits = fieldEditsFor(record);
+    const FieldEdits edits = fieldEditsFor(record, path);
     // The values in the file are merged in from the very bytes that the writer edits.
     return {bridge.writeMergedFields(path, edits.values, edits.eraseExif, edits.eraseIptc,
                                      edits.eraseXmp),
@@ -264,10 +267,25 @@ WriteResult PhotoPipeline::writeMetadataInto(const QString& path,
     return changeMetadata(path, record, /*flushToDisk=*/false).write;
 }
 
-FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
+namespace {
+
+bool isXmpDate(DateField field) {
+    return QByteArray(dateFieldKey(field)).startsWith("Xmp.");
+}
+
+bool shifts(const DateTimeConfiguration& rule) {
+    return !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate && !rule.isUpdateDate &&
+           (rule.isIDOD || rule.isIDOT);
+}
+
+} // namespace
+
+FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
+                                        const QString& path) const {
     FieldEdits edits = m_plainEdits;
     const bool clearUnedited = m_values.processingMode == ProcessingMode::clearUnedited;
     const auto fields = dateFieldsInRunOrder();
+    std::optional<MetadataFieldSet> inFile; // read at the first shift of an XMP date
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const KeyRow& row = fields[i]->keyRow();
         if (!m_values.fieldEditedFlags.test(fields[i]->position)) {
@@ -275,10 +293,20 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record) const {
                 edits.erase(row);
             continue;
         }
+        const DateField field = allDateFields[i];
+        std::optional<DateZone> zone;
+        if (!path.isEmpty() && isXmpDate(field) && shifts(m_values.editorDates.rule(field))) {
+            if (!inFile)
+                inFile = readMetadataFieldSet(path);
+            if (const auto text = inFile->at(row).text())
+                zone = zoneOfDateText(*text);
+        }
         const DateRuleOutcome outcome =
-            m_values.carryShifts
-                ? applyCarriedDateRule(allDateFields[i], record, m_values.editorDates)
-                : applyDateRule(allDateFields[i], record, m_values.editorDates);
+            zone ? applyDateRuleInZone(
+                       m_values.editorDates.rule(field), m_values.editorDates.slot(field),
+                       OriginalDate::of(record).get(field), *zone, m_values.carryShifts)
+            : m_values.carryShifts ? applyCarriedDateRule(field, record, m_values.editorDates)
+                                   : applyDateRule(field, record, m_values.editorDates);
         switch (outcome.action) {
         case DateRuleOutcome::Action::deleteKey:
             edits.erase(row);

@@ -39,8 +39,10 @@ public:
     PhotoResult process(const PhotoPlan& plan, const CGImageProperties& record,
                         const BatchSources* sources = nullptr) const;
 
-    // The values and erase lists that an edit run gives this photo.
-    FieldEdits fieldEditsFor(const CGImageProperties& record) const;
+    // The values and erase lists that an edit run gives this photo. With `path`, a shift of
+    // an XMP date that the file at `path` holds with a time zone keeps that zone (the record
+    // keeps the moment only); the file is read only when such a shift is asked.
+    FieldEdits fieldEditsFor(const CGImageProperties& record, const QString& path = {}) const;
 
     // What process() would decide at the guard, without touching anything. `claimed` holds
     // output paths (or their locations) that earlier photos of the same forecast would have

@@ -4,6 +4,7 @@
 #include "metadata/IptcDigest.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/SafeFileReplace.h"
+#include "metadata/StandardFormFile.h"
 
 #include <QFile>
 
@@ -34,7 +35,7 @@ WriteStatus statusOf(const SafeFileReplace& file) {
 SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
                                                const std::optional<FileStamp>& expected,
                                                const Edit& edit, bool flushToDisk,
-                                               WriteStatus* failure, bool refreshIptcDigest) {
+                                               WriteStatus* failure, bool standardForm) {
     const auto fail = [&](WriteStatus status, const QString& text) {
         if (failure)
             *failure = status;
@@ -78,6 +79,11 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
         // Parsing and serialising XMP share one toolkit that is not safe across threads.
         const auto xmpLock = lockXmpToolkit();
         image->readMetadata();
+        if (standardForm) {
+            const QString refusal = standardFormRefusal(*image, kind, original.size());
+            if (!refusal.isEmpty())
+                fail(WriteStatus::NotWritable, path + QStringLiteral(": ") + refusal);
+        }
         landedCheck = edit(*image);
         image->writeMetadata();
     }
@@ -87,22 +93,30 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
     if (io.open() != 0)
         throw Exiv2::Error(Exiv2::kerDataSourceOpenFailed, io.path(), Exiv2::strError());
     const long size = io.size();
-    const bool refreshDigest =
-        refreshIptcDigest && (kind == ImageKind::Jpeg || kind == ImageKind::Psd);
+    const bool refreshDigest = standardForm && (kind == ImageKind::Jpeg || kind == ImageKind::Psd);
     Exiv2::byte* bytes = io.mmap(refreshDigest);
     if (refreshDigest)
         tagmoor::refreshIptcDigest(bytes, std::size_t(size));
+    // Exiv2 writes a PNG's Exif into a text chunk; the standard form moves it to eXIf.
+    QByteArray rewritten;
+    if (standardForm && kind == ImageKind::Png)
+        rewritten = withExifChunk(
+            QByteArray::fromRawData(reinterpret_cast<const char*>(bytes), qsizetype(size)),
+            image->exifData());
+    const char* newBytes =
+        rewritten.isNull() ? reinterpret_cast<const char*>(bytes) : rewritten.constData();
+    const std::size_t newSize =
+        rewritten.isNull() ? std::size_t(size) : std::size_t(rewritten.size());
     QString notLanded;
-    const bool replaced = file.replaceWith(
-        reinterpret_cast<const char*>(bytes), std::size_t(size), [&](const QString& temporaryPath) {
-            auto check =
-                Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
-            const auto xmpLock = lockXmpToolkit();
-            check->readMetadata();
-            if (landedCheck)
-                notLanded = landedCheck(*check);
-            return notLanded.isEmpty();
-        });
+    const bool replaced = file.replaceWith(newBytes, newSize, [&](const QString& temporaryPath) {
+        auto check =
+            Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
+        const auto xmpLock = lockXmpToolkit();
+        check->readMetadata();
+        if (landedCheck)
+            notLanded = landedCheck(*check);
+        return notLanded.isEmpty();
+    });
     io.munmap();
     io.close();
     if (!notLanded.isEmpty())

@@ -38,11 +38,13 @@ public:
     // that did not land; whenever it throws, the file keeps its old bytes, and `failure`
     // (when given) has been set to the kind of failure first.
     // `flushToDisk` false skips the flush; see SafeFileReplace::setFlushToDisk.
-    // `refreshIptcDigest` brings the Photoshop digest of the IPTC block of a JPEG or a
-    // Photoshop document up to date with the new block.
+    // `standardForm` writes the file as other programs expect it: the Photoshop digest of the
+    // IPTC block of a JPEG or a Photoshop document follows the new block, a PNG keeps its Exif
+    // in an eXIf chunk, and a photo that Exiv2 would damage (see standardFormRefusal) is not
+    // written at all.
     static Result run(const QString& path, const std::optional<FileStamp>& expected,
                       const Edit& edit, bool flushToDisk = true, WriteStatus* failure = nullptr,
-                      bool refreshIptcDigest = false);
+                      bool standardForm = false);
 };
 
 } // namespace tagmoor

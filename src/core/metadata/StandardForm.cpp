@@ -134,6 +134,13 @@ void addRequiredJpegTags(Exiv2::ExifData& exifData) {
     addIfAbsent("Exif.Image.YCbCrPositioning", "1");
 }
 
+// Whether the XMP packet that was read may go back as it stands: in a JPEG the packet is
+// where Exiv2 took the XMP from. Other types' writers do not all read back a packet written
+// as it stands, so those take the usual way.
+bool packetMayStay(const Exiv2::Image& image) {
+    return image.mimeType() == "image/jpeg" && !image.xmpPacket().empty();
+}
+
 } // namespace
 
 void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
@@ -158,8 +165,14 @@ void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
     eraseListed<Exiv2::IptcKey>(iptcData, iptcErase);
     image.setIptcData(iptcData);
 
-    Exiv2::XmpData& xmpData = image.xmpData();
     const QVariantMap xmp = properties.value(QStringLiteral("xmp")).toMap();
+    if (xmp.isEmpty() && xmpErase.isEmpty() && packetMayStay(image)) {
+        // No XMP field edited: the packet goes back as it was read, byte for byte, rather
+        // than as Exiv2 would serialise it anew (with its own namespace URIs and layout).
+        image.writeXmpFromPacket(true);
+        return;
+    }
+    Exiv2::XmpData& xmpData = image.xmpData();
     for (const KeyRow& row : xmpKeyRows()) {
         const QVariant value = xmp.value(xmpKeys.at(row.row));
         if (!value.isValid())

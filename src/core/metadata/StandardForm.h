@@ -25,7 +25,8 @@ std::string rationalText(double value);
 // Writes the property dictionary in the standard form (see WriteOptions::standardForm): rows
 // without a value in the dictionary are left alone, numbers are written as text into the
 // datum so that it keeps its type, dates take their tag's form. The GPS rule and the erase
-// lists work as in PropertyWriter. Throws what Exiv2 throws.
+// lists work as in PropertyWriter. Without an XMP edit or erasure the XMP packet is written
+// back as it was read. Throws what Exiv2 throws.
 void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
                        const QStringList& exifKeys, const QStringList& iptcKeys,
                        const QStringList& xmpKeys, const QStringList& exifErase,

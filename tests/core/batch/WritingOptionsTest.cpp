@@ -227,6 +227,95 @@ TEST_F(WritingOptions, StandardFormKeepsTheIptcDigestCurrent) {
     }
 }
 
+// A standard batch over every sample adds no warning of exiftool's validation. A PNG's Exif
+// lands in its eXIf chunk, an XMP packet that no edit touched goes back byte for byte, and a
+// photo that Exiv2 would damage further (cut short, or with a maker note directory it drops)
+// is not changed and says why.
+TEST_F(WritingOptions, StandardFormAddsNoValidationWarningToAnySample) {
+    RunValues v = editRun(ProcessingMode::keepUnedited);
+    v.writeOptions.standardForm = true;
+    edit(v, "Artist", "Jane Doe");
+    edit(v, "Iptc.Application2.City", QStringLiteral("Zürich"));
+    QStringList photos;
+    QMap<QString, QStringList> warningsBefore;
+    QMap<QString, QByteArray> bytesBefore;
+    QList<CGImageProperties> records;
+    for (const QString& name : fileNames(formatsDir())) {
+        const QString photo = copy(name);
+        const auto record = loadImageProperties(QUrl::fromLocalFile(photo));
+        if (!record)
+            continue;
+        records << *record;
+        photos << photo;
+        warningsBefore.insert(photo, validationWarnings(photo));
+        bytesBefore.insert(photo, readBytes(photo));
+    }
+    const QByteArray packet937 =
+        runTool("exiftool", {"-b", "-XMP", copy("exiv2-bug937.jpg", "packet.jpg")}).out;
+    ASSERT_FALSE(packet937.isEmpty());
+
+    const BatchResult result = runBatch(v, records);
+    QMap<QString, QString> refused;
+    static const QRegularExpression expected(
+        "not supported|cut short|maker note|character set other than UTF-8");
+    for (const PhotoProblem& problem : result.problems) {
+        refused.insert(QFileInfo(problem.path).fileName(), problem.reason);
+        EXPECT_TRUE(expected.match(problem.reason).hasMatch())
+            << problem.path.toStdString() << ": " << problem.reason.toStdString();
+    }
+    for (const QString& photo : photos) {
+        const std::string name = QFileInfo(photo).fileName().toStdString();
+        if (refused.contains(QFileInfo(photo).fileName())) {
+            EXPECT_EQ(readBytes(photo), bytesBefore.value(photo)) << name;
+            continue;
+        }
+        EXPECT_NE(readBytes(photo), bytesBefore.value(photo)) << name;
+        for (const QString& warning : validationWarnings(photo))
+            EXPECT_TRUE(warningsBefore.value(photo).contains(warning))
+                << name << ": " << warning.toStdString();
+    }
+    EXPECT_TRUE(refused.value("IMG_1361.dng").contains("cut short"))
+        << refused.value("IMG_1361.dng").toStdString();
+    EXPECT_TRUE(refused.value("et-Nikon.nef").contains("maker note"))
+        << refused.value("et-Nikon.nef").toStdString();
+    for (const QString png : {"1343_exif.png", "et-PNG.png"}) {
+        const QString photo = tmp.path() + '/' + png;
+        EXPECT_EQ(exiftoolValue(photo, "EXIF:Artist").toStdString(), "Jane Doe");
+        EXPECT_TRUE(runTool("exiv2", {"-pS", photo}).out.contains("eXIf"));
+        EXPECT_FALSE(runTool("exiv2", {"-pS", photo}).out.contains("Raw profile type exif"));
+    }
+    EXPECT_EQ(runTool("exiftool", {"-b", "-XMP", tmp.path() + "/exiv2-bug937.jpg"}).out, packet937);
+}
+
+// A shift keeps the zone that an XMP date carries, counted on the photo's own clock, both
+// wrapping and carried; a date without a zone keeps its plain form.
+TEST_F(WritingOptions, ShiftedXmpDateKeepsItsZone) {
+    const auto xmpDate = [](const QString& path) {
+        return QString::fromUtf8(
+                   runTool("exiv2", {"-q", "-Pv", "-K", "Xmp.xmp.CreateDate", path}).out)
+            .trimmed()
+            .toStdString();
+    };
+    const auto photoWith = [&](const QString& name, const QString& date) {
+        const QString photo = makeJpeg(tmp.path() + '/' + name);
+        EXPECT_EQ(runTool("exiv2", {"-M", "set Xmp.xmp.CreateDate " + date, photo}).exitCode, 0);
+        return photo;
+    };
+    for (const bool carry : {false, true}) {
+        RunValues v = editRun(ProcessingMode::keepUnedited);
+        v.carryShifts = carry;
+        setDateRule(v, DateField::createDateXMP, shiftTime(1));
+        const QString east = photoWith("east.jpg", "2008-05-08T10:54:28+02:00");
+        const QString west = photoWith("west.jpg", "2008-05-08T20:54:28-0500");
+        const QString plain = photoWith("plain.jpg", "2008-05-08 10:54:28");
+        ASSERT_EQ(runBatch(v, loaded({east, west, plain})).totalProcessedPhotos, 3);
+        EXPECT_EQ(xmpDate(east), "2008-05-08T11:54:28+02:00") << carry;
+        EXPECT_EQ(xmpDate(west), "2008-05-08T21:54:28-05:00") << carry;
+        // The plain date counts as the user's own time and keeps the rule's text.
+        EXPECT_EQ(xmpDate(plain), "2008-05-08 11:54:28") << carry;
+    }
+}
+
 // Non-ASCII IPTC text goes with the UTF-8 declaration (on by default), so other programs read
 // it as written; a photo that declares another set is not changed and says why.
 TEST_F(WritingOptions, IptcTextOutsideAsciiIsDeclaredUtf8) {

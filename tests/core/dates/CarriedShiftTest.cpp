@@ -1,6 +1,7 @@
 // Shifts that carry like a calendar, in the tests' pinned time zone (UTC).
 #include "dates/CarriedShift.h"
 #include "dates/DateTexts.h"
+#include "dates/ZonedDateRule.h"
 
 #include <gtest/gtest.h>
 
@@ -81,6 +82,34 @@ TEST(CarriedShift, OtherModesAndSlotsAreThoseOfTheWrappingRule) {
     // Without carrying, the same shift makes hour 24, which is refused: nothing changes.
     EXPECT_EQ(applyDateRule(idot(1, 0, 0), std::nullopt, at("2020-12-31 23:37:53")),
               DateRuleOutcome::write(QStringLiteral("2020-12-31 23:37:53")));
+}
+
+// A zone is told from the end of a date with a time; a shift counts on the photo's clock in
+// that zone, wrapping or carried, and keeps it; other rules ignore it.
+TEST(ZonedDateRule, ShiftsCountOnThePhotosClockAndKeepItsZone) {
+    EXPECT_EQ(zoneOfDateText("2008-05-08T10:54:28+02:00"), (DateZone{7200, "+02:00"}));
+    EXPECT_EQ(zoneOfDateText("2008-05-08T10:54:28.25-0530"), (DateZone{-19800, "-05:30"}));
+    EXPECT_EQ(zoneOfDateText("2008-05-08T10:54:28Z"), (DateZone{0, "Z"}));
+    EXPECT_EQ(zoneOfDateText("2008-05-08T10:54:28"), std::nullopt);
+    EXPECT_EQ(zoneOfDateText("2008:05:08 10:54:28"), std::nullopt);
+    EXPECT_EQ(zoneOfDateText("2008-05-08"), std::nullopt);
+
+    // 22:30:15 at -05:00 is 03:30:15 on the next day in UTC, the tests' zone.
+    const auto own = QDateTime::fromString("2020-12-31T22:30:15-05:00", Qt::ISODate);
+    const DateZone west{-18000, "-05:00"};
+    EXPECT_EQ(applyDateRuleInZone(idot(1, 0, 0), std::nullopt, own, west, false).text,
+              "2020-12-31T23:30:15-05:00");
+    EXPECT_EQ(applyDateRuleInZone(idot(2, 0, 0), std::nullopt, own, west, true).text,
+              "2021-01-01T00:30:15-05:00");
+    EXPECT_EQ(applyDateRuleInZone(idod(1, 0, 0), std::nullopt, own, west, false).text,
+              "2020-12-01T22:30:15-05:00");
+    EXPECT_EQ(applyDateRuleInZone(idod(1, 0, 0), std::nullopt, own, west, true).text,
+              "2021-01-01T22:30:15-05:00");
+    DateTimeConfiguration select;
+    select.isKeepOriginal = false;
+    select.isSelectDate = true;
+    EXPECT_EQ(applyDateRuleInZone(select, at("2001-02-03 04:05:06"), own, west, true),
+              DateRuleOutcome::write(QStringLiteral("2001-02-03 04:05:06")));
 }
 
 } // namespace

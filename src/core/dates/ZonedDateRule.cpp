@@ -1,0 +1,64 @@
+#include "dates/ZonedDateRule.h"
+
+#include "dates/CarriedShift.h"
+
+#include <QRegularExpression>
+
+namespace tagmoor {
+
+namespace {
+
+bool isShift(const DateTimeConfiguration& rule) {
+    return !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate && !rule.isUpdateDate &&
+           (rule.isIDOD || rule.isIDOT);
+}
+
+DateRuleOutcome apply(const DateTimeConfiguration& rule, const std::optional<QDateTime>& slot,
+                      const std::optional<QDateTime>& own, bool carry) {
+    return carry ? applyCarriedDateRule(rule, slot, own) : applyDateRule(rule, slot, own);
+}
+
+} // namespace
+
+std::optional<DateZone> zoneOfDateText(const QString& text) {
+    static const QRegularExpression pattern(QStringLiteral(
+        R"(\d[T ]\d{2}[:-]\d{2}(?:[:-]\d{2}(?:\.\d+)?)?\s*(Z|([+-])(\d{2}):?(\d{2}))\s*$)"));
+    const auto m = pattern.match(text);
+    if (!m.hasMatch())
+        return std::nullopt;
+    if (m.captured(1) == QLatin1String("Z"))
+        return DateZone{0, QStringLiteral("Z")};
+    const int hours = m.captured(3).toInt();
+    const int minutes = m.captured(4).toInt();
+    if (hours > 23 || minutes > 59)
+        return std::nullopt;
+    const int sign = m.captured(2) == QLatin1String("-") ? -1 : 1;
+    return DateZone{sign * (hours * 3600 + minutes * 60),
+                    m.captured(2) + m.captured(3) + QLatin1Char(':') + m.captured(4)};
+}
+
+DateRuleOutcome applyDateRuleInZone(const DateTimeConfiguration& rule,
+                                    const std::optional<QDateTime>& slot,
+                                    const std::optional<QDateTime>& own, const DateZone& zone,
+                                    bool carry) {
+    if (!isShift(rule) || !own || !own->isValid())
+        return apply(rule, slot, own, carry);
+    // The rules count on the user's clock; the photo's clock is handed in as if it were it.
+    const QDateTime clock = own->toOffsetFromUtc(zone.offsetSeconds);
+    const QDateTime asLocal(clock.date(), clock.time(), Qt::LocalTime);
+    if (!asLocal.isValid() || asLocal.date() != clock.date() || asLocal.time() != clock.time())
+        return apply(rule, slot, own, carry);
+    DateRuleOutcome outcome = apply(rule, slot, asLocal, carry);
+    if (outcome.action != DateRuleOutcome::Action::writeText)
+        return outcome;
+    // "yyyy-MM-dd HH:mm:ss" on the photo's clock, written in ISO 8601 with its zone.
+    static const QRegularExpression ruleText(
+        QStringLiteral(R"(^(\d{4,}-\d{2}-\d{2}) (\d{2}:\d{2}:\d{2})$)"));
+    const auto m = ruleText.match(outcome.text);
+    if (!m.hasMatch())
+        return apply(rule, slot, own, carry);
+    outcome.text = m.captured(1) + QLatin1Char('T') + m.captured(2) + zone.text;
+    return outcome;
+}
+
+} // namespace tagmoor
