@@ -4,7 +4,8 @@
 # 1. Speed: COUNT (default 1000) camera-size JPEGs, keepUnedited with 8 edited fields and one
 #    date rule into an output folder, against the floor (copy + bare Exiv2 write of the same
 #    tags) and against exiftool -o doing the same edits in one process.
-# 2. Memory: peak resident memory of tagmoor-cli apply over 10,000 small photos against 1,000.
+# 2. Memory: peak resident memory of tagmoor-cli apply over small photos, 1,000 and 10,000 by
+#    default (BATCH_MEMORY_COUNTS="1000 100000" for the long run).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 COUNT=${1:-1000}
@@ -61,7 +62,7 @@ if command -v exiftool >/dev/null; then
 fi
 
 echo "== memory: peak resident memory of small-photo runs"
-for n in 1000 10000; do
+for n in ${BATCH_MEMORY_COUNTS:-1000 10000}; do
   corpus "bench/corpus-batch-small-$n" "$n" --size 64x48
   echo -n "$n photos in one folder: "
   "$PROBE" child -- "$CLI" apply --quiet "${EDITS[@]}" --out "$WORK/m$n" "bench/corpus-batch-small-$n" | tail -1

@@ -90,9 +90,11 @@ int main(int argc, char** argv) {
     BenchHomeScreen screen(set, home.filePath("bench.conf"), home.path());
     Heartbeat heartbeat;
     int failures = 0;
+    // A phase (scan, scrolling) must never stall the loop over 50 ms; an action must take
+    // under 100 ms, during which the loop waits for it.
     auto report = [&](const char* what, double ms, double limitMs) {
         const qint64 gap = heartbeat.takeMaxGap();
-        const bool ok = ms < limitMs && gap <= 50;
+        const bool ok = limitMs > 0 ? ms < limitMs : gap <= 50;
         failures += ok ? 0 : 1;
         std::printf("%-34s %9.1f ms   largest gap %5lld ms   %s\n", what, ms, qlonglong(gap),
                     ok ? "ok" : "over target");
@@ -116,7 +118,7 @@ int main(int argc, char** argv) {
     const double scanMs = clock.nsecsElapsed() / 1e6;
     spin(200);
     std::printf("photos: %d\n", set.count());
-    report("scan with the grid shown", scanMs, 1e12);
+    report("scan with the grid shown", scanMs, 0);
     std::printf("%-34s %9ld MB\n", "peak RSS after the scan", peakRssMb());
 
     auto* grid = screen.home.findChild<PhotoGridView*>();
@@ -137,7 +139,7 @@ int main(int argc, char** argv) {
             spin(300);
     }
     spin(300);
-    report("grid scrolled end to end", clock.nsecsElapsed() / 1e6, 1e12);
+    report("grid scrolled end to end", clock.nsecsElapsed() / 1e6, 0);
     std::printf("%-34s %9d\n", "pages", pages);
 
     action("Select All", [&] { screen.home.clickedSelectUnselectAll(true); });
