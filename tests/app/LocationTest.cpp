@@ -49,6 +49,19 @@ void mouse(QWidget* widget, QEvent::Type type, QPointF at) {
     QCoreApplication::sendEvent(widget, &event);
 }
 
+// A picker over its own settings, opened at `at` (what the editor hands it).
+struct OpenPicker {
+    explicit OpenPicker(SharedLocation at) {
+        SharedLocation::instance() = at;
+        picker.show();
+    }
+    AppEvents events;
+    QTemporaryDir dir;
+    Settings settings{dir.filePath(QStringLiteral("s.ini"))};
+    ScriptedPrompt prompt;
+    GeoLocationViewController picker{events, settings, prompt};
+};
+
 } // namespace
 
 class LocationTest : public QObject {
@@ -72,13 +85,8 @@ private:
 };
 
 void LocationTest::pickerTakesTypedCoordinatesAsTheyAre() {
-    AppEvents events;
-    QTemporaryDir dir;
-    Settings settings(dir.filePath(QStringLiteral("s.ini")));
-    ScriptedPrompt prompt;
-    SharedLocation::instance() = {48.8584, 2.2945};
-    GeoLocationViewController picker(events, settings, prompt);
-    picker.show();
+    OpenPicker open(SharedLocation{48.8584, 2.2945});
+    auto& [events, dir, settings, prompt, picker] = open;
     QCOMPARE(picker.txtFieldLatitude()->text(), QStringLiteral("48.8584"));
     QCOMPARE(picker.txtFieldLongitude()->text(), QStringLiteral("2.2945"));
     QCOMPARE(picker.segmentControl()->checkedId(), 0);
@@ -112,14 +120,9 @@ void LocationTest::pickerTakesTypedCoordinatesAsTheyAre() {
 }
 
 void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
-    AppEvents events;
-    QTemporaryDir dir;
-    Settings settings(dir.filePath(QStringLiteral("s.ini")));
-    ScriptedPrompt prompt;
-    SharedLocation::instance() = {0, 0};
-    GeoLocationViewController picker(events, settings, prompt);
+    OpenPicker open(SharedLocation{0, 0});
+    auto& [events, dir, settings, prompt, picker] = open;
     picker.resize(720, 560);
-    picker.show();
     QVERIFY(QTest::qWaitForWindowExposed(&picker));
 
     QTest::keyClicks(picker.txtFieldName(), QStringLiteral("Zurich"));
@@ -159,13 +162,8 @@ void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
 }
 
 void LocationTest::pickerKeepsATypedNameOverALateAnswer() {
-    AppEvents events;
-    QTemporaryDir dir;
-    Settings settings(dir.filePath(QStringLiteral("s.ini")));
-    ScriptedPrompt prompt;
-    SharedLocation::instance() = {48.8584, 2.2945};
-    GeoLocationViewController picker(events, settings, prompt);
-    picker.show();
+    OpenPicker open(SharedLocation{48.8584, 2.2945});
+    auto& [events, dir, settings, prompt, picker] = open;
     // The opening asked for the name of the Paris position; the user types before it is told.
     QTest::keyClicks(picker.txtFieldName(), QStringLiteral("Paris, Tex"));
     QTRY_VERIFY(qAbs(picker.latitude() - 33.66f) < 0.05f);
