@@ -16,7 +16,7 @@ PROBE="$BUILD_DIR/bench/bench_batch"
 
 corpus() { # DIR COUNT [make_corpus options]
   bench_corpus "$@" >/dev/null
-  cat "$1"/*.jpg >/dev/null # warm the page cache so every contender reads from memory
+  find "$1" -name "*.jpg" -exec cat {} + >/dev/null # warm the page cache: every contender reads from memory
 }
 
 BIG=bench/corpus-camera-$COUNT
