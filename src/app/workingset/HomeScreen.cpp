@@ -55,6 +55,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tagmoor {
 
 namespace {
@@ -262,7 +264,7 @@ QWidget* HomeScreen::makeSidePane() {
     pane->setFixedWidth(430);
 
     m_preview->setObjectName(QStringLiteral("imgViewPreview"));
-    m_preview->setFixedSize(kPreviewSide + 16, kPreviewSide + 16);
+    fitPreviewToHeight();
     m_preview->setAlignment(Qt::AlignCenter);
     m_preview->setFrameShape(QFrame::StyledPanel);
     m_imageName->setObjectName(QStringLiteral("lblImageName"));
@@ -524,6 +526,24 @@ void HomeScreen::showPreview(int row) {
     refreshPreviewPicture();
 }
 
+void HomeScreen::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    fitPreviewToHeight();
+}
+
+void HomeScreen::fitPreviewToHeight() {
+    // Below about 920 pixels the preview gives up height, down to a small square, so that the
+    // editor keeps room for several rows beside the location view.
+    constexpr int kRestOfThePane = 712;
+    const int side = std::clamp(height() - kRestOfThePane, 96, kPreviewSide);
+    if (side == m_previewSide)
+        return;
+    m_previewSide = side;
+    m_preview->setFixedSize(side + 16, side + 16);
+    if (!m_previewPath.isEmpty())
+        refreshPreviewPicture();
+}
+
 void HomeScreen::refreshPreviewPicture() {
     if (m_previewPath.isEmpty()) {
         clearPreview();
@@ -532,6 +552,9 @@ void HomeScreen::refreshPreviewPicture() {
     const QImage image = m_objects.thumbnails.thumbnail(m_previewPath, kPreviewSide);
     if (image.isNull())
         m_preview->setText(QFileInfo(m_previewPath).suffix().toUpper());
+    else if (std::max(image.width(), image.height()) > m_previewSide)
+        m_preview->setPixmap(QPixmap::fromImage(image.scaled(
+            m_previewSide, m_previewSide, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
     else
         m_preview->setPixmap(QPixmap::fromImage(image));
 }

@@ -144,7 +144,12 @@ public:
     // Builds the context menu for a row of the list (-1: outside any row).
     QMenu* buildContextMenu(int row, QWidget* parent);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    // Gives the preview box what the editor below it can spare at this height.
+    void fitPreviewToHeight();
     QWidget* makeTopBar();
     QWidget* makeSidePane();
     QPushButton* makeReviewButton();
@@ -177,6 +182,7 @@ private:
     PhotoGridView* m_grid;
     PhotoTableView* m_table;
     QLabel* m_preview;
+    int m_previewSide = 0;
     QLabel* m_imageName;
     QString m_previewPath;
     QWidget* m_editorHost;
