@@ -84,7 +84,7 @@ sleep 3 # the three photos are read and the editor shows their merge
 
 # Positions within the 1180x740 main window.
 click() { xdotool mousemove $((X + $1)) $((Y + $2)) click 1; sleep 0.4; }
-click 1022 543          # the Artist field of the editor, below the location view
+click 1022 431          # the Artist field of the editor, below the location view
 xdotool type --delay 30 "Jane Doe"
 sleep 0.5
 click 964 705           # Start Process
