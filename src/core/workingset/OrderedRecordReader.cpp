@@ -7,6 +7,7 @@
 #include <QtConcurrent>
 
 #include <exception>
+#include <utility>
 
 namespace tagmoor {
 
@@ -25,28 +26,45 @@ void OrderedRecordReader::read(const QString& path) {
         m_sink(path, load(m_loader, path));
         return;
     }
-    m_pending.push_back({path, QtConcurrent::run(&m_pool, [this, path] {
-                             // Readers yield to the event loop and to the caller's thread.
-                             lowerThisThreadsPriority();
-                             return load(m_loader, path);
-                         })});
+    m_gathering << path;
+    if (m_gathering.size() >= filesPerTask)
+        dispatch();
     drain(false);
 }
 
 void OrderedRecordReader::finish() {
+    if (!m_gathering.isEmpty())
+        dispatch();
     drain(true);
+}
+
+void OrderedRecordReader::dispatch() {
+    QStringList paths = std::exchange(m_gathering, {});
+    m_pendingFiles += paths.size();
+    QFuture<Results> future = QtConcurrent::run(&m_pool, [this, paths] {
+        // Readers yield to the event loop and to the caller's thread.
+        lowerThisThreadsPriority();
+        Results results;
+        results.reserve(std::size_t(paths.size()));
+        for (const QString& path : paths)
+            results.push_back(load(m_loader, path));
+        return results;
+    });
+    m_pending.push_back({std::move(paths), std::move(future)});
 }
 
 void OrderedRecordReader::drain(bool all) {
     while (!m_pending.empty()) {
         Pending& head = m_pending.front();
-        const bool mustWait = all || int(m_pending.size()) > maxReadAhead;
+        const bool mustWait = all || m_pendingFiles > maxReadAhead;
         if (!mustWait && !head.future.isFinished())
             return;
-        std::optional<CGImageProperties> record = head.future.takeResult();
-        const QString path = std::move(head.path);
+        Results results = head.future.takeResult();
+        const QStringList paths = std::move(head.paths);
         m_pending.pop_front();
-        m_sink(path, std::move(record));
+        m_pendingFiles -= paths.size();
+        for (qsizetype i = 0; i < paths.size(); ++i)
+            m_sink(paths[i], std::move(results[std::size_t(i)]));
     }
 }
 

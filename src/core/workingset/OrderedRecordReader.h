@@ -4,11 +4,13 @@
 
 #include <QFuture>
 #include <QString>
+#include <QStringList>
 #include <QThreadPool>
 
 #include <deque>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace tagmoor {
 
@@ -30,12 +32,17 @@ public:
 
     // Records may be read this far ahead of the one being handed over.
     static constexpr int maxReadAhead = 64;
+    // Files go to the reader threads in runs of this many: one hand-over of work and one of
+    // results per run rather than per file, which with small photos costs as much as reading.
+    static constexpr int filesPerTask = 8;
 
 private:
+    using Results = std::vector<std::optional<CGImageProperties>>;
     struct Pending {
-        QString path;
-        QFuture<std::optional<CGImageProperties>> future;
+        QStringList paths;
+        QFuture<Results> future;
     };
+    void dispatch();
     void drain(bool all);
     static std::optional<CGImageProperties> load(const RecordLoader& loader, const QString& path);
 
@@ -44,6 +51,8 @@ private:
     Sink m_sink;
     QThreadPool m_pool;
     std::deque<Pending> m_pending;
+    qsizetype m_pendingFiles = 0;
+    QStringList m_gathering; // the run being gathered, not yet handed to a thread
 };
 
 } // namespace tagmoor
