@@ -22,8 +22,9 @@ namespace tagmoor {
 namespace {
 
 constexpr int kTile = MapProjection::kTileSize;
-// Outline tiles drawn anew in one frame at most; each takes a few milliseconds.
-constexpr int kNewTilesPerFrame = 3;
+// Outline tiles drawn anew in one frame at most; a tile of the whole world at a low zoom
+// takes up to about 6 ms, so two keep a frame within 16 ms.
+constexpr int kNewTilesPerFrame = 2;
 const QColor kSea(170, 211, 223);
 const QColor kLand(242, 239, 233);
 const QColor kCoast(120, 146, 160);
