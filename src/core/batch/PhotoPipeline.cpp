@@ -273,11 +273,6 @@ bool isXmpDate(DateField field) {
     return QByteArray(dateFieldKey(field)).startsWith("Xmp.");
 }
 
-bool shifts(const DateTimeConfiguration& rule) {
-    return !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate && !rule.isUpdateDate &&
-           (rule.isIDOD || rule.isIDOT);
-}
-
 } // namespace
 
 FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
@@ -295,7 +290,7 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
         }
         const DateField field = allDateFields[i];
         std::optional<DateZone> zone;
-        if (!path.isEmpty() && isXmpDate(field) && shifts(m_values.editorDates.rule(field))) {
+        if (!path.isEmpty() && isXmpDate(field) && isShiftRule(m_values.editorDates.rule(field))) {
             if (!inFile)
                 inFile = readMetadataFieldSet(path);
             if (const auto text = inFile->at(row).text())

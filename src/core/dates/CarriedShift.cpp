@@ -32,12 +32,15 @@ QTime timeOf(const DateParts& p) {
 
 } // namespace
 
+bool isShiftRule(const DateTimeConfiguration& rule) {
+    return !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate && !rule.isUpdateDate &&
+           (rule.isIDOD || rule.isIDOT);
+}
+
 DateRuleOutcome applyCarriedDateRule(const DateTimeConfiguration& rule,
                                      const std::optional<QDateTime>& slotDate,
                                      const std::optional<QDateTime>& ownDate) {
-    const bool shifts = !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate &&
-                        !rule.isUpdateDate && (rule.isIDOD || rule.isIDOT);
-    if (!shifts || !ownDate || !ownDate->isValid())
+    if (!isShiftRule(rule) || !ownDate || !ownDate->isValid())
         return applyDateRule(rule, slotDate, ownDate);
     const bool hasSlot = slotDate && slotDate->isValid();
     // As with wrapping, the parts a shift leaves alone come from the slot date when there is

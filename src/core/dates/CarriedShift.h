@@ -4,6 +4,9 @@
 
 namespace tagmoor {
 
+// Whether the rule shifts the date or the time it finds (an increment mode that is in force).
+bool isShiftRule(const DateTimeConfiguration& rule);
+
 // The new value of one date field with the shifts of the increment modes carried the way a
 // calendar counts: an hour past midnight is the next day, a day past the month's end the next
 // month, a month past December the next year, and leap days fall where they fall. Years are

@@ -8,11 +8,6 @@ namespace tagmoor {
 
 namespace {
 
-bool isShift(const DateTimeConfiguration& rule) {
-    return !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate && !rule.isUpdateDate &&
-           (rule.isIDOD || rule.isIDOT);
-}
-
 DateRuleOutcome apply(const DateTimeConfiguration& rule, const std::optional<QDateTime>& slot,
                       const std::optional<QDateTime>& own, bool carry) {
     return carry ? applyCarriedDateRule(rule, slot, own) : applyDateRule(rule, slot, own);
@@ -41,7 +36,7 @@ DateRuleOutcome applyDateRuleInZone(const DateTimeConfiguration& rule,
                                     const std::optional<QDateTime>& slot,
                                     const std::optional<QDateTime>& own, const DateZone& zone,
                                     bool carry) {
-    if (!isShift(rule) || !own || !own->isValid())
+    if (!isShiftRule(rule) || !own || !own->isValid())
         return apply(rule, slot, own, carry);
     // The rules count on the user's clock; the photo's clock is handed in as if it were it.
     const QDateTime clock = own->toOffsetFromUtc(zone.offsetSeconds);
