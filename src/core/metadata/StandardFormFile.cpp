@@ -1,6 +1,9 @@
 #include "metadata/StandardFormFile.h"
 
+#include <QtEndian>
+
 #include <exiv2/exiv2.hpp>
+#include <zlib.h>
 
 #include <array>
 #include <cstdint>
@@ -50,38 +53,17 @@ bool isTiffBuilt(ImageKind kind) {
     return kind == ImageKind::Tiff || kind == ImageKind::Orf || kind == ImageKind::Rw2;
 }
 
-quint32 bigEndian32(const char* p) {
-    const auto* u = reinterpret_cast<const unsigned char*>(p);
-    return quint32(u[0]) << 24 | quint32(u[1]) << 16 | quint32(u[2]) << 8 | quint32(u[3]);
-}
-
-void appendBigEndian32(QByteArray& out, quint32 value) {
-    out.append(char(value >> 24)).append(char(value >> 16)).append(char(value >> 8));
-    out.append(char(value));
-}
-
-// The CRC-32 of PNG chunks (ISO 3309), over the chunk's type and data.
-quint32 pngCrc(const QByteArray& typeAndData) {
-    static const auto table = [] {
-        std::array<quint32, 256> t{};
-        for (quint32 n = 0; n < 256; ++n) {
-            quint32 c = n;
-            for (int k = 0; k < 8; ++k)
-                c = (c & 1) ? 0xedb88320u ^ (c >> 1) : c >> 1;
-            t[n] = c;
-        }
-        return t;
-    }();
-    quint32 c = 0xffffffffu;
-    for (const char byte : typeAndData)
-        c = table[(c ^ quint8(byte)) & 0xff] ^ (c >> 8);
-    return c ^ 0xffffffffu;
-}
-
+// A chunk: its length, its type and data, and the CRC-32 of type and data.
 void appendChunk(QByteArray& out, const QByteArray& typeAndData) {
-    appendBigEndian32(out, quint32(typeAndData.size() - 4));
+    char word[4];
+    qToBigEndian(quint32(typeAndData.size() - 4), word);
+    out.append(word, 4);
     out.append(typeAndData);
-    appendBigEndian32(out, pngCrc(typeAndData));
+    const uLong crc =
+        crc32(crc32(0L, Z_NULL, 0), reinterpret_cast<const Bytef*>(typeAndData.constData()),
+              uInt(typeAndData.size()));
+    qToBigEndian(quint32(crc), word);
+    out.append(word, 4);
 }
 
 bool isRawExifProfile(const QByteArray& type, const char* data, qint64 length) {
@@ -114,7 +96,7 @@ QByteArray withExifChunk(const QByteArray& png, const Exiv2::ExifData& exifData)
     bool replaced = false;
     qint64 at = signature.size();
     while (at + 12 <= png.size()) {
-        const qint64 length = bigEndian32(png.constData() + at);
+        const qint64 length = qFromBigEndian<quint32>(png.constData() + at);
         if (length > png.size() - at - 12)
             return png;
         const QByteArray type = png.mid(at, 8).mid(4);
