@@ -181,9 +181,7 @@ std::size_t SafeFileReplace::unchangedTailSize(const char* data, std::size_t siz
 
 // The new bytes usually end with a long run that the old file holds at its own end (the picture
 // data behind the tags). That run is copied from the old file inside the kernel, which costs a
-// fraction of writing it from memory; the rest is written. Where the kernel cannot copy between
-// the two files, or the old file ends early, the run is written from memory like the rest: the
-// result is the same bytes either way.
+// fraction of writing it from memory; the rest is written.
 bool SafeFileReplace::writeNewBytes(int fd, const char* data, std::size_t size, int* error) {
     constexpr std::size_t kWorthCopying = 64 * 1024;
     const std::size_t tail =
@@ -191,19 +189,27 @@ bool SafeFileReplace::writeNewBytes(int fd, const char* data, std::size_t size, 
     if (tail < kWorthCopying)
         return writeAll(fd, data, size, error);
     const std::size_t head = size - tail;
-    if (!writeAll(fd, data, head, error))
-        return false;
+    return writeAll(fd, data, head, error) &&
+           copyFromTarget(fd, qint64(m_original.size()) - qint64(tail), qint64(head), qint64(tail),
+                          error);
+}
+
+// Copies `length` bytes of the file that was read, from offset `from`, to offset `to` of the
+// new file. Where the kernel cannot copy between the two files, the bytes go through memory.
+// A file that has become shorter since it was read has changed under us: that fails.
+bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error) {
     if (const int injected = injectedError(Step::Write)) {
         *error = injected;
         return false;
     }
-    loff_t in = loff_t(m_original.size()) - loff_t(tail);
-    loff_t out = loff_t(head);
-    std::size_t copied = 0;
-    while (copied < tail) {
-        const ssize_t n = ::copy_file_range(m_readFd, &in, fd, &out, tail - copied, 0);
+    loff_t in = loff_t(from);
+    loff_t out = loff_t(to);
+    qint64 copied = 0;
+    while (copied < length) {
+        const ssize_t n =
+            ::copy_file_range(m_readFd, &in, fd, &out, std::size_t(length - copied), 0);
         if (n > 0) {
-            copied += std::size_t(n);
+            copied += n;
             continue;
         }
         if (n < 0 && errno == EINTR)
@@ -212,15 +218,31 @@ bool SafeFileReplace::writeNewBytes(int fd, const char* data, std::size_t size, 
             *error = errno;
             return false;
         }
-        break; // no copy between these files, or the old file is shorter now: write the rest
+        break; // no copy between these files, or the old file is shorter now
     }
-    if (copied == tail)
-        return true;
-    if (::lseek(fd, off_t(head + copied), SEEK_SET) < 0) {
-        *error = errno;
-        return false;
+    QByteArray buffer;
+    while (copied < length) {
+        if (buffer.isEmpty())
+            buffer.resize(qsizetype(std::min<qint64>(kChunk, length)));
+        const std::size_t want = std::size_t(std::min<qint64>(buffer.size(), length - copied));
+        const ssize_t n = ::pread(m_readFd, buffer.data(), want, off_t(from + copied));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            if (n == 0)
+                m_trouble = Trouble::Changed;
+            *error = n < 0 ? errno : EBUSY;
+            return false;
+        }
+        if (::lseek(fd, off_t(to + copied), SEEK_SET) < 0 ||
+            !writeAll(fd, buffer.constData(), std::size_t(n), error)) {
+            if (*error == 0)
+                *error = errno;
+            return false;
+        }
+        copied += n;
     }
-    return writeAll(fd, data + head + copied, tail - copied, error);
+    return true;
 }
 
 void SafeFileReplace::waitForReleases() {
@@ -260,7 +282,8 @@ void SafeFileReplace::removeTemporary() {
     }
 }
 
-SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<FileStamp>& expected) {
+SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<FileStamp>& expected,
+                                                        qint64 firstBytes) {
     // Without blocking: a pipe put in the photo's place must not stall the writer. The target
     // was resolved when this object was made; a link put there since is not followed.
     const int fd =
@@ -298,20 +321,28 @@ SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<File
         fail(QStringLiteral("Failed to read file"), injected);
         return ReadResult::Failed;
     }
-    m_original.resize(qsizetype(m_status.st_size));
-    qsizetype done = 0;
-    while (done < m_original.size()) {
+    return readUpTo(firstBytes < 0 ? targetSize() : firstBytes) ? ReadResult::Read
+                                                                : ReadResult::Failed;
+}
+
+bool SafeFileReplace::readUpTo(qint64 size) {
+    const qsizetype wanted = qsizetype(std::min(size, targetSize()));
+    qsizetype done = m_original.size();
+    if (done >= wanted)
+        return true;
+    m_original.resize(wanted);
+    while (done < wanted) {
         const ssize_t n =
-            ::read(fd, m_original.data() + done, std::size_t(m_original.size() - done));
+            ::pread(m_readFd, m_original.data() + done, std::size_t(wanted - done), off_t(done));
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0) {
-            fail(QStringLiteral("Failed to read file"), n < 0 ? errno : EIO);
-            return ReadResult::Failed;
+            m_original.truncate(done);
+            return fail(QStringLiteral("Failed to read file"), n < 0 ? errno : EIO);
         }
         done += n;
     }
-    return ReadResult::Read;
+    return true;
 }
 
 bool SafeFileReplace::targetUnchangedSinceRead() {
@@ -325,6 +356,18 @@ bool SafeFileReplace::targetUnchangedSinceRead() {
 
 bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
                                   const std::function<bool(const QString&)>& verify) {
+    return replace(data, size, -1, verify);
+}
+
+bool SafeFileReplace::replaceWith(const char* data, std::size_t size, qint64 keptFrom,
+                                  const std::function<bool(const QString&)>& verify) {
+    if (keptFrom < 0 || keptFrom > targetSize() || m_readFd < 0)
+        return fail(QStringLiteral("Failed to write the new file"), EINVAL);
+    return replace(data, size, keptFrom, verify);
+}
+
+bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFrom,
+                              const std::function<bool(const QString&)>& verify) {
     const QString targetName = QFile::decodeName(m_encodedTarget);
     const QString folder = QFileInfo(targetName).absolutePath();
     sweepLeftovers(folder);
@@ -343,7 +386,12 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     });
 
     int error = 0;
-    if (!writeNewBytes(fd, data, size, &error))
+    const qint64 kept = keptFrom < 0 ? 0 : targetSize() - keptFrom;
+    const bool bytesWritten = keptFrom < 0
+                                  ? writeNewBytes(fd, data, size, &error)
+                                  : writeAll(fd, data, size, &error) &&
+                                        copyFromTarget(fd, keptFrom, qint64(size), kept, &error);
+    if (!bytesWritten)
         return fail(QStringLiteral("Failed to write the new file"), error);
 
     // The owner first: changing it may clear set-id bits that the mode then restores.
@@ -374,7 +422,7 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size,
     closed = true;
     if (::close(fd) != 0)
         return fail(QStringLiteral("Failed to close the new file"), errno);
-    if (written.st_size != off_t(size))
+    if (written.st_size != off_t(qint64(size) + kept))
         return fail(QStringLiteral("The new file is incomplete"), EIO);
 
     if (const int injected = injectedError(Step::Rename))

@@ -40,10 +40,18 @@ public:
     SafeFileReplace(const SafeFileReplace&) = delete;
     SafeFileReplace& operator=(const SafeFileReplace&) = delete;
 
-    // Reads the target's bytes. `Changed` when `expected` is given and the file's size or
-    // modification time differ from it; `Failed` when the file can't be read or written by us.
-    ReadResult readTarget(const std::optional<FileStamp>& expected);
+    // Reads the target's bytes: all of them, or with `firstBytes` given only that many from
+    // the start (readUpTo fetches more). `Changed` when `expected` is given and the file's size
+    // or modification time differ from it; `Failed` when the file can't be read or written by
+    // us.
+    ReadResult readTarget(const std::optional<FileStamp>& expected, qint64 firstBytes = -1);
+    // Reads on until the target's first `size` bytes are held (all of them when it is
+    // shorter). False when reading failed, with errorText() telling why.
+    bool readUpTo(qint64 size);
+    // The bytes read so far, from the start of the target.
     const QByteArray& originalBytes() const { return m_original; }
+    // The target's size when it was read.
+    qint64 targetSize() const { return qint64(m_status.st_size); }
 
     // Puts `size` bytes at `data` in place of the target. `verify` gets the temporary file's
     // path after it was flushed and must return true for the replacement to go on; an
@@ -54,6 +62,11 @@ public:
     void setFlushToDisk(bool flush) { m_flushToDisk = flush; }
 
     bool replaceWith(const char* data, std::size_t size,
+                     const std::function<bool(const QString& temporaryPath)>& verify);
+    // The same, for new bytes that are `size` bytes at `data` followed by the target's own
+    // bytes from `keptFrom` to its end, which need not have been read: they are copied from
+    // the file that was read, inside the kernel where it can.
+    bool replaceWith(const char* data, std::size_t size, qint64 keptFrom,
                      const std::function<bool(const QString& temporaryPath)>& verify);
 
     QString errorText() const { return m_error; }
@@ -88,7 +101,10 @@ public:
                                          const QByteArray& original);
 
 private:
+    bool replace(const char* data, std::size_t size, qint64 keptFrom,
+                 const std::function<bool(const QString& temporaryPath)>& verify);
     bool writeNewBytes(int fd, const char* data, std::size_t size, int* error);
+    bool copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error);
 
     bool m_flushToDisk = true;
     int m_readFd = -1;

@@ -15,6 +15,9 @@ class Image;
 
 namespace tagmoor {
 
+class SafeFileReplace;
+enum class ImageKind;
+
 Q_DECLARE_LOGGING_CATEGORY(lcMetadataWrite)
 
 // Changes the metadata of one file without ever letting Exiv2 write the file itself: Exiv2
@@ -45,6 +48,18 @@ public:
     static Result run(const QString& path, const std::optional<FileStamp>& expected,
                       const Edit& edit, bool flushToDisk = true, WriteStatus* failure = nullptr,
                       bool standardForm = false);
+
+    // Test seam: true sends every photo whole through Exiv2, as it went before JPEG heads
+    // were edited alone, so that a test can compare the two ways on the same photos.
+    static void setWholeFilesOnly(bool whole);
+
+private:
+    // One pass of Exiv2 over the file's bytes, or only over its first `headEnd` bytes, and the
+    // replacement. Nothing when Exiv2's new head does not end where the picture data start.
+    static std::optional<Result> editBytes(SafeFileReplace& file, ImageKind kind,
+                                           const std::optional<qint64>& headEnd, const Edit& edit,
+                                           WriteStatus* failure, bool standardForm,
+                                           const QString& path);
 };
 
 } // namespace tagmoor
