@@ -9,7 +9,8 @@
 namespace tagmoor {
 
 // The segments of a JPEG up to the start of its picture data, with every XMP segment masked so
-// that Exiv2 passes over it, and the first XMP packet kept aside. Exiv2 then parses the Exif,
+// that Exiv2 passes over it, and the first XMP packet kept aside (without the whitespace padding
+// after its root element, which XML ignores). Exiv2 then parses the Exif,
 // IPTC and comment of `segments` without its XMP toolkit, which is not safe on two threads at
 // once; only the decoding of `xmpPacket` needs the XMP lock. Readers on several threads thus
 // wait for each other only while XMP is decoded.
