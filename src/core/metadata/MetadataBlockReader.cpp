@@ -16,6 +16,7 @@
 #include <exception>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace tagmoor {
 
@@ -215,12 +216,31 @@ Exiv2::Image::AutoPtr openImage(const QString& path, const std::string& native, 
                       long(head->segments.size()));
             Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(io);
             if (image.get() && image->imageType() == Exiv2::ImageType::jpeg) {
-                image->readMetadata();
-                if (!head->xmpPacket.empty()) {
-                    const auto xmpLock = lockXmpToolkit();
-                    if (Exiv2::XmpParser::decode(image->xmpData(), head->xmpPacket) != 0)
+                // The packet is decoded before the rest is parsed when the XMP lock is free,
+                // else after: a reader that would wait for another to finish its packet parses
+                // its Exif meanwhile, and finds the lock free by then. The two parts do not
+                // touch each other; readMetadata() empties the image's XMP, so the packet goes
+                // into a block of its own that the image takes at the end.
+                const std::string& packet = head->xmpPacket;
+                Exiv2::XmpData xmp;
+                const auto decode = [&] {
+                    if (Exiv2::XmpParser::decode(xmp, packet) != 0)
                         qCDebug(lcRead) << "Failed to decode XMP metadata of" << path;
+                };
+                bool decoded = packet.empty();
+                if (!decoded) {
+                    if (const auto xmpLock = tryLockXmpToolkit(); xmpLock.ownsLock()) {
+                        decode();
+                        decoded = true;
+                    }
                 }
+                image->readMetadata();
+                if (!decoded) {
+                    const auto xmpLock = lockXmpToolkit();
+                    decode();
+                }
+                if (!packet.empty())
+                    std::swap(image->xmpData(), xmp);
                 return image;
             }
         }

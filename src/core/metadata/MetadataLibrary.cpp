@@ -84,6 +84,14 @@ XmpToolkitLock::XmpToolkitLock() {
     ++xmpLocks;
 }
 
+XmpToolkitLock::XmpToolkitLock(std::try_to_lock_t) {
+    m_lock = std::unique_lock<std::mutex>(xmpMutex(), std::try_to_lock);
+    if (!xmpStatsEnabled() || !m_lock.owns_lock())
+        return;
+    m_heldSinceNs = nowNs();
+    ++xmpLocks;
+}
+
 XmpToolkitLock::~XmpToolkitLock() {
     if (m_heldSinceNs != 0)
         xmpHeldNs += nowNs() - m_heldSinceNs;

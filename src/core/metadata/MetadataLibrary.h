@@ -20,7 +20,10 @@ void routeTiffMessagesToLog();
 class XmpToolkitLock {
 public:
     XmpToolkitLock();
+    // Takes the lock only if no other thread holds it; see ownsLock().
+    explicit XmpToolkitLock(std::try_to_lock_t);
     ~XmpToolkitLock();
+    bool ownsLock() const { return m_lock.owns_lock(); }
     XmpToolkitLock(const XmpToolkitLock&) = delete;
     XmpToolkitLock& operator=(const XmpToolkitLock&) = delete;
 
@@ -30,6 +33,11 @@ private:
 };
 inline XmpToolkitLock lockXmpToolkit() {
     return {};
+}
+// The lock if it is free now: a reader with other work to do does that first instead of
+// waiting.
+inline XmpToolkitLock tryLockXmpToolkit() {
+    return XmpToolkitLock(std::try_to_lock);
 }
 
 // How long the XMP lock was held and waited for, summed over all threads. Counted only when
