@@ -18,9 +18,12 @@
 #include <malloc.h>
 #endif
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace tagmoor::cli {
@@ -39,47 +42,63 @@ const char* kReadUsage =
     "\n"
     "exit status: 0 every path gave a record, 1 some did not, 2 bad arguments\n";
 
-// Appends `text` as a JSON string. The escapes work on the UTF-8 bytes: every byte of a
-// multi-byte sequence is at least 0x80, so only ASCII is ever escaped.
-void appendQuoted(QByteArray& out, QByteArrayView utf8) {
-    static constexpr char hex[] = "0123456789abcdef";
+// The JSON escape of one character below 0x80, or nothing for one that stands as it is.
+std::string_view escapeOf(char16_t c) {
+    static constexpr std::string_view controls[] = {
+        "\\u0000", "\\u0001", "\\u0002", "\\u0003", "\\u0004", "\\u0005", "\\u0006", "\\u0007",
+        "\\u0008", "\\t",     "\\n",     "\\u000b", "\\u000c", "\\r",     "\\u000e", "\\u000f",
+        "\\u0010", "\\u0011", "\\u0012", "\\u0013", "\\u0014", "\\u0015", "\\u0016", "\\u0017",
+        "\\u0018", "\\u0019", "\\u001a", "\\u001b", "\\u001c", "\\u001d", "\\u001e", "\\u001f"};
+    if (c < 0x20)
+        return controls[c];
+    if (c == u'"')
+        return "\\\"";
+    if (c == u'\\')
+        return "\\\\";
+    return {};
+}
+
+// Appends the code units as a JSON string, each unit as one byte: UTF-8 bytes (every byte of
+// a multi-byte sequence is at least 0x80, so only ASCII is ever escaped), or UTF-16 units that
+// are all below 0x80. Runs without an escape go in one piece.
+template <typename Unit> void appendEscaped(std::string& out, const Unit* text, qsizetype size) {
+    const auto appendRun = [&](qsizetype from, qsizetype to) {
+        if constexpr (std::is_same_v<Unit, char>)
+            out.append(text + from, std::size_t(to - from));
+        else
+            for (qsizetype i = from; i < to; ++i)
+                out += char(text[i]);
+    };
     out += '"';
-    for (const char ch : utf8) {
-        const auto c = static_cast<unsigned char>(ch);
-        switch (c) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (c < 0x20) {
-                const char escape[] = {'\\', 'u', '0', '0', hex[c >> 4], hex[c & 15]};
-                out.append(escape, sizeof escape);
-            } else {
-                out += ch;
-            }
-        }
+    qsizetype run = 0;
+    for (qsizetype i = 0; i < size; ++i) {
+        const auto c = static_cast<std::make_unsigned_t<Unit>>(text[i]);
+        const std::string_view escape = c < 0x80 ? escapeOf(char16_t(c)) : std::string_view();
+        if (escape.empty())
+            continue;
+        appendRun(run, i);
+        out += escape;
+        run = i + 1;
     }
+    appendRun(run, size);
     out += '"';
 }
 
-void appendQuoted(QByteArray& out, const QString& text) {
-    appendQuoted(out, QByteArrayView(text.toUtf8()));
+void appendQuoted(std::string& out, QByteArrayView utf8) {
+    appendEscaped(out, utf8.data(), utf8.size());
+}
+
+// An ASCII text goes straight from its UTF-16 units; any other through its UTF-8 form.
+void appendQuoted(std::string& out, const QString& text) {
+    const char16_t* units = reinterpret_cast<const char16_t*>(text.utf16());
+    if (std::all_of(units, units + text.size(), [](char16_t c) { return c < 0x80; }))
+        appendEscaped(out, units, text.size());
+    else
+        appendQuoted(out, QByteArrayView(text.toUtf8()));
 }
 
 // The shortest text that reads back as the same number; JSON has no NaN or infinity.
-template <typename Number> void appendNumber(QByteArray& out, Number n) {
+template <typename Number> void appendNumber(std::string& out, Number n) {
     if constexpr (std::is_floating_point_v<Number>) {
         if (!std::isfinite(n)) {
             out += "null";
@@ -92,7 +111,7 @@ template <typename Number> void appendNumber(QByteArray& out, Number n) {
 }
 
 // Appends `n` as `width` digits with leading zeros; `n` is at least 0 and has no more digits.
-void appendDigits(QByteArray& out, int n, int width) {
+void appendDigits(std::string& out, int n, int width) {
     char digits[4];
     for (int i = width - 1; i >= 0; --i, n /= 10)
         digits[i] = char('0' + n % 10);
@@ -102,7 +121,7 @@ void appendDigits(QByteArray& out, int n, int width) {
 // The date at its own offset from UTC as Qt::ISODateWithMs writes it ("Z" for UTC, else the
 // offset in whole minutes), without the string building of QDateTime::toString, which costs
 // more than the rest of a line. Dates that form does not cover go through Qt.
-void appendIsoDate(QByteArray& out, const QDateTime& d) {
+void appendIsoDate(std::string& out, const QDateTime& d) {
     const QDateTime at = d.toOffsetFromUtc(d.offsetFromUtc());
     const QDate date = at.date();
     const QTime time = at.time();
@@ -136,7 +155,7 @@ void appendIsoDate(QByteArray& out, const QDateTime& d) {
     out += '"';
 }
 
-void appendJson(QByteArray& out, const PropertyValue& v) {
+void appendJson(std::string& out, const PropertyValue& v) {
     switch (v.kind()) {
     case PropertyValue::Kind::Text:
         return appendQuoted(out, *v.text());
@@ -155,11 +174,14 @@ void appendJson(QByteArray& out, const PropertyValue& v) {
     case PropertyValue::Kind::Bytes:
         return appendQuoted(out, QByteArrayView(v.bytes()->toBase64()));
     case PropertyValue::Kind::List:
-        out += QJsonDocument(QJsonArray::fromVariantList(*v.list())).toJson(QJsonDocument::Compact);
+        out += QJsonDocument(QJsonArray::fromVariantList(*v.list()))
+                   .toJson(QJsonDocument::Compact)
+                   .toStdString();
         return;
     case PropertyValue::Kind::Dictionary:
         out += QJsonDocument(QJsonObject::fromVariantMap(*v.dictionary()))
-                   .toJson(QJsonDocument::Compact);
+                   .toJson(QJsonDocument::Compact)
+                   .toStdString();
         return;
     case PropertyValue::Kind::Absent:
         break;
@@ -169,7 +191,7 @@ void appendJson(QByteArray& out, const PropertyValue& v) {
 
 // One record as one line of JSON, appended straight as UTF-8 bytes to the output gathered so
 // far: with many small photos the printing costs as much as a good part of the reading.
-void appendRecordLine(QByteArray& line, const QString& path, const CGImageProperties& record) {
+void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record) {
     line += "{\"path\": ";
     appendQuoted(line, path);
     forEachPresentValue(
@@ -254,11 +276,11 @@ int runRead(const QStringList& args) {
     if (!out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered))
         return 2;
     constexpr qsizetype kWriteSize = 64 * 1024;
-    QByteArray pending;
+    std::string pending;
     pending.reserve(kWriteSize + 16 * 1024);
     const auto flush = [&] {
-        out.write(pending);
-        pending.resize(0); // keeps the capacity
+        out.write(pending.data(), qint64(pending.size()));
+        pending.clear(); // keeps the capacity
     };
     int missing = 0;
     qsizetype next = 0;
@@ -275,7 +297,7 @@ int runRead(const QStringList& args) {
                                        appendQuoted(pending, whyNoRecord(path));
                                        pending += "}\n";
                                    }
-                                   if (pending.size() >= kWriteSize)
+                                   if (qsizetype(pending.size()) >= kWriteSize)
                                        flush();
                                });
     for (const QString& path : paths)

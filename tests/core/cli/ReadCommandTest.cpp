@@ -67,6 +67,25 @@ TEST(ReadCommand, PrintsOneObjectPerPathWithValuesAndKinds) {
     EXPECT_EQ(cli({photo}).exitCode, 0);
 }
 
+// Texts are escaped the same way whether they are plain ASCII or not: quotes, backslashes and
+// control characters, with every other character as its UTF-8 bytes.
+TEST(ReadCommand, EscapesTextsInJson) {
+    QTemporaryDir dir;
+    const char* ascii = "a\"b\\c\td\ne\rf\x01g\x1fh/";
+    const char* utf8 = "\xc3\xb8\"b\\c\td\ne\rf\x01g\x1fh\xe2\x82\xac";
+    const QString photo = jpegWithTags(dir.filePath("p.jpg"), [&](Exiv2::Image& img) {
+        addExif(img.exifData(), "Exif.Image.Artist", Exiv2::asciiString, ascii);
+        addExif(img.exifData(), "Exif.Image.ImageDescription", Exiv2::asciiString, utf8);
+    });
+    const ToolResult r = cli({photo});
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.out.contains(R"("a\"b\\c\td\ne\rf\u0001g\u001fh/")")) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("\"\xc3\xb8\\\"b\\\\c\\td\\ne\\rf\\u0001g\\u001fh\xe2\x82\xac\""))
+        << r.out.toStdString();
+    const QJsonObject p = objectsOf(r.out).value(0);
+    EXPECT_EQ(p["tiffProperties.imageDescription"]["value"].toString(), QString::fromUtf8(utf8));
+}
+
 // A date is printed at the offset of the zone it is read in: "Z" at UTC, else the offset in
 // whole minutes (seconds of an offset shift the time but are not printed).
 TEST(ReadCommand, DatesCarryTheOffsetOfTheLocalZone) {
