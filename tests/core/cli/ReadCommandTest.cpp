@@ -102,7 +102,8 @@ TEST(ReadCommand, DatesCarryTheOffsetOfTheLocalZone) {
         p.start(QStringLiteral(TAGMOOR_CLI), {QStringLiteral("read"), photo});
         const ToolResult r = finishTool(p);
         EXPECT_EQ(r.exitCode, 0) << zone.toStdString();
-        return objectsOf(r.out).value(0)["exifProperties.dateTimeOriginal"]["value"].toString();
+        const QJsonObject record = objectsOf(r.out).value(0);
+        return record["exifProperties.dateTimeOriginal"]["value"].toString();
     };
     EXPECT_EQ(dateIn(QStringLiteral("UTC")), QStringLiteral("2019-05-01T08:20:30.000Z"));
     EXPECT_EQ(dateIn(QStringLiteral("XYZ-5:30")), QStringLiteral("2019-05-01T13:50:30.000+05:30"));
