@@ -14,10 +14,6 @@
 #include <QTextStream>
 #include <QUrl>
 
-#if defined(__GLIBC__)
-#include <malloc.h>
-#endif
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -260,14 +256,8 @@ int runRead(const QStringList& args) {
         return 2;
     }
 
-#if defined(__GLIBC__)
-    // Each photo's parse takes and gives back a few hundred kilobytes. By default glibc hands
-    // the free top of a reader thread's heap back to the system after nearly every photo, and
-    // the page-table flushes that costs stall both cores; a read keeps its memory until it
-    // ends instead.
-    mallopt(M_TRIM_THRESHOLD, 256 * 1024 * 1024);
-    mallopt(M_TOP_PAD, 16 * 1024 * 1024);
-#endif
+    // Many photos on several threads: freed memory stays in the process for the next photo.
+    keepFreedMemoryInProcess();
 
     // The reader is handed absolute paths; each result is printed under the path as given,
     // which the queue of given paths supplies in the same order. Lines are gathered into one buffer
