@@ -23,16 +23,15 @@ constexpr int kXmpSignatureSize = sizeof kXmpSignature; // 29
 // The largest head read: a JPEG's segments are at most 64 KiB each, and no camera writes more
 // than a handful before its picture data.
 constexpr qint64 kMaxHead = 16 * 1024 * 1024;
-// The first read, and the least of every later one: enough for the head of most photos
-// without a thumbnail, without copying their picture data too.
-constexpr qint64 kFirstRead = 16 * 1024;
+// The first read, and half the least of every later one, without copying much of the picture
+// data too.
+constexpr qint64 kFirstRead = kJpegHeadStartSize;
 
-// An open file, read with plain system calls: the head is read once, so a buffered device
-// would only copy it twice.
+// The file, opened when bytes past the ones at hand are first wanted and read with plain
+// system calls: the head is read once, so a buffered device would only copy it twice.
 class HeadFile {
 public:
-    explicit HeadFile(const QString& path)
-        : m_fd(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC)) {}
+    explicit HeadFile(const QString& path) : m_path(path) {}
     ~HeadFile() {
         if (m_fd >= 0)
             ::close(m_fd);
@@ -40,20 +39,23 @@ public:
     HeadFile(const HeadFile&) = delete;
     HeadFile& operator=(const HeadFile&) = delete;
 
-    bool isOpen() const { return m_fd >= 0; }
-
-    // Reads until `bytes` holds at least `size` bytes; false at the end of the file, on an
-    // error or past kMaxHead.
+    // Reads until `bytes`, which holds the file's first bytes, holds at least `size`; false
+    // at the end of the file, on an error or past kMaxHead.
     bool fill(QByteArray& bytes, qint64 size) {
         if (size > kMaxHead)
             return false;
+        if (bytes.size() < size && m_fd < 0) {
+            m_fd = ::open(QFile::encodeName(m_path).constData(), O_RDONLY | O_CLOEXEC);
+            if (m_fd < 0)
+                return false;
+        }
         while (bytes.size() < size) {
             const qint64 have = bytes.size();
             const qint64 want = std::max(size - have, have == 0 ? kFirstRead : kFirstRead * 2);
             bytes.resize(have + want);
             ssize_t got;
             do {
-                got = ::read(m_fd, bytes.data() + have, std::size_t(want));
+                got = ::pread(m_fd, bytes.data() + have, std::size_t(want), off_t(have));
             } while (got < 0 && errno == EINTR);
             bytes.resize(have + std::max<ssize_t>(got, 0));
             if (got <= 0)
@@ -63,7 +65,8 @@ public:
     }
 
 private:
-    int m_fd;
+    const QString& m_path;
+    int m_fd = -1;
 };
 
 unsigned char at(const QByteArray& bytes, qint64 i) {
@@ -100,12 +103,11 @@ std::string withoutPadding(std::string_view packet) {
 
 } // namespace
 
-std::optional<JpegHead> readJpegHead(const QString& path) {
+std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& start) {
     HeadFile file(path);
-    if (!file.isOpen())
-        return std::nullopt;
     JpegHead head;
     QByteArray& bytes = head.segments;
+    bytes = start;
     if (!file.fill(bytes, 2) || at(bytes, 0) != 0xff || at(bytes, 1) != 0xd8)
         return std::nullopt;
     qint64 pos = 2;

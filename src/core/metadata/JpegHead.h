@@ -24,6 +24,12 @@ struct JpegHead {
 // file whose head does not end in a start-of-scan or end-of-image marker within the file, or
 // that holds a segment too short for its own length field: such a file is read the ordinary
 // way, and Exiv2 tells what is wrong with it.
-std::optional<JpegHead> readJpegHead(const QString& path);
+// How many of a file's first bytes a caller that reads them anyway does well to read: the head
+// of most photos without a thumbnail.
+constexpr qsizetype kJpegHeadStartSize = 16 * 1024;
+
+// `start` may hold the file's first bytes, read already: the file is then opened only when the
+// head goes on past them.
+std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& start = {});
 
 } // namespace tagmoor

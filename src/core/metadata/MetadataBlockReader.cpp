@@ -275,11 +275,12 @@ template <typename Data> void readRows(const Data& data, MetadataFieldSet& set) 
 // Opens and parses the file, or gives nothing for content that is not a photo we accept:
 // such a file never reaches Exiv2's parsers. A JPEG is parsed from its head with the XMP
 // packet set aside, so that the XMP lock is held only while the packet is decoded.
-Exiv2::Image::AutoPtr openImage(const QString& path, const std::string& native, ImageKind kind) {
+Exiv2::Image::AutoPtr openImage(const QString& path, const std::string& native, ImageKind kind,
+                                const QByteArray& start = {}) {
     if (!exiv2Reads(kind))
         return Exiv2::Image::AutoPtr();
     if (kind == ImageKind::Jpeg) {
-        if (std::optional<JpegHead> head = readJpegHead(path)) {
+        if (std::optional<JpegHead> head = readJpegHead(path, start)) {
             // The image keeps its own copy of the head: it outlives `head`.
             Exiv2::BasicIo::AutoPtr io(new Exiv2::MemIo);
             io->write(reinterpret_cast<const Exiv2::byte*>(head->segments.constData()),
@@ -367,7 +368,8 @@ withParsedImage(const QString& path, const MetadataBlockReader::Options& options
     guardExiv2(
         [&] {
             Exiv2::Image::AutoPtr image =
-                openImage(path, *native, options.kind ? *options.kind : sniffImageKindOfFile(path));
+                openImage(path, *native, options.kind ? *options.kind : sniffImageKindOfFile(path),
+                          options.start);
             if (!image.get())
                 return;
             if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)

@@ -38,6 +38,9 @@ public:
         std::optional<ImageKind> kind;
         // Receives the pixel size that Exiv2 found in the picture's own header, if any.
         std::optional<QSize>* headerSize = nullptr;
+        // The file's first bytes when the caller has read them already; a JPEG's head is then
+        // read from the file only past them.
+        QByteArray start;
     };
 
     // Every datum of the three blocks.

@@ -2,6 +2,7 @@
 // Exiv2 gives from the whole file, on the samples and on heads built to trip a marker walk.
 #include "TestSupport.h"
 
+#include "metadata/ImageKind.h"
 #include "metadata/JpegHead.h"
 #include "metadata/MetadataBlockReader.h"
 
@@ -133,6 +134,18 @@ TEST(JpegHead, TheReaderGivesWhatExiv2GivesFromTheWholeFile) {
     ASSERT_GT(files.size(), 15);
     for (const QString& f : files)
         EXPECT_EQ(throughReader(f).toStdString(), jsonOfPlain(f).toStdString()) << f.toStdString();
+    // Given the file's first bytes, the reader goes on past them to the same head.
+    for (const QString& f : files) {
+        const std::optional<JpegHead> plain = readJpegHead(f);
+        for (const qsizetype size : {qsizetype(3), qsizetype(100), kJpegHeadStartSize}) {
+            const std::optional<JpegHead> started = readJpegHead(f, readImageHead(f, size));
+            ASSERT_EQ(started.has_value(), plain.has_value()) << f.toStdString() << " " << size;
+            if (plain) {
+                EXPECT_EQ(started->segments, plain->segments) << f.toStdString() << " " << size;
+                EXPECT_EQ(started->xmpPacket, plain->xmpPacket) << f.toStdString() << " " << size;
+            }
+        }
+    }
 
     const std::optional<JpegHead> two = readJpegHead(tmp.path() + "/two-xmp.jpg");
     ASSERT_TRUE(two.has_value());
