@@ -14,8 +14,12 @@
 #include <QTextStream>
 #include <QUrl>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
+#include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace tagmoor::cli {
@@ -34,47 +38,63 @@ const char* kReadUsage =
     "\n"
     "exit status: 0 every path gave a record, 1 some did not, 2 bad arguments\n";
 
-// Appends `text` as a JSON string. The escapes work on the UTF-8 bytes: every byte of a
-// multi-byte sequence is at least 0x80, so only ASCII is ever escaped.
-void appendQuoted(QByteArray& out, QByteArrayView utf8) {
-    static constexpr char hex[] = "0123456789abcdef";
+// The JSON escape of one character below 0x80, or nothing for one that stands as it is.
+std::string_view escapeOf(char16_t c) {
+    static constexpr std::string_view controls[] = {
+        "\\u0000", "\\u0001", "\\u0002", "\\u0003", "\\u0004", "\\u0005", "\\u0006", "\\u0007",
+        "\\u0008", "\\t",     "\\n",     "\\u000b", "\\u000c", "\\r",     "\\u000e", "\\u000f",
+        "\\u0010", "\\u0011", "\\u0012", "\\u0013", "\\u0014", "\\u0015", "\\u0016", "\\u0017",
+        "\\u0018", "\\u0019", "\\u001a", "\\u001b", "\\u001c", "\\u001d", "\\u001e", "\\u001f"};
+    if (c < 0x20)
+        return controls[c];
+    if (c == u'"')
+        return "\\\"";
+    if (c == u'\\')
+        return "\\\\";
+    return {};
+}
+
+// Appends the code units as a JSON string, each unit as one byte: UTF-8 bytes (every byte of
+// a multi-byte sequence is at least 0x80, so only ASCII is ever escaped), or UTF-16 units that
+// are all below 0x80. Runs without an escape go in one piece.
+template <typename Unit> void appendEscaped(std::string& out, const Unit* text, qsizetype size) {
+    const auto appendRun = [&](qsizetype from, qsizetype to) {
+        if constexpr (std::is_same_v<Unit, char>)
+            out.append(text + from, std::size_t(to - from));
+        else
+            for (qsizetype i = from; i < to; ++i)
+                out += char(text[i]);
+    };
     out += '"';
-    for (const char ch : utf8) {
-        const auto c = static_cast<unsigned char>(ch);
-        switch (c) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (c < 0x20) {
-                const char escape[] = {'\\', 'u', '0', '0', hex[c >> 4], hex[c & 15]};
-                out.append(escape, sizeof escape);
-            } else {
-                out += ch;
-            }
-        }
+    qsizetype run = 0;
+    for (qsizetype i = 0; i < size; ++i) {
+        const auto c = static_cast<std::make_unsigned_t<Unit>>(text[i]);
+        const std::string_view escape = c < 0x80 ? escapeOf(char16_t(c)) : std::string_view();
+        if (escape.empty())
+            continue;
+        appendRun(run, i);
+        out += escape;
+        run = i + 1;
     }
+    appendRun(run, size);
     out += '"';
 }
 
-void appendQuoted(QByteArray& out, const QString& text) {
-    appendQuoted(out, QByteArrayView(text.toUtf8()));
+void appendQuoted(std::string& out, QByteArrayView utf8) {
+    appendEscaped(out, utf8.data(), utf8.size());
+}
+
+// An ASCII text goes straight from its UTF-16 units; any other through its UTF-8 form.
+void appendQuoted(std::string& out, const QString& text) {
+    const char16_t* units = reinterpret_cast<const char16_t*>(text.utf16());
+    if (std::all_of(units, units + text.size(), [](char16_t c) { return c < 0x80; }))
+        appendEscaped(out, units, text.size());
+    else
+        appendQuoted(out, QByteArrayView(text.toUtf8()));
 }
 
 // The shortest text that reads back as the same number; JSON has no NaN or infinity.
-template <typename Number> void appendNumber(QByteArray& out, Number n) {
+template <typename Number> void appendNumber(std::string& out, Number n) {
     if constexpr (std::is_floating_point_v<Number>) {
         if (!std::isfinite(n)) {
             out += "null";
@@ -86,7 +106,52 @@ template <typename Number> void appendNumber(QByteArray& out, Number n) {
     out.append(buffer, end - buffer);
 }
 
-void appendJson(QByteArray& out, const PropertyValue& v) {
+// Appends `n` as `width` digits with leading zeros; `n` is at least 0 and has no more digits.
+void appendDigits(std::string& out, int n, int width) {
+    char digits[4];
+    for (int i = width - 1; i >= 0; --i, n /= 10)
+        digits[i] = char('0' + n % 10);
+    out.append(digits, width);
+}
+
+// The date at its own offset from UTC as Qt::ISODateWithMs writes it ("Z" for UTC, else the
+// offset in whole minutes), without the string building of QDateTime::toString, which costs
+// more than the rest of a line. Dates that form does not cover go through Qt.
+void appendIsoDate(std::string& out, const QDateTime& d) {
+    const QDateTime at = d.toOffsetFromUtc(d.offsetFromUtc());
+    const QDate date = at.date();
+    const QTime time = at.time();
+    const Qt::TimeSpec spec = at.timeSpec();
+    const int offset = spec == Qt::OffsetFromUTC ? at.offsetFromUtc() : 0;
+    if (!date.isValid() || !time.isValid() || date.year() < 0 || date.year() > 9999 ||
+        (spec != Qt::UTC && spec != Qt::OffsetFromUTC) || std::abs(offset) >= 100 * 3600)
+        return appendQuoted(out, at.toString(Qt::ISODateWithMs));
+    out += '"';
+    appendDigits(out, date.year(), 4);
+    out += '-';
+    appendDigits(out, date.month(), 2);
+    out += '-';
+    appendDigits(out, date.day(), 2);
+    out += 'T';
+    appendDigits(out, time.hour(), 2);
+    out += ':';
+    appendDigits(out, time.minute(), 2);
+    out += ':';
+    appendDigits(out, time.second(), 2);
+    out += '.';
+    appendDigits(out, time.msec(), 3);
+    if (spec == Qt::UTC) {
+        out += "Z\"";
+        return;
+    }
+    out += offset >= 0 ? '+' : '-';
+    appendDigits(out, std::abs(offset) / 3600, 2);
+    out += ':';
+    appendDigits(out, std::abs(offset) / 60 % 60, 2);
+    out += '"';
+}
+
+void appendJson(std::string& out, const PropertyValue& v) {
     switch (v.kind()) {
     case PropertyValue::Kind::Text:
         return appendQuoted(out, *v.text());
@@ -100,18 +165,19 @@ void appendJson(QByteArray& out, const PropertyValue& v) {
         return appendNumber(out, unsigned(*v.uint8()));
     case PropertyValue::Kind::UInt64:
         return appendNumber(out, *v.uint64());
-    case PropertyValue::Kind::Date: {
-        const QDateTime& d = *v.date();
-        return appendQuoted(out, d.toOffsetFromUtc(d.offsetFromUtc()).toString(Qt::ISODateWithMs));
-    }
+    case PropertyValue::Kind::Date:
+        return appendIsoDate(out, *v.date());
     case PropertyValue::Kind::Bytes:
         return appendQuoted(out, QByteArrayView(v.bytes()->toBase64()));
     case PropertyValue::Kind::List:
-        out += QJsonDocument(QJsonArray::fromVariantList(*v.list())).toJson(QJsonDocument::Compact);
+        out += QJsonDocument(QJsonArray::fromVariantList(*v.list()))
+                   .toJson(QJsonDocument::Compact)
+                   .toStdString();
         return;
     case PropertyValue::Kind::Dictionary:
         out += QJsonDocument(QJsonObject::fromVariantMap(*v.dictionary()))
-                   .toJson(QJsonDocument::Compact);
+                   .toJson(QJsonDocument::Compact)
+                   .toStdString();
         return;
     case PropertyValue::Kind::Absent:
         break;
@@ -119,11 +185,9 @@ void appendJson(QByteArray& out, const PropertyValue& v) {
     out += "null";
 }
 
-// One record as one line of JSON, built straight as UTF-8 bytes: with many small photos the
-// printing costs as much as a good part of the reading.
-QByteArray recordLine(const QString& path, const CGImageProperties& record) {
-    QByteArray line;
-    line.reserve(4096);
+// One record as one line of JSON, appended straight as UTF-8 bytes to the output gathered so
+// far: with many small photos the printing costs as much as a good part of the reading.
+void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record) {
     line += "{\"path\": ";
     appendQuoted(line, path);
     forEachPresentValue(
@@ -141,7 +205,6 @@ QByteArray recordLine(const QString& path, const CGImageProperties& record) {
             line += "\"}";
         });
     line += "}\n";
-    return line;
 }
 
 QString whyNoRecord(const QString& path) {
@@ -193,31 +256,44 @@ int runRead(const QStringList& args) {
         return 2;
     }
 
+    // Many photos on several threads: freed memory stays in the process for the next photo.
+    keepFreedMemoryInProcess();
+
     // The reader is handed absolute paths; each result is printed under the path as given,
-    // which the queue of given paths supplies in the same order.
+    // which the queue of given paths supplies in the same order. Lines are gathered into one buffer
+    // and written in large pieces: no allocation and no copy per line.
     QFile out;
-    if (!out.open(stdout, QIODevice::WriteOnly))
+    if (!out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered))
         return 2;
+    constexpr qsizetype kWriteSize = 64 * 1024;
+    std::string pending;
+    pending.reserve(kWriteSize + 16 * 1024);
+    const auto flush = [&] {
+        out.write(pending.data(), qint64(pending.size()));
+        pending.clear(); // keeps the capacity
+    };
     int missing = 0;
     qsizetype next = 0;
     OrderedRecordReader reader(&loadImageProperties, threads,
                                [&](const QString&, std::optional<CGImageProperties>&& record) {
                                    const QString& path = paths[next++];
                                    if (record) {
-                                       out.write(recordLine(path, *record));
+                                       appendRecordLine(pending, path, *record);
                                    } else {
                                        ++missing;
-                                       QByteArray line = "{\"path\": ";
-                                       appendQuoted(line, path);
-                                       line += ", \"error\": ";
-                                       appendQuoted(line, whyNoRecord(path));
-                                       line += "}\n";
-                                       out.write(line);
+                                       pending += "{\"path\": ";
+                                       appendQuoted(pending, path);
+                                       pending += ", \"error\": ";
+                                       appendQuoted(pending, whyNoRecord(path));
+                                       pending += "}\n";
                                    }
+                                   if (qsizetype(pending.size()) >= kWriteSize)
+                                       flush();
                                });
     for (const QString& path : paths)
         reader.read(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
     reader.finish();
+    flush();
     out.close();
     if (const XmpLockStats stats = xmpLockStats(); stats.enabled)
         QTextStream(stderr) << "xmp lock: " << stats.locks << " times, held "

@@ -51,7 +51,7 @@ ImageKind sniffImageKind(const QByteArray& head) {
     return ImageKind::Unknown;
 }
 
-QByteArray readImageHead(const QString& path) {
+QByteArray readImageHead(const QString& path, qsizetype size) {
     const QByteArray native = QFile::encodeName(path);
     // O_NONBLOCK: a FIFO with a photo's name must not stall the scan.
     const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -60,7 +60,7 @@ QByteArray readImageHead(const QString& path) {
     QByteArray head;
     struct stat st {};
     if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) {
-        head.resize(kImageKindHeadSize);
+        head.resize(size);
         const ssize_t got = ::read(fd, head.data(), head.size());
         head.resize(got > 0 ? got : 0);
     }

@@ -31,9 +31,9 @@ constexpr int kImageKindHeadSize = 64;
 // The kind of the content that starts with `head`.
 ImageKind sniffImageKind(const QByteArray& head);
 
-// The first kImageKindHeadSize bytes of a regular file (fewer when it is shorter); empty for
-// anything else: folders, devices, pipes, files that can't be opened.
-QByteArray readImageHead(const QString& path);
+// The first `size` bytes of a regular file (fewer when it is shorter); empty for anything
+// else: folders, devices, pipes, files that can't be opened.
+QByteArray readImageHead(const QString& path, qsizetype size = kImageKindHeadSize);
 
 // The kind of a regular file's content; Unknown when it can't be opened or read.
 ImageKind sniffImageKindOfFile(const QString& path);

@@ -2,7 +2,13 @@
 
 #include <QFile>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
+#include <string_view>
 
 namespace tagmoor {
 
@@ -17,44 +23,102 @@ constexpr int kXmpSignatureSize = sizeof kXmpSignature; // 29
 // The largest head read: a JPEG's segments are at most 64 KiB each, and no camera writes more
 // than a handful before its picture data.
 constexpr qint64 kMaxHead = 16 * 1024 * 1024;
+// The first read, and half the least of every later one, without copying much of the picture
+// data too.
+constexpr qint64 kFirstRead = kJpegHeadStartSize;
 
-// Reads from `file` until `bytes` holds at least `size` bytes; false at the end of the file
-// or past kMaxHead.
-bool fill(QFile& file, QByteArray& bytes, qint64 size) {
-    if (size > kMaxHead)
-        return false;
-    while (bytes.size() < size) {
-        const QByteArray more = file.read(std::max<qint64>(size - bytes.size(), 64 * 1024));
-        if (more.isEmpty())
-            return false;
-        bytes += more;
+// The file, opened when bytes past the ones at hand are first wanted and read with plain
+// system calls: the head is read once, so a buffered device would only copy it twice.
+class HeadFile {
+public:
+    explicit HeadFile(const QString& path) : m_path(path) {}
+    ~HeadFile() {
+        if (m_fd >= 0)
+            ::close(m_fd);
     }
-    return true;
-}
+    HeadFile(const HeadFile&) = delete;
+    HeadFile& operator=(const HeadFile&) = delete;
+
+    // Reads until `bytes`, which holds the file's first bytes, holds at least `size`; false
+    // at the end of the file, on an error or past kMaxHead.
+    bool fill(QByteArray& bytes, qint64 size) {
+        if (size > kMaxHead)
+            return false;
+        if (bytes.size() < size && m_fd < 0) {
+            m_fd = ::open(QFile::encodeName(m_path).constData(), O_RDONLY | O_CLOEXEC);
+            if (m_fd < 0)
+                return false;
+        }
+        while (bytes.size() < size) {
+            const qint64 have = bytes.size();
+            const qint64 want = std::max(size - have, have == 0 ? kFirstRead : kFirstRead * 2);
+            bytes.resize(have + want);
+            ssize_t got;
+            do {
+                got = ::pread(m_fd, bytes.data() + have, std::size_t(want), off_t(have));
+            } while (got < 0 && errno == EINTR);
+            bytes.resize(have + std::max<ssize_t>(got, 0));
+            if (got <= 0)
+                return false;
+        }
+        return true;
+    }
+
+private:
+    const QString& m_path;
+    int m_fd = -1;
+};
 
 unsigned char at(const QByteArray& bytes, qint64 i) {
     return static_cast<unsigned char>(bytes[i]);
 }
 
+bool isXmlSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+// The packet without the padding that writers leave between the end of the root element and
+// the packet's closing marker (Exiv2 leaves 2 KiB) for in-place edits. XML ignores
+// whitespace after the root element, so the toolkit builds the same tree either way, but it
+// scans every byte it is given, and it does so under the XMP lock. Only the plain case is
+// touched: the root's end tag, whitespace, and the closing marker last in the packet.
+std::string withoutPadding(std::string_view packet) {
+    const std::size_t end = packet.rfind("<?xpacket end=");
+    const std::size_t close = packet.find("?>", end);
+    if (end == std::string_view::npos || close == std::string_view::npos ||
+        !std::all_of(packet.begin() + std::ptrdiff_t(close + 2), packet.end(), isXmlSpace))
+        return std::string(packet);
+    std::size_t rootEnd = end;
+    while (rootEnd > 0 && isXmlSpace(packet[rootEnd - 1]))
+        --rootEnd;
+    const std::string_view root = packet.substr(0, rootEnd);
+    if (rootEnd == end || !(root.ends_with("</x:xmpmeta>") || root.ends_with("</x:xapmeta>")))
+        return std::string(packet);
+    const std::string_view trailer = packet.substr(end);
+    std::string kept;
+    kept.reserve(root.size() + trailer.size());
+    kept.append(root).append(trailer);
+    return kept;
+}
+
 } // namespace
 
-std::optional<JpegHead> readJpegHead(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
+std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& start) {
+    HeadFile file(path);
     JpegHead head;
     QByteArray& bytes = head.segments;
-    if (!fill(file, bytes, 2) || at(bytes, 0) != 0xff || at(bytes, 1) != 0xd8)
+    bytes = start;
+    if (!file.fill(bytes, 2) || at(bytes, 0) != 0xff || at(bytes, 1) != 0xd8)
         return std::nullopt;
     qint64 pos = 2;
     for (;;) {
         // Padding up to the next 0xff, then any number of 0xff fill bytes, then the marker.
         do {
-            if (!fill(file, bytes, pos + 1))
+            if (!file.fill(bytes, pos + 1))
                 return std::nullopt;
         } while (at(bytes, pos++) != 0xff);
         do {
-            if (!fill(file, bytes, pos + 1))
+            if (!file.fill(bytes, pos + 1))
                 return std::nullopt;
         } while (at(bytes, pos++) == 0xff);
         const unsigned char marker = at(bytes, pos - 1);
@@ -63,16 +127,17 @@ std::optional<JpegHead> readJpegHead(const QString& path) {
             return head;
         }
         // Every other marker carries a length that counts itself.
-        if (!fill(file, bytes, pos + 2))
+        if (!file.fill(bytes, pos + 2))
             return std::nullopt;
         const qint64 size = (qint64(at(bytes, pos)) << 8) | at(bytes, pos + 1);
-        if (size < 2 || !fill(file, bytes, pos + size))
+        if (size < 2 || !file.fill(bytes, pos + size))
             return std::nullopt;
         if (marker == kApp1 && size >= 2 + kXmpSignatureSize &&
             std::memcmp(bytes.constData() + pos + 2, kXmpSignature, kXmpSignatureSize) == 0) {
             if (!head.hasXmp) {
                 const qint64 start = pos + 2 + kXmpSignatureSize;
-                head.xmpPacket.assign(bytes.constData() + start, std::size_t(pos + size - start));
+                head.xmpPacket = withoutPadding(
+                    std::string_view(bytes.constData() + start, std::size_t(pos + size - start)));
                 head.hasXmp = true;
             }
             bytes[pos + 2] = 'X'; // no longer an XMP signature for Exiv2

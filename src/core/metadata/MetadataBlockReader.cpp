@@ -12,10 +12,12 @@
 #include <exiv2/exiv2.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace tagmoor {
 
@@ -75,37 +77,105 @@ QString textOf(const Exiv2::Value& value) {
     return QString::fromStdString(value.toString());
 }
 
-// The dictionary value of one datum, or an invalid variant for the types that are skipped.
-// Numbers keep only their first component and become 32-bit floats; whole-number types
-// go through toLong, so a TIFF float of 2.5 reads as 2 and a byte of 200 as -56.
-QVariant valueOf(const Exiv2::Metadatum& datum, std::string_view key, bool gpsRule) {
+// What one datum reads as: a text, a number, or nothing for the types that are skipped.
+// Numbers keep only their first component and become 32-bit floats (GPS latitude and
+// longitude: double degrees); whole-number types go through toLong, so a TIFF float of 2.5
+// reads as 2 and a byte of 200 as -56.
+struct DatumValue {
+    enum class Kind { Skipped, Text, Float, Double } kind = Kind::Skipped;
+    QString text;
+    double number = 0; // a Float holds a float's value exactly
+};
+
+DatumValue readDatum(const Exiv2::Metadatum& datum, std::string_view key, bool gpsRule) {
+    using Kind = DatumValue::Kind;
     const Exiv2::Value& value = datum.value();
     switch (datum.typeId()) {
     case Exiv2::unsignedByte:
     case Exiv2::signedByte:
-        return QVariant::fromValue(float(static_cast<std::int8_t>(value.toLong(0))));
+        return {Kind::Float, {}, float(static_cast<std::int8_t>(value.toLong(0)))};
     case Exiv2::unsignedShort:
     case Exiv2::unsignedLong:
     case Exiv2::signedShort:
     case Exiv2::signedLong:
     case Exiv2::tiffFloat:
-        return QVariant::fromValue(float(value.toLong(0)));
+        return {Kind::Float, {}, float(value.toLong(0))};
     case Exiv2::tiffDouble:
-        return QVariant::fromValue(float(double(value.toLong(0))));
+        return {Kind::Float, {}, float(double(value.toLong(0)))};
     case Exiv2::unsignedRational:
     case Exiv2::signedRational:
         if (gpsRule && isGpsCoordinate(key))
-            return QVariant::fromValue(gpsDegrees(datum));
-        return QVariant::fromValue(value.toFloat(0));
+            return {Kind::Double, {}, gpsDegrees(datum)};
+        return {Kind::Float, {}, value.toFloat(0)};
     case Exiv2::asciiString:
     case Exiv2::string:
     case Exiv2::undefined:
     case Exiv2::comment:
     case Exiv2::xmpText:
-        return textOf(value);
+        return {Kind::Text, textOf(value), 0};
     default:
         return {};
     }
+}
+
+// The dictionary value of one datum: a QString, a float or a double; an invalid variant for
+// the types that are skipped.
+QVariant valueOf(const Exiv2::Metadatum& datum, std::string_view key, bool gpsRule) {
+    DatumValue v = readDatum(datum, key, gpsRule);
+    switch (v.kind) {
+    case DatumValue::Kind::Text:
+        return std::move(v.text);
+    case DatumValue::Kind::Float:
+        return QVariant::fromValue(float(v.number));
+    case DatumValue::Kind::Double:
+        return QVariant::fromValue(v.number);
+    case DatumValue::Kind::Skipped:
+        break;
+    }
+    return {};
+}
+
+bool isWhole(double d) {
+    return std::isfinite(d) && std::trunc(d) == d;
+}
+
+// A datum's value cast to its row's kind; absent when the kind does not fit (a number for a
+// text row, a text for a number row) or a number the kind can't hold exactly.
+PropertyValue castTo(ReadKind kind, DatumValue&& v) {
+    if (kind == ReadKind::Text || kind == ReadKind::DateText) {
+        if (v.kind == DatumValue::Kind::Text)
+            return PropertyValue(v.text);
+        return {};
+    }
+    if (v.kind != DatumValue::Kind::Float && v.kind != DatumValue::Kind::Double)
+        return {};
+    const double d = v.number;
+    switch (kind) {
+    case ReadKind::Int64:
+        // 2^63 is the first double past the range.
+        if (isWhole(d) && d >= -9223372036854775808.0 && d < 9223372036854775808.0)
+            return qint64(d);
+        return {};
+    case ReadKind::UInt64:
+        if (isWhole(d) && d >= 0 && d < 18446744073709551616.0)
+            return quint64(d);
+        return {};
+    case ReadKind::UInt8:
+        if (isWhole(d) && d >= 0 && d <= 255)
+            return quint8(d);
+        return {};
+    case ReadKind::Float32:
+        if (std::isnan(d) || double(float(d)) == d)
+            return float(d);
+        return {};
+    case ReadKind::Float64:
+        return d;
+    case ReadKind::NotRead:
+    case ReadKind::Text:
+    case ReadKind::DateText:
+        break;
+    }
+    return {};
 }
 
 // The "key: ... value: ..." line of an Exif datum, in the debug log; other blocks have none.
@@ -188,39 +258,60 @@ private:
     }
 };
 
-template <typename Data> void readRows(const Data& data, const MetadataBlockReader::RowSink& sink) {
+// A datum of a skipped type leaves its row as it was; any other sets it, absent or not.
+template <typename Data> void readRows(const Data& data, MetadataFieldSet& set) {
     const KeyListIndex& index = KeyListIndex::get();
     for (const auto& datum : data) {
         logIfExif(datum);
         const KeyRow* row = index.find(datum);
         if (!row || datum.size() == 0)
             continue;
-        QVariant v = valueOf(datum, row->key, row->block == KeyBlock::Exif);
-        if (v.isValid())
-            sink(*row, std::move(v));
+        DatumValue v = readDatum(datum, row->key, row->block == KeyBlock::Exif);
+        if (v.kind != DatumValue::Kind::Skipped)
+            set.at(*row) = castTo(row->read, std::move(v));
     }
 }
 
 // Opens and parses the file, or gives nothing for content that is not a photo we accept:
 // such a file never reaches Exiv2's parsers. A JPEG is parsed from its head with the XMP
 // packet set aside, so that the XMP lock is held only while the packet is decoded.
-Exiv2::Image::AutoPtr openImage(const QString& path, const std::string& native, ImageKind kind) {
+Exiv2::Image::AutoPtr openImage(const QString& path, const std::string& native, ImageKind kind,
+                                const QByteArray& start = {}) {
     if (!exiv2Reads(kind))
         return Exiv2::Image::AutoPtr();
     if (kind == ImageKind::Jpeg) {
-        if (std::optional<JpegHead> head = readJpegHead(path)) {
+        if (std::optional<JpegHead> head = readJpegHead(path, start)) {
             // The image keeps its own copy of the head: it outlives `head`.
             Exiv2::BasicIo::AutoPtr io(new Exiv2::MemIo);
             io->write(reinterpret_cast<const Exiv2::byte*>(head->segments.constData()),
                       long(head->segments.size()));
             Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(io);
             if (image.get() && image->imageType() == Exiv2::ImageType::jpeg) {
-                image->readMetadata();
-                if (!head->xmpPacket.empty()) {
-                    const auto xmpLock = lockXmpToolkit();
-                    if (Exiv2::XmpParser::decode(image->xmpData(), head->xmpPacket) != 0)
+                // The packet is decoded before the rest is parsed when the XMP lock is free,
+                // else after: a reader that would wait for another to finish its packet parses
+                // its Exif meanwhile, and finds the lock free by then. The two parts do not
+                // touch each other; readMetadata() empties the image's XMP, so the packet goes
+                // into a block of its own that the image takes at the end.
+                const std::string& packet = head->xmpPacket;
+                Exiv2::XmpData xmp;
+                const auto decode = [&] {
+                    if (Exiv2::XmpParser::decode(xmp, packet) != 0)
                         qCDebug(lcRead) << "Failed to decode XMP metadata of" << path;
+                };
+                bool decoded = packet.empty();
+                if (!decoded) {
+                    if (const auto xmpLock = tryLockXmpToolkit(); xmpLock.ownsLock()) {
+                        decode();
+                        decoded = true;
+                    }
                 }
+                image->readMetadata();
+                if (!decoded) {
+                    const auto xmpLock = lockXmpToolkit();
+                    decode();
+                }
+                if (!packet.empty())
+                    std::swap(image->xmpData(), xmp);
                 return image;
             }
         }
@@ -277,7 +368,8 @@ withParsedImage(const QString& path, const MetadataBlockReader::Options& options
     guardExiv2(
         [&] {
             Exiv2::Image::AutoPtr image =
-                openImage(path, *native, options.kind ? *options.kind : sniffImageKindOfFile(path));
+                openImage(path, *native, options.kind ? *options.kind : sniffImageKindOfFile(path),
+                          options.start);
             if (!image.get())
                 return;
             if (options.headerSize && image->pixelWidth() > 0 && image->pixelHeight() > 0)
@@ -294,16 +386,16 @@ withParsedImage(const QString& path, const MetadataBlockReader::Options& options
 } // namespace
 
 MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString& path,
-                                                                  const RowSink& sink,
+                                                                  MetadataFieldSet& set,
                                                                   const Options& options) {
     return withParsedImage(path, options,
-                           [&](Exiv2::Image& image) { readKeyListRows(image, sink); });
+                           [&](Exiv2::Image& image) { readKeyListRows(image, set); });
 }
 
-void MetadataBlockReader::readKeyListRows(const Exiv2::Image& image, const RowSink& sink) {
-    readRows(image.exifData(), sink);
-    readRows(image.iptcData(), sink);
-    readRows(image.xmpData(), sink);
+void MetadataBlockReader::readKeyListRows(const Exiv2::Image& image, MetadataFieldSet& set) {
+    readRows(image.exifData(), set);
+    readRows(image.iptcData(), set);
+    readRows(image.xmpData(), set);
 }
 
 MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "metadata/ImageKind.h"
+#include "metadata/MetadataFieldSet.h"
 #include "model/KeyTable.h"
 
 #include <QSize>
@@ -37,22 +38,24 @@ public:
         std::optional<ImageKind> kind;
         // Receives the pixel size that Exiv2 found in the picture's own header, if any.
         std::optional<QSize>* headerSize = nullptr;
+        // The file's first bytes when the caller has read them already; a JPEG's head is then
+        // read from the file only past them.
+        QByteArray start;
     };
 
     // Every datum of the three blocks.
     static Outcome read(const QString& path, const Sink& sink, const Options& options);
     static Outcome read(const QString& path, const Sink& sink);
 
-    // Receives a key-list row's value; the same row may come again, and the later stands.
-    using RowSink = std::function<void(const KeyRow& row, QVariant&& value)>;
-
     // Only the data of the read rows of the key table, matched by Exiv2's tag numbers so
-    // that no other datum costs more than a comparison. The values are the ones read()
-    // gives for the same keys.
-    static Outcome readKeyListRows(const QString& path, const RowSink& sink,
+    // that no other datum costs more than a comparison, each set into `set` as the value
+    // read() gives for the same key cast to the row's kind: a value of the wrong kind, or a
+    // number the kind can't hold exactly, leaves the row absent. A row may come again, and
+    // the later stands. On any outcome but Read the caller drops what was set.
+    static Outcome readKeyListRows(const QString& path, MetadataFieldSet& set,
                                    const Options& options);
     // The same rows of an image that is open and read already. Throws what Exiv2 throws.
-    static void readKeyListRows(const Exiv2::Image& image, const RowSink& sink);
+    static void readKeyListRows(const Exiv2::Image& image, MetadataFieldSet& set);
 
     // Exiv2's own data of each block as JSON-shaped text under "exif", "iptc" and "xmp";
     // what stands when Exiv2 fails midway.

@@ -5,6 +5,10 @@
 #include <exiv2/exiv2.hpp>
 #include <tiffio.h>
 
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
 #include <atomic>
 #include <chrono>
 #include <cstdarg>
@@ -84,6 +88,14 @@ XmpToolkitLock::XmpToolkitLock() {
     ++xmpLocks;
 }
 
+XmpToolkitLock::XmpToolkitLock(std::try_to_lock_t) {
+    m_lock = std::unique_lock<std::mutex>(xmpMutex(), std::try_to_lock);
+    if (!xmpStatsEnabled() || !m_lock.owns_lock())
+        return;
+    m_heldSinceNs = nowNs();
+    ++xmpLocks;
+}
+
 XmpToolkitLock::~XmpToolkitLock() {
     if (m_heldSinceNs != 0)
         xmpHeldNs += nowNs() - m_heldSinceNs;
@@ -91,6 +103,13 @@ XmpToolkitLock::~XmpToolkitLock() {
 
 XmpLockStats xmpLockStats() {
     return {xmpStatsEnabled(), xmpLocks.load(), xmpHeldNs.load(), xmpWaitedNs.load()};
+}
+
+void keepFreedMemoryInProcess() {
+#if defined(__GLIBC__)
+    mallopt(M_TRIM_THRESHOLD, 256 * 1024 * 1024);
+    mallopt(M_TOP_PAD, 16 * 1024 * 1024);
+#endif
 }
 
 void initializeMetadataLibrary() {

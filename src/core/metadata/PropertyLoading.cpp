@@ -2,6 +2,7 @@
 
 #include "metadata/FieldSetReading.h"
 #include "metadata/ImageProbe.h"
+#include "metadata/JpegHead.h"
 
 #include <QVarLengthArray>
 
@@ -27,13 +28,15 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
     if (!url.isLocalFile())
         return std::nullopt;
     const QString path = url.toLocalFile();
-    const QByteArray head = readImageHead(path);
+    // One read for the kind and, for most JPEGs, the whole head that Exiv2 parses.
+    const QByteArray start = readImageHead(path, kJpegHeadStartSize);
+    const QByteArray head = start.left(kImageKindHeadSize);
     const ImageKind kind = sniffImageKind(head);
     if (kind == ImageKind::Unknown)
         return std::nullopt;
 
     std::optional<QSize> exiv2HeaderSize;
-    const MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize});
+    const MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize, start});
     const ImageProbeResult probe = readability(path, head, kind, exiv2HeaderSize);
     if (!probe.readable)
         return std::nullopt;

@@ -67,6 +67,51 @@ TEST(ReadCommand, PrintsOneObjectPerPathWithValuesAndKinds) {
     EXPECT_EQ(cli({photo}).exitCode, 0);
 }
 
+// Texts are escaped the same way whether they are plain ASCII or not: quotes, backslashes and
+// control characters, with every other character as its UTF-8 bytes.
+TEST(ReadCommand, EscapesTextsInJson) {
+    QTemporaryDir dir;
+    const char* ascii = "a\"b\\c\td\ne\rf\x01g\x1fh/";
+    const char* utf8 = "\xc3\xb8\"b\\c\td\ne\rf\x01g\x1fh\xe2\x82\xac";
+    const QString photo = jpegWithTags(dir.filePath("p.jpg"), [&](Exiv2::Image& img) {
+        addExif(img.exifData(), "Exif.Image.Artist", Exiv2::asciiString, ascii);
+        addExif(img.exifData(), "Exif.Image.ImageDescription", Exiv2::asciiString, utf8);
+    });
+    const ToolResult r = cli({photo});
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.out.contains(R"("a\"b\\c\td\ne\rf\u0001g\u001fh/")")) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("\"\xc3\xb8\\\"b\\\\c\\td\\ne\\rf\\u0001g\\u001fh\xe2\x82\xac\""))
+        << r.out.toStdString();
+    const QJsonObject p = objectsOf(r.out).value(0);
+    EXPECT_EQ(p["tiffProperties.imageDescription"]["value"].toString(), QString::fromUtf8(utf8));
+}
+
+// A date is printed at the offset of the zone it is read in: "Z" at UTC, else the offset in
+// whole minutes (seconds of an offset shift the time but are not printed).
+TEST(ReadCommand, DatesCarryTheOffsetOfTheLocalZone) {
+    QTemporaryDir dir;
+    const QString photo = jpegWithTags(dir.filePath("p.jpg"), [](Exiv2::Image& img) {
+        addExif(img.exifData(), "Exif.Photo.DateTimeOriginal", Exiv2::asciiString,
+                "2019-05-01T10:20:30+0200");
+    });
+    const auto dateIn = [&](const QString& zone) {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("TZ"), zone);
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral(TAGMOOR_CLI), {QStringLiteral("read"), photo});
+        const ToolResult r = finishTool(p);
+        EXPECT_EQ(r.exitCode, 0) << zone.toStdString();
+        const QJsonObject record = objectsOf(r.out).value(0);
+        return record["exifProperties.dateTimeOriginal"]["value"].toString();
+    };
+    EXPECT_EQ(dateIn(QStringLiteral("UTC")), QStringLiteral("2019-05-01T08:20:30.000Z"));
+    EXPECT_EQ(dateIn(QStringLiteral("XYZ-5:30")), QStringLiteral("2019-05-01T13:50:30.000+05:30"));
+    EXPECT_EQ(dateIn(QStringLiteral("XYZ+11")), QStringLiteral("2019-04-30T21:20:30.000-11:00"));
+    EXPECT_EQ(dateIn(QStringLiteral("XYZ+0:20:30")),
+              QStringLiteral("2019-05-01T08:00:00.000-00:20"));
+}
+
 TEST(ReadCommand, ArgumentsAndHelp) {
     const ToolResult help = cli({QStringLiteral("--help")});
     EXPECT_EQ(help.exitCode, 0);

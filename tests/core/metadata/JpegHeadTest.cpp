@@ -2,6 +2,7 @@
 // Exiv2 gives from the whole file, on the samples and on heads built to trip a marker walk.
 #include "TestSupport.h"
 
+#include "metadata/ImageKind.h"
 #include "metadata/JpegHead.h"
 #include "metadata/MetadataBlockReader.h"
 
@@ -57,15 +58,30 @@ QByteArray segment(unsigned char marker, const QByteArray& body) {
     return s + body;
 }
 
-QByteArray xmpSegment(const QString& lens) {
-    const QByteArray packet =
-        QStringLiteral("<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
-                       "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
-                       "rdf:about=\"\" xmlns:aux=\"http://ns.adobe.com/exif/1.0/aux/\" "
-                       "aux:Lens=\"%1\"/></rdf:RDF></x:xmpmeta>")
-            .arg(lens)
-            .toUtf8();
+QByteArray xmpPacket(const QString& lens) {
+    return QStringLiteral(
+               "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+               "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+               "rdf:about=\"\" xmlns:aux=\"http://ns.adobe.com/exif/1.0/aux/\" "
+               "aux:Lens=\"%1\"/></rdf:RDF></x:xmpmeta>")
+        .arg(lens)
+        .toUtf8();
+}
+
+QByteArray xmpSegmentOf(const QByteArray& packet) {
     return segment(0xe1, QByteArray("http://ns.adobe.com/xap/1.0/", 29) + packet);
+}
+
+QByteArray xmpSegment(const QString& lens) {
+    return xmpSegmentOf(xmpPacket(lens));
+}
+
+// A packet as writers leave it: wrapped in its processing instructions, with `padding` between
+// the root element and the closing one.
+QByteArray paddedPacket(const QString& lens, const QByteArray& padding,
+                        const QByteArray& after = {}) {
+    return "<?xpacket begin=\"\xef\xbb\xbf\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n" +
+           xmpPacket(lens) + padding + "<?xpacket end=\"w\"?>" + after;
 }
 
 // A real JPEG with `extra` put right after its start-of-image marker.
@@ -100,6 +116,14 @@ TEST(JpegHead, TheReaderGivesWhatExiv2GivesFromTheWholeFile) {
                           xmpSegment("second"));
     files << jpegWith(tmp.path(), "comment.jpg",
                       segment(0xfe, "a comment") + xmpSegment("with comment"));
+    // The padding after the root element is left out of the decoded packet; whitespace
+    // anywhere else, and a packet that goes on after its closing instruction, stay as read.
+    const QByteArray padding = QByteArray(2000, ' ') + "\n\t\r\n" + QByteArray(40, ' ');
+    files << jpegWith(tmp.path(), "padded.jpg", xmpSegmentOf(paddedPacket(" padded ", padding)));
+    files << jpegWith(tmp.path(), "padded-unclosed.jpg",
+                      xmpSegmentOf(paddedPacket("unclosed", padding).replace("</x:xmpmeta>", "")));
+    files << jpegWith(tmp.path(), "padded-trailing.jpg",
+                      xmpSegmentOf(paddedPacket("trailing", padding, "<a/>")));
     // A segment that runs past the end of the file.
     {
         QFile f(tmp.path() + "/cut.jpg");
@@ -110,6 +134,18 @@ TEST(JpegHead, TheReaderGivesWhatExiv2GivesFromTheWholeFile) {
     ASSERT_GT(files.size(), 15);
     for (const QString& f : files)
         EXPECT_EQ(throughReader(f).toStdString(), jsonOfPlain(f).toStdString()) << f.toStdString();
+    // Given the file's first bytes, the reader goes on past them to the same head.
+    for (const QString& f : files) {
+        const std::optional<JpegHead> plain = readJpegHead(f);
+        for (const qsizetype size : {qsizetype(3), qsizetype(100), kJpegHeadStartSize}) {
+            const std::optional<JpegHead> started = readJpegHead(f, readImageHead(f, size));
+            ASSERT_EQ(started.has_value(), plain.has_value()) << f.toStdString() << " " << size;
+            if (plain) {
+                EXPECT_EQ(started->segments, plain->segments) << f.toStdString() << " " << size;
+                EXPECT_EQ(started->xmpPacket, plain->xmpPacket) << f.toStdString() << " " << size;
+            }
+        }
+    }
 
     const std::optional<JpegHead> two = readJpegHead(tmp.path() + "/two-xmp.jpg");
     ASSERT_TRUE(two.has_value());
@@ -117,6 +153,16 @@ TEST(JpegHead, TheReaderGivesWhatExiv2GivesFromTheWholeFile) {
     EXPECT_FALSE(two->segments.contains("http://ns.adobe.com/xap/1.0/"));
     EXPECT_TRUE(two->segments.endsWith("\xff\xda"));
     EXPECT_FALSE(readJpegHead(tmp.path() + "/cut.jpg").has_value());
+
+    const auto packetOf = [&](const char* name) {
+        const std::optional<JpegHead> head = readJpegHead(tmp.path() + '/' + name);
+        EXPECT_TRUE(head.has_value()) << name;
+        return head ? QByteArray::fromStdString(head->xmpPacket) : QByteArray();
+    };
+    EXPECT_TRUE(packetOf("padded.jpg").endsWith("</x:xmpmeta><?xpacket end=\"w\"?>"));
+    EXPECT_TRUE(packetOf("padded.jpg").startsWith("<?xpacket begin="));
+    EXPECT_TRUE(packetOf("padded-unclosed.jpg").contains(padding));
+    EXPECT_TRUE(packetOf("padded-trailing.jpg").contains(padding));
 }
 
 } // namespace tagmoor::test
