@@ -1,5 +1,7 @@
 #include "metadata/JpegHead.h"
 
+#include "metadata/JpegHeadWalk.h"
+
 #include <QFile>
 
 #include <fcntl.h>
@@ -15,8 +17,6 @@ namespace tagmoor {
 namespace {
 
 constexpr unsigned char kApp1 = 0xe1;
-constexpr unsigned char kStartOfScan = 0xda;
-constexpr unsigned char kEndOfImage = 0xd9;
 // The signature of an XMP segment, with its terminating zero.
 constexpr char kXmpSignature[] = "http://ns.adobe.com/xap/1.0/";
 constexpr int kXmpSignatureSize = sizeof kXmpSignature; // 29
@@ -69,10 +69,6 @@ private:
     int m_fd = -1;
 };
 
-unsigned char at(const QByteArray& bytes, qint64 i) {
-    return static_cast<unsigned char>(bytes[i]);
-}
-
 bool isXmlSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
@@ -108,32 +104,12 @@ std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& star
     JpegHead head;
     QByteArray& bytes = head.segments;
     bytes = start;
-    if (!file.fill(bytes, 2) || at(bytes, 0) != 0xff || at(bytes, 1) != 0xd8)
-        return std::nullopt;
-    qint64 pos = 2;
-    for (;;) {
-        // Padding up to the next 0xff, then any number of 0xff fill bytes, then the marker.
-        do {
-            if (!file.fill(bytes, pos + 1))
-                return std::nullopt;
-        } while (at(bytes, pos++) != 0xff);
-        do {
-            if (!file.fill(bytes, pos + 1))
-                return std::nullopt;
-        } while (at(bytes, pos++) == 0xff);
-        const unsigned char marker = at(bytes, pos - 1);
-        if (marker == kStartOfScan || marker == kEndOfImage) {
-            bytes.truncate(pos);
-            return head;
-        }
-        // Every other marker carries a length that counts itself.
-        if (!file.fill(bytes, pos + 2))
-            return std::nullopt;
-        const qint64 size = (qint64(at(bytes, pos)) << 8) | at(bytes, pos + 1);
-        if (size < 2 || !file.fill(bytes, pos + size))
-            return std::nullopt;
-        if (marker == kApp1 && size >= 2 + kXmpSignatureSize &&
-            std::memcmp(bytes.constData() + pos + 2, kXmpSignature, kXmpSignatureSize) == 0) {
+    const auto walk = walkJpegHead(
+        bytes, [&](qint64 size) { return file.fill(bytes, size); },
+        [&](unsigned char marker, qint64 pos, qint64 size) {
+            if (marker != kApp1 || size < 2 + kXmpSignatureSize ||
+                std::memcmp(bytes.constData() + pos + 2, kXmpSignature, kXmpSignatureSize) != 0)
+                return;
             if (!head.hasXmp) {
                 const qint64 start = pos + 2 + kXmpSignatureSize;
                 head.xmpPacket = withoutPadding(
@@ -141,9 +117,12 @@ std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& star
                 head.hasXmp = true;
             }
             bytes[pos + 2] = 'X'; // no longer an XMP signature for Exiv2
-        }
-        pos += size;
-    }
+        },
+        kMaxHead);
+    if (!walk)
+        return std::nullopt;
+    bytes.truncate(walk->end);
+    return head;
 }
 
 } // namespace tagmoor

@@ -2,7 +2,7 @@
 
 #include "metadata/ImageKind.h"
 #include "metadata/IptcDigest.h"
-#include "metadata/JpegScanStart.h"
+#include "metadata/JpegHeadWalk.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/SafeFileReplace.h"
 #include "metadata/StandardFormFile.h"

@@ -4,7 +4,7 @@
 #include "TestSupport.h"
 #include "WriteSupport.h"
 
-#include "metadata/JpegScanStart.h"
+#include "metadata/JpegHeadWalk.h"
 #include "metadata/MetadataTest.h"
 #include "metadata/SafeFileReplace.h"
 #include "metadata/SafeMetadataEdit.h"
