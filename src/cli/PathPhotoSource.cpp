@@ -14,11 +14,6 @@
 
 namespace tagmoor::cli {
 
-PathPhotoSource::PathPhotoSource(const QStringList& paths) {
-    for (const QString& path : paths)
-        append(path);
-}
-
 void PathPhotoSource::append(const QString& path) {
     const int index = count();
     const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));

@@ -13,15 +13,12 @@ namespace tagmoor::cli {
 
 // The photos of a command-line run as paths; each record is read when the run reaches it,
 // so a run of any length holds one record at a time. A file that stopped being a readable
-// photo since photosAmong() gives a record without url, which the run counts as skipped.
+// photo since keepPhotos() gives a record without url, which the run counts as skipped.
 //
 // A run may name hundreds of thousands of photos, so the paths are kept compactly: each
 // folder once for the photos that follow one another in it, each name as UTF-8 in one block.
 class PathPhotoSource : public PhotoSource {
 public:
-    PathPhotoSource() = default;
-    explicit PathPhotoSource(const QStringList& paths);
-
     void append(const QString& path);
     // Keeps the paths whose `keep` entry is true, in their order.
     void keepOnly(const std::vector<char>& keep);
