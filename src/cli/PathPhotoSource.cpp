@@ -11,8 +11,15 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <limits>
 
 namespace tagmoor::cli {
+
+namespace {
+
+constexpr quint64 kMaxNames = std::numeric_limits<quint32>::max();
+
+} // namespace
 
 void PathPhotoSource::append(const QString& path) {
     const int index = count();
@@ -20,11 +27,14 @@ void PathPhotoSource::append(const QString& path) {
     const QStringView folder = QStringView(path).left(slash + 1);
     if (m_runs.empty() || m_runs.back().folder != folder)
         m_runs.push_back({index, folder.toString()});
-    if (path.isValidUtf16())
-        m_names.append(QStringView(path).mid(slash + 1).toUtf8());
-    else
+    const bool exact = path.isValidUtf16();
+    const QByteArray name = exact ? QStringView(path).mid(slash + 1).toUtf8() : QByteArray();
+    // Past 4 GiB of names the ends would not fit; such a list keeps the rest whole.
+    if (!exact || quint64(m_names.size()) + quint64(name.size()) > kMaxNames)
         m_unusual.insert(index, path);
-    m_ends.push_back(m_names.size());
+    else
+        m_names.append(name);
+    m_ends.push_back(quint32(m_names.size()));
 }
 
 QString PathPhotoSource::pathOf(int index) const {
@@ -34,7 +44,7 @@ QString PathPhotoSource::pathOf(int index) const {
     }
     const auto run = std::prev(std::upper_bound(m_runs.begin(), m_runs.end(), index,
                                                 [](int i, const Run& r) { return i < r.first; }));
-    const qsizetype begin = index == 0 ? 0 : m_ends[index - 1];
+    const quint32 begin = index == 0 ? 0 : m_ends[index - 1];
     return run->folder + QString::fromUtf8(m_names.constData() + begin, m_ends[index] - begin);
 }
 
@@ -57,7 +67,7 @@ void PathPhotoSource::keepOnly(const std::vector<char>& keep) {
                 unusual.insert(kept, *it);
             std::memmove(m_names.data() + to, m_names.constData() + from, end - from);
             to += end - from;
-            m_ends[kept++] = to;
+            m_ends[std::size_t(kept++)] = quint32(to);
         }
         from = end;
     }

@@ -35,7 +35,7 @@ private:
     };
     std::vector<Run> m_runs;
     QByteArray m_names;
-    std::vector<qsizetype> m_ends; // where each photo's name ends in m_names
+    std::vector<quint32> m_ends; // where each photo's name ends in m_names
     // Paths that UTF-8 cannot hold as they are (a lone surrogate), by photo.
     QHash<int, QString> m_unusual;
 };
