@@ -2,6 +2,7 @@
 #include "ApplyOptions.h"
 #include "Commands.h"
 #include "PathPhotoSource.h"
+#include "ProblemLog.h"
 
 #include "batch/BatchDriver.h"
 #include "batch/BatchObserver.h"
@@ -13,7 +14,6 @@
 #include "rename/RenameNumbering.h"
 
 #include <QDir>
-#include <QSet>
 #include <QTextStream>
 
 #include <mutex>
@@ -56,46 +56,53 @@ QString planned(PhotoOutcome outcome) {
     return QStringLiteral("would be ") + describe(outcome);
 }
 
-bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos) {
-    const QList<PhotoChanges> plan = planChanges(pipeline, photos, RenameNumbering().next());
-    int writes = 0;
-    const int total = int(plan.size());
-    const RunValues& values = pipeline.values();
-    for (int i = 0; i < total; ++i) {
-        const PhotoChanges& photo = plan[i];
-        if (photo.finalPath.isEmpty()) {
-            out << photo.sourcePath << ": " << planned(photo.outcome) << '\n';
-            continue;
-        }
-        out << photo.sourcePath << " -> " << photo.finalPath << ": " << planned(photo.outcome)
-            << '\n';
-        if (!isCounted(photo.outcome))
-            continue;
-        ++writes;
-        if (values.processingMode == ProcessingMode::removeGroups) {
-            out << "  strip " << strippedGroups(values.clean).join(QStringLiteral(", ")) << '\n';
-        } else {
-            const FieldEdits edits = pipeline.fieldEditsFor(photos.record(i));
-            for (const KeyRow& row : allKeyRows()) {
-                const PropertyValue& v = edits.values.at(row);
-                if (v.isPresent())
-                    out << "  set " << row.key << " = " << valueText(v) << '\n';
-            }
-            for (const QStringList* list : {&edits.eraseExif, &edits.eraseIptc, &edits.eraseXmp}) {
-                for (const QString& key : *list)
-                    out << "  erase " << key << '\n';
-            }
-        }
-        if (!photo.reason.isEmpty()) {
-            out << "  would not be changed: " << photo.reason << '\n';
-            continue;
-        }
-        for (const TagChange& change : photo.changes)
-            out << "  would change " << change.key << ": " << TagChange::describe(change.before)
-                << " -> " << TagChange::describe(change.after) << '\n';
-        out << "  would be written as " << photo.finalPath << " (" << photo.changes.size()
-            << " tags changed)\n";
+// The values to be written and the keys to be erased, or the groups to be stripped.
+void printEdits(QTextStream& out, const PhotoPipeline& pipeline, const RunValues& values,
+                const CGImageProperties& record) {
+    if (values.processingMode == ProcessingMode::removeGroups) {
+        out << "  strip " << strippedGroups(values.clean).join(QStringLiteral(", ")) << '\n';
+        return;
     }
+    const FieldEdits edits = pipeline.fieldEditsFor(record);
+    for (const KeyRow& row : allKeyRows()) {
+        const PropertyValue& v = edits.values.at(row);
+        if (v.isPresent())
+            out << "  set " << row.key << " = " << valueText(v) << '\n';
+    }
+    for (const QStringList* list : {&edits.eraseExif, &edits.eraseIptc, &edits.eraseXmp}) {
+        for (const QString& key : *list)
+            out << "  erase " << key << '\n';
+    }
+}
+
+bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos) {
+    int writes = 0;
+    const int total = photos.count();
+    const RunValues& values = pipeline.values();
+    planEachChange(pipeline, photos, RenameNumbering().next(),
+                   [&](const PhotoChanges& photo, const CGImageProperties& record, int, int) {
+                       if (photo.finalPath.isEmpty()) {
+                           out << photo.sourcePath << ": " << planned(photo.outcome) << '\n';
+                           return true;
+                       }
+                       out << photo.sourcePath << " -> " << photo.finalPath << ": "
+                           << planned(photo.outcome) << '\n';
+                       if (!isCounted(photo.outcome))
+                           return true;
+                       ++writes;
+                       printEdits(out, pipeline, values, record);
+                       if (!photo.reason.isEmpty()) {
+                           out << "  would not be changed: " << photo.reason << '\n';
+                           return true;
+                       }
+                       for (const TagChange& change : photo.changes)
+                           out << "  would change " << change.key << ": "
+                               << TagChange::describe(change.before) << " -> "
+                               << TagChange::describe(change.after) << '\n';
+                       out << "  would be written as " << photo.finalPath << " ("
+                           << photo.changes.size() << " tags changed)\n";
+                       return true;
+                   });
     out << "dry run: " << writes << " of " << total << " photos would be written, "
         << total - writes << " skipped; nothing was changed\n";
     return writes == total;
@@ -120,7 +127,7 @@ int runApply(const QStringList& args) {
 
     QStringList problems;
     QList<LeftOutEntry> leftOut;
-    const QStringList found = collectPhotoPaths(options->inputs, &problems, &leftOut);
+    PathPhotoSource photos = collectPhotoPaths(options->inputs, &problems, &leftOut);
     if (!problems.isEmpty()) {
         for (const QString& p : problems)
             err << "tagmoor-cli apply: " << p << '\n';
@@ -131,7 +138,7 @@ int runApply(const QStringList& args) {
     for (const LeftOutEntry& entry : leftOut)
         err << "tagmoor-cli apply: " << entry.path << ": left out: " << entry.reason << '\n';
     QStringList notPhotos;
-    const QStringList paths = photosAmong(found, options->threads, &notPhotos);
+    keepPhotos(photos, options->threads, &notPhotos);
     for (const QString& path : notPhotos)
         err << "tagmoor-cli apply: " << path << ": not a photo, left out of the batch\n";
     err.flush();
@@ -141,11 +148,10 @@ int runApply(const QStringList& args) {
         err << "No Changes in Metadata found: the photos are only copied or rewritten\n";
 
     const PhotoPipeline pipeline(values);
-    const PathPhotoSource photos(paths);
     if (options->dryRun) {
         bool allWritten = false;
         if (options->json)
-            out << planJson(pipeline, photos, {leftOut, notPhotos}, &allWritten);
+            writePlanJson(out, pipeline, photos, {leftOut, notPhotos}, &allWritten);
         else
             allWritten = printPlan(out, pipeline, photos);
         out.flush();
@@ -163,22 +169,26 @@ int runApply(const QStringList& args) {
     const bool showProgress = !options->quiet && ::isatty(STDERR_FILENO);
     BatchDriver driver(pipeline, numbering, stop, showProgress ? &progress : nullptr,
                        options->threads);
+    // The problems wait in a file until the summary is out, rather than in the result.
+    ProblemLog problemLog;
+    driver.setProblemSink([&](const PhotoProblem& problem) { problemLog.add(problem); });
     const BatchResult result = driver.run(photos);
     progress.end();
     err.flush();
 
     if (options->json)
-        out << resultJson(result, {leftOut, notPhotos});
+        writeResultJson(out, result, problemLog, {leftOut, notPhotos});
     else
         for (const QString& line : BatchSummary::of(result).lines())
             out << line << '\n';
     out.flush();
     // One line for each photo that did not get what was asked, and why.
-    for (const PhotoProblem& problem : result.problems)
+    problemLog.forEach([&](const PhotoProblem& problem) {
         err << "tagmoor-cli apply: " << problem.path << ": " << problem.reason << '\n';
+    });
     err.flush();
-    const bool allChanged = result.totalProcessedPhotos == result.total &&
-                            result.problems.isEmpty() && leftOut.isEmpty();
+    const bool allChanged =
+        result.totalProcessedPhotos == result.total && problemLog.isEmpty() && leftOut.isEmpty();
     return allChanged ? 0 : 1;
 }
 

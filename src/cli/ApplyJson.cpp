@@ -1,12 +1,12 @@
 #include "ApplyJson.h"
 
+#include "batch/CompactPathSet.h"
 #include "model/KeyTable.h"
 #include "rename/RenameNumbering.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSet>
 
 namespace tagmoor::cli {
 
@@ -33,6 +33,17 @@ QByteArray line(const QJsonObject& object) {
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
+QByteArray compact(const QJsonObject& object) {
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+// Where the items of the array `key` go in the line of `object`, which has that array empty.
+// Keys come in order and any quote inside a text is escaped, so the last `"key":[]` is it.
+qsizetype itemsAt(const QByteArray& line, const QByteArray& key) {
+    const QByteArray empty = '"' + key + "\":[]";
+    return line.lastIndexOf(empty) + empty.size() - 1;
+}
+
 } // namespace
 
 QStringList strippedGroups(const CleanOptions& c) {
@@ -50,22 +61,32 @@ QStringList strippedGroups(const CleanOptions& c) {
     return groups;
 }
 
-QByteArray planJson(const PhotoPipeline& pipeline, const PathPhotoSource& photos,
-                    const LeftAside& aside, bool* allWritten) {
-    RenameNumbering numbering;
-    QSet<QString> claimed;
-    BatchSources sources;
-    for (int i = 0; i < photos.count(); ++i)
-        sources.add(photos.path(i));
-    const RunValues& values = pipeline.values();
+void writePlanJson(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos,
+                   const LeftAside& aside, bool* allWritten) {
     const int total = photos.count();
+    const auto object = [&](int writes) {
+        QJsonObject object{{QStringLiteral("dryRun"), true},
+                           {QStringLiteral("total"), total},
+                           {QStringLiteral("wouldWrite"), writes},
+                           {QStringLiteral("wouldSkip"), total - writes},
+                           {QStringLiteral("photos"), QJsonArray()}};
+        addAside(object, aside);
+        return object;
+    };
+    // The counts follow the list in the line: its end is made once the list is written.
+    const QByteArray head = line(object(0));
+    out << head.left(itemsAt(head, "photos"));
+
+    RenameNumbering numbering;
+    CompactPathSet claimed;
+    const BatchSources sources(photos);
+    const RunValues& values = pipeline.values();
     int writes = 0;
-    QJsonArray list;
     for (int i = 0; i < total; ++i) {
         const CGImageProperties record = photos.record(i);
         const PhotoPlan plan = pipeline.plan(record, i + 1, total, numbering.take());
         const PhotoOutcome outcome = pipeline.forecast(plan, claimed, &sources);
-        QJsonObject photo{{QStringLiteral("source"), photos.path(i)},
+        QJsonObject photo{{QStringLiteral("source"), photos.pathOf(i)},
                           {QStringLiteral("outcome"), describe(outcome)},
                           {QStringLiteral("write"), plan.hasUrl && isCounted(outcome)}};
         if (plan.hasUrl)
@@ -92,32 +113,38 @@ QByteArray planJson(const PhotoPipeline& pipeline, const PathPhotoSource& photos
                 photo.insert(QStringLiteral("erase"), QJsonArray::fromStringList(erase));
             }
         }
-        list.append(photo);
+        if (i > 0)
+            out << ',';
+        out << compact(photo);
     }
     *allWritten = writes == total;
-    QJsonObject object{{QStringLiteral("dryRun"), true},
-                       {QStringLiteral("total"), total},
-                       {QStringLiteral("wouldWrite"), writes},
-                       {QStringLiteral("wouldSkip"), total - writes},
-                       {QStringLiteral("photos"), list}};
-    addAside(object, aside);
-    return line(object);
+
+    const QByteArray tail = line(object(writes));
+    out << tail.mid(itemsAt(tail, "photos"));
 }
 
-QByteArray resultJson(const BatchResult& result, const LeftAside& aside) {
-    QJsonArray problems;
-    for (const PhotoProblem& problem : result.problems)
-        problems.append(QJsonObject{{QStringLiteral("path"), problem.path},
-                                    {QStringLiteral("reason"), problem.reason}});
+void writeResultJson(QTextStream& out, const BatchResult& result, ProblemLog& problems,
+                     const LeftAside& aside) {
     QJsonObject object{{QStringLiteral("total"), result.total},
                        {QStringLiteral("reached"), result.processed},
                        {QStringLiteral("written"), result.totalProcessedPhotos},
                        {QStringLiteral("skipped"), result.skipped()},
                        {QStringLiteral("stopped"), result.stopped},
                        {QStringLiteral("output"), result.outputDirectoryValue},
-                       {QStringLiteral("problems"), problems}};
+                       {QStringLiteral("problems"), QJsonArray()}};
     addAside(object, aside);
-    return line(object);
+    const QByteArray whole = line(object);
+    const qsizetype at = itemsAt(whole, "problems");
+    out << whole.left(at);
+    bool any = false;
+    problems.forEach([&](const PhotoProblem& problem) {
+        if (any)
+            out << ',';
+        any = true;
+        out << compact(QJsonObject{{QStringLiteral("path"), problem.path},
+                                   {QStringLiteral("reason"), problem.reason}});
+    });
+    out << whole.mid(at);
 }
 
 } // namespace tagmoor::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PathPhotoSource.h"
+#include "ProblemLog.h"
 
 #include "batch/BatchResult.h"
 #include "batch/PhotoPipeline.h"
@@ -9,6 +10,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QStringList>
+#include <QTextStream>
 
 namespace tagmoor::cli {
 
@@ -22,15 +24,17 @@ struct LeftAside {
 };
 
 // The plan of a dry run: per photo its source, target, outcome, the values it would get and
-// the keys it would lose. `allWritten` says whether every photo would be written.
-QByteArray planJson(const PhotoPipeline& pipeline, const PathPhotoSource& photos,
-                    const LeftAside& aside, bool* allWritten);
+// the keys it would lose. `allWritten` says whether every photo would be written. Written to
+// `out` photo by photo, so that a plan of any length is never held whole.
+void writePlanJson(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoSource& photos,
+                   const LeftAside& aside, bool* allWritten);
 
 // The groups a removal run strips, by their option names ("exif", "iptc", ...).
 QStringList strippedGroups(const CleanOptions& clean);
 
 // The result of a run: the counts, where the output went and every photo that did not get
-// what was asked, with its reason.
-QByteArray resultJson(const BatchResult& result, const LeftAside& aside);
+// what was asked, with its reason (those of `problems`, not of `result`).
+void writeResultJson(QTextStream& out, const BatchResult& result, ProblemLog& problems,
+                     const LeftAside& aside);
 
 } // namespace tagmoor::cli

@@ -13,10 +13,14 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <vector>
 
 namespace tagmoor {
 
 namespace {
+
+// How far in the list a photo may be from the first one still in work.
+constexpr int kWindow = 1024;
 
 // The photos handed to workers and not yet done, with the paths each one touches.
 class InFlight {
@@ -28,6 +32,8 @@ public:
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [&] {
             if (int(m_paths.size()) >= m_limit)
+                return false;
+            if (!m_paths.empty() && index - m_paths.begin()->first >= kWindow)
                 return false;
             return std::none_of(m_paths.begin(), m_paths.end(),
                                 [&](const auto& entry) { return sharesPath(entry.second, plan); });
@@ -41,6 +47,12 @@ public:
             m_paths.erase(index);
         }
         m_changed.notify_all();
+    }
+
+    // The first photo of the list still in work, or `otherwise` when none is.
+    int first(int otherwise) {
+        std::lock_guard lock(m_mutex);
+        return m_paths.empty() ? otherwise : m_paths.begin()->first;
     }
 
     void waitAll() {
@@ -86,9 +98,14 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         mode != ProcessingMode::removeGroups) {
         qCWarning(lcBatch) << "unknown processing mode" << int(mode) << "- no photo processed";
         for (int i = 0; i < count; ++i) {
-            if (photos.isSelected(i))
-                result.problems.append(
-                    {photos.pathOf(i), QStringLiteral("not changed: unknown processing mode")});
+            if (!photos.isSelected(i))
+                continue;
+            const PhotoProblem problem{photos.pathOf(i),
+                                       QStringLiteral("not changed: unknown processing mode")};
+            if (m_problemSink)
+                m_problemSink(problem);
+            else
+                result.problems.append(problem);
         }
         return result;
     }
@@ -100,11 +117,7 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         SafeFileReplace::sweepLeftovers(*destination);
 
     // The files of all selected photos, so that no photo's output ever takes another's place.
-    BatchSources sources;
-    for (int i = 0; i < count; ++i) {
-        if (photos.isSelected(i))
-            sources.add(photos.pathOf(i));
-    }
+    const BatchSources sources(photos);
 
     std::atomic<int> written{0};
     InFlight inFlight(m_threads);
@@ -116,6 +129,21 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
     const auto report = [&](int index, const QString& path, const QString& reason) {
         std::lock_guard lock(problemsMutex);
         problems.emplace(index, PhotoProblem{path, reason});
+    };
+    // With a sink, the problems of the photos before `below` go out now: they are all done.
+    const auto handOver = [&](int below) {
+        if (!m_problemSink)
+            return;
+        std::vector<PhotoProblem> ready;
+        {
+            std::lock_guard lock(problemsMutex);
+            while (!problems.empty() && problems.begin()->first < below) {
+                ready.push_back(std::move(problems.begin()->second));
+                problems.erase(problems.begin());
+            }
+        }
+        for (const PhotoProblem& problem : ready)
+            m_problemSink(problem);
     };
 
     auto work = [&](int index, const PhotoPlan& plan, const CGImageProperties& record) {
@@ -155,6 +183,8 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
                 inFlight.done(i);
             });
         }
+        // A worker reports a photo's problem before it leaves the photos in work.
+        handOver(inFlight.first(i + 1));
     }
     // After a stop, the photos not reached are on the list too: nothing leaves a run unsaid.
     for (; i < count; ++i) {
@@ -164,6 +194,7 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
     inFlight.waitAll();
     pool.waitForDone();
     result.totalProcessedPhotos = written.load();
+    handOver(count);
     for (auto& [index, problem] : problems)
         result.problems.append(std::move(problem));
     return result;

@@ -6,6 +6,8 @@
 #include "batch/StopControl.h"
 #include "rename/RenameNumbering.h"
 
+#include <functional>
+
 namespace tagmoor {
 
 class BatchObserver;
@@ -17,6 +19,9 @@ class BatchObserver;
 // path is also a path of a photo in work waits for that one to finish, so that collisions,
 // overwrites and skips come out exactly as in a sequential run.
 //
+// The photos in work are at most a window apart in the list, so that what waits for a slow
+// photo to be reported in order stays bounded.
+//
 // Stop: between photos the driver asks the StopControl; a pause lets the photos in work
 // finish and starts no new one until the answer; "YES" ends the run.
 class BatchDriver {
@@ -27,12 +32,20 @@ public:
     // Runs to the end of the list or to a stop, and returns the result screen's values.
     BatchResult run(const PhotoSource& photos);
 
+    // Hands each problem to `sink` instead of gathering them in the result: in list order, as
+    // soon as every photo before it is done, on the run's thread. A run that skips every one
+    // of its photos then holds only the problems of the photos in work.
+    void setProblemSink(std::function<void(const PhotoProblem&)> sink) {
+        m_problemSink = std::move(sink);
+    }
+
 private:
     const PhotoPipeline& m_pipeline;
     RenameNumbering& m_numbering;
     StopControl& m_stop;
     BatchObserver* m_observer;
     int m_threads;
+    std::function<void(const PhotoProblem&)> m_problemSink;
 };
 
 } // namespace tagmoor

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "batch/CompactPathSet.h"
 #include "model/CGImageProperties.h"
 #include "rename/Rename.h"
 
-#include <QSet>
 #include <QString>
 
 #include <mutex>
@@ -27,7 +27,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    QSet<QString> m_claimed;
+    CompactPathSet m_claimed;
 };
 
 } // namespace tagmoor

@@ -1,10 +1,10 @@
 #include "batch/ChangePlan.h"
 
+#include "batch/CompactPathSet.h"
 #include "batch/FileIdentity.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
 #include <QTemporaryDir>
 
 namespace tagmoor {
@@ -80,20 +80,18 @@ QList<TagChange> tagChanges(const QMap<QString, TagText>& before,
     return out;
 }
 
-QList<PhotoChanges> planChanges(const PhotoPipeline& pipeline, const PhotoSource& photos,
-                                qint64 firstNumber, const std::function<bool(int, int)>& progress) {
-    QList<PhotoChanges> plan;
+void planEachChange(
+    const PhotoPipeline& pipeline, const PhotoSource& photos, qint64 firstNumber,
+    const std::function<bool(const PhotoChanges&, const CGImageProperties&, int, int)>& each) {
     const int count = photos.count();
-    BatchSources sources;
+    const BatchSources sources(photos);
     int total = 0;
     for (int i = 0; i < count; ++i) {
-        if (photos.isSelected(i)) {
-            sources.add(photos.pathOf(i));
+        if (photos.isSelected(i))
             ++total;
-        }
     }
     QTemporaryDir scratch;
-    QSet<QString> claimed;
+    CompactPathSet claimed;
     int processed = 0;
     for (int i = 0; i < count; ++i) {
         if (!photos.isSelected(i))
@@ -122,10 +120,19 @@ QList<PhotoChanges> planChanges(const PhotoPipeline& pipeline, const PhotoSource
                                                   &photo.changes)
                                    : QStringLiteral("no scratch folder for the preview");
         }
-        plan.append(std::move(photo));
-        if (progress && !progress(processed, total))
+        if (!each(photo, record, processed, total))
             break;
     }
+}
+
+QList<PhotoChanges> planChanges(const PhotoPipeline& pipeline, const PhotoSource& photos,
+                                qint64 firstNumber, const std::function<bool(int, int)>& progress) {
+    QList<PhotoChanges> plan;
+    planEachChange(pipeline, photos, firstNumber,
+                   [&](const PhotoChanges& photo, const CGImageProperties&, int done, int total) {
+                       plan.append(photo);
+                       return !progress || progress(done, total);
+                   });
     return plan;
 }
 

@@ -54,4 +54,12 @@ QList<PhotoChanges> planChanges(const PhotoPipeline& pipeline, const PhotoSource
                                 qint64 firstNumber,
                                 const std::function<bool(int done, int total)>& progress = {});
 
+// The same plan one photo at a time, for lists of any length: `each` hears of each selected
+// photo in list order, with the record the plan used, `done` of `total`, and may end the plan
+// by giving false. Nothing is kept per photo but the output names claimed so far.
+void planEachChange(
+    const PhotoPipeline& pipeline, const PhotoSource& photos, qint64 firstNumber,
+    const std::function<bool(const PhotoChanges& photo, const CGImageProperties& record, int done,
+                             int total)>& each);
+
 } // namespace tagmoor

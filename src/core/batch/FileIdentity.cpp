@@ -1,9 +1,13 @@
 #include "batch/FileIdentity.h"
 
+#include "batch/PhotoSource.h"
+
 #include <QFile>
 #include <QFileInfo>
 
 #include <sys/stat.h>
+
+#include <algorithm>
 
 namespace tagmoor {
 
@@ -40,34 +44,102 @@ bool entryExists(const QString& path) {
     return ::lstat(QFile::encodeName(path).constData(), &st) == 0;
 }
 
-BatchSources::BatchSources(const QStringList& paths) {
-    for (const QString& path : paths)
-        add(path);
+namespace {
+
+// A path split as locationOf splits it: the folder that is looked up and the name in it.
+struct Place {
+    QString folder;
+    QStringView name;
+};
+
+Place placeOf(const QString& path) {
+    const int slash = int(path.lastIndexOf(QLatin1Char('/')));
+    return {slash < 0    ? QStringLiteral(".")
+            : slash == 0 ? QStringLiteral("/")
+                         : path.left(slash),
+            QStringView(path).mid(slash + 1)};
 }
 
-void BatchSources::add(const QString& path) {
-    if (const auto id = fileIdOf(path))
-        m_files.insert(*id);
-    if (const auto place = locationOf(path))
-        m_locations.insert(*place);
-    const QString resolved = QFileInfo(path).canonicalFilePath();
-    if (!resolved.isEmpty() && resolved != path) {
-        if (const auto place = locationOf(resolved))
-            m_locations.insert(*place);
+quint64 nameHash(QStringView name) {
+    return quint64(quint32(qHash(name, 0))) << 32;
+}
+
+} // namespace
+
+BatchSources::BatchSources(const PhotoSource& photos) : m_photos(&photos) {
+    // Photos of one folder come one after another: its identity is asked once for them all.
+    QString lastFolder;
+    std::optional<FileId> lastFolderId;
+    const auto folderId = [&](const QString& folder) {
+        if (folder != lastFolder || lastFolder.isNull()) {
+            lastFolder = folder;
+            lastFolderId = fileIdOf(folder);
+        }
+        return lastFolderId;
+    };
+    const int count = photos.count();
+    for (int i = 0; i < count; ++i) {
+        if (!photos.isSelected(i))
+            continue;
+        const QString path = photos.pathOf(i);
+        if (path.isEmpty())
+            continue;
+        if (const auto id = fileIdOf(path))
+            m_inodes[id->device].push_back(id->inode);
+        const Place place = placeOf(path);
+        if (const auto folder = folderId(place.folder))
+            m_places[*folder].push_back(nameHash(place.name) | quint32(i));
+        const QString resolved = QFileInfo(path).canonicalFilePath();
+        if (resolved.isEmpty() || resolved == path)
+            continue;
+        const Place real = placeOf(resolved);
+        if (real.name != place.name) {
+            if (const auto location = locationOf(resolved))
+                m_otherPlaces.insert(*location);
+        } else if (const auto folder = fileIdOf(real.folder)) {
+            m_places[*folder].push_back(nameHash(real.name) | quint32(i));
+        }
     }
+    for (auto& inodes : m_inodes)
+        std::sort(inodes.begin(), inodes.end());
+    for (auto& places : m_places)
+        std::sort(places.begin(), places.end());
 }
 
-bool BatchSources::contains(const QString& path) const {
-    if (const auto id = fileIdOf(path); id && m_files.contains(*id))
-        return true;
-    if (const auto place = locationOf(path); place && m_locations.contains(*place))
-        return true;
-    const QString resolved = QFileInfo(path).canonicalFilePath();
-    if (!resolved.isEmpty() && resolved != path) {
-        if (const auto place = locationOf(resolved); place && m_locations.contains(*place))
+bool BatchSources::standsAt(const QString& path) const {
+    if (path.isEmpty())
+        return false;
+    if (!m_otherPlaces.isEmpty()) {
+        if (const auto location = locationOf(path); location && m_otherPlaces.contains(*location))
+            return true;
+    }
+    const Place place = placeOf(path);
+    const auto folder = fileIdOf(place.folder);
+    if (!folder)
+        return false;
+    const auto it = m_places.constFind(*folder);
+    if (it == m_places.constEnd())
+        return false;
+    const quint64 hash = nameHash(place.name);
+    for (auto at = std::lower_bound(it->begin(), it->end(), hash);
+         at != it->end() && (*at & ~quint64(0xffffffff)) == hash; ++at) {
+        const QString source = m_photos->pathOf(int(*at & 0xffffffff));
+        if (placeOf(source).name == place.name)
             return true;
     }
     return false;
+}
+
+bool BatchSources::contains(const QString& path) const {
+    if (const auto id = fileIdOf(path)) {
+        const auto it = m_inodes.constFind(id->device);
+        if (it != m_inodes.constEnd() && std::binary_search(it->begin(), it->end(), id->inode))
+            return true;
+    }
+    if (standsAt(path))
+        return true;
+    const QString resolved = QFileInfo(path).canonicalFilePath();
+    return !resolved.isEmpty() && resolved != path && standsAt(resolved);
 }
 
 } // namespace tagmoor

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <QHash>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace tagmoor {
+
+class PhotoSource;
 
 // Which file a path reaches: the device and inode of what it resolves to. Two texts may reach
 // one file (a link to a folder, a bind mount, a hard link), so paths are compared by identity,
@@ -35,17 +39,30 @@ bool entryExists(const QString& path);
 // The sources of one run. A file that is the source of another photo of the run is never in
 // the way of an output: it is not removed and not written over. A source edited in place gets
 // a new file at its name, so both its identity and its place count.
+//
+// Kept for every photo of a long run, so kept small: per source its inode (by device) and,
+// by the identity of its folder, a hash of its name with the photo's number; a hash that
+// matches is confirmed against the photo's path. About 16 bytes a photo.
 class BatchSources {
 public:
     BatchSources() = default;
-    explicit BatchSources(const QStringList& paths);
-    void add(const QString& path);
+    // The files of the selected photos of `photos` as they are now. `photos` must outlive
+    // the set: names are confirmed against its paths.
+    explicit BatchSources(const PhotoSource& photos);
     // Whether `path` reaches one of the sources, or the place where one stands.
     bool contains(const QString& path) const;
 
 private:
-    QSet<FileId> m_files;
-    QSet<QString> m_locations;
-};
+    bool standsAt(const QString& path) const;
 
+    const PhotoSource* m_photos = nullptr;
+    // Inodes of the sources by device, sorted.
+    QHash<quint64, std::vector<quint64>> m_inodes;
+    // Per folder (by identity): the hash of a source's name in the high half, the photo's
+    // number in the low half; sorted.
+    QHash<FileId, std::vector<quint64>> m_places;
+    // The places of sources that are links to a file of another name, as locationOf gives
+    // them; such links are few.
+    QSet<QString> m_otherPlaces;
+};
 } // namespace tagmoor

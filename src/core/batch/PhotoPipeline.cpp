@@ -115,7 +115,7 @@ PhotoPlan PhotoPipeline::plan(const CGImageProperties& record, int processed, in
     return p;
 }
 
-PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const QSet<QString>& claimed,
+PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const CompactPathSet& claimed,
                                      const BatchSources* sources) const {
     if (!plan.hasUrl)
         return PhotoOutcome::SkippedNoUrl;

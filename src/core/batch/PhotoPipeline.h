@@ -47,7 +47,7 @@ public:
     // What process() would decide at the guard, without touching anything. `claimed` holds
     // output paths (or their locations) that earlier photos of the same forecast would have
     // written.
-    PhotoOutcome forecast(const PhotoPlan& plan, const QSet<QString>& claimed,
+    PhotoOutcome forecast(const PhotoPlan& plan, const CompactPathSet& claimed,
                           const BatchSources* sources = nullptr) const;
 
     // The base name and extension as the pipeline splits a file name: the extension is what

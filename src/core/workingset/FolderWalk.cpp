@@ -5,7 +5,9 @@
 #include <QFileInfo>
 
 #include <QSet>
+
 #include <algorithm>
+#include <vector>
 
 #include <cerrno>
 #include <cstring>
@@ -43,11 +45,51 @@ const QSet<QString>& packageExtensions() {
     return set;
 }
 
+// The names of one folder as UTF-8, one after another in one block: a folder of a hundred
+// thousand photos is not held as a hundred thousand strings.
+struct FolderNames {
+    QByteArray bytes;
+    std::vector<qsizetype> ends;
+
+    qsizetype size() const { return qsizetype(ends.size()); }
+    QByteArrayView at(qsizetype i) const {
+        const qsizetype begin = i == 0 ? 0 : ends[std::size_t(i - 1)];
+        return QByteArrayView(bytes.constData() + begin, ends[std::size_t(i)] - begin);
+    }
+    void append(QByteArrayView name) {
+        bytes.append(name);
+        ends.push_back(bytes.size());
+    }
+};
+
+// Whether the UTF-8 name `a` comes before `b` in QString's case-sensitive order, which is the
+// order of UTF-16 code units. Byte order is code point order; the two differ only where one
+// name has a character above U+FFFF (a surrogate pair, D800..DFFF, in UTF-16) and the other
+// one in U+E000..U+FFFF at the same place. Both names are valid UTF-8, so the first byte that
+// differs is the first byte of a character in both when either is a lead byte.
+bool utf16Less(QByteArrayView a, QByteArrayView b) {
+    const qsizetype n = std::min(a.size(), b.size());
+    for (qsizetype i = 0; i < n; ++i) {
+        const uchar x = uchar(a[i]);
+        const uchar y = uchar(b[i]);
+        if (x == y)
+            continue;
+        const auto beyondBmp = [](uchar c) { return c >= 0xF0; };
+        const auto topOfBmp = [](uchar c) { return c == 0xEE || c == 0xEF; };
+        if (beyondBmp(x) && topOfBmp(y))
+            return true;
+        if (topOfBmp(x) && beyondBmp(y))
+            return false;
+        return x < y;
+    }
+    return a.size() < b.size();
+}
+
 // Reads the names of one folder, but for hidden ones. A name that is no valid UTF-8 has no
 // text that names the file again; such a file or folder goes to `leftOut`, and so does the
 // folder itself when it cannot be read.
-QStringList namesIn(const QString& folder, QList<LeftOutEntry>& leftOut) {
-    QStringList names;
+FolderNames namesIn(const QString& folder, QList<LeftOutEntry>& leftOut) {
+    FolderNames names;
     QList<LeftOutEntry> unnamed;
     DIR* dir = ::opendir(QFile::encodeName(folder).constData());
     if (!dir) {
@@ -63,9 +105,8 @@ QStringList namesIn(const QString& folder, QList<LeftOutEntry>& leftOut) {
         const QByteArray raw(entry->d_name);
         if (raw.startsWith('.'))
             continue;
-        const QString name = QFile::decodeName(raw);
-        if (QFile::encodeName(name) == raw) {
-            names.append(name);
+        if (QFile::encodeName(QFile::decodeName(raw)) == raw) {
+            names.append(raw);
             continue;
         }
         struct stat st {};
@@ -90,25 +131,34 @@ QStringList namesIn(const QString& folder, QList<LeftOutEntry>& leftOut) {
     return names;
 }
 
-void walkInto(const QString& folder, const std::atomic_bool* stop, FolderWalkResult& out) {
+struct Walk {
+    const std::function<void(const QString&)>& onFile;
+    QList<LeftOutEntry>& leftOut;
+    const std::atomic_bool* stop;
+};
+
+void walkInto(const QString& folder, const Walk& walk) {
     // Only the names are gathered and sorted (as QDir's name order does, case-sensitively):
     // a folder of tens of thousands of photos is never held as a list of file infos.
-    QStringList names = namesIn(folder, out.leftOut);
-    std::sort(names.begin(), names.end(), [](const QString& a, const QString& b) {
-        return a.compare(b, Qt::CaseSensitive) < 0;
-    });
+    const FolderNames names = namesIn(folder, walk.leftOut);
+    std::vector<quint32> order(std::size_t(names.size()));
+    for (std::size_t i = 0; i < order.size(); ++i)
+        order[i] = quint32(i);
+    std::sort(order.begin(), order.end(),
+              [&](quint32 a, quint32 b) { return utf16Less(names.at(a), names.at(b)); });
     const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
-    for (const QString& name : std::as_const(names)) {
-        if (stop && stop->load(std::memory_order_relaxed))
+    for (const quint32 i : order) {
+        if (walk.stop && walk.stop->load(std::memory_order_relaxed))
             return;
+        const QString name = QString::fromUtf8(names.at(i));
         const QFileInfo entry(prefix + name);
         const QString path = entry.absoluteFilePath();
         if (entry.isDir()) {
             if (entry.isSymLink() || isPackageFolderName(name) || isExcludedMediaPath(path))
                 continue;
-            walkInto(path, stop, out);
+            walkInto(path, walk);
         } else if (entry.isFile() && !isExcludedMediaPath(path)) {
-            out.files.append(path);
+            walk.onFile(path);
         }
     }
 }
@@ -128,16 +178,21 @@ bool isExcludedMediaPath(const QString& absolutePath) {
            lower.contains(QLatin1String("photo booth library"));
 }
 
+bool walkFolder(const QString& folder, const std::function<void(const QString&)>& onFile,
+                QList<LeftOutEntry>* leftOut, const std::atomic_bool* stop) {
+    const QFileInfo root(folder);
+    if (!root.isDir() || !QDir(folder).isReadable())
+        return false;
+    if (isExcludedMediaPath(root.absoluteFilePath()))
+        return true;
+    walkInto(root.absoluteFilePath(), Walk{onFile, *leftOut, stop});
+    return true;
+}
+
 FolderWalkResult walkFolder(const QString& folder, const std::atomic_bool* stop) {
     FolderWalkResult result;
-    const QFileInfo root(folder);
-    if (!root.isDir() || !QDir(folder).isReadable()) {
-        result.failed = true;
-        return result;
-    }
-    if (isExcludedMediaPath(root.absoluteFilePath()))
-        return result;
-    walkInto(root.absoluteFilePath(), stop, result);
+    result.failed = !walkFolder(
+        folder, [&](const QString& path) { result.files.append(path); }, &result.leftOut, stop);
     return result;
 }
 

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <atomic>
+#include <functional>
 
 namespace tagmoor {
 
@@ -34,6 +35,12 @@ struct FolderWalkResult {
 // folder come in name order, a sub-folder's files where the sub-folder stands.
 // Stops early, returning what it has, when `stop` becomes true.
 FolderWalkResult walkFolder(const QString& folder, const std::atomic_bool* stop = nullptr);
+
+// The same walk, handing each file's absolute path to `onFile` as it is met instead of
+// listing them: a folder of any size costs no more than the names of one folder. Gives false
+// when the folder itself could not be opened.
+bool walkFolder(const QString& folder, const std::function<void(const QString& path)>& onFile,
+                QList<LeftOutEntry>* leftOut, const std::atomic_bool* stop = nullptr);
 
 // A file name's bytes as text for the user: valid UTF-8 as it is, any other byte as \xNN.
 QString displayFileName(const QByteArray& name);

@@ -1,5 +1,9 @@
 #include "BatchTestSupport.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 using namespace tagmoor;
 using namespace tagmoor::test;
 
@@ -105,4 +109,48 @@ TEST_F(ApplyCommand, InPlaceRemovalStripsTheChosenGroups) {
     EXPECT_FALSE(tagOf(photo, "Iptc.Application2.City").has_value());
     EXPECT_TRUE(tagOf(photo, "Exif.Image.Make").has_value());
     EXPECT_TRUE(r.out.contains("Output Directory: Destination path is same as source path"));
+}
+
+// Hundreds of skipped photos (more than the run keeps in memory at once) are told on stderr
+// and in the JSON in list order, after the summary; a folder's not-photos among them are left
+// out and named.
+TEST_F(ApplyCommand, ManyProblemsAreToldInListOrder) {
+    const QString many = tmp.path() + "/many";
+    QDir().mkpath(many);
+    QStringList expected;
+    for (int i = 0; i < 600; ++i) {
+        const QString path =
+            many + QStringLiteral("/photo with a long name %1.jpg").arg(i, 4, 10, QLatin1Char('0'));
+        makeJpeg(path, 8, 8);
+        if (i % 100 == 7)
+            writeBytes(path, "not a photo any more");
+        else
+            expected << path;
+    }
+    // Into their own folder: every output is in the way.
+    const QStringList args = {"--set", "Artist=Jane", "--out", many, many};
+    const ToolResult run = apply(args);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.out.contains("Photos Skipped: 594"));
+    QStringList told;
+    for (const QString& line : QString::fromUtf8(run.err).split('\n', Qt::SkipEmptyParts)) {
+        if (line.endsWith(": skipped: a file exists at the output path"))
+            told << line.mid(QStringLiteral("tagmoor-cli apply: ").size())
+                        .chopped(
+                            QStringLiteral(": skipped: a file exists at the output path").size());
+        else
+            EXPECT_TRUE(line.endsWith(": not a photo, left out of the batch"))
+                << line.toStdString();
+    }
+    EXPECT_EQ(told, expected);
+
+    const ToolResult json = apply(QStringList{"--json"} + args);
+    EXPECT_EQ(json.exitCode, 1);
+    const QJsonObject r = QJsonDocument::fromJson(json.out).object();
+    EXPECT_EQ(r["skipped"].toInt(), 594);
+    QStringList inJson;
+    for (const QJsonValue& problem : r["problems"].toArray())
+        inJson << problem.toObject()["path"].toString();
+    EXPECT_EQ(inJson, expected);
+    EXPECT_EQ(r["notPhotos"].toArray().size(), 6);
 }

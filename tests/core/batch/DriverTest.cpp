@@ -214,3 +214,33 @@ TEST_F(Driver, ParallelRunEqualsSequentialRun) {
         EXPECT_LT(results[0].totalProcessedPhotos, results[0].total);
     }
 }
+
+// A problem sink hears the problems in list order, exactly those that a run without one puts
+// in its result: with workers whose photos end out of order (missing sources are done at
+// once, real photos take a while) and lists longer than the window of photos in work.
+TEST_F(Driver, ProblemSinkHearsTheProblemsInListOrder) {
+    QStringList list;
+    for (int i = 0; i < 2600; ++i)
+        list << (i % 13 == 0 ? paths[(i / 13) % paths.size()]
+                             : in() + QStringLiteral("/missing%1.jpg").arg(i));
+    RunValues v = values;
+    v.destinationFolder = tmp.path() + "/plain";
+    QDir().mkpath(*v.destinationFolder);
+    const BatchResult plain = runBatch(v, recordsOf(list));
+    ASSERT_EQ(plain.problems.size(), 2600 - 200);
+    for (int threads : {1, 3}) {
+        v.destinationFolder = tmp.path() + QStringLiteral("/sink%1").arg(threads);
+        QDir().mkpath(*v.destinationFolder);
+        const PhotoPipeline pipeline(v);
+        RenameNumbering numbering;
+        StopControl stop;
+        BatchDriver driver(pipeline, numbering, stop, nullptr, threads);
+        QList<PhotoProblem> heard;
+        driver.setProblemSink([&](const PhotoProblem& problem) { heard << problem; });
+        const BatchResult result = driver.run(ListPhotoSource(recordsOf(list)));
+        SafeFileReplace::waitForReleases();
+        EXPECT_TRUE(result.problems.isEmpty());
+        EXPECT_EQ(result.totalProcessedPhotos, plain.totalProcessedPhotos);
+        EXPECT_EQ(heard, plain.problems) << threads;
+    }
+}

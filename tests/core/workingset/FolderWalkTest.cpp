@@ -91,6 +91,30 @@ TEST(FolderWalk, SurvivesLinkLoopsOddNamesMissingAndUnreadableFolders) {
     ::unlink(raw.constData()); // the temporary folder cannot remove it by name
 }
 
+// Names come in QString's order, by UTF-16 code units, which is not the order of their UTF-8
+// bytes: a character beyond U+FFFF (a surrogate pair) sorts before one of U+E000..U+FFFF.
+TEST(FolderWalk, OrdersNamesAsQStringDoes) {
+    QTemporaryDir tmp;
+    const QString r = tmp.path();
+    QStringList names;
+    for (const QString& middle :
+         {QStringLiteral("\uE000"), QStringLiteral("\uFFFD"), QStringLiteral("😀"),
+          QStringLiteral("\U00020000"), QStringLiteral("é"), QStringLiteral("\u0800"),
+          QStringLiteral("\uD7FF"), QStringLiteral("Z"), QStringLiteral("a"), QString()}) {
+        names << QStringLiteral("p") + middle + QStringLiteral(".jpg");
+        ASSERT_TRUE(writeBytes(r + "/" + names.last(), "x"));
+    }
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(walkRelative(r), names);
+    QStringList streamed;
+    QList<LeftOutEntry> leftOut;
+    EXPECT_TRUE(walkFolder(
+        r, [&](const QString& path) { streamed << relative(r, path); }, &leftOut));
+    EXPECT_EQ(streamed, names);
+    EXPECT_FALSE(walkFolder(
+        r + "/not-there", [](const QString&) {}, &leftOut));
+}
+
 TEST(FolderWalk, PassesOverAnUnreadableSubfolder) {
     if (::geteuid() == 0)
         GTEST_SKIP() << "running as root: permissions do not keep a folder closed";
