@@ -24,6 +24,7 @@ struct PhotoScanner::Shared {
     std::atomic_bool paused{false};
     std::atomic_bool stopped{false};
     std::atomic_bool running{false};
+    RecordQueue records;
 };
 
 namespace {
@@ -273,10 +274,8 @@ private:
     void flush(bool force) {
         if (!force && m_clock.isValid() && m_clock.elapsed() < PhotoScanner::progressIntervalMs)
             return;
-        if (!m_batch.isEmpty()) {
-            emit m_owner.recordsReady(m_batch);
-            m_batch.clear();
-        }
+        if (!m_batch.isEmpty() && m_shared.records.put(std::exchange(m_batch, {})))
+            emit m_owner.recordsWaiting();
         if (m_counters.processedPhotos > 0 && m_counters != m_lastSent) {
             emit m_owner.progress(m_counters);
             m_lastSent = m_counters;
@@ -360,6 +359,14 @@ void PhotoScanner::resume(bool stop) {
         m_shared->paused = false;
     }
     m_shared->resumed.notify_all();
+}
+
+QList<CGImageProperties> PhotoScanner::takeRecords(qsizetype max) {
+    return m_shared->records.take(max);
+}
+
+qsizetype PhotoScanner::waitingRecords() const {
+    return m_shared->records.size();
 }
 
 bool PhotoScanner::wait(int timeoutMs) {

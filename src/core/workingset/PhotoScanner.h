@@ -1,5 +1,6 @@
 #pragma once
 
+#include "workingset/RecordQueue.h"
 #include "workingset/ScanTypes.h"
 
 #include <QObject>
@@ -33,6 +34,11 @@ public:
     // Waits for the worker to end (tests, shutdown). False on timeout.
     bool wait(int timeoutMs = -1);
 
+    // Moves out up to `max` of the records read so far, in list order, to append to
+    // workingImages. Records of a scan are all waiting here when finished() arrives.
+    QList<CGImageProperties> takeRecords(qsizetype max);
+    qsizetype waitingRecords() const;
+
     // Coalescing period of progress updates (about 30 a second).
     static constexpr int progressIntervalMs = 33;
 
@@ -44,9 +50,10 @@ signals:
     void countingFinished(int totalPhotos);
     // Coalesced; the last one before finished() carries the final counters.
     void progress(const tagmoor::ScanCounters& counters);
-    // New records, in list order, to append to workingImages.
-    void recordsReady(const QList<tagmoor::CGImageProperties>& records);
-    // After the last recordsReady.
+    // Records wait for takeRecords(). Sent once until they have all been taken, not per
+    // batch, so that a main thread that falls behind is not sent a pile of calls.
+    void recordsWaiting();
+    // After the last record was put in the queue.
     void finished(const tagmoor::ScanResult& result);
 
 private:
