@@ -29,9 +29,6 @@ struct PhotoScanner::Shared {
 
 namespace {
 
-// Records are handed over in groups of at most this many (or at each progress update).
-constexpr int maxBatch = 256;
-
 // One pass over the staged files. Owns the order: files are decided one after the other on
 // this thread; only the reading of a record runs on the reader threads, and the results are
 // committed in the order the files were met.
@@ -266,7 +263,7 @@ private:
         m_batch.append(std::move(record));
         ++m_counters.imagesInList;
         ++m_added;
-        if (m_batch.size() >= maxBatch)
+        if (m_batch.size() >= PhotoScanner::maxBatch)
             flush(true);
     }
 

@@ -41,6 +41,9 @@ public:
 
     // Coalescing period of progress updates (about 30 a second).
     static constexpr int progressIntervalMs = 33;
+    // Records are put in the queue in batches of at most this many (or at each progress
+    // update).
+    static constexpr int maxBatch = 256;
 
     // The pause and stop state shared with the worker (defined in the .cpp).
     struct Shared;

@@ -52,11 +52,13 @@ void ScanController::appendSlice() {
         // The next slice is sized by what this one cost: moving the records in and the work
         // of the views and labels that follow the list. It grows only after a full slice
         // (a short one says nothing of the room left) and moves halfway each time, so one
-        // slow or fast turn does not swing it.
+        // slow or fast turn does not swing it. It never falls below one batch of the scan,
+        // a fraction of a millisecond, so that a busy machine cannot hold the list back.
         const qint64 ns = std::max<qint64>(1, clock.nsecsElapsed());
         const qsizetype fits = qsizetype(taken * (sliceBudgetMs * 1'000'000.0 / double(ns)));
         if (taken == m_sliceRecords || fits < m_sliceRecords)
-            m_sliceRecords = std::clamp<qsizetype>((m_sliceRecords + fits) / 2, 16, 65536);
+            m_sliceRecords =
+                std::clamp<qsizetype>((m_sliceRecords + fits) / 2, PhotoScanner::maxBatch, 65536);
     }
     if (m_scanner.waitingRecords() > 0)
         scheduleSlice();

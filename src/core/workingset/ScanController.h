@@ -107,7 +107,7 @@ private:
     QTimer m_slices;
     QElapsedTimer m_sinceSlice;
     // How many records fit in one slice, from the time the last slices took.
-    qsizetype m_sliceRecords = 256;
+    qsizetype m_sliceRecords = PhotoScanner::maxBatch;
     // The scan's end, held back until its last records are in the list.
     std::optional<ScanResult> m_finishing;
 };
