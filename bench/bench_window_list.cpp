@@ -1,9 +1,9 @@
 // A very long working list in the real home screen, offscreen: the scan of a folder with the
 // grid shown, the grid scrolled end to end, then Select All, a switch to the table and back,
 // and Remove of a tenth and then of all. Reports each action's time (the call and the repaint
-// it causes), the largest gap of the main thread's event loop in each phase, and the peak
-// resident memory. Targets: peak under 600 MB at 100,000 photos, no gap over 50 ms, each action
-// under 100 ms.
+// it causes), the largest gap of the main thread's event loop in each phase with the largest
+// CPU time the main thread spent between two beats of it, and the peak resident memory. Targets:
+// peak under 600 MB at 100,000 photos, no gap over 50 ms, each action under 100 ms.
 //
 //   bench_window_list DIR
 #include "BenchHomeScreen.h"
@@ -22,6 +22,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
+#include <utility>
 
 using namespace tagmoor;
 
@@ -33,29 +35,47 @@ long peakRssMb() {
     return usage.ru_maxrss / 1024;
 }
 
+// CPU time of the calling thread.
+qint64 threadCpuNs() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return qint64(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
+}
+
 // A 5 ms heartbeat on the main thread: the largest gap between two beats is the longest time
-// the event loop could not serve the window.
+// the event loop could not serve the window. On a machine shared with other work a gap also
+// holds the time the thread waited for a core, so the main thread's own CPU time between two
+// beats is kept beside it: the work one turn of the loop did.
 class Heartbeat {
 public:
     Heartbeat() {
         m_timer.setInterval(5);
         m_timer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&m_timer, &QTimer::timeout,
-                         [this] { m_maxGap = std::max(m_maxGap, m_beat.restart()); });
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            m_maxGap = std::max(m_maxGap, m_beat.restart());
+            const qint64 cpu = threadCpuNs();
+            m_maxBusyNs = std::max(m_maxBusyNs, cpu - m_cpuAtBeat);
+            m_cpuAtBeat = cpu;
+        });
         m_beat.start();
+        m_cpuAtBeat = threadCpuNs();
         m_timer.start();
     }
-    // The largest gap since the last call.
-    qint64 takeMaxGap() {
+    // The largest gap since the last call, and the largest CPU time between two beats.
+    std::pair<qint64, double> takeMaxGap() {
         const qint64 gap = std::max(m_maxGap, m_beat.elapsed());
+        const double busyMs = std::max(m_maxBusyNs, threadCpuNs() - m_cpuAtBeat) / 1e6;
         m_maxGap = 0;
-        return gap;
+        m_maxBusyNs = 0;
+        return {gap, busyMs};
     }
 
 private:
     QTimer m_timer;
     QElapsedTimer m_beat;
     qint64 m_maxGap = 0;
+    qint64 m_cpuAtBeat = 0;
+    qint64 m_maxBusyNs = 0;
 };
 
 // Runs the event loop for `ms` so that what an action queued (repaints, relayouts) is done.
@@ -93,11 +113,11 @@ int main(int argc, char** argv) {
     // A phase (scan, scrolling) must never stall the loop over 50 ms; an action must take
     // under 100 ms, during which the loop waits for it.
     auto report = [&](const char* what, double ms, double limitMs) {
-        const qint64 gap = heartbeat.takeMaxGap();
+        const auto [gap, busyMs] = heartbeat.takeMaxGap();
         const bool ok = limitMs > 0 ? ms < limitMs : gap <= 50;
         failures += ok ? 0 : 1;
-        std::printf("%-34s %9.1f ms   largest gap %5lld ms   %s\n", what, ms, qlonglong(gap),
-                    ok ? "ok" : "over target");
+        std::printf("%-34s %9.1f ms   largest gap %5lld ms (busy %5.1f ms)   %s\n", what, ms,
+                    qlonglong(gap), busyMs, ok ? "ok" : "over target");
     };
     // Times an action after the loop has settled, and reports it.
     auto action = [&](const char* what, auto&& act) {
