@@ -60,7 +60,8 @@ void ScanController::appendSlice() {
             m_sliceRecords =
                 std::clamp<qsizetype>((m_sliceRecords + fits) / 2, PhotoScanner::maxBatch, 65536);
     }
-    if (m_scanner.waitingRecords() > 0)
+    // The end of the scan (marks, editor, views) is a turn of its own, after the last slice.
+    if (m_scanner.waitingRecords() > 0 || (m_finishing && taken > 0))
         scheduleSlice();
     else if (m_finishing)
         onFinished(*std::exchange(m_finishing, std::nullopt));
