@@ -53,12 +53,13 @@ void ScanController::appendSlice() {
         // of the views and labels that follow the list. It grows only after a full slice
         // (a short one says nothing of the room left) and moves halfway each time, so one
         // slow or fast turn does not swing it. It never falls below one batch of the scan,
-        // a fraction of a millisecond, so that a busy machine cannot hold the list back.
+        // a fraction of a millisecond, so that a busy machine cannot hold the list back, nor
+        // grows past maxSliceRecords, which bounds the memory a slice holds on its way in.
         const qint64 ns = std::max<qint64>(1, clock.nsecsElapsed());
         const qsizetype fits = qsizetype(taken * (sliceBudgetMs * 1'000'000.0 / double(ns)));
         if (taken == m_sliceRecords || fits < m_sliceRecords)
-            m_sliceRecords =
-                std::clamp<qsizetype>((m_sliceRecords + fits) / 2, PhotoScanner::maxBatch, 65536);
+            m_sliceRecords = std::clamp<qsizetype>((m_sliceRecords + fits) / 2,
+                                                   PhotoScanner::maxBatch, maxSliceRecords);
     }
     // The end of the scan (marks, editor, views) is a turn of its own, after the last slice.
     if (m_scanner.waitingRecords() > 0 || (m_finishing && taken > 0))

@@ -70,6 +70,7 @@ public:
     // records come and however long the list is.
     static constexpr int sliceBudgetMs = 8;
     static constexpr int frameMs = 16;
+    static constexpr int maxSliceRecords = 4096;
 
 signals:
     void progressViewChanged(const tagmoor::ScanProgressView& view);
