@@ -47,8 +47,12 @@ void PhotoGridView::setModel(QAbstractItemModel* model) {
     QAbstractItemView::setModel(model);
     if (!model)
         return;
-    for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
-        connect(model, signal, this, &PhotoGridView::listChanged);
+    connect(model, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex& parent, int first) {
+                if (parent == rootIndex())
+                    rowsAdded(first);
+            });
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &PhotoGridView::listChanged);
     connect(model, &QAbstractItemModel::modelReset, this, &PhotoGridView::listChanged);
     connect(model, &QAbstractItemModel::layoutChanged, this, &PhotoGridView::listChanged);
     listChanged();
@@ -57,6 +61,17 @@ void PhotoGridView::setModel(QAbstractItemModel* model) {
 void PhotoGridView::listChanged() {
     updateGeometries();
     viewport()->update();
+}
+
+void PhotoGridView::rowsAdded(int first) {
+    updateGeometries();
+    // The cells from `first` on are new or moved: only those on screen are painted again. A
+    // long scan appends below the screen, where nothing needs a repaint.
+    const int top = (first / m_columns) * m_cell.height() - verticalOffset();
+    const QRect changed = viewport()->rect().intersected(
+        QRect(0, top, viewport()->width(), viewport()->height() - top));
+    if (!changed.isEmpty())
+        viewport()->update(changed);
 }
 
 int PhotoGridView::itemCount() const {

@@ -42,6 +42,7 @@ private:
     // The rows of the cells that `rect` (viewport coordinates) touches, line by line.
     QItemSelection rowsIn(const QRect& rect) const;
     void listChanged();
+    void rowsAdded(int first);
 
     PhotoItemDelegate* m_delegate;
     QSize m_cell;

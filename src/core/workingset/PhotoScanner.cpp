@@ -24,12 +24,10 @@ struct PhotoScanner::Shared {
     std::atomic_bool paused{false};
     std::atomic_bool stopped{false};
     std::atomic_bool running{false};
+    RecordQueue records;
 };
 
 namespace {
-
-// Records are handed over in groups of at most this many (or at each progress update).
-constexpr int maxBatch = 256;
 
 // One pass over the staged files. Owns the order: files are decided one after the other on
 // this thread; only the reading of a record runs on the reader threads, and the results are
@@ -265,7 +263,7 @@ private:
         m_batch.append(std::move(record));
         ++m_counters.imagesInList;
         ++m_added;
-        if (m_batch.size() >= maxBatch)
+        if (m_batch.size() >= PhotoScanner::maxBatch)
             flush(true);
     }
 
@@ -273,10 +271,8 @@ private:
     void flush(bool force) {
         if (!force && m_clock.isValid() && m_clock.elapsed() < PhotoScanner::progressIntervalMs)
             return;
-        if (!m_batch.isEmpty()) {
-            emit m_owner.recordsReady(m_batch);
-            m_batch.clear();
-        }
+        if (!m_batch.isEmpty() && m_shared.records.put(std::exchange(m_batch, {})))
+            emit m_owner.recordsWaiting();
         if (m_counters.processedPhotos > 0 && m_counters != m_lastSent) {
             emit m_owner.progress(m_counters);
             m_lastSent = m_counters;
@@ -360,6 +356,14 @@ void PhotoScanner::resume(bool stop) {
         m_shared->paused = false;
     }
     m_shared->resumed.notify_all();
+}
+
+QList<CGImageProperties> PhotoScanner::takeRecords(qsizetype max) {
+    return m_shared->records.take(max);
+}
+
+qsizetype PhotoScanner::waitingRecords() const {
+    return m_shared->records.size();
 }
 
 bool PhotoScanner::wait(int timeoutMs) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "workingset/RecordQueue.h"
 #include "workingset/ScanTypes.h"
 
 #include <QObject>
@@ -33,8 +34,16 @@ public:
     // Waits for the worker to end (tests, shutdown). False on timeout.
     bool wait(int timeoutMs = -1);
 
+    // Moves out up to `max` of the records read so far, in list order, to append to
+    // workingImages. Records of a scan are all waiting here when finished() arrives.
+    QList<CGImageProperties> takeRecords(qsizetype max);
+    qsizetype waitingRecords() const;
+
     // Coalescing period of progress updates (about 30 a second).
     static constexpr int progressIntervalMs = 33;
+    // Records are put in the queue in batches of at most this many (or at each progress
+    // update).
+    static constexpr int maxBatch = 256;
 
     // The pause and stop state shared with the worker (defined in the .cpp).
     struct Shared;
@@ -44,9 +53,10 @@ signals:
     void countingFinished(int totalPhotos);
     // Coalesced; the last one before finished() carries the final counters.
     void progress(const tagmoor::ScanCounters& counters);
-    // New records, in list order, to append to workingImages.
-    void recordsReady(const QList<tagmoor::CGImageProperties>& records);
-    // After the last recordsReady.
+    // Records wait for takeRecords(). Sent once until they have all been taken, not per
+    // batch, so that a main thread that falls behind is not sent a pile of calls.
+    void recordsWaiting();
+    // After the last record was put in the queue.
     void finished(const tagmoor::ScanResult& result);
 
 private:

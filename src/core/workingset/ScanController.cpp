@@ -8,6 +8,8 @@
 #include <QSet>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace tagmoor {
 
 ScanController::ScanController(WorkingSet& workingSet, UserPrompt& prompt, AppEvents& events,
@@ -24,9 +26,56 @@ ScanController::ScanController(WorkingSet& workingSet, UserPrompt& prompt, AppEv
         m_view = ScanProgressView::forItem(counters);
         emit progressViewChanged(m_view);
     });
-    connect(&m_scanner, &PhotoScanner::recordsReady, this,
-            [this](const QList<CGImageProperties>& records) { m_set.appendImages(records); });
-    connect(&m_scanner, &PhotoScanner::finished, this, &ScanController::onFinished);
+    m_slices.setSingleShot(true);
+    connect(&m_slices, &QTimer::timeout, this, &ScanController::appendSlice);
+    connect(&m_scanner, &PhotoScanner::recordsWaiting, this, &ScanController::scheduleSlice);
+    connect(&m_scanner, &PhotoScanner::finished, this, &ScanController::scannerFinished);
+}
+
+void ScanController::scheduleSlice() {
+    if (m_slices.isActive())
+        return;
+    // A frame after the last slice: the grid and the labels take the new rows at most once a
+    // frame, whatever the number of batches that came meanwhile.
+    const qint64 since = m_sinceSlice.isValid() ? m_sinceSlice.elapsed() : frameMs;
+    m_slices.start(int(std::max<qint64>(0, frameMs - since)));
+}
+
+void ScanController::appendSlice() {
+    m_sinceSlice.start();
+    QElapsedTimer clock;
+    clock.start();
+    QList<CGImageProperties> records = m_scanner.takeRecords(m_sliceRecords);
+    const qsizetype taken = records.size();
+    if (taken > 0) {
+        m_set.appendImages(std::move(records));
+        // The next slice is sized by what this one cost: moving the records in and the work
+        // of the views and labels that follow the list. It grows only after a full slice
+        // (a short one says nothing of the room left) and moves halfway each time, so one
+        // slow or fast turn does not swing it. It never falls below one batch of the scan,
+        // a fraction of a millisecond, so that a busy machine cannot hold the list back, nor
+        // grows past maxSliceRecords, which bounds the memory a slice holds on its way in.
+        const qint64 ns = std::max<qint64>(1, clock.nsecsElapsed());
+        const qsizetype fits = qsizetype(taken * (sliceBudgetMs * 1'000'000.0 / double(ns)));
+        if (taken == m_sliceRecords || fits < m_sliceRecords)
+            m_sliceRecords = std::clamp<qsizetype>((m_sliceRecords + fits) / 2,
+                                                   PhotoScanner::maxBatch, maxSliceRecords);
+    }
+    // The end of the scan (marks, editor, views) is a turn of its own, after the last slice.
+    if (m_scanner.waitingRecords() > 0 || (m_finishing && taken > 0))
+        scheduleSlice();
+    else if (m_finishing)
+        onFinished(*std::exchange(m_finishing, std::nullopt));
+}
+
+void ScanController::scannerFinished(const ScanResult& result) {
+    // The scan put its last records in the queue before it ended; they go in first.
+    if (m_scanner.waitingRecords() > 0 || m_slices.isActive()) {
+        m_finishing = result;
+        scheduleSlice();
+        return;
+    }
+    onFinished(result);
 }
 
 bool ScanController::isScanning() const {

@@ -6,7 +6,11 @@
 #include "workingset/ScanProgressView.h"
 #include "workingset/WorkingSetAlerts.h"
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QTimer>
+
+#include <optional>
 
 namespace tagmoor {
 
@@ -61,6 +65,13 @@ public:
     void setLibraryReader(LibraryReader reader) { m_libraryReader = std::move(reader); }
     PhotoScanner& scanner() { return m_scanner; }
 
+    // The main thread appends the scan's records in slices of about this much of its time,
+    // at most one slice a frame, so that the window is served between them however fast the
+    // records come and however long the list is.
+    static constexpr int sliceBudgetMs = 8;
+    static constexpr int frameMs = 16;
+    static constexpr int maxSliceRecords = 4096;
+
 signals:
     void progressViewChanged(const tagmoor::ScanProgressView& view);
     // The end of scan ran: alert queued, list refreshed (or back to the add screen).
@@ -73,6 +84,10 @@ signals:
     void alertShown(const tagmoor::Alert& alert);
 
 private:
+    // Appends the next slice of waiting records; ends the scan once they are all in.
+    void appendSlice();
+    void scheduleSlice();
+    void scannerFinished(const ScanResult& result);
     void onFinished(const ScanResult& result);
     void showAlertLater(const TimedAlert& alert);
     void showAlertsLater(const QList<Alert>& alerts, int delayMs);
@@ -90,6 +105,12 @@ private:
     RecordLoader m_loader;
     LibraryReader m_libraryReader;
     QList<LibraryItem> m_libraryItems;
+    QTimer m_slices;
+    QElapsedTimer m_sinceSlice;
+    // How many records fit in one slice, from the time the last slices took.
+    qsizetype m_sliceRecords = PhotoScanner::maxBatch;
+    // The scan's end, held back until its last records are in the list.
+    std::optional<ScanResult> m_finishing;
 };
 
 } // namespace tagmoor

@@ -18,13 +18,18 @@ bool isMarked(const CGImageProperties& record) {
 WorkingSet::WorkingSet(QObject* parent) : QObject(parent) {}
 
 void WorkingSet::appendImages(const QList<CGImageProperties>& records) {
+    appendImages(QList<CGImageProperties>(records));
+}
+
+void WorkingSet::appendImages(QList<CGImageProperties>&& records) {
     if (records.isEmpty())
         return;
     const int first = count();
     const int last = first + int(records.size()) - 1;
     emit imagesAboutToBeAppended(first, last);
-    m_workingImages.append(records);
-    m_markedCount += int(std::count_if(records.begin(), records.end(), isMarked));
+    m_markedCount += int(std::count_if(records.cbegin(), records.cend(), isMarked));
+    // Moved only when `records` is not shared; a shared list is copied, as it must be.
+    m_workingImages.append(std::move(records));
     emit imagesAppended(first, last);
 }
 

@@ -14,7 +14,7 @@ namespace tagmoor {
 
 // The working list and the lists that feed it, shared by the add screen, the home screen,
 // the scan and the file-opening queue. Lives on the main thread: every writer calls it
-// there (the scan hands its records over through signals), so it needs no lock.
+// there (the scan's records are moved in there, a slice at a time), so it needs no lock.
 class WorkingSet : public QObject {
     Q_OBJECT
 public:
@@ -27,6 +27,8 @@ public:
     bool isEmpty() const { return m_workingImages.isEmpty(); }
 
     void appendImages(const QList<CGImageProperties>& records);
+    // The same, moving the records in (a scan's records, which are not kept elsewhere).
+    void appendImages(QList<CGImageProperties>&& records);
     // Makes room for `extra` more records, so that a long scan does not move the whole
     // list on the main thread each time it grows.
     void reserveFor(int extra);
