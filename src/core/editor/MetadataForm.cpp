@@ -13,6 +13,8 @@
 #include "workingset/WorkingSet.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTimer>
 
 #include <cmath>
 #include <tuple>
@@ -102,8 +104,21 @@ void MetadataForm::clearFields(bool resetDates) {
     emit formReset();
 }
 
+namespace {
+
+// Selections longer than this are merged a part per turn of the event loop, each part
+// stopping after kMergeTurnMs, so that marking a hundred thousand photos never stalls the
+// window; shorter ones are merged at once.
+constexpr qsizetype kMergeAtOnce = 8192;
+constexpr qint64 kMergeTurnMs = 8;
+constexpr std::size_t kMergeRun = 512;
+
+} // namespace
+
 void MetadataForm::updateMetadataInfo(int index, bool isMultipleSelected,
                                       const QList<int>& indexes) {
+    ++m_choice; // a merge still under way is for an earlier choice
+    m_pendingMerge.reset();
     const auto& images = m_set.workingImages();
     if (images.isEmpty() || index < 0 || index >= images.size()) {
         m_tempProperty = readForm();
@@ -111,34 +126,75 @@ void MetadataForm::updateMetadataInfo(int index, bool isMultipleSelected,
         clearFields(false);
         return;
     }
-    // What the user typed stays: an edited field keeps its text whatever the photos hold, so
-    // that marking another photo never loses an edit the run is to write.
-    const auto texts = m_texts;
-    const auto rows = m_rows;
-
     m_state.currentImageIndex = index;
     m_selection = isMultipleSelected ? indexes : QList<int>{index};
     if (!m_selection.contains(index))
         m_selection.prepend(index);
     m_state.originalDates = OriginalDate::of(images[index]);
 
-    for (QString& text : m_texts)
-        text.clear();
-    m_rows.fill(0);
-    if (m_selection.size() > 1) {
+    if (m_selection.size() > kMergeAtOnce) {
+        m_pendingMerge.emplace(PendingMerge{index, SelectionMerger(images[index])});
+        continueMerge(m_choice);
+    } else if (m_selection.size() > 1) {
         QList<const CGImageProperties*> records = selectedRecords();
         records.removeOne(&images[index]);
         records.prepend(&images[index]);
         MergedSelection merged = mergeSelection(records);
-        m_placeholders = merged.placeholders;
-        m_tempProperty = std::move(merged.record);
+        showSelection(index, std::move(merged.record), merged.placeholders);
     } else {
-        setPlaceholders(Placeholder::None);
-        m_tempProperty = images[index];
+        std::array<Placeholder, 90> none;
+        none.fill(Placeholder::None);
+        showSelection(index, images[index], none);
     }
+}
+
+void MetadataForm::continueMerge(quint64 choice) {
+    if (choice != m_choice || !m_pendingMerge)
+        return;
+    const auto& images = m_set.workingImages();
+    PendingMerge& merge = *m_pendingMerge;
+    if (merge.index >= images.size()) {
+        // The list lost the photo on display; the screen makes a new choice.
+        m_pendingMerge.reset();
+        return;
+    }
+    QElapsedTimer clock;
+    clock.start();
+    std::vector<const CGImageProperties*> run;
+    run.reserve(kMergeRun);
+    while (merge.next < m_selection.size() && clock.elapsed() < kMergeTurnMs) {
+        run.clear();
+        while (merge.next < m_selection.size() && run.size() < kMergeRun) {
+            const int i = m_selection[merge.next++];
+            if (i != merge.index && i >= 0 && i < images.size())
+                run.push_back(&images[i]);
+        }
+        merge.merger.add(run.data(), run.data() + run.size());
+    }
+    if (merge.next < m_selection.size()) {
+        QTimer::singleShot(0, this, [this, choice] { continueMerge(choice); });
+        return;
+    }
+    MergedSelection merged = merge.merger.result();
+    const int index = merge.index;
+    m_pendingMerge.reset();
+    showSelection(index, std::move(merged.record), merged.placeholders);
+}
+
+void MetadataForm::showSelection(int index, CGImageProperties record,
+                                 const std::array<Placeholder, 90>& placeholders) {
+    // What the user typed stays: an edited field keeps its text whatever the photos hold, so
+    // that marking another photo never loses an edit the run is to write.
+    const auto texts = m_texts;
+    const auto rows = m_rows;
+    for (QString& text : m_texts)
+        text.clear();
+    m_rows.fill(0);
+    m_placeholders = placeholders;
+    m_tempProperty = std::move(record);
     showRecord(m_tempProperty);
 
-    const CGImageProperties& shown = images[index];
+    const CGImageProperties& shown = m_set.workingImages()[index];
     m_selectedLatitude.reset();
     m_selectedLongitude.reset();
     if (shown.gpsProperties) {

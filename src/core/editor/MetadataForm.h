@@ -136,6 +136,21 @@ private:
     bool selectionHoldsRow(int position, int row) const;
     void updateCoordinateFlag(int position);
     QList<const CGImageProperties*> selectedRecords() const;
+    // Puts `record` (the photo `index` alone, or the merge of the marked photos) into the
+    // controls, keeping what the user typed into edited fields.
+    void showSelection(int index, CGImageProperties record,
+                       const std::array<Placeholder, 90>& placeholders);
+    // One turn's part of a long selection's merge; the last part shows the merge.
+    void continueMerge(quint64 choice);
+
+    // A merge spread over several turns, for the choice numbered `choice`.
+    struct PendingMerge {
+        int index;
+        SelectionMerger merger;
+        qsizetype next = 0;
+    };
+    std::optional<PendingMerge> m_pendingMerge;
+    quint64 m_choice = 0;
 
     const WorkingSet& m_set;
     EditorState& m_state;

@@ -2,6 +2,7 @@
 
 #include "editor/FieldDisplay.h"
 
+#include <QMutex>
 #include <QtConcurrent>
 
 #include <algorithm>
@@ -43,54 +44,66 @@ std::vector<char> alike(const CGImageProperties& first, const std::vector<char>&
 
 } // namespace
 
-MergedSelection mergeSelection(const QList<const CGImageProperties*>& selected) {
-    MergedSelection merged;
-    if (selected.isEmpty())
-        return merged;
-    merged.record = withKeyGroups(*selected.first());
-    merged.placeholders.fill(Placeholder::MultipleValues);
-    const CGImageProperties& first = *selected.first();
+SelectionMerger::SelectionMerger(const CGImageProperties& first)
+    : m_first(first), m_firstEmpty(formFields().size()), m_same(formFields().size(), 1) {
     const auto& fields = formFields();
-    std::vector<char> firstEmpty(fields.size());
     for (std::size_t i = 0; i < fields.size(); ++i)
-        firstEmpty[i] = FieldDisplay::isEmpty(first, fields[i]);
+        m_firstEmpty[i] = FieldDisplay::isEmpty(m_first, fields[i]);
+}
 
+void SelectionMerger::add(const CGImageProperties* const* begin,
+                          const CGImageProperties* const* end) {
+    const std::vector<char> part = alike(m_first, m_firstEmpty, begin, end);
+    for (std::size_t i = 0; i < m_same.size(); ++i)
+        m_same[i] = m_same[i] && part[i];
+}
+
+void SelectionMerger::include(const SelectionMerger& other) {
+    for (std::size_t i = 0; i < m_same.size(); ++i)
+        m_same[i] = m_same[i] && other.m_same[i];
+}
+
+MergedSelection SelectionMerger::result() const {
+    MergedSelection merged;
+    merged.record = withKeyGroups(m_first);
+    merged.placeholders.fill(Placeholder::MultipleValues);
+    const auto& fields = formFields();
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const FormField& field = fields[i];
+        if (m_firstEmpty[i]) {
+            if (m_same[i])
+                merged.placeholders[std::size_t(field.position)] = Placeholder::EmptyInAllImages;
+        } else if (!m_same[i]) {
+            field.keyRow().field(merged.record)->clear();
+        }
+    }
+    return merged;
+}
+
+MergedSelection mergeSelection(const QList<const CGImageProperties*>& selected) {
+    if (selected.isEmpty())
+        return {};
+    SelectionMerger merger(*selected.first());
     // A long selection is compared in chunks on the pool's threads; the records are only read,
     // and the caller waits.
     constexpr qsizetype kChunk = 8192;
     const CGImageProperties* const* data = selected.constData();
     const qsizetype n = selected.size();
-    std::vector<char> same;
     if (n <= kChunk) {
-        same = alike(first, firstEmpty, data + 1, data + n);
-    } else {
-        QList<qsizetype> starts;
-        for (qsizetype s = 1; s < n; s += kChunk)
-            starts << s;
-        same = QtConcurrent::blockingMappedReduced<std::vector<char>>(
-            starts,
-            [&](qsizetype s) {
-                return alike(first, firstEmpty, data + s, data + std::min(n, s + kChunk));
-            },
-            [](std::vector<char>& all, const std::vector<char>& part) {
-                if (all.empty())
-                    all = part;
-                else
-                    for (std::size_t i = 0; i < all.size(); ++i)
-                        all[i] = all[i] && part[i];
-            });
+        merger.add(data + 1, data + n);
+        return merger.result();
     }
-
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        const FormField& field = fields[i];
-        if (firstEmpty[i]) {
-            if (same[i])
-                merged.placeholders[std::size_t(field.position)] = Placeholder::EmptyInAllImages;
-        } else if (!same[i]) {
-            field.keyRow().field(merged.record)->clear();
-        }
-    }
-    return merged;
+    QList<qsizetype> starts;
+    for (qsizetype s = 1; s < n; s += kChunk)
+        starts << s;
+    QMutex mutex;
+    QtConcurrent::blockingMap(starts, [&](qsizetype s) {
+        SelectionMerger part(*selected.first());
+        part.add(data + s, data + std::min(n, s + kChunk));
+        const QMutexLocker lock(&mutex);
+        merger.include(part);
+    });
+    return merger.result();
 }
 
 } // namespace tagmoor

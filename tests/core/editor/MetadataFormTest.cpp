@@ -10,6 +10,8 @@
 #include "model/FormFieldTable.h"
 #include "workingset/WorkingSet.h"
 
+#include <QCoreApplication>
+
 #include <gtest/gtest.h>
 
 #include <set>
@@ -189,6 +191,41 @@ TEST(MetadataForm, ShowsMergeAndTracksEditsAgainstEveryMarkedPhoto) {
     EXPECT_FALSE(f.form.hasEdits());
     for (const FormField& field : formFields())
         EXPECT_TRUE(f.form.text(field.position).isEmpty()) << field.control;
+}
+
+// A long marked list may be merged over several turns of the event loop: the result is the
+// merge of all of them, what is typed meanwhile stays, and a newer choice is never overwritten
+// by the older merge.
+TEST(MetadataForm, LongSelectionsShowTheirMergeAndYieldToANewerChoice) {
+    FormFixture f;
+    QList<CGImageProperties> photos;
+    for (int i = 0; i < 20000; ++i) {
+        photos << photo(QString("%1.jpg").arg(i), "Ann");
+        photos.back().tiffProperties->copyRight = PropertyValue("Same");
+    }
+    photos[15000].tiffProperties->artist = PropertyValue("Bob");
+    f.set.appendImages(photos);
+    int resets = 0;
+    QObject::connect(&f.form, &MetadataForm::formReset, [&] { ++resets; });
+    const auto settle = [] {
+        for (int turn = 0; turn < 1000; ++turn)
+            QCoreApplication::processEvents();
+    };
+
+    f.showAll();
+    f.form.editText(kIso, "800");
+    settle();
+    EXPECT_EQ(resets, 1);
+    EXPECT_EQ(f.form.placeholderText(kArtist), "Multiple Values");
+    EXPECT_EQ(f.form.text(kCopyright), "Same");
+    EXPECT_EQ(f.form.text(kIso), "800");
+    EXPECT_TRUE(f.form.isMultipleSelected());
+
+    f.showAll();
+    f.form.updateMetadataInfo(15000, false, {15000});
+    settle();
+    EXPECT_EQ(f.form.text(kArtist), "Bob");
+    EXPECT_FALSE(f.form.isMultipleSelected());
 }
 
 TEST(MetadataForm, CleaningModeKeepsTheTypedTextsForTheWayBack) {
