@@ -134,7 +134,9 @@ void MetadataForm::updateMetadataInfo(int index, bool isMultipleSelected,
 
     if (m_selection.size() > kMergeAtOnce) {
         m_pendingMerge.emplace(PendingMerge{index, SelectionMerger(images[index])});
-        continueMerge(m_choice);
+        // The first part too waits for the next turn: the choice itself (marking every
+        // photo, say) has just had a turn's worth of work.
+        QTimer::singleShot(0, this, [this, choice = m_choice] { continueMerge(choice); });
     } else if (m_selection.size() > 1) {
         QList<const CGImageProperties*> records = selectedRecords();
         records.removeOne(&images[index]);
