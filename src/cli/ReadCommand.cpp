@@ -121,10 +121,10 @@ void appendIsoDate(std::string& out, const QDateTime& d) {
     const QDateTime at = d.toOffsetFromUtc(d.offsetFromUtc());
     const QDate date = at.date();
     const QTime time = at.time();
-    const Qt::TimeSpec spec = at.timeSpec();
-    const int offset = spec == Qt::OffsetFromUTC ? at.offsetFromUtc() : 0;
+    const Qt::TimeSpec zoneKind = at.timeSpec();
+    const int offset = zoneKind == Qt::OffsetFromUTC ? at.offsetFromUtc() : 0;
     if (!date.isValid() || !time.isValid() || date.year() < 0 || date.year() > 9999 ||
-        (spec != Qt::UTC && spec != Qt::OffsetFromUTC) || std::abs(offset) >= 100 * 3600)
+        (zoneKind != Qt::UTC && zoneKind != Qt::OffsetFromUTC) || std::abs(offset) >= 100 * 3600)
         return appendQuoted(out, at.toString(Qt::ISODateWithMs));
     out += '"';
     appendDigits(out, date.year(), 4);
@@ -140,7 +140,7 @@ void appendIsoDate(std::string& out, const QDateTime& d) {
     appendDigits(out, time.second(), 2);
     out += '.';
     appendDigits(out, time.msec(), 3);
-    if (spec == Qt::UTC) {
+    if (zoneKind == Qt::UTC) {
         out += "Z\"";
         return;
     }
