@@ -32,6 +32,14 @@ WriteStatus statusOf(const SafeFileReplace& file) {
     return WriteStatus::Failed;
 }
 
+// Tells the caller the kind of failure, then throws it as Exiv2's error, as every other failure
+// of the edit is thrown.
+[[noreturn]] void failWith(WriteStatus* failure, WriteStatus status, const QString& text) {
+    if (failure)
+        *failure = status;
+    throw Exiv2::Error(Exiv2::kerErrorMessage, text.toStdString());
+}
+
 // The first read of a photo: enough for the head of nearly every JPEG, whose picture data are
 // then never read at all.
 constexpr qint64 kFirstRead = 128 * 1024;
@@ -51,10 +59,8 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
                                                const std::optional<FileStamp>& expected,
                                                const Edit& edit, bool flushToDisk,
                                                WriteStatus* failure, bool standardForm) {
-    const auto fail = [&](WriteStatus status, const QString& text) {
-        if (failure)
-            *failure = status;
-        throw Exiv2::Error(Exiv2::kerErrorMessage, text.toStdString());
+    const auto fail = [failure](WriteStatus status, const QString& text) {
+        failWith(failure, status, text);
     };
 
     SafeFileReplace file(path);
@@ -113,10 +119,8 @@ std::optional<SafeMetadataEdit::Result>
 SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
                             const std::optional<qint64>& headEnd, const Edit& edit,
                             WriteStatus* failure, bool standardForm, const QString& path) {
-    const auto fail = [&](WriteStatus status, const QString& text) {
-        if (failure)
-            *failure = status;
-        throw Exiv2::Error(Exiv2::kerErrorMessage, text.toStdString());
+    const auto fail = [failure](WriteStatus status, const QString& text) {
+        failWith(failure, status, text);
     };
     const QByteArray& original = file.originalBytes();
     // Exiv2 works on a copy of its own: for a TIFF whose tags still fit, it writes the new
