@@ -27,12 +27,14 @@ namespace tagmoor::cli {
 namespace {
 
 const char* kReadUsage =
-    "usage: tagmoor-cli read [--threads N] [--] PATH...\n"
+    "usage: tagmoor-cli read [--form standard|described] [--threads N] [--] PATH...\n"
     "\n"
     "Loads each photo as the application does and prints one JSON object per line:\n"
     "  {\"path\": ..., \"tiffProperties.artist\": {\"value\": ..., \"kind\": \"text\"}, ...}\n"
     "with every present field under its record name. Dates are ISO 8601 with their offset.\n"
     "A path that gives no record prints {\"path\": ..., \"error\": ...}.\n"
+    "  --form F      standard (the default): numbers, GPS positions and keyword lists as\n"
+    "                the file holds them; described: the classic reading rules\n"
     "  --threads N   read on N threads, as the window's scan does (default 1); the output\n"
     "                is the same for any N, in the order of the paths\n"
     "\n"

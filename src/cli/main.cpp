@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "LibraryMessages.h"
+#include "WritingOptions.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QCoreApplication>
@@ -19,6 +20,12 @@ const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
                      "options of every command:\n"
                      "  --help           the options of the command\n"
                      "  --verbose        also the image libraries' warnings about damaged files\n"
+                     "  --form standard|described\n"
+                     "                   standard (the default): values are read and written as\n"
+                     "                   they are, and only what is edited is written;\n"
+                     "                   described: the classic rules (absent numbers written\n"
+                     "                   as zero, GPS seconds whole, one keyword, wrapping\n"
+                     "                   date shifts); --standard is --form standard\n"
                      "\n"
                      "Run 'tagmoor-cli COMMAND --help' for the options of a command and\n"
                      "'man tagmoor-cli' for the exit statuses.\n";
@@ -33,6 +40,8 @@ int main(int argc, char** argv) {
 
     QStringList args = QCoreApplication::arguments().mid(1);
     tagmoor::cli::takeVerboseOption(args);
+    if (!tagmoor::cli::takeFormOption(args))
+        return 2;
     const QString command = args.isEmpty() ? QString() : args.takeFirst();
     if (command == QLatin1String("read"))
         return tagmoor::cli::runRead(args);

@@ -59,10 +59,12 @@ struct TestApp {
     ScriptedPrompt prompt;
     std::unique_ptr<AppDelegate> app;
 
-    explicit TestApp(bool welcomeSeen = true) {
+    // The screens' older tests check the described form; tests of the default pass standard.
+    explicit TestApp(bool welcomeSeen = true, ValueForm form = ValueForm::described) {
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(QStringLiteral("config"))));
         AppDelegate::Options options;
         options.settingsFile = home.filePath(QStringLiteral("settings.ini"));
+        Settings(options.settingsFile).setValueForm(form);
         options.loginExecutable = QStringLiteral("/usr/bin/tagmoor");
         app = std::make_unique<AppDelegate>(prompt, options);
         if (welcomeSeen)

@@ -268,7 +268,7 @@ void PresetsPanelTest::aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine() {
     const QString cliOut = t.home.filePath(QStringLiteral("Cli"));
     QProcess cli;
     cli.start(QStringLiteral(TAGMOOR_CLI),
-              {QStringLiteral("apply"), QStringLiteral("--preset"), QStringLiteral("Trip"),
+              {QStringLiteral("--form"), QStringLiteral("described"), QStringLiteral("apply"), QStringLiteral("--preset"), QStringLiteral("Trip"),
                QStringLiteral("--out"), cliOut, pictures});
     QVERIFY(cli.waitForFinished(60000));
     QVERIFY2(cli.exitCode() == 0, cli.readAllStandardError().constData());

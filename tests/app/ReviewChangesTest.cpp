@@ -139,7 +139,10 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     QCOMPARE(standard->text(), QStringLiteral("Write tags in their standard form"));
     QVERIFY(!standard->isChecked());
     standard->click();
-    QCOMPARE(t.app->settings().writeTagsInStandardForm(), std::optional<bool>(true));
+    QCOMPARE(t.app->settings().valueForm(), std::optional<ValueForm>(ValueForm::standard));
+    QCOMPARE(valueForm(), ValueForm::standard);
+    standard->click();
+    QCOMPARE(valueForm(), ValueForm::described);
 }
 
 TAGMOOR_APP_TEST_MAIN(ReviewChangesTest)

@@ -1,4 +1,6 @@
 #pragma once
+
+#include "foundation/ValueForm.h"
 // Helpers shared by the core tests: sample files, scratch folders, outside tools.
 
 #include <QByteArray>
@@ -85,10 +87,17 @@ inline ToolResult finishTool(QProcess& p, int timeoutMs = 60000) {
     return r;
 }
 
-// Runs an outside program (exiv2, exiftool, tagmoor-cli) and waits for it.
+// The arguments of tagmoor-cli with the form of this test in front: the command line takes the
+// standard form by default, and the suite's older tests check the described one.
+inline QStringList cliArgs(const QStringList& args) {
+    return QStringList{QStringLiteral("--form"), valueFormName(valueForm())} + args;
+}
+
+// Runs an outside program (exiv2, exiftool, tagmoor-cli) and waits for it; tagmoor-cli gets
+// the test's form.
 inline ToolResult runTool(const QString& program, const QStringList& args, int timeoutMs = 60000) {
     QProcess p;
-    p.start(program, args);
+    p.start(program, program.endsWith(QLatin1String("/tagmoor-cli")) ? cliArgs(args) : args);
     return finishTool(p, timeoutMs);
 }
 

@@ -1,5 +1,6 @@
 // Test entry point: one Qt core application for the whole run, Exiv2 set up before any
 // thread starts, and the locale pinned so that date and region texts are stable.
+#include "foundation/ValueForm.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QCoreApplication>
@@ -18,6 +19,9 @@ int main(int argc, char** argv) {
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     UErrorCode status = U_ZERO_ERROR;
     icu::Locale::setDefault(icu::Locale("en_US"), status);
+    // The suite's older tests check the described form; each test of the standard form sets
+    // it with a ValueFormScope (and gives --form standard to the command line).
+    tagmoor::setValueForm(tagmoor::ValueForm::described);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -75,15 +75,23 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     layout->addSpacing(10);
     layout->addWidget(caption(tr("File Saving Preference")));
     layout->addWidget(m_overwrite);
-    // Tags keep their types, only edited fields are written, dates take their standard form.
+    // The standard form is the default; the described one stays one click away.
     m_standardForm = new QCheckBox(tr("Write tags in their standard form"));
     m_standardForm->setObjectName(QStringLiteral("btnWriteTagsInStandardForm"));
-    m_standardForm->setToolTip(
-        tr("Only the fields you edit are written, each tag keeps its type, empty fields write "
-           "nothing, and dates are written as other programs expect them."));
-    connect(m_standardForm, &QCheckBox::clicked, this,
-            [this](bool on) { m_settings.setWriteTagsInStandardForm(on); });
+    connect(m_standardForm, &QCheckBox::clicked, this, [this](bool on) {
+        const ValueForm form = on ? ValueForm::standard : ValueForm::described;
+        m_settings.setValueForm(form);
+        setValueForm(form);
+    });
     layout->addWidget(m_standardForm);
+    auto* formNote = new QLabel(
+        tr("When unticked, Tagmoor follows its classic rules: every listed tag is rewritten, "
+           "absent numbers become zero, GPS seconds lose their fraction, only the last "
+           "keyword is kept and date shifts wrap instead of carrying."));
+    formNote->setObjectName(QStringLiteral("lblStandardFormNote"));
+    formNote->setWordWrap(true);
+    formNote->setIndent(22);
+    layout->addWidget(formNote);
     layout->addSpacing(10);
     layout->addWidget(caption(tr("Notification")));
     layout->addWidget(m_presetSaving);
@@ -105,7 +113,7 @@ void PreferencesWindow::reload() {
     m_overwrite->setChecked(m_settings.isOverwriteIfAFileWithASameName().value_or(false));
     m_presetSaving->setChecked(m_settings.isPresetSavingSettingInHome().value_or(false));
     m_autoUpdate->setChecked(m_settings.autoCheckForUpdate().value_or(1) == 1);
-    m_standardForm->setChecked(m_settings.writeTagsInStandardForm().value_or(false));
+    m_standardForm->setChecked(valueForm() == ValueForm::standard);
 }
 
 void PreferencesWindow::clickedAutomatically(bool on) {

@@ -36,7 +36,7 @@ const QHash<QString, KeySpec>& keyTable() {
         {Settings::MapTileURLStandard, {Kind::Text, std::nullopt}},
         {Settings::MapTileURLSatellite, {Kind::Text, std::nullopt}},
         {Settings::MapTileURLHybrid, {Kind::Text, std::nullopt}},
-        {Settings::WriteTagsInStandardFormOTM, {Kind::Bool, QVariant(false)}},
+        {Settings::ValueFormOTM, {Kind::Text, QVariant(QStringLiteral("standard"))}},
     };
     return table;
 }
@@ -226,11 +226,12 @@ std::optional<QByteArray> Settings::propertiesData() const {
 void Settings::setPropertiesData(const QByteArray& v) {
     write(kPropertiesDataAP, v);
 }
-std::optional<bool> Settings::writeTagsInStandardForm() const {
-    return readBool(WriteTagsInStandardFormOTM);
+std::optional<ValueForm> Settings::valueForm() const {
+    const std::optional<QString> name = readText(ValueFormOTM);
+    return name ? valueFormFromName(*name) : std::nullopt;
 }
-void Settings::setWriteTagsInStandardForm(bool v) {
-    write(WriteTagsInStandardFormOTM, v);
+void Settings::setValueForm(ValueForm v) {
+    write(ValueFormOTM, valueFormName(v));
 }
 
 std::optional<QVariant> Settings::defaultFor(const QString& key) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/ValueForm.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -46,8 +48,10 @@ public:
     static constexpr const char* MapTileURLHybrid = "MapTileURLHybrid";
     // The saved presets, one byte block.
     static constexpr const char* kPropertiesDataAP = "kPropertiesDataAP";
-    // Runs write tags in their standard form (types kept, only edited fields, standard dates).
-    static constexpr const char* WriteTagsInStandardFormOTM = "WriteTagsInStandardFormOTM";
+    // How values are read, shifted and written: "standard" (the default) or "described"
+    // (see ValueForm). A new key: the old Boolean of the standard form, seeded false by
+    // earlier versions, no longer decides.
+    static constexpr const char* ValueFormOTM = "ValueFormOTM";
 
     // Present once the welcome screen was left; only presence counts.
     std::optional<bool> startup() const;
@@ -77,8 +81,8 @@ public:
     void setMapTileUrl(int mapType, const QString& v);
     std::optional<QByteArray> propertiesData() const;
     void setPropertiesData(const QByteArray& v);
-    std::optional<bool> writeTagsInStandardForm() const;
-    void setWriteTagsInStandardForm(bool v);
+    std::optional<ValueForm> valueForm() const;
+    void setValueForm(ValueForm v);
 
     // The default of a key from the table; nothing for keys without one.
     static std::optional<QVariant> defaultFor(const QString& key);

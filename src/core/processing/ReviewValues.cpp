@@ -16,7 +16,6 @@ RunValues reviewRunValues(const ProcessingOptions& options, const Settings& sett
     values.overwriteExisting =
         options.overwriteExisting || settings.isOverwriteIfAFileWithASameName().value_or(false);
     values.renameSettings = renameSettings;
-    values.writeOptions.standardForm = settings.writeTagsInStandardForm().value_or(false);
     values.isDestinationPathAsSource = true;
     values.editedProperties = form.readForm();
     values.fieldEditedFlags = editorState.fieldEditedFlags;

@@ -140,8 +140,6 @@ void StartProcessChain::clickedStartProcess() {
         options.overwriteExisting ||
         m_objects.settings.isOverwriteIfAFileWithASameName().value_or(false);
     m_values.renameSettings = m_objects.renameSettings;
-    m_values.writeOptions.standardForm =
-        m_objects.settings.writeTagsInStandardForm().value_or(false);
 
     Alert confirmation;
     switch (options.row()) {

@@ -17,6 +17,8 @@ ApplicationShell::ApplicationShell(Options options, QObject* parent)
       m_openWith(m_workingSet, m_settings, m_launchState, m_events),
       m_updater(m_settings, options.version), m_channel(options.channelName),
       m_presets(std::make_unique<PresetStore>(m_settings)) {
+    // The form decides how the first photo is read already.
+    setValueForm(m_settings.valueForm().value_or(ValueForm::standard));
     m_presets->load();
 }
 

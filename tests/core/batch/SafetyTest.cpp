@@ -36,7 +36,7 @@ ToolResult apply(const QStringList& args, std::optional<uid_t> asUser = std::nul
                 ::_exit(99);
         });
     }
-    p.start(QStringLiteral(TAGMOOR_CLI), QStringList{"apply"} + args);
+    p.start(QStringLiteral(TAGMOOR_CLI), cliArgs(QStringList{"apply"} + args));
     return finishTool(p);
 }
 

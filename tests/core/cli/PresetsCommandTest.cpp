@@ -26,7 +26,7 @@ protected:
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("XDG_CONFIG_HOME", config());
         p.setProcessEnvironment(env);
-        p.start(QStringLiteral(TAGMOOR_CLI), args);
+        p.start(QStringLiteral(TAGMOOR_CLI), cliArgs(args));
         return finishTool(p);
     }
     QTemporaryDir tmp;

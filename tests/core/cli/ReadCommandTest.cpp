@@ -99,7 +99,7 @@ TEST(ReadCommand, DatesCarryTheOffsetOfTheLocalZone) {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("TZ"), zone);
         p.setProcessEnvironment(env);
-        p.start(QStringLiteral(TAGMOOR_CLI), {QStringLiteral("read"), photo});
+        p.start(QStringLiteral(TAGMOOR_CLI), cliArgs({QStringLiteral("read"), photo}));
         const ToolResult r = finishTool(p);
         EXPECT_EQ(r.exitCode, 0) << zone.toStdString();
         const QJsonObject record = objectsOf(r.out).value(0);
@@ -139,8 +139,9 @@ TEST(ReadCommand, ThreadsGiveTheSameOutputAsOneThread) {
     const auto read = [&](const QStringList& options) {
         QProcess p;
         p.setWorkingDirectory(root.absolutePath());
-        p.start(QStringLiteral(TAGMOOR_CLI), QStringList{QStringLiteral("read")} + options +
-                                                 QStringList{QStringLiteral("--")} + paths);
+        p.start(QStringLiteral(TAGMOOR_CLI),
+                cliArgs(QStringList{QStringLiteral("read")} + options +
+                        QStringList{QStringLiteral("--")} + paths));
         return finishTool(p, 120000);
     };
     const ToolResult one = read({});
