@@ -264,11 +264,11 @@ void PresetsPanelTest::aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine() {
     QCOMPARE(t.prompt.alerts.value(0).title,
              QStringLiteral("Are you sure to edit metadata of all the selected images?"));
 
-    // The command line, with the same store.
+    // The command line, with the same store and the same (default) form.
     const QString cliOut = t.home.filePath(QStringLiteral("Cli"));
     QProcess cli;
     cli.start(QStringLiteral(TAGMOOR_CLI),
-              {QStringLiteral("--form"), QStringLiteral("described"), QStringLiteral("apply"), QStringLiteral("--preset"), QStringLiteral("Trip"),
+              {QStringLiteral("apply"), QStringLiteral("--preset"), QStringLiteral("Trip"),
                QStringLiteral("--out"), cliOut, pictures});
     QVERIFY(cli.waitForFinished(60000));
     QVERIFY2(cli.exitCode() == 0, cli.readAllStandardError().constData());

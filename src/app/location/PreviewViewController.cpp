@@ -270,8 +270,8 @@ void PreviewViewController::updateValues() {
         m_dimensions->setText(dimensionsText(*width, *height));
 
     const auto& gps = m_record->gpsProperties;
-    const auto lat = gps ? gps->latitude.float32() : std::nullopt;
-    const auto lon = gps ? gps->longitude.float32() : std::nullopt;
+    const auto lat = gps ? gps->latitude.real() : std::nullopt;
+    const auto lon = gps ? gps->longitude.real() : std::nullopt;
     if (lat && lon) {
         m_latitude = *lat;
         m_longitude = *lon;

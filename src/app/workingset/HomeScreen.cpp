@@ -688,11 +688,10 @@ void HomeScreen::showTutorialOnce() {
 }
 
 void HomeScreen::showLocation(const CGImageProperties& record) {
-    const auto lat = record.gpsProperties ? record.gpsProperties->latitude.float32() : std::nullopt;
-    const auto lon =
-        record.gpsProperties ? record.gpsProperties->longitude.float32() : std::nullopt;
+    const auto lat = record.gpsProperties ? record.gpsProperties->latitude.real() : std::nullopt;
+    const auto lon = record.gpsProperties ? record.gpsProperties->longitude.real() : std::nullopt;
     if (lat && lon) {
-        SharedLocation::instance() = {double(*lat), double(*lon)};
+        SharedLocation::instance() = {*lat, *lon};
         m_locationView->showPosition(*lat, *lon, LocationView::Naming::PlaceAndRegion);
     } else {
         m_locationView->showText(tr("No location"));

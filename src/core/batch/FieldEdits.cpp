@@ -53,6 +53,19 @@ template <typename Int> std::optional<Int> integerOf(const PropertyValue& v) {
     return Int(cut);
 }
 
+// A number field that holds zero: the form's value of an empty number field.
+bool isEmptiedNumber(const FormField& field, const PropertyValue& value) {
+    if (field.kind != FormKind::Integer && field.kind != FormKind::Decimal)
+        return false;
+    const auto d = numberOf(value);
+    return d && *d == 0.0;
+}
+
+bool isGpsRow(const KeyRow& row) {
+    return row.block == KeyBlock::Exif && row.row >= exifrow::GPSLatitude &&
+           row.row <= exifrow::GPSAltitudeRef;
+}
+
 } // namespace
 
 void FieldEdits::erase(const KeyRow& row) {
@@ -112,7 +125,19 @@ FieldEdits plainFieldEdits(const RunValues& values) {
         const KeyRow& row = field->keyRow();
         const bool flagged = values.fieldEditedFlags.test(field->position);
         const std::optional<PropertyValue> value = valueOfRowType(row, *row.field(form));
-        if (clearUnedited) {
+        if (values.writeOptions.standardForm) {
+            // Only edited fields are touched. A number the user emptied (the form keeps it as
+            // zero, and shows a zero as no value) removes the tag rather than writing a zero;
+            // a position or an altitude of zero is a place on the map.
+            if (!flagged) {
+                if (clearUnedited)
+                    edits.erase(row);
+            } else if (!value || (isEmptiedNumber(*field, *value) && !isGpsRow(row))) {
+                edits.erase(row);
+            } else {
+                edits.values.at(row) = *value;
+            }
+        } else if (clearUnedited) {
             if (!flagged)
                 edits.erase(row);
             else if (value)

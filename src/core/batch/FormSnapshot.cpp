@@ -1,5 +1,7 @@
 #include "batch/FormSnapshot.h"
 
+#include "foundation/ValueForm.h"
+
 #include <cmath>
 
 namespace tagmoor {
@@ -52,7 +54,11 @@ std::optional<QString> FormSnapshot::setText(CGImageProperties& record, const Fo
         const double d = t.toDouble(&ok);
         if (!ok || !std::isfinite(d))
             return QStringLiteral("%1 takes a decimal number, not '%2'").arg(field.name(), text);
-        value = PropertyValue(float(d));
+        // A coordinate keeps its double in the standard form: a float is off by up to a metre.
+        if (row.read == ReadKind::Float64 && isStandardForm())
+            value = PropertyValue(d);
+        else
+            value = PropertyValue(float(d));
         return std::nullopt;
     }
     bool ok = false;

@@ -2,6 +2,7 @@
 
 #include "dates/DateTexts.h"
 #include "editor/FormPopups.h"
+#include "model/Keywords.h"
 
 #include <cmath>
 
@@ -67,6 +68,9 @@ QString text(const CGImageProperties& record, const FormField& field) {
         return {};
     switch (field.kind) {
     case FormKind::Text:
+        // A list (a photo's keywords) shows as "a, b, c".
+        if (const auto list = value.list())
+            return joinKeywords(QVariant(*list).toStringList());
         return value.text().value_or(QString());
     case FormKind::Integer:
     case FormKind::Decimal:

@@ -200,10 +200,8 @@ void MetadataForm::showSelection(int index, CGImageProperties record,
     m_selectedLatitude.reset();
     m_selectedLongitude.reset();
     if (shown.gpsProperties) {
-        if (auto lat = shown.gpsProperties->latitude.float32())
-            m_selectedLatitude = double(*lat);
-        if (auto lon = shown.gpsProperties->longitude.float32())
-            m_selectedLongitude = double(*lon);
+        m_selectedLatitude = shown.gpsProperties->latitude.real();
+        m_selectedLongitude = shown.gpsProperties->longitude.real();
     }
 
     if (m_isHome) {

@@ -1,5 +1,6 @@
 #include "metadata/MetadataBlockReader.h"
 
+#include "foundation/ValueForm.h"
 #include "metadata/Exiv2Guard.h"
 #include "metadata/ImageKind.h"
 #include "metadata/JpegHead.h"
@@ -34,10 +35,10 @@ std::optional<std::string> nativePath(const QString& path) {
     return native.toStdString();
 }
 
-// Three rationals (degrees, minutes, seconds) to decimal degrees. Kept as the files of
-// this program have always been read: a minutes value of exactly -1 adds nothing, and the
-// seconds' denominator is not applied, since our own writer always stores seconds over 1.
-double gpsDegrees(const Exiv2::Metadatum& datum) {
+// Three rationals (degrees, minutes, seconds) to decimal degrees, by the classic rule: a
+// minutes value of exactly -1 adds nothing, and the seconds' denominator is not applied,
+// since that writer always stored seconds over 1.
+double describedGpsDegrees(const Exiv2::Metadatum& datum) {
     if (datum.count() != 3)
         return 0.0;
     const Exiv2::Rational d = datum.toRational(0);
@@ -54,6 +55,27 @@ double gpsDegrees(const Exiv2::Metadatum& datum) {
     if (s.first == 0 || s.first == -1 || s.second == 0)
         return result;
     return result + double(s.first) / 3600.0;
+}
+
+// The same as the coordinate stands in the file: each of degrees, minutes and seconds over its
+// own denominator (cameras store seconds as 78/5 or 2534/100). A position without a degrees
+// value, or with one over zero, is no position; a part over zero that follows counts nothing
+// (0/0 is how some writers leave an unknown part).
+std::optional<double> gpsDegrees(const Exiv2::Metadatum& datum) {
+    const long count = datum.count();
+    if (count < 1)
+        return std::nullopt;
+    const Exiv2::Rational d = datum.toRational(0);
+    if (d.second == 0)
+        return std::nullopt;
+    double result = double(d.first) / double(d.second);
+    const double scale[] = {60.0, 3600.0};
+    for (long i = 1; i < std::min(count, 3L); ++i) {
+        const Exiv2::Rational part = datum.toRational(i);
+        if (part.second != 0)
+            result += double(part.first) / double(part.second) / scale[i - 1];
+    }
+    return std::isfinite(result) ? std::optional<double>(result) : std::nullopt;
 }
 
 bool isGpsCoordinate(std::string_view key) {
@@ -78,34 +100,77 @@ QString textOf(const Exiv2::Value& value) {
 }
 
 // What one datum reads as: a text, a number, or nothing for the types that are skipped.
-// Numbers keep only their first component and become 32-bit floats (GPS latitude and
-// longitude: double degrees); whole-number types go through toLong, so a TIFF float of 2.5
-// reads as 2 and a byte of 200 as -56.
+// Numbers keep only their first component. In the described form they become 32-bit floats
+// (GPS latitude and longitude: double degrees) and whole-number types go through toLong, so a
+// TIFF float of 2.5 reads as 2 and a byte of 200 as -56. In the standard form each number
+// is what the file holds: a byte of 200 is 200, a TIFF float of 2.5 is 2.5.
 struct DatumValue {
-    enum class Kind { Skipped, Text, Float, Double } kind = Kind::Skipped;
+    enum class Kind { Skipped, Text, Float, Double, Whole } kind = Kind::Skipped;
     QString text;
-    double number = 0; // a Float holds a float's value exactly
+    double number = 0; // a Float holds a float's value exactly, a Whole an integer's
 };
 
-DatumValue readDatum(const Exiv2::Metadatum& datum, std::string_view key, bool gpsRule) {
+DatumValue readStandardNumber(const Exiv2::Metadatum& datum, std::string_view key, bool gpsRule) {
     using Kind = DatumValue::Kind;
     const Exiv2::Value& value = datum.value();
     switch (datum.typeId()) {
     case Exiv2::unsignedByte:
     case Exiv2::signedByte:
+    case Exiv2::unsignedShort:
+    case Exiv2::unsignedLong:
+    case Exiv2::signedShort:
+    case Exiv2::signedLong:
+        return {Kind::Whole, {}, double(value.toLong(0))};
+    case Exiv2::tiffFloat:
+        return {Kind::Float, {}, double(value.toFloat(0))};
+    case Exiv2::tiffDouble:
+        if (const auto* d = dynamic_cast<const Exiv2::DoubleValue*>(&value);
+            d && !d->value_.empty())
+            return {Kind::Double, {}, d->value_.front()};
+        return {Kind::Float, {}, double(value.toFloat(0))};
+    case Exiv2::unsignedRational:
+    case Exiv2::signedRational:
+        if (gpsRule && isGpsCoordinate(key)) {
+            if (const std::optional<double> degrees = gpsDegrees(datum))
+                return {Kind::Double, {}, *degrees};
+            return {};
+        }
+        if (value.toRational(0).second == 0)
+            return {};
+        return {Kind::Float, {}, double(value.toFloat(0))};
+    default:
+        return {};
+    }
+}
+
+DatumValue readDatum(const Exiv2::Metadatum& datum, std::string_view key, bool gpsRule) {
+    using Kind = DatumValue::Kind;
+    const Exiv2::Value& value = datum.value();
+    const bool standard = isStandardForm();
+    switch (datum.typeId()) {
+    case Exiv2::unsignedByte:
+    case Exiv2::signedByte:
+        if (standard)
+            return readStandardNumber(datum, key, gpsRule);
         return {Kind::Float, {}, float(static_cast<std::int8_t>(value.toLong(0)))};
     case Exiv2::unsignedShort:
     case Exiv2::unsignedLong:
     case Exiv2::signedShort:
     case Exiv2::signedLong:
     case Exiv2::tiffFloat:
+        if (standard)
+            return readStandardNumber(datum, key, gpsRule);
         return {Kind::Float, {}, float(value.toLong(0))};
     case Exiv2::tiffDouble:
+        if (standard)
+            return readStandardNumber(datum, key, gpsRule);
         return {Kind::Float, {}, float(double(value.toLong(0)))};
     case Exiv2::unsignedRational:
     case Exiv2::signedRational:
+        if (standard)
+            return readStandardNumber(datum, key, gpsRule);
         if (gpsRule && isGpsCoordinate(key))
-            return {Kind::Double, {}, gpsDegrees(datum)};
+            return {Kind::Double, {}, describedGpsDegrees(datum)};
         return {Kind::Float, {}, value.toFloat(0)};
     case Exiv2::asciiString:
     case Exiv2::string:
@@ -129,6 +194,8 @@ QVariant valueOf(const Exiv2::Metadatum& datum, std::string_view key, bool gpsRu
         return QVariant::fromValue(float(v.number));
     case DatumValue::Kind::Double:
         return QVariant::fromValue(v.number);
+    case DatumValue::Kind::Whole:
+        return QVariant::fromValue(qint64(v.number));
     case DatumValue::Kind::Skipped:
         break;
     }
@@ -147,7 +214,7 @@ PropertyValue castTo(ReadKind kind, DatumValue&& v) {
             return PropertyValue(v.text);
         return {};
     }
-    if (v.kind != DatumValue::Kind::Float && v.kind != DatumValue::Kind::Double)
+    if (v.kind == DatumValue::Kind::Skipped || v.kind == DatumValue::Kind::Text)
         return {};
     const double d = v.number;
     switch (kind) {
@@ -166,6 +233,9 @@ PropertyValue castTo(ReadKind kind, DatumValue&& v) {
         return {};
     case ReadKind::Float32:
         if (std::isnan(d) || double(float(d)) == d)
+            return float(d);
+        // A double the file holds (a TIFF double) shows as the nearest float.
+        if (v.kind == DatumValue::Kind::Double && isStandardForm() && std::isfinite(d))
             return float(d);
         return {};
     case ReadKind::Float64:
@@ -396,6 +466,36 @@ void MetadataBlockReader::readKeyListRows(const Exiv2::Image& image, MetadataFie
     readRows(image.exifData(), set);
     readRows(image.iptcData(), set);
     readRows(image.xmpData(), set);
+    // A photo's keywords are a list: every IPTC dataset and every item of the XMP subject,
+    // where the described rule keeps the last dataset alone.
+    if (isStandardForm()) {
+        const QStringList keywords = keywordList(image);
+        PropertyValue& row = set.iptc[iptcrow::Keywords];
+        if (keywords.isEmpty())
+            row.clear();
+        else
+            row = PropertyValue(QVariant(keywords).toList());
+    }
+}
+
+QStringList MetadataBlockReader::keywordList(const Exiv2::Image& image) {
+    QStringList keywords;
+    const auto take = [&](const QString& keyword) {
+        if (!keyword.isEmpty() && !keywords.contains(keyword))
+            keywords << keyword;
+    };
+    const Exiv2::IptcKey iptcKey("Iptc.Application2.Keywords");
+    for (const Exiv2::Iptcdatum& datum : image.iptcData()) {
+        if (datum.record() == iptcKey.record() && datum.tag() == iptcKey.tag() && datum.size() > 0)
+            take(textOf(datum.value()));
+    }
+    for (const Exiv2::Xmpdatum& datum : image.xmpData()) {
+        if (datum.key() != "Xmp.dc.subject")
+            continue;
+        for (long i = 0; i < datum.count(); ++i)
+            take(QString::fromStdString(datum.toString(i)));
+    }
+    return keywords;
 }
 
 MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, const Sink& sink) {

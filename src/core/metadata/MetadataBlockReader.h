@@ -6,6 +6,7 @@
 
 #include <QSize>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVariantMap>
 
@@ -56,6 +57,10 @@ public:
                                    const Options& options);
     // The same rows of an image that is open and read already. Throws what Exiv2 throws.
     static void readKeyListRows(const Exiv2::Image& image, MetadataFieldSet& set);
+
+    // The photo's keywords: the IPTC Keywords datasets, then the items of the XMP subject
+    // (dc:subject) that are not among them yet, in file order; empty ones left out.
+    static QStringList keywordList(const Exiv2::Image& image);
 
     // Exiv2's own data of each block as JSON-shaped text under "exif", "iptc" and "xmp";
     // what stands when Exiv2 fails midway.

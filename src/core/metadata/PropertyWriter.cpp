@@ -1,5 +1,6 @@
 #include "metadata/PropertyWriter.h"
 
+#include "metadata/PictureTags.h"
 #include "model/KeyTable.h"
 
 #include <exiv2/exiv2.hpp>
@@ -84,6 +85,14 @@ void applyExif(Exiv2::Image& image, const QVariantMap& exif, const QStringList& 
         }
     }
     eraseListed<Exiv2::ExifKey>(exifData, eraseKeys);
+    // A TIFF-built photo with an orientation outside 1-8 no longer opens in libtiff's readers:
+    // the zero that stands for a missing value is erased there instead.
+    if (isTiffContainer(image)) {
+        const auto orientation = exifData.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
+        if (orientation != exifData.end() &&
+            (orientation->count() == 0 || orientation->toLong(0) < 1 || orientation->toLong(0) > 8))
+            exifData.erase(orientation);
+    }
     image.setExifData(exifData);
 }
 

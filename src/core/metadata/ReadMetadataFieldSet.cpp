@@ -1,5 +1,6 @@
 // The first half of loading: the key-list rows as the bridge casts them to the key table's
 // kinds, with the coordinates signed by their references.
+#include "foundation/ValueForm.h"
 #include "metadata/FieldSetReading.h"
 #include "metadata/PropertyLoading.h"
 
@@ -9,9 +10,12 @@ namespace tagmoor {
 
 namespace {
 
-// Signs a coordinate by its reference ("N" or "E" positive, anything else negative), or
-// drops both halves when one is missing.
-void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QString& positive) {
+// Signs a coordinate by its reference, or drops both halves when one is missing. The
+// described rule: "N" or "E" positive, anything else the negated value, narrowed to a float.
+// The standard form keeps the double, and a reference that names no hemisphere leaves the
+// sign the value has.
+void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QString& positive,
+                    const QString& negative) {
     const std::optional<double> degrees = set.exif[valueRow].float64();
     const std::optional<QString> ref = set.exif[refRow].text();
     if (!degrees || !ref) {
@@ -19,13 +23,23 @@ void signCoordinate(MetadataFieldSet& set, int valueRow, int refRow, const QStri
         set.exif[refRow].clear();
         return;
     }
-    const double signedDegrees = *ref == positive ? std::fabs(*degrees) : 0.0 - *degrees;
-    set.exif[valueRow] = float(signedDegrees);
+    if (!isStandardForm()) {
+        const double signedDegrees = *ref == positive ? std::fabs(*degrees) : 0.0 - *degrees;
+        set.exif[valueRow] = float(signedDegrees);
+        return;
+    }
+    const QString hemisphere = ref->trimmed().toUpper();
+    if (hemisphere.startsWith(positive))
+        set.exif[valueRow] = std::fabs(*degrees);
+    else if (hemisphere.startsWith(negative))
+        set.exif[valueRow] = -std::fabs(*degrees);
 }
 
 void signCoordinates(MetadataFieldSet& set) {
-    signCoordinate(set, exifrow::GPSLatitude, exifrow::GPSLatitudeRef, QStringLiteral("N"));
-    signCoordinate(set, exifrow::GPSLongitude, exifrow::GPSLongitudeRef, QStringLiteral("E"));
+    signCoordinate(set, exifrow::GPSLatitude, exifrow::GPSLatitudeRef, QStringLiteral("N"),
+                   QStringLiteral("S"));
+    signCoordinate(set, exifrow::GPSLongitude, exifrow::GPSLongitudeRef, QStringLiteral("E"),
+                   QStringLiteral("W"));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "metadata/PropertyWriter.h"
 #include "model/KeyTable.h"
+#include "model/Keywords.h"
 
 #include <QRegularExpression>
 
@@ -41,6 +42,34 @@ template <typename Key, typename Data> void eraseListed(Data& data, const QStrin
     }
 }
 
+// Decimal degrees as the three rationals of a GPS coordinate, the seconds to a ten-thousandth
+// (about 3 mm), and the hemisphere from the sign: "S" or "W" below zero.
+void writeStandardGps(Exiv2::ExifData& exifData, const std::string& key, const std::string& refKey,
+                      double value, bool latitude) {
+    const qint64 units = qint64(std::llround(std::fabs(value) * 3600.0 * 10000.0));
+    const qint64 degrees = units / (3600 * 10000);
+    const qint64 minutes = units / (60 * 10000) % 60;
+    const qint64 tenThousandths = units % (60 * 10000);
+    std::string text = std::to_string(degrees) + "/1 " + std::to_string(minutes) + "/1 ";
+    if (tenThousandths % 10000 == 0)
+        text += std::to_string(tenThousandths / 10000) + "/1";
+    else
+        text += std::to_string(tenThousandths) + "/10000";
+    const auto existing = exifData.findKey(Exiv2::ExifKey(key));
+    if (existing != exifData.end())
+        exifData.erase(existing);
+    exifData[key] = text;
+    const bool negative = value < 0 && units != 0;
+    exifData[refKey] = std::string(latitude ? (negative ? "S" : "N") : (negative ? "W" : "E"));
+    // Readers expect the version of the GPS block beside a position.
+    if (exifData.findKey(Exiv2::ExifKey("Exif.GPSInfo.GPSVersionID")) == exifData.end())
+        exifData["Exif.GPSInfo.GPSVersionID"].setValue("2 3 0 0");
+}
+
+bool isValidOrientation(qint64 value) {
+    return value >= 1 && value <= 8;
+}
+
 void applyExif(Exiv2::ExifData& exifData, const QVariantMap& exif, const QStringList& keyNames) {
     for (const KeyRow& row : exifKeyRows()) {
         const QString keyText = keyNames.at(row.row);
@@ -58,16 +87,50 @@ void applyExif(Exiv2::ExifData& exifData, const QVariantMap& exif, const QString
                                        : textOf(value));
             break;
         case WriteKind::Integer:
+            // An orientation outside 1-8 makes a photo that viewers refuse: never written.
+            if (row.row == exifrow::Orientation && !isValidOrientation(value.toLongLong()))
+                break;
             exifData[key].setValue(integerText(value));
             break;
         case WriteKind::Rational:
             exifData[key].setValue(rationalText(value.toDouble()));
             break;
-        case WriteKind::Gps:
-            PropertyWriter::writeGpsField(exifData, key, keyNames, row.row == exifrow::GPSLatitude,
-                                          value.toDouble());
+        case WriteKind::Gps: {
+            const bool latitude = row.row == exifrow::GPSLatitude;
+            const int refRow = latitude ? exifrow::GPSLatitudeRef : exifrow::GPSLongitudeRef;
+            writeStandardGps(exifData, key, keyNames.at(refRow).toStdString(), value.toDouble(),
+                             latitude);
             break;
         }
+        }
+    }
+}
+
+// An edited keyword list replaces both lists: one IPTC dataset a keyword, and the same items as
+// the XMP subject bag. An empty list removes both.
+void writeKeywords(Exiv2::Image& image, Exiv2::IptcData& iptcData, const QStringList& keywords) {
+    const Exiv2::IptcKey iptcKey("Iptc.Application2.Keywords");
+    for (auto it = iptcData.begin(); it != iptcData.end();) {
+        if (it->record() == iptcKey.record() && it->tag() == iptcKey.tag())
+            it = iptcData.erase(it);
+        else
+            ++it;
+    }
+    for (const QString& keyword : keywords) {
+        if (const QString refusal = keywordRefusal(keyword); !refusal.isEmpty())
+            throw Exiv2::Error(Exiv2::kerErrorMessage, refusal.toStdString());
+        Exiv2::StringValue value(keyword.toStdString());
+        iptcData.add(iptcKey, &value);
+    }
+    Exiv2::XmpData& xmpData = image.xmpData();
+    const Exiv2::XmpKey xmpKey("Xmp.dc.subject");
+    for (auto it = xmpData.findKey(xmpKey); it != xmpData.end(); it = xmpData.findKey(xmpKey))
+        xmpData.erase(it);
+    if (!keywords.isEmpty()) {
+        Exiv2::XmpArrayValue bag(Exiv2::xmpBag);
+        for (const QString& keyword : keywords)
+            bag.read(keyword.toStdString());
+        xmpData.add(xmpKey, &bag);
     }
 }
 
@@ -134,11 +197,12 @@ void addRequiredJpegTags(Exiv2::ExifData& exifData) {
     addIfAbsent("Exif.Image.YCbCrPositioning", "1");
 }
 
-// Whether the XMP packet that was read may go back as it stands: in a JPEG the packet is
-// where Exiv2 took the XMP from. Other types' writers do not all read back a packet written
-// as it stands, so those take the usual way.
+// Whether the XMP packet that was read may go back as it stands: in a JPEG and a PNG the
+// packet is where Exiv2 took the XMP from. Other types' writers do not all write back a packet
+// given as it stands (a Photoshop file would lose its XMP), so those take the usual way.
 bool packetMayStay(const Exiv2::Image& image) {
-    return image.mimeType() == "image/jpeg" && !image.xmpPacket().empty();
+    return (image.mimeType() == "image/jpeg" || image.mimeType() == "image/png") &&
+           !image.xmpPacket().empty();
 }
 
 } // namespace
@@ -157,16 +221,28 @@ void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
 
     Exiv2::IptcData& iptcData = image.iptcData();
     const QVariantMap iptc = properties.value(QStringLiteral("iptc")).toMap();
+    bool keywordsEdited = false;
     for (const KeyRow& row : iptcKeyRows()) {
         const QVariant value = iptc.value(iptcKeys.at(row.row));
-        if (value.isValid())
+        if (!value.isValid())
+            continue;
+        if (row.row == iptcrow::Keywords) {
+            writeKeywords(image, iptcData, keywordsOfValue(value));
+            keywordsEdited = true;
+        } else {
             iptcData[iptcKeys.at(row.row).toStdString()].setValue(textOf(value));
+        }
+    }
+    // Erasing the keywords erases the whole list, in both blocks.
+    if (iptcErase.contains(iptcKeys.at(iptcrow::Keywords))) {
+        writeKeywords(image, iptcData, {});
+        keywordsEdited = true;
     }
     eraseListed<Exiv2::IptcKey>(iptcData, iptcErase);
     image.setIptcData(iptcData);
 
     const QVariantMap xmp = properties.value(QStringLiteral("xmp")).toMap();
-    if (xmp.isEmpty() && xmpErase.isEmpty() && packetMayStay(image)) {
+    if (xmp.isEmpty() && xmpErase.isEmpty() && !keywordsEdited && packetMayStay(image)) {
         // No XMP field edited: the packet goes back as it was read, byte for byte, rather
         // than as Exiv2 would serialise it anew (with its own namespace URIs and layout).
         image.writeXmpFromPacket(true);

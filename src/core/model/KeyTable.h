@@ -40,6 +40,7 @@ namespace exifrow {
 // Row numbers that code refers to by name.
 constexpr int DateTimeOriginal = 9;
 constexpr int ISOSpeedRatings = 10;
+constexpr int Orientation = 15;
 constexpr int GPSLatitude = 29;
 constexpr int GPSLatitudeRef = 30;
 constexpr int GPSLongitude = 31;
@@ -51,6 +52,10 @@ constexpr int LastSkipped = 51;
 constexpr int DateTimeDigitized = 53;
 constexpr int DateTime = 54;
 } // namespace exifrow
+
+namespace iptcrow {
+constexpr int Keywords = 9;
+} // namespace iptcrow
 
 namespace xmprow {
 constexpr int SerialNumber = 0;

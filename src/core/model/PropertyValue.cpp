@@ -106,6 +106,11 @@ std::optional<float> PropertyValue::float32() const {
 std::optional<double> PropertyValue::float64() const {
     return take<double>(m_value, Kind::Float64);
 }
+std::optional<double> PropertyValue::real() const {
+    if (const auto f = float32())
+        return double(*f);
+    return float64();
+}
 std::optional<quint8> PropertyValue::uint8() const {
     return take<quint8>(m_value, Kind::UInt8);
 }

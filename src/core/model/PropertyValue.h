@@ -95,6 +95,9 @@ public:
     std::optional<qint64> int64() const;
     std::optional<float> float32() const;
     std::optional<double> float64() const;
+    // A float of either width, as a double (a coordinate is a double in the standard form and
+    // a float in the described one).
+    std::optional<double> real() const;
     std::optional<quint8> uint8() const;
     std::optional<quint64> uint64() const;
     std::optional<QDateTime> date() const;

@@ -4,6 +4,8 @@
 #include "editor/EditorState.h"
 #include "editor/MetadataForm.h"
 #include "foundation/Settings.h"
+#include "model/FormFieldTable.h"
+#include "model/Keywords.h"
 #include "processing/FolderAccess.h"
 #include "processing/ProcessingOptions.h"
 #include "rename/RenameNumbering.h"
@@ -124,6 +126,19 @@ void StartProcessChain::end() {
     emit cancelled();
 }
 
+QString StartProcessChain::keywordsRefusal() const {
+    const FormField* keywords = findFormField(QStringLiteral("Iptc.Application2.Keywords"));
+    if (!keywords || !m_objects.editorState.fieldEditedFlags.test(keywords->position))
+        return {};
+    const CGImageProperties form = m_objects.form.readForm();
+    const PropertyValue* value = keywords->keyRow().peek(form);
+    for (const QString& keyword : keywordsOfValue(value ? value->variant() : QVariant())) {
+        if (QString refusal = keywordRefusal(keyword); !refusal.isEmpty())
+            return refusal;
+    }
+    return {};
+}
+
 void StartProcessChain::clickedStartProcess() {
     if (m_running)
         return;
@@ -131,6 +146,13 @@ void StartProcessChain::clickedStartProcess() {
     if (options.isRemoveGroups() && !options.clean().any()) {
         m_objects.prompt.ask(noOptionsAlert());
         return;
+    }
+    // A keyword that IPTC has no room for is refused before anything is written.
+    if (!options.isRemoveGroups()) {
+        if (const QString refusal = keywordsRefusal(); !refusal.isEmpty()) {
+            m_objects.prompt.ask(Alert::ok(tr("Keyword too long"), refusal));
+            return;
+        }
     }
     m_running = true;
     m_values = RunValues{};

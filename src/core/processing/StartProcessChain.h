@@ -80,6 +80,8 @@ signals:
     void cancelled();
 
 private:
+    // Why the edited keywords cannot be written (one is too long for IPTC), or nothing.
+    QString keywordsRefusal() const;
     void later(int ms, void (StartProcessChain::*step)());
     void end();
     void chooseSaveOption();

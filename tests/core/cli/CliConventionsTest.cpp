@@ -118,8 +118,9 @@ TEST(CliConventions, ProgressOnlyOnATerminalAndNotWhenQuiet) {
         GTEST_SKIP() << "script(1) is not installed";
     QTemporaryDir tmp;
     const QString photo = copySample(formatsDir() + "/Reagan.jpg", tmp.path());
-    const QString base = QStringLiteral("%1 --form described apply --set Artist=x --overwrite --out %2/out %3")
-                             .arg(QStringLiteral(TAGMOOR_CLI), tmp.path(), photo);
+    const QString base =
+        QStringLiteral("%1 --form described apply --set Artist=x --overwrite --out %2/out %3")
+            .arg(QStringLiteral(TAGMOOR_CLI), tmp.path(), photo);
     const auto onTerminal = [](const QString& command) {
         return runTool(QStringLiteral("script"), {"-qec", command, "/dev/null"});
     };

@@ -139,9 +139,8 @@ TEST(ReadCommand, ThreadsGiveTheSameOutputAsOneThread) {
     const auto read = [&](const QStringList& options) {
         QProcess p;
         p.setWorkingDirectory(root.absolutePath());
-        p.start(QStringLiteral(TAGMOOR_CLI),
-                cliArgs(QStringList{QStringLiteral("read")} + options +
-                        QStringList{QStringLiteral("--")} + paths));
+        p.start(QStringLiteral(TAGMOOR_CLI), cliArgs(QStringList{QStringLiteral("read")} + options +
+                                                     QStringList{QStringLiteral("--")} + paths));
         return finishTool(p, 120000);
     };
     const ToolResult one = read({});

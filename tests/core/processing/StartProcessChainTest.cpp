@@ -192,5 +192,23 @@ TEST(StartProcessChain, NothingMarkedIsToldBeforeThePanel) {
     EXPECT_TRUE(f.prompt.panels.isEmpty());
 }
 
+// A keyword longer than IPTC holds stops the chain at its first step with the reason; within
+// the limit the chain goes on to its confirmation.
+TEST(StartProcessChain, AKeywordTooLongIsRefusedBeforeAnyQuestion) {
+    ChainFixture f;
+    const int keywords = findFormField("Keywords")->position;
+    f.form.editText(keywords, "harbour, " + QString(30, QChar(0x00e9))); // 60 bytes: fits
+    f.prompt.answerNext("NO");
+    EXPECT_FALSE(f.run());
+    EXPECT_EQ(f.titles(), QStringList{"Are you sure to edit metadata of all the selected images?"});
+
+    f.prompt.alerts.clear();
+    f.form.editText(keywords, "harbour, " + QString(33, QChar(0x00e9))); // 66 bytes
+    EXPECT_FALSE(f.run());
+    ASSERT_EQ(f.titles(), QStringList{"Keyword too long"});
+    EXPECT_TRUE(f.prompt.alerts.first().text.contains("66 bytes"));
+    EXPECT_FALSE(f.chain.isRunning());
+}
+
 } // namespace
 } // namespace tagmoor
