@@ -1,0 +1,273 @@
+// Edits stay where the user put them: through the Mode popup, across a new list and Reset All,
+// and when a reference is confirmed unchanged. Each in both value forms.
+#include "WindowRunSupport.h"
+#include "batch/ProcessingControls.h"
+#include "dates/DateField.h"
+#include "editor/EditorState.h"
+#include "editor/FieldControl.h"
+#include "editor/MetadataForm.h"
+#include "editor/MetadataViewController.h"
+#include "geo/SharedLocation.h"
+#include "location/GeoLocationViewController.h"
+#include "location/LocationView.h"
+#include "location/MapView.h"
+#include "presets/PresetStore.h"
+#include "presets/PresetsViewController.h"
+#include "processing/ProcessingOptions.h"
+#include "rename/Rename.h"
+#include "shell/RootView.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+
+using namespace tagmoor;
+using namespace tagmoor::test;
+
+namespace {
+
+constexpr int kArtist = 0;
+constexpr int kCopyright = 2;
+constexpr int kLatitude = 31;
+constexpr int kLatitudeRef = 32;
+constexpr int kLongitude = 33;
+constexpr int kLongitudeRef = 34;
+
+const ValueForm kForms[] = {ValueForm::standard, ValueForm::described};
+
+QLineEdit* lineOf(HomeScreen* home, int position) {
+    return qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
+}
+
+QComboBox* popupOf(HomeScreen* home, int position) {
+    return qobject_cast<QComboBox*>(home->metadataView()->control(position)->input());
+}
+
+// The picker opened from the home screen, the position typed, Done.
+void pickLocation(HomeScreen* home, double latitude, double longitude) {
+    home->clickShowEditorGPS();
+    GeoLocationViewController* picker = home->locationPicker();
+    QVERIFY(picker && picker->isVisible());
+    for (auto [field, value] : {std::pair{picker->txtFieldLatitude(), latitude},
+                                std::pair{picker->txtFieldLongitude(), longitude}}) {
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Backspace);
+        QTest::keyClicks(field, QString::number(value));
+    }
+    picker->btnCancel()->click();
+    QVERIFY(!picker->isVisible());
+}
+
+} // namespace
+
+class EditsStayTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() {
+        // The output folder has to be within the user's home folder.
+        m_home = std::make_unique<QTemporaryDir>();
+        qputenv("HOME", QFile::encodeName(m_home->path()));
+    }
+    void modePopupKeepsTypedMapAndPresetValues();
+    void newListStartsClean();
+    void resetAllChoosesTheFirstRowAndClearsTheBoxes();
+    void confirmingAnUnchangedReferenceMarksNothing();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_home;
+};
+
+void EditsStayTest::modePopupKeepsTypedMapAndPresetValues() {
+    for (const ValueForm form : kForms) {
+        TestApp t(true, form);
+        const QString pictures = m_home->filePath(QStringLiteral("Pictures-%1").arg(int(form)));
+        HomeScreen* home = dropPhotos(
+            t, {copySample(pictures, QStringLiteral("et-GPS.jpg"), QStringLiteral("a.jpg"))}, 1);
+
+        // A preset gives the Copyright; then the Artist is typed and Lisbon chosen on the map.
+        PresetStore& presets = t.app->presets();
+        const qsizetype studio = presets.addPreset(QStringLiteral("Studio"));
+        CGImageProperties values = makeEmptyRecord(std::nullopt);
+        values.tiffProperties->copyRight = QStringLiteral("Studio Nine");
+        presets.replaceValues(studio, values, OriginalFinalDate{});
+        home->presetsMenu()->chooseRow(1);
+        QTest::keyClicks(lineOf(home, kArtist), QStringLiteral("Jane Doe"));
+        pickLocation(home, 38.717, -9.133);
+
+        MetadataForm& editor = home->metadataForm();
+        const auto expectKept = [&](int row) {
+            QCOMPARE(home->processingControls().popup()->currentIndex(), row);
+            QCOMPARE(editor.text(kArtist), QStringLiteral("Jane Doe"));
+            QCOMPARE(lineOf(home, kArtist)->text(), QStringLiteral("Jane Doe"));
+            QCOMPARE(editor.text(kCopyright), QStringLiteral("Studio Nine"));
+            QCOMPARE(editor.text(kLatitude), QStringLiteral("38.717"));
+            QCOMPARE(editor.text(kLongitude), QStringLiteral("9.133"));
+            QCOMPARE(editor.popupRow(kLatitudeRef), 1);  // North
+            QCOMPARE(editor.popupRow(kLongitudeRef), 2); // West
+            QCOMPARE(popupOf(home, kLongitudeRef)->currentIndex(), 2);
+            for (int position : {kArtist, kCopyright, kLatitude, kLongitude})
+                QVERIFY2(editor.isEdited(position), qPrintable(QString::number(position)));
+        };
+        expectKept(0);
+        // The same row again, the other editing row, and a round through the cleaning row.
+        for (int row : {0, 1, 1, 0, 2, 2, 1, 0}) {
+            home->processingControls().clickedChooseEditingOptions(row);
+            if (row != 2)
+                expectKept(row);
+            if (QTest::currentTestFailed())
+                return;
+        }
+
+        // The run writes what the user put there.
+        const QString out = m_home->filePath(QStringLiteral("Out-%1").arg(int(form)));
+        runInto(t, home, out);
+        const QString written = out + QStringLiteral("/a.jpg");
+        QCOMPARE(exiv2Value(written, "Exif.Image.Artist"), QStringLiteral("Jane Doe"));
+        QCOMPARE(exiv2Value(written, "Exif.Image.Copyright"), QStringLiteral("Studio Nine"));
+        const auto latitude = fileCoordinate(written, true);
+        const auto longitude = fileCoordinate(written, false);
+        QVERIFY(latitude && longitude);
+        QVERIFY2(std::fabs(*latitude - 38.717) < 3e-4, qPrintable(QString::number(*latitude)));
+        QVERIFY2(std::fabs(*longitude + 9.133) < 3e-4, qPrintable(QString::number(*longitude)));
+    }
+}
+
+void EditsStayTest::newListStartsClean() {
+    for (const ValueForm form : kForms) {
+        TestApp t(true, form);
+        const QString pictures = m_home->filePath(QStringLiteral("New-%1").arg(int(form)));
+        const QStringList photos = {
+            copySample(pictures, QStringLiteral("Reagan.jpg"), QStringLiteral("a.jpg")),
+            copySample(pictures, QStringLiteral("et-IPTC.jpg"), QStringLiteral("b.jpg"))};
+        EditorState& state = t.app->editorState();
+        MetadataForm* editor = nullptr;
+        HomeScreen* home = nullptr;
+        const auto editEverything = [&] {
+            home = dropPhotos(t, photos, 2);
+            editor = &home->metadataForm();
+            editor->editText(kArtist, QStringLiteral("Old Artist"));
+            DateTimeConfiguration shift;
+            shift.isKeepOriginal = false;
+            shift.isIDOT = true;
+            shift.idot.changeHours = 1;
+            editor->commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
+            t.app->renameSettings().isAddText = true;
+            t.app->renameSettings().addTextValueAT = QStringLiteral("Old-");
+            pickLocation(home, -33.9628, 18.4098);
+            home->processingControls().clickedChooseEditingOptions(1);
+            QVERIFY(editor->hasEdits());
+        };
+        const auto expectClean = [&](const char* after) {
+            home = dropPhotos(t, photos, 2);
+            QVERIFY2(!state.fieldEditedFlags.hasEdits(), after);
+            QVERIFY2(editor->text(kArtist).isEmpty(), after);
+            for (DateField field : allDateFields)
+                QVERIFY2(!state.editorDates().rules().alive(field), after);
+            QVERIFY2(t.app->renameSettings() == Rename{}, after);
+            QVERIFY2(t.app->processingOptions().row() == 0, after);
+            QVERIFY2(home->processingControls().popup()->currentIndex() == 0, after);
+            // Neither the picker nor the location view starts from the last list's pin.
+            QVERIFY2(!editor->selectedLatitude(), after);
+            QVERIFY2(SharedLocation::instance().latitude == 0, after);
+            QVERIFY2(home->locationView()->mapView()->annotation()->latitude == 0, after);
+            // And a run of the new list finds nothing to write.
+            t.prompt.alerts.clear();
+            t.prompt.answerNext(QStringLiteral("NO"));
+            QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+            QVERIFY2(!t.prompt.alerts.isEmpty() &&
+                         t.prompt.alerts.first().title ==
+                             QStringLiteral("No Changes in Metadata found"),
+                     after);
+        };
+
+        editEverything();
+        t.prompt.answerNext(QStringLiteral("YES"));
+        QVERIFY(t.app->scans().removeAll());
+        QTRY_COMPARE(t.window().rootView()->selectedIndex(), 0);
+        expectClean("Remove All");
+        if (QTest::currentTestFailed())
+            return;
+
+        editEverything();
+        home->clickedSelectUnselectAll(true);
+        home->clickedRemove();
+        QCOMPARE(t.set().count(), 0);
+        expectClean("removing the last photos");
+        if (QTest::currentTestFailed())
+            return;
+
+        editEverything();
+        home->processingControls().clickedChooseEditingOptions(0);
+        runInto(t, home, m_home->filePath(QStringLiteral("NewOut-%1").arg(int(form))));
+        finish(home);
+        QTRY_COMPARE(t.window().rootView()->selectedIndex(), 0);
+        expectClean("Finish");
+        if (QTest::currentTestFailed())
+            return;
+    }
+}
+
+void EditsStayTest::resetAllChoosesTheFirstRowAndClearsTheBoxes() {
+    for (const ValueForm form : kForms) {
+        TestApp t(true, form);
+        const QString pictures = m_home->filePath(QStringLiteral("Reset-%1").arg(int(form)));
+        HomeScreen* home = dropPhotos(
+            t, {copySample(pictures, QStringLiteral("Reagan.jpg"), QStringLiteral("a.jpg"))}, 1);
+        ProcessingControls& controls = home->processingControls();
+        ProcessingOptions& options = t.app->processingOptions();
+        home->metadataForm().editText(kArtist, QStringLiteral("Someone"));
+        controls.clickedChooseEditingOptions(2);
+        controls.checkBox(ProcessingOptions::Box::Exif)->click();
+        QVERIFY(options.clean().cleanExif && options.clean().cleanGPS);
+
+        QTest::mouseClick(home->btnResetAll(), Qt::LeftButton);
+        QCOMPARE(options.row(), 0);
+        QCOMPARE(controls.popup()->currentIndex(), 0);
+        QVERIFY(home->metadataView()->isVisibleTo(home));
+        QVERIFY(!controls.cleanBox()->isVisibleTo(home));
+        QVERIFY(!home->metadataForm().hasEdits());
+        QVERIFY(home->btnStartProcess()->isEnabled());
+        // The boxes are off, and so are the values behind them: ticking IPTC alone now
+        // removes IPTC alone.
+        QVERIFY(!options.clean().any());
+        controls.clickedChooseEditingOptions(2);
+        controls.checkBox(ProcessingOptions::Box::Iptc)->click();
+        QVERIFY(options.clean().cleanIPTC);
+        QVERIFY(!options.clean().cleanExif && !options.clean().cleanGPS &&
+                !options.clean().cleanComment && !options.clean().cleanXMP);
+    }
+}
+
+void EditsStayTest::confirmingAnUnchangedReferenceMarksNothing() {
+    for (const ValueForm form : kForms) {
+        TestApp t(true, form);
+        const QString pictures = m_home->filePath(QStringLiteral("Ref-%1").arg(int(form)));
+        // North-west as the sample has it, and the same photo moved south of the equator.
+        const QString northWest =
+            copySample(pictures, QStringLiteral("et-GPS.jpg"), QStringLiteral("a.jpg"));
+        const QString southWest =
+            copySample(pictures, QStringLiteral("et-GPS.jpg"), QStringLiteral("b.jpg"));
+        QVERIFY(modifyWithExiv2(southWest, {QStringLiteral("set Exif.GPSInfo.GPSLatitudeRef S")}));
+        HomeScreen* home = dropPhotos(t, {northWest, southWest}, 2);
+        MetadataForm& editor = home->metadataForm();
+        for (int row = 0; row < 2; ++row) {
+            home->clickedSelectUnselectAll(false);
+            home->clickedCheckBox(row, true);
+            const bool south = t.set().workingImages().at(row).path() == southWest;
+            for (const int reference : {kLatitudeRef, kLongitudeRef}) {
+                QComboBox* popup = popupOf(home, reference);
+                const int shown = popup->currentIndex();
+                QCOMPARE(shown, reference == kLatitudeRef && !south ? 1 : 2);
+                t.prompt.answerNext(QStringLiteral("YES"));
+                emit popup->activated(shown);
+                QCOMPARE(editor.popupRow(reference), shown);
+            }
+            for (int position : {kLatitude, kLatitudeRef, kLongitude, kLongitudeRef})
+                QVERIFY2(!editor.isEdited(position), qPrintable(QString::number(position)));
+            QVERIFY(!editor.hasEdits());
+        }
+    }
+}
+
+TAGMOOR_APP_TEST_MAIN(EditsStayTest)
+#include "EditsStayTest.moc"
