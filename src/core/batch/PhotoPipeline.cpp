@@ -3,8 +3,7 @@
 #include "batch/BatchLog.h"
 #include "batch/BatchSummary.h"
 #include "batch/FileCopier.h"
-#include "dates/CarriedShift.h"
-#include "dates/DateRule.h"
+#include "dates/DateRuleKind.h"
 #include "dates/DateTexts.h"
 #include "dates/OriginalDate.h"
 #include "dates/ZonedDateRule.h"
@@ -280,7 +279,9 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
     FieldEdits edits = m_plainEdits;
     const bool clearUnedited = m_values.processingMode == ProcessingMode::clearUnedited;
     const auto fields = dateFieldsInRunOrder();
-    std::optional<MetadataFieldSet> inFile; // read at the first shift of an XMP date
+    const DateRuleKind kind =
+        dateRuleKindFor(m_values.writeOptions.standardForm, m_values.carryShifts);
+    std::optional<MetadataFieldSet> inFile; // read at the first XMP date that reads its clock
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const KeyRow& row = fields[i]->keyRow();
         if (!m_values.fieldEditedFlags.test(fields[i]->position)) {
@@ -289,19 +290,18 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
             continue;
         }
         const DateField field = allDateFields[i];
+        const DateTimeConfiguration& rule = m_values.editorDates.rule(field);
+        const std::optional<QDateTime>& slot = m_values.editorDates.slot(field);
+        const std::optional<QDateTime> own = OriginalDate::of(record).get(field);
         std::optional<DateZone> zone;
-        if (!path.isEmpty() && isXmpDate(field) && isShiftRule(m_values.editorDates.rule(field))) {
+        if (!path.isEmpty() && isXmpDate(field) && readsOwnClock(kind, rule)) {
             if (!inFile)
                 inFile = readMetadataFieldSet(path);
             if (const auto text = inFile->at(row).text())
                 zone = zoneOfDateText(*text);
         }
-        const DateRuleOutcome outcome =
-            zone ? applyDateRuleInZone(
-                       m_values.editorDates.rule(field), m_values.editorDates.slot(field),
-                       OriginalDate::of(record).get(field), *zone, m_values.carryShifts)
-            : m_values.carryShifts ? applyCarriedDateRule(field, record, m_values.editorDates)
-                                   : applyDateRule(field, record, m_values.editorDates);
+        const DateRuleOutcome outcome = zone ? applyDateRuleInZone(rule, slot, own, *zone, kind)
+                                             : applyDateRule(kind, rule, slot, own);
         switch (outcome.action) {
         case DateRuleOutcome::Action::deleteKey:
             edits.erase(row);

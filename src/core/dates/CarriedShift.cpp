@@ -7,21 +7,6 @@ namespace tagmoor {
 
 namespace {
 
-QString twoDigits(int value) {
-    return QString::asprintf("%02d", value);
-}
-
-// The date of the given calendar parts in the user's zone, through the same strict text as
-// the other rules; nothing for parts that make no date there.
-std::optional<QDateTime> dateOf(const QDate& day, const QTime& time) {
-    if (!day.isValid() || !time.isValid())
-        return std::nullopt;
-    return parseRuleDate(QString::number(day.year()) + QLatin1Char('-') + twoDigits(day.month()) +
-                         QLatin1Char('-') + twoDigits(day.day()) + QLatin1Char(' ') +
-                         twoDigits(time.hour()) + QLatin1Char('-') + twoDigits(time.minute()) +
-                         QLatin1Char('-') + twoDigits(time.second()));
-}
-
 QDate dayOf(const DateParts& p) {
     return QDate(p.year, p.month, p.day);
 }
@@ -58,7 +43,7 @@ DateRuleOutcome applyCarriedDateRule(const DateTimeConfiguration& rule,
             day = day.addMonths(d.changeMonths);
         if (!d.isKeepOriginalDays)
             day = day.addDays(d.changeDays);
-        result = dateOf(day, timeOf(base));
+        result = ruleDateOf(day, timeOf(base));
     } else {
         const IDOT& t = rule.idot;
         const qint64 span = (t.isKeepOriginalHours ? 0 : qint64(t.changeHours) * 3600) +
@@ -67,7 +52,7 @@ DateRuleOutcome applyCarriedDateRule(const DateTimeConfiguration& rule,
         // Counted on the clock face, not in elapsed time: a shift across a change of summer
         // time still moves the written time by exactly the span.
         const QDateTime face = QDateTime(dayOf(base), timeOf(own), Qt::UTC).addSecs(span);
-        result = dateOf(face.date(), face.time());
+        result = ruleDateOf(face.date(), face.time());
     }
     // A date that does not exist in the user's zone keeps the photo's own.
     return DateRuleOutcome::write(sharedDateFormatter().format(result ? *result : *ownDate));

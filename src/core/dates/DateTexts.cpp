@@ -191,6 +191,14 @@ std::optional<QDateTime> parseRuleDate(const QString& text) {
     return parseWith(hyphenatedTime ? kHyphenRulePattern : kRulePattern, text);
 }
 
+std::optional<QDateTime> ruleDateOf(const QDate& day, const QTime& time) {
+    if (!day.isValid() || !time.isValid())
+        return std::nullopt;
+    return parseRuleDate(QString::number(day.year()) +
+                         QString::asprintf("-%02d-%02d %02d-%02d-%02d", day.month(), day.day(),
+                                           time.hour(), time.minute(), time.second()));
+}
+
 std::optional<QDateTime> parseZonedDate(const QString& text) {
     return parseWith(kZonedPattern, text);
 }

@@ -61,6 +61,11 @@ const SharedDateFormatter& sharedDateFormatter();
 // then falls back as it does for any text it cannot parse.
 std::optional<QDateTime> parseRuleDate(const QString& text);
 
+// The date of these calendar parts in the user's zone, through the same strict text as the
+// rules: nothing for parts that make no date there (an invalid day, or a time that the change
+// to summer time skips).
+std::optional<QDateTime> ruleDateOf(const QDate& day, const QTime& time);
+
 // The same with a zone offset: "yyyy-MM-dd HH:mm:ss Z", e.g. "2021-05-06 10:22:33 +0200".
 std::optional<QDateTime> parseZonedDate(const QString& text);
 

@@ -4,8 +4,9 @@
 
 namespace tagmoor {
 
-// The values of the rule "Update Date". The numbers serve the panel; the computation reads
-// only the keep flags, since the wanted date already stands in the field's date slot.
+// The values of the rule "Update Date". The wrapping rule reads only the keep flags, since the
+// wanted date already stands in the field's date slot; the rule on each photo's own date
+// (applyOwnDateRule) reads the numbers of the parts that are not kept.
 struct UpdateDate {
     int changeDays = 0;
     int changeMonths = 0;

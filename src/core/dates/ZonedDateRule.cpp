@@ -1,19 +1,8 @@
 #include "dates/ZonedDateRule.h"
 
-#include "dates/CarriedShift.h"
-
 #include <QRegularExpression>
 
 namespace tagmoor {
-
-namespace {
-
-DateRuleOutcome apply(const DateTimeConfiguration& rule, const std::optional<QDateTime>& slot,
-                      const std::optional<QDateTime>& own, bool carry) {
-    return carry ? applyCarriedDateRule(rule, slot, own) : applyDateRule(rule, slot, own);
-}
-
-} // namespace
 
 std::optional<DateZone> zoneOfDateText(const QString& text) {
     static const QRegularExpression pattern(QStringLiteral(
@@ -35,15 +24,18 @@ std::optional<DateZone> zoneOfDateText(const QString& text) {
 DateRuleOutcome applyDateRuleInZone(const DateTimeConfiguration& rule,
                                     const std::optional<QDateTime>& slot,
                                     const std::optional<QDateTime>& own, const DateZone& zone,
-                                    bool carry) {
-    if (!isShiftRule(rule) || !own || !own->isValid())
-        return apply(rule, slot, own, carry);
+                                    DateRuleKind kind) {
+    const auto apply = [&](const std::optional<QDateTime>& date) {
+        return applyDateRule(kind, rule, slot, date);
+    };
+    if (!readsOwnClock(kind, rule) || !own || !own->isValid())
+        return apply(own);
     // The rules count on the user's clock; the photo's clock is handed in as if it were it.
     const QDateTime clock = own->toOffsetFromUtc(zone.offsetSeconds);
     const QDateTime asLocal(clock.date(), clock.time(), Qt::LocalTime);
     if (!asLocal.isValid() || asLocal.date() != clock.date() || asLocal.time() != clock.time())
-        return apply(rule, slot, own, carry);
-    DateRuleOutcome outcome = apply(rule, slot, asLocal, carry);
+        return apply(own);
+    DateRuleOutcome outcome = apply(asLocal);
     if (outcome.action != DateRuleOutcome::Action::writeText)
         return outcome;
     // "yyyy-MM-dd HH:mm:ss" on the photo's clock, written in ISO 8601 with its zone.
@@ -51,9 +43,17 @@ DateRuleOutcome applyDateRuleInZone(const DateTimeConfiguration& rule,
         QStringLiteral(R"(^(\d{4,}-\d{2}-\d{2}) (\d{2}:\d{2}:\d{2})$)"));
     const auto m = ruleText.match(outcome.text);
     if (!m.hasMatch())
-        return apply(rule, slot, own, carry);
+        return apply(own);
     outcome.text = m.captured(1) + QLatin1Char('T') + m.captured(2) + zone.text;
     return outcome;
+}
+
+DateRuleOutcome applyDateRuleInZone(const DateTimeConfiguration& rule,
+                                    const std::optional<QDateTime>& slot,
+                                    const std::optional<QDateTime>& own, const DateZone& zone,
+                                    bool carry) {
+    return applyDateRuleInZone(rule, slot, own, zone,
+                               carry ? DateRuleKind::carried : DateRuleKind::wrapping);
 }
 
 } // namespace tagmoor
