@@ -52,7 +52,7 @@ void pickLocation(HomeScreen* home, double latitude, double longitude) {
                                 std::pair{picker->txtFieldLongitude(), longitude}}) {
         field->selectAll();
         QTest::keyClick(field, Qt::Key_Backspace);
-        QTest::keyClicks(field, QString::number(value));
+        QTest::keyClicks(field, QString::number(value, 'g', 10));
     }
     picker->btnCancel()->click();
     QVERIFY(!picker->isVisible());

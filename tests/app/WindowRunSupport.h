@@ -73,14 +73,17 @@ inline HomeScreen* dropPhotos(TestApp& t, const QStringList& paths, int count) {
 }
 
 // Start Process into `out` with every question answered by its first button, up to the
-// result; no offer to save a preset.
+// result; no offer to save a preset. The sheet of an earlier run still holds its result while
+// hidden, so only a shown sheet counts.
 inline FinalProcessedVC* runInto(TestApp& t, HomeScreen* home, const QString& out) {
     QDir().mkpath(out);
     t.app->settings().setIsPresetSavingSettingInHome(true);
     t.prompt.panelAnswers = {{out}};
     QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
     [&] {
-        QTRY_VERIFY_WITH_TIMEOUT(home->runSheet() && home->runSheet()->isShowingResult(), 60000);
+        QTRY_VERIFY_WITH_TIMEOUT(home->runSheet() && home->runSheet()->isVisible() &&
+                                     home->runSheet()->isShowingResult(),
+                                 60000);
     }();
     return home->runSheet();
 }

@@ -75,8 +75,8 @@ void WrittenFromWindowTest::pickedPositionReachesTheFormAndTheFileInEachHemisphe
                 t, {copySample(folder, QStringLiteral("et-GPS.jpg"), QStringLiteral("a.jpg"))}, 1);
             home->clickShowEditorGPS();
             GeoLocationViewController* picker = home->locationPicker();
-            retype(picker->txtFieldLatitude(), QString::number(place.latitude));
-            retype(picker->txtFieldLongitude(), QString::number(place.longitude));
+            retype(picker->txtFieldLatitude(), QString::number(place.latitude, 'g', 10));
+            retype(picker->txtFieldLongitude(), QString::number(place.longitude, 'g', 10));
             picker->btnCancel()->click();
 
             const MetadataForm& editor = home->metadataForm();

@@ -23,6 +23,7 @@
 #include "presets/PresetsViewController.h"
 #include "processing/ReviewValues.h"
 #include "processing/StartProcessChain.h"
+#include "rename/Rename.h"
 #include "rename/RenameNumbering.h"
 #include "widgets/DesktopActions.h"
 #include "widgets/DimmingCover.h"
@@ -187,6 +188,10 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
     connect(&scans, &ScanController::reloadViews, this, &HomeScreen::reloadViews);
     connect(&objects.workingSet, &WorkingSet::imagesAppended, this, &HomeScreen::updateTotal);
     connect(&objects.workingSet, &WorkingSet::imagesReset, this, &HomeScreen::updateTotal);
+    connect(&objects.workingSet, &WorkingSet::imagesReset, this, [this] {
+        if (m_objects.workingSet.isEmpty())
+            startNewList();
+    });
     connect(&objects.workingSet, &WorkingSet::selectionChanged, this,
             &HomeScreen::updateMarkedSummary);
     connect(&objects.events, &AppEvents::OpenWithItemsOTM, this,
@@ -482,8 +487,23 @@ void HomeScreen::clickedEditorTab(int editor) {
 
 void HomeScreen::clickedResetAll() {
     m_form->resetAll();
+    m_objects.processingOptions.clearChoices();
+    m_processing->refresh();
+    editingRowChanged(0);
     clickedEditorTab(0);
     applyOutcome(m_objects.scans.selection().refresh());
+}
+
+void HomeScreen::startNewList() {
+    // Nothing of the last list reaches the next one: no edit, date rule, rename rule, mode or
+    // picked position. The boxes keep their values, as a change of row leaves them.
+    m_form->resetAll();
+    m_objects.renameSettings = Rename{};
+    m_objects.processingOptions.reset();
+    m_processing->refresh();
+    editingRowChanged(0);
+    SharedLocation::instance() = SharedLocation{};
+    clearPreview();
 }
 
 void HomeScreen::updateTotal() {
@@ -669,13 +689,8 @@ void HomeScreen::finishRun() {
     if (m_runSheet)
         m_runSheet->hide();
     emit m_objects.events.HideUnhideTopLayerTM(true);
-    // The list, the edits and the options start anew; the add screen comes back.
-    m_form->resetAll();
-    m_objects.processingOptions.reset();
-    m_processing->refresh();
-    editingRowChanged(0);
+    // The list empties, so the edits and the options start anew; the add screen comes back.
     m_objects.workingSet.clearImages();
-    clearPreview();
     emit m_objects.events.UpdateVCOTM(0);
     emit m_objects.events.AfterFinishOTM();
 }

@@ -112,7 +112,8 @@ public:
     QPushButton* btnResetAll() const { return m_resetAll; }
     // The EXIF, IPTC and XMP tabs of the editor: 0, 1, 2.
     void clickedEditorTab(int editor);
-    // Reset All: the editor, its flags and date rules emptied, the choice applied anew.
+    // Reset All: the editor, its flags and date rules emptied, the mode popup on its first row
+    // with the clean boxes off, the choice applied anew.
     void clickedResetAll();
     // "Show Metadata" and "Get Info": the facts of one photo.
     void showInfo(int row);
@@ -165,6 +166,8 @@ private:
     void clearPreview();
     void showLocation(const CGImageProperties& record);
     void editingRowChanged(int row);
+    // The list became empty: the next photos start from a clean editor and clean options.
+    void startNewList();
     void openRunSheet(const RunValues& values);
     void finishRun();
     void showContextMenu(QAbstractItemView* view, const QPoint& pos);

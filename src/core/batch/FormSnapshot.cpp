@@ -12,6 +12,18 @@ bool holdsText(const KeyRow& row) {
     return row.write == WriteKind::Text || row.write == WriteKind::GpsRef;
 }
 
+void signByReference(PropertyValue& degrees, const PropertyValue& reference, QLatin1String positive,
+                     QLatin1String negative) {
+    const QString letter = reference.text().value_or(QString()).trimmed().toUpper();
+    if (letter != positive && letter != negative)
+        return;
+    const bool negativeSide = letter == negative;
+    if (const auto d = degrees.float64())
+        degrees = PropertyValue(negativeSide ? -std::fabs(*d) : std::fabs(*d));
+    else if (const auto f = degrees.float32())
+        degrees = PropertyValue(negativeSide ? -std::fabs(*f) : std::fabs(*f));
+}
+
 } // namespace
 
 CGImageProperties FormSnapshot::empty() {
@@ -67,6 +79,14 @@ std::optional<QString> FormSnapshot::setText(CGImageProperties& record, const Fo
         return QStringLiteral("%1 takes an integer, not '%2'").arg(field.name(), text);
     value = PropertyValue(i);
     return std::nullopt;
+}
+
+void FormSnapshot::signCoordinates(CGImageProperties& record) {
+    if (!record.gpsProperties)
+        return;
+    GPSProperties& gps = *record.gpsProperties;
+    signByReference(gps.latitude, gps.latitudeRef, QLatin1String("N"), QLatin1String("S"));
+    signByReference(gps.longitude, gps.longitudeRef, QLatin1String("E"), QLatin1String("W"));
 }
 
 } // namespace tagmoor

@@ -22,6 +22,12 @@ public:
     // when the text doesn't fit the field; date fields take no text (their rule decides).
     static std::optional<QString> setText(CGImageProperties& record, const FormField& field,
                                           const QString& text);
+
+    // The form shows a coordinate as degrees beside its reference popup, and a run writes one
+    // signed number whose sign becomes the reference. So a reference that names a hemisphere
+    // ("N"/"S", "E"/"W") signs the degrees, whether they were typed with a minus or not;
+    // without one the degrees keep their own sign.
+    static void signCoordinates(CGImageProperties& record);
 };
 
 } // namespace tagmoor

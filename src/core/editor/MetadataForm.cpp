@@ -16,6 +16,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include <algorithm>
 #include <cmath>
 #include <tuple>
 
@@ -212,6 +213,12 @@ void MetadataForm::showSelection(int index, CGImageProperties record,
                 m_rows[p] = rows[p];
             }
         }
+        // An edited position, typed or picked, is where the picker opens next.
+        for (const int position : {kLatitude, kLongitude}) {
+            const auto coordinate = formCoordinate(position);
+            if (coordinate && m_state.fieldEditedFlags.test(position))
+                (position == kLatitude ? m_selectedLatitude : m_selectedLongitude) = *coordinate;
+        }
     }
     refreshDateSummaries();
     emit formReset();
@@ -232,6 +239,8 @@ void MetadataForm::showRecord(const CGImageProperties& record) {
 
 void MetadataForm::showPreset(const CGImageProperties& values, const OriginalFinalDate& rules) {
     m_textBeforeSummary.reset();
+    // The preset's values are the edits now, also those a cleaning mode held for its return.
+    m_heldEdits.reset();
     for (QString& text : m_texts)
         text.clear();
     m_rows.fill(0);
@@ -294,6 +303,7 @@ CGImageProperties MetadataForm::readForm() const {
             break;
         }
     }
+    FormSnapshot::signCoordinates(record);
     return record;
 }
 
@@ -395,29 +405,49 @@ void MetadataForm::takeLocation(double latitude, double longitude) {
     }
 }
 
+std::optional<double> MetadataForm::formCoordinate(int position) const {
+    bool ok = false;
+    const double degrees = m_texts[std::size_t(position)].trimmed().toDouble(&ok);
+    if (!ok || !std::isfinite(degrees))
+        return std::nullopt;
+    // The reference popup's rows: 1 north or east, 2 south or west.
+    switch (m_rows[std::size_t(position == kLatitude ? kLatitudeRef : kLongitudeRef)]) {
+    case 1:
+        return std::fabs(degrees);
+    case 2:
+        return -std::fabs(degrees);
+    default:
+        return degrees;
+    }
+}
+
 void MetadataForm::updateCoordinateFlag(int position) {
-    const QString text = m_texts[std::size_t(position)];
-    if (text.isEmpty()) {
+    const auto coordinate = formCoordinate(position);
+    if (m_texts[std::size_t(position)].isEmpty() || !coordinate) {
         setFlag(position, false);
         return;
     }
-    const float typed = text.toFloat();
+    // Each photo's coordinate is compared in the precision it was read with, its sign
+    // included: a reference chosen anew changes the position the run writes.
     const FormField* field = formFieldAt(position);
-    bool allHold = true;
-    for (const CGImageProperties* record : selectedRecords()) {
-        const PropertyValue* value = field->keyRow().peek(*record);
-        const auto stored = value ? value->float32() : std::nullopt;
-        if (!stored || std::fabs(*stored) != typed) {
-            allHold = false;
-            break;
-        }
-    }
-    if (allHold && !selectedRecords().isEmpty()) {
+    const QList<const CGImageProperties*> records = selectedRecords();
+    const bool allHold =
+        !records.isEmpty() &&
+        std::all_of(records.begin(), records.end(), [&](const CGImageProperties* record) {
+            const PropertyValue* value = field->keyRow().peek(*record);
+            if (!value)
+                return false;
+            if (const auto d = value->float64())
+                return *d == *coordinate;
+            const auto f = value->float32();
+            return f && *f == float(*coordinate);
+        });
+    if (allHold) {
         setFlag(position, false);
         return;
     }
     setFlag(position, true);
-    (position == kLatitude ? m_selectedLatitude : m_selectedLongitude) = double(typed);
+    (position == kLatitude ? m_selectedLatitude : m_selectedLongitude) = *coordinate;
 }
 
 void MetadataForm::commitDateRule(DateField field, const DateTimeConfiguration& rule,
@@ -473,22 +503,33 @@ void MetadataForm::updateMultipleValues() {
 }
 
 void MetadataForm::leaveEditingMode() {
+    if (m_heldEdits)
+        return;
     m_tempProperty = readForm();
+    m_heldEdits = HeldEdits{m_texts, m_rows};
     clearFields(false);
 }
 
 void MetadataForm::returnToEditingMode() {
+    if (!m_heldEdits)
+        return;
     m_isCheckToEditable = true;
     for (const FormField& field : formFields()) {
         if (field.isDate() || !isEdited(field.position))
             continue;
         const std::size_t p = std::size_t(field.position);
-        if (field.kind == FormKind::Popup)
-            m_rows[p] = FieldDisplay::popupRow(m_tempProperty, field);
-        else
-            m_texts[p] = FieldDisplay::text(m_tempProperty, field);
+        m_texts[p] = m_heldEdits->texts[p];
+        m_rows[p] = m_heldEdits->rows[p];
     }
+    m_heldEdits.reset();
     m_isCheckToEditable = false;
+    // The other fields show the marked photos again, the references among them: a position
+    // typed beside an unchanged "W" is still written west.
+    if (!m_selection.isEmpty()) {
+        const QList<int> selection = m_selection;
+        updateMetadataInfo(m_state.currentImageIndex, selection.size() > 1, selection);
+        return;
+    }
     refreshDateSummaries();
     emit formReset();
 }
@@ -498,6 +539,7 @@ bool MetadataForm::hasEdits() const {
 }
 
 void MetadataForm::resetAll() {
+    m_heldEdits.reset();
     if (m_isHome)
         m_state.fieldEditedFlags.clearAll();
     m_selectedLatitude.reset();

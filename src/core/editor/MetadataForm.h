@@ -91,11 +91,14 @@ public:
 
     // UpdateMultipleValuesOTM: every control shows "Multiple Values" when it has no text.
     void updateMultipleValues();
-    // Leaving the editing mode for cleaning: the form is read into tempProperty, so the
-    // user's text survives, and the controls are emptied. Coming back, each edited field gets
-    // its value back from there.
+    // Leaving the editing mode for cleaning: the form is read into tempProperty, the controls
+    // of the edited fields are held as they stand, and the controls are emptied. Coming back,
+    // each edited field gets its text or row back exactly as the user left it. Each is done
+    // once: choosing an editing row while editing, or the cleaning row while cleaning, changes
+    // nothing.
     void leaveEditingMode();
     void returnToEditingMode();
+    bool isEditingLeft() const { return m_heldEdits.has_value(); }
     bool isCheckToEditable() const { return m_isCheckToEditable; }
 
     // Any edit at all: what decides "No Changes in Metadata found".
@@ -135,6 +138,9 @@ private:
     bool selectionHoldsText(int position, const QString& text) const;
     bool selectionHoldsRow(int position, int row) const;
     void updateCoordinateFlag(int position);
+    // The latitude or longitude of the form as a run writes it: the degrees typed, signed by
+    // the reference popup when it names a hemisphere. Nothing when the text is no number.
+    std::optional<double> formCoordinate(int position) const;
     QList<const CGImageProperties*> selectedRecords() const;
     // Puts `record` (the photo `index` alone, or the merge of the marked photos) into the
     // controls, keeping what the user typed into edited fields.
@@ -165,6 +171,12 @@ private:
     std::optional<double> m_selectedLatitude;
     std::optional<double> m_selectedLongitude;
     bool m_isCheckToEditable = false;
+    // The controls as they stood when the editing mode was left for cleaning.
+    struct HeldEdits {
+        std::array<QString, 90> texts;
+        std::array<int, 90> rows;
+    };
+    std::optional<HeldEdits> m_heldEdits;
     // The text a date field showed before the panel's live summary replaced it.
     std::optional<std::pair<DateField, QString>> m_textBeforeSummary;
 };

@@ -61,6 +61,7 @@ PresetRunEdits presetRunEdits(const ActualPreset& preset) {
         }
         out.fieldEditedFlags.set(field.position);
     }
+    FormSnapshot::signCoordinates(out.editedProperties);
     return out;
 }
 

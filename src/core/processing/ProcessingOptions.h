@@ -36,6 +36,11 @@ public:
         chooseRow(0);
         overwriteExisting = false;
     }
+    // Reset All: back to the first row, and the five values behind the boxes off as well.
+    void clearChoices() {
+        chooseRow(0);
+        m_clean = CleanOptions{};
+    }
 
 private:
     int m_row = 0;
