@@ -98,7 +98,6 @@ public:
     // nothing.
     void leaveEditingMode();
     void returnToEditingMode();
-    bool isEditingLeft() const { return m_heldEdits.has_value(); }
     bool isCheckToEditable() const { return m_isCheckToEditable; }
 
     // Any edit at all: what decides "No Changes in Metadata found".
