@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "TimeBound.h"
 #include "foundation/Settings.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
@@ -6,6 +7,8 @@
 #include "shell/StartSequence.h"
 
 #include <QSettings>
+
+#include <sys/stat.h>
 
 namespace tagmoor {
 namespace {
@@ -167,6 +170,109 @@ TEST(LoginItem, WritesAndRemovesTheAutostartEntryRepeatedly) {
     EXPECT_TRUE(text.contains("Type=Application\n"));
     login.apply(false);
     EXPECT_FALSE(login.isInstalled());
+}
+
+// The arguments of an Exec value as a desktop reads them: the string escapes first, then the
+// quoting of arguments, then the doubled percent sign.
+QStringList execArguments(const QString& value) {
+    QString text;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        const QChar next = i + 1 < value.size() ? value[i + 1] : QChar();
+        if (value[i] != u'\\' || !QStringLiteral("sntr\\").contains(next)) {
+            text += value[i];
+            continue;
+        }
+        ++i;
+        text += next == u's'   ? QChar(u' ')
+                : next == u'n' ? QChar(u'\n')
+                : next == u't' ? QChar(u'\t')
+                : next == u'r' ? QChar(u'\r')
+                               : next;
+    }
+    QStringList arguments;
+    QString current;
+    bool quoted = false, any = false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (quoted && c == u'\\' && i + 1 < text.size()) {
+            current += text[++i];
+        } else if (c == u'"') {
+            quoted = !quoted;
+            any = true;
+        } else if (c == u' ' && !quoted) {
+            if (any || !current.isEmpty())
+                arguments << current;
+            current.clear();
+            any = false;
+        } else {
+            current += c;
+        }
+    }
+    if (any || !current.isEmpty())
+        arguments << current;
+    for (QString& a : arguments)
+        a.replace(QStringLiteral("%%"), QStringLiteral("%"));
+    return arguments;
+}
+
+QString execLine(const QString& entry) {
+    for (const QString& line : QString::fromUtf8(test::readBytes(entry)).split(u'\n')) {
+        if (line.startsWith(QStringLiteral("Exec=")))
+            return line.mid(5);
+    }
+    return {};
+}
+
+TEST(LoginItem, FollowsTheProgramWhereverItMovesAndKeepsTheUsersChoice) {
+    ScratchConfig cfg;
+    // Any path reads back whole from the entry, reserved characters and all.
+    const QStringList programs{
+        "/usr/bin/tagmoor",
+        "/opt/Tag moor/tagmoor",
+        "/opt/it's \"new\"/$HOME/`id`/100% done/a\\b/(x)|y;z&*?#<>~/tagmoor",
+        "/home/j/Apps\tand\nlines/tagmoor",
+    };
+    for (const QString& program : programs) {
+        LoginItem(program).apply(true);
+        EXPECT_EQ(execArguments(execLine(cfg.autostartEntry())), QStringList{program})
+            << execLine(cfg.autostartEntry()).toStdString();
+    }
+
+    // The program moved: the entry follows, and what the user added stays.
+    LoginItem("/usr/bin/tagmoor").apply(true);
+    QByteArray text = test::readBytes(cfg.autostartEntry());
+    test::writeBytes(cfg.autostartEntry(), text + "X-GNOME-Autostart-Delay=10\n");
+    LoginItem moved("/opt/tagmoor/bin/tagmoor");
+    moved.apply(true);
+    EXPECT_EQ(execLine(cfg.autostartEntry()), "/opt/tagmoor/bin/tagmoor");
+    EXPECT_TRUE(test::readBytes(cfg.autostartEntry()).contains("X-GNOME-Autostart-Delay=10\n"));
+    EXPECT_TRUE(moved.isInstalled());
+
+    // Turned off on the desktop's side: neither on nor off touches it, and it counts as off.
+    for (const QByteArray& off :
+         {QByteArray("Hidden=true"), QByteArray("X-GNOME-Autostart-enabled = false")}) {
+        const QByteArray hidden = "[Desktop Entry]\nType=Application\nName=Tagmoor\n"
+                                  "Exec=/old/place/tagmoor\n" +
+                                  off + "\n";
+        test::writeBytes(cfg.autostartEntry(), hidden);
+        moved.apply(true);
+        EXPECT_EQ(test::readBytes(cfg.autostartEntry()), hidden);
+        EXPECT_FALSE(moved.isInstalled());
+        moved.apply(false);
+        EXPECT_EQ(test::readBytes(cfg.autostartEntry()), hidden);
+    }
+    // The same key in another group does not count.
+    test::writeBytes(cfg.autostartEntry(), "[Desktop Entry]\nExec=/x\n[Desktop Action a]\n"
+                                           "Hidden=true\n");
+    moved.apply(true);
+    EXPECT_EQ(execLine(cfg.autostartEntry()), "/opt/tagmoor/bin/tagmoor");
+    EXPECT_TRUE(moved.isInstalled());
+
+    // A pipe in the entry's place never stalls the start.
+    QFile::remove(cfg.autostartEntry());
+    ASSERT_EQ(::mkfifo(QFile::encodeName(cfg.autostartEntry()).constData(), 0600), 0);
+    test::finishWithin(10, "applying the login item over a FIFO", [&] { moved.apply(true); });
+    EXPECT_TRUE(moved.isInstalled());
 }
 
 } // namespace
