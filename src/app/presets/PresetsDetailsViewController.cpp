@@ -197,7 +197,7 @@ void PresetsDetailsViewController::selectionChanged() {
         return;
     }
     m_indexActualPreset = row;
-    const ActualPreset& preset = m_objects.presets.presets().at(row);
+    const ActualPreset preset = m_objects.presets.preset(row);
     m_form->showPreset(preset.properties.value_or(makeEmptyRecord(std::nullopt)),
                        preset.timeSetting.value_or(OriginalFinalDate{}));
     m_isPresetLoaded = true;
