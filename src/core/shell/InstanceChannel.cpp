@@ -100,6 +100,7 @@ bool InstanceChannel::folderIsOurs() const {
         st.st_uid == ::getuid() && ::chmod(native(folder).constData(), 0700) == 0 &&
         isOwnClosedFolder(folder, &st))
         return true; // ours, but left open to others: closed now
+    m_blockedPath = folder;
     m_problem = QStringLiteral("%1 is not a folder of this user's own; another user may have "
                                "made it. Tagmoor does not use it, and runs without handing "
                                "files between its launches.")
@@ -169,6 +170,7 @@ bool InstanceChannel::listen() {
     struct stat st {};
     if (::lstat(native(m_path).constData(), &st) == 0) {
         if (!S_ISSOCK(st.st_mode) || st.st_uid != ::getuid()) {
+            m_blockedPath = m_path;
             m_problem = QStringLiteral("%1 stands where Tagmoor's socket belongs (%2); it is "
                                        "left as it is, and Tagmoor runs without handing files "
                                        "between its launches.")

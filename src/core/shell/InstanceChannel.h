@@ -42,6 +42,8 @@ public:
 
     // Why the channel could not be used, in words; empty while nothing stood in the way.
     QString problem() const { return m_problem; }
+    // The folder or name that stood in the way and is not ours; empty while none did.
+    QString blockedPath() const { return m_blockedPath; }
 
 signals:
     void filesReceived(const QStringList& paths);
@@ -54,6 +56,7 @@ private:
     bool m_ownFolder; // the folder is checked: the default, or an absolute path
     QString m_path;   // the socket's path
     mutable QString m_problem;
+    mutable QString m_blockedPath;
     QLocalServer* m_server = nullptr;
 };
 

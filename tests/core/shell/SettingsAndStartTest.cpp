@@ -6,6 +6,7 @@
 #include "shell/ShellFixture.h"
 #include "shell/StartSequence.h"
 
+#include <QDir>
 #include <QSettings>
 
 #include <sys/stat.h>
@@ -64,6 +65,78 @@ TEST(Settings, MistypedAndCorruptValuesCountAsAbsentAndAreSeeded) {
     Settings again(cfg.settingsFile());
     EXPECT_EQ(again.loginStartStatus(), false);
     EXPECT_EQ(again.startup(), true);
+}
+
+// A settings file that QSettings would read in part and overwrite at its next write is kept
+// aside whole, and the settings start anew; a sound file, comments and continued lines
+// included, is read as it is.
+TEST(Settings, ADamagedFileIsKeptAsideNotOverwritten) {
+    QByteArray junk;
+    for (int i = 0; i < 4096; ++i)
+        junk.append(char((i * 7919) & 0xff));
+    const QList<QByteArray> damaged{
+        junk,
+        "[General]\nStartupOTM=true\nthis line is no setting\n",
+        QByteArray("[General]\nlastVersion=1.0\0\n", 29),
+        "[General]\nlastVersion=caf\xe9\n",
+        "[General\nStartupOTM=true\n",
+    };
+    for (const QByteArray& bytes : damaged) {
+        ScratchConfig cfg;
+        ASSERT_TRUE(test::writeBytes(cfg.settingsFile(), bytes));
+        QList<Settings::Problem> told;
+        {
+            Settings s(cfg.settingsFile());
+            EXPECT_FALSE(s.startup());
+            s.setStartup(true);
+            s.setProblemHandler([&](const Settings::Problem& p) { told << p; });
+        }
+        const QStringList kept =
+            QDir(cfg.path()).entryList({"Tagmoor.conf.damaged-*"}, QDir::Files);
+        ASSERT_EQ(kept.size(), 1) << bytes.left(40).toStdString();
+        EXPECT_EQ(test::readBytes(cfg.path() + "/" + kept[0]), bytes);
+        ASSERT_EQ(told.size(), 1);
+        EXPECT_EQ(told[0].kind, Settings::Problem::Kind::KeptAside);
+        EXPECT_EQ(told[0].path, cfg.path() + "/" + kept[0]);
+        EXPECT_EQ(Settings(cfg.settingsFile()).startup(), true) << "a new file in its place";
+    }
+
+    // A pipe in the file's place is moved aside without a wait.
+    ScratchConfig cfg;
+    ASSERT_EQ(::mkfifo(QFile::encodeName(cfg.settingsFile()).constData(), 0600), 0);
+    test::finishWithin(10, "opening settings that are a pipe", [&] {
+        Settings s(cfg.settingsFile());
+        EXPECT_TRUE(s.keptAsideAs().startsWith(cfg.settingsFile() + ".damaged-"));
+        s.setStartup(true);
+    });
+
+    const QByteArray sound = "; written by hand\n[General]\nlastVersion=1.2\n# a note\n"
+                             "UpdateFeedURL=\"http://a\\\n b\"\n\n[Other]\nx=1\n";
+    ScratchConfig clean;
+    ASSERT_TRUE(test::writeBytes(clean.settingsFile(), sound));
+    Settings s(clean.settingsFile());
+    EXPECT_TRUE(s.keptAsideAs().isEmpty());
+    EXPECT_EQ(s.lastVersionString(), "1.2");
+}
+
+// Settings that cannot be written are told once however often they are written, to a
+// handler set before or after.
+TEST(Settings, AFileThatCannotBeWrittenIsToldOnce) {
+    ScratchConfig cfg;
+    // A folder whose place a file takes: no user, root included, can write there.
+    ASSERT_TRUE(test::writeBytes(cfg.path() + "/blocked", "a file"));
+    const QString file = cfg.path() + "/blocked/Tagmoor.conf";
+    Settings s(file);
+    s.setStartup(true);
+    s.setLastVersionString("2.0");
+    QList<Settings::Problem> told;
+    s.setProblemHandler([&](const Settings::Problem& p) { told << p; });
+    s.setIsPopUp(false);
+    s.seedDefaults({Settings::AutoCheckForUpdateOTM});
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_EQ(told[0].kind, Settings::Problem::Kind::NotWritable);
+    EXPECT_EQ(told[0].path, file);
+    EXPECT_EQ(s.lastVersionString(), "2.0") << "the values last while the program runs";
 }
 
 TEST(StartSequence, FirstStartSeedsAndSchedulesNoUpdateCheck) {
