@@ -76,6 +76,7 @@ const QHash<QString, KeySpec>& keyTable() {
         {Settings::MapTileURLStandard, {Kind::Text, std::nullopt}},
         {Settings::MapTileURLSatellite, {Kind::Text, std::nullopt}},
         {Settings::MapTileURLHybrid, {Kind::Text, std::nullopt}},
+        {Settings::LoadMapTilesFromInternetOTM, {Kind::Bool, QVariant(true)}},
         {Settings::ValueFormOTM, {Kind::Text, QVariant(QStringLiteral("standard"))}},
     };
     return table;
@@ -315,6 +316,13 @@ std::optional<QString> Settings::mapTileUrl(int mapType) const {
 }
 void Settings::setMapTileUrl(int mapType, const QString& v) {
     write(mapTileKey(mapType), v);
+}
+
+std::optional<bool> Settings::loadMapTilesFromInternet() const {
+    return readBool(LoadMapTilesFromInternetOTM);
+}
+void Settings::setLoadMapTilesFromInternet(bool v) {
+    write(LoadMapTilesFromInternetOTM, v);
 }
 
 std::optional<QByteArray> Settings::propertiesData() const {

@@ -63,6 +63,8 @@ public:
     static constexpr const char* MapTileURLStandard = "MapTileURLStandard";
     static constexpr const char* MapTileURLSatellite = "MapTileURLSatellite";
     static constexpr const char* MapTileURLHybrid = "MapTileURLHybrid";
+    // Whether the maps fetch web tiles at all (the world outline works without them).
+    static constexpr const char* LoadMapTilesFromInternetOTM = "LoadMapTilesFromInternetOTM";
     // The saved presets, one byte block.
     static constexpr const char* kPropertiesDataAP = "kPropertiesDataAP";
     // How values are read, shifted and written: "standard" (the default) or "described"
@@ -96,6 +98,8 @@ public:
     // 0 standard, 1 satellite, 2 hybrid.
     std::optional<QString> mapTileUrl(int mapType) const;
     void setMapTileUrl(int mapType, const QString& v);
+    std::optional<bool> loadMapTilesFromInternet() const;
+    void setLoadMapTilesFromInternet(bool v);
     std::optional<QByteArray> propertiesData() const;
     void setPropertiesData(const QByteArray& v);
     std::optional<ValueForm> valueForm() const;
