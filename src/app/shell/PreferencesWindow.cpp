@@ -26,6 +26,20 @@ QLabel* caption(const QString& text) {
     return label;
 }
 
+// An explanation under a check box, in lines of a fixed width. The tab pages take no height
+// for their width from their contents, so the lines' height is given here, else the window
+// is laid out one line tall for them.
+QLabel* note(const QString& text) {
+    constexpr int kWidth = 400;
+    constexpr int kIndent = 22;
+    auto* label = new QLabel(text);
+    label->setWordWrap(true);
+    label->setIndent(kIndent);
+    label->setFixedWidth(kWidth);
+    label->setMinimumHeight(label->heightForWidth(kWidth));
+    return label;
+}
+
 } // namespace
 
 PreferencesWindow::PreferencesWindow(Settings& settings, LoginItem& loginItem, LaunchState& state,
@@ -87,13 +101,11 @@ QWidget* PreferencesWindow::makeGeneralTab() {
         setValueForm(form);
     });
     layout->addWidget(m_standardForm);
-    auto* formNote = new QLabel(
-        tr("When unticked, Tagmoor follows its classic rules: every listed tag is rewritten, "
-           "absent numbers become zero, GPS seconds lose their fraction, only the last "
-           "keyword is kept and date shifts wrap instead of carrying."));
+    auto* formNote =
+        note(tr("When unticked, Tagmoor follows its classic rules: every listed tag is rewritten, "
+                "absent numbers become zero, GPS seconds lose their fraction, only the last "
+                "keyword is kept and date shifts wrap instead of carrying."));
     formNote->setObjectName(QStringLiteral("lblStandardFormNote"));
-    formNote->setWordWrap(true);
-    formNote->setIndent(22);
     layout->addWidget(formNote);
     layout->addSpacing(10);
     layout->addWidget(caption(tr("Map")));
@@ -101,13 +113,11 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     m_mapTiles->setObjectName(QStringLiteral("btnLoadMapTiles"));
     connect(m_mapTiles, &QCheckBox::clicked, this, &PreferencesWindow::clickedLoadMapTiles);
     layout->addWidget(m_mapTiles);
-    auto* mapNote = new QLabel(
-        tr("The maps ask a public tile server for the places of the photos shown, and keep "
-           "the tiles in a cache on this computer. When unticked, the maps show the world "
-           "outline only."));
+    auto* mapNote =
+        note(tr("The maps ask a public tile server for the places of the photos shown, and keep "
+                "the tiles in a cache on this computer. When unticked, the maps show the world "
+                "outline only."));
     mapNote->setObjectName(QStringLiteral("lblMapTilesNote"));
-    mapNote->setWordWrap(true);
-    mapNote->setIndent(22);
     layout->addWidget(mapNote);
     m_clearMapCache = new QPushButton(tr("Clear map cache"));
     m_clearMapCache->setObjectName(QStringLiteral("btnClearMapCache"));
