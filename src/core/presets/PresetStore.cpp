@@ -144,10 +144,9 @@ void PresetStore::readPhotos() {
             QMetaObject::invokeMethod(
                 this,
                 [this, path, facts = std::move(facts)] {
-                    if (!facts)
-                        return;
-                    m_photos.insert(path, facts);
-                    emit presetsChanged();
+                    // Only preset() shows them: the list itself is as it was.
+                    if (facts)
+                        m_photos.insert(path, facts);
                 },
                 Qt::QueuedConnection);
         });
@@ -340,6 +339,7 @@ void PresetStore::saveDone(const SaveOutcome& outcome, const QList<ActualPreset>
         if (encodePresetArchive(merged) != encodePresetArchive(m_presets)) {
             m_presets = merged;
             emit presetsChanged();
+            emit changedElsewhere();
             readPhotos();
         }
     }

@@ -136,6 +136,9 @@ public:
 
 signals:
     void presetsChanged();
+    // Another program's changes came into the list (after presetsChanged): positions held
+    // from before may name other presets now.
+    void changedElsewhere();
     // A save has written the list (`ok`) or failed to. Saves replaced by a newer one before
     // they began write nothing and do not report.
     void saveFinished(bool ok);
