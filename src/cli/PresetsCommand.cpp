@@ -9,10 +9,10 @@
 #include "foundation/Settings.h"
 #include "model/FormFieldTable.h"
 #include "presets/PresetJson.h"
+#include "presets/PresetPhoto.h"
 #include "presets/PresetStore.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QSaveFile>
 #include <QTextStream>
 
@@ -37,8 +37,8 @@ const char* kPresetsUsage =
     "  remove NAME               remove the preset\n"
     "\n"
     "Names are compared without regard to capitals, as the window does. A preset keeps the\n"
-    "fields that hold a value: an empty text or a zero does not make part of one. Change the\n"
-    "presets while the window is closed: the window writes its own list when it changes it.\n"
+    "fields that hold a value: an empty text or a zero does not make part of one. The window\n"
+    "may stay open: it takes in what is changed here, and neither drops what the other saved.\n"
     "\n"
     "exit status: 0 done, 2 bad arguments, an unknown name or a file that is no preset\n"
     "(nothing is changed then), 1 the store could not be written\n";
@@ -56,6 +56,13 @@ struct UserPresets {
             QTextStream(stderr) << "tagmoor-cli presets: the stored presets could not be read; "
                                    "they are kept as "
                                 << report.keptAs << " and the list starts empty\n";
+        for (const RefusedPreset& refused : report.refused)
+            QTextStream(stderr) << "tagmoor-cli presets: preset " << refused.position + 1
+                                << (refused.name.isEmpty() ? QString() : " '" + refused.name + "'")
+                                << " is left out: " << refused.reason << '\n';
+        if (!report.refused.isEmpty())
+            QTextStream(stderr) << "tagmoor-cli presets: the file as it was is kept as "
+                                << report.keptAs << '\n';
     }
 
     qsizetype find(const QString& name) const {
@@ -220,13 +227,10 @@ int showPreset(const QStringList& args, bool toFile) {
 int importPreset(const QStringList& args) {
     if (args.size() != 1)
         return usageError(QStringLiteral("presets import FILE"));
-    QFile file(args[0]);
-    if (!file.open(QIODevice::ReadOnly))
-        return usageError(QStringLiteral("cannot read %1: %2").arg(args[0], file.errorString()));
     QString error;
-    const auto preset = decodePresetJson(file.readAll(), &error);
+    const auto preset = readPresetJsonFile(args[0], &error);
     if (!preset)
-        return usageError(QStringLiteral("%1 is not a preset file: %2").arg(args[0], error));
+        return usageError(error);
     UserPresets presets;
     const QString name = preset->name.value_or(QString());
     if (presets.store.checkName(name) != PresetStore::NameCheck::Ok)
@@ -259,7 +263,18 @@ bool applyStoredPreset(RunValues& values, const QString& name, QString* error) {
                      .arg(name);
         return false;
     }
-    PresetRunEdits edits = presetRunEdits(presets.store.presets().at(position));
+    ActualPreset preset = presets.store.presets().at(position);
+    // The photo the preset names lends it its own XMP values.
+    if (preset.properties && preset.properties->url && preset.properties->url->isLocalFile()) {
+        QString why;
+        const QString photo = preset.properties->url->toLocalFile();
+        if (const auto facts = readPresetPhoto(photo, &why))
+            applyPresetPhoto(*preset.properties, *facts);
+        else
+            QTextStream(stderr) << "tagmoor-cli: the photo of preset '" << name << "', " << photo
+                                << ", is not read (" << why << "); its stored values stand\n";
+    }
+    PresetRunEdits edits = presetRunEdits(preset);
     // What the command line gave wins, field by field and date by date.
     for (const FormField& field : formFields()) {
         if (!values.fieldEditedFlags.test(field.position))

@@ -10,12 +10,15 @@
 #include "location/LocationView.h"
 #include "location/MapView.h"
 #include "location/PreviewViewController.h"
+#include "shell/PreferencesWindow.h"
 #include "workingset/HomeScreen.h"
 #include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
 
 #include <QAbstractButton>
+#include <QBuffer>
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QCompleter>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -25,6 +28,7 @@
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QStringListModel>
+#include <QTimer>
 
 using namespace tagmoor;
 using namespace tagmoor::test;
@@ -73,6 +77,8 @@ private slots:
     void closingThePickerFillsTheEditorsGpsFields();
     void locationViewStandsOnTheDefaultUnlessOneIsMarked();
     void mapDrawsTilesFromTheServerAndKeepsThemInItsCache();
+    void preferencesTurnTilesOffAndEmptyTheirCache();
+    void aHugeTileNeitherStallsTheMapNorIsDrawn();
     void previewShowsThePhotoItsFactsAndItsPosition();
 
 private:
@@ -303,6 +309,97 @@ void LocationTest::mapDrawsTilesFromTheServerAndKeepsThemInItsCache() {
     offline.grab();
     QVERIFY(clock.elapsed() < 2000);
     QCOMPARE(offline.networkTilesDrawn(), 0);
+}
+
+// Unticking "Load map tiles from the internet" leaves every map with its outline and asks
+// the server nothing more; ticking it brings the tiles back. "Clear map cache" empties the
+// cache on disk and the tiles the maps hold, so the next ones come from the server again.
+void LocationTest::preferencesTurnTilesOffAndEmptyTheirCache() {
+    TileServer server;
+    TestApp t;
+    Settings& settings = t.app->settings();
+    QCOMPARE(settings.loadMapTilesFromInternet().value_or(true), true);
+    settings.setMapTileUrl(0, server.urlTemplate());
+    MapView map;
+    map.configureTiles(settings); // the user's cache folder, which Preferences empties
+    map.resize(512, 384);
+    map.setRegion({47.37, 8.54, 1, 1});
+    QTRY_VERIFY((map.grab(), map.networkTilesDrawn() >= 6 && map.tileLoader(0)->inFlight() == 0));
+
+    t.app->showPreferences();
+    PreferencesWindow* prefs = t.app->preferencesWindow();
+    QCheckBox* tiles = prefs->findChild<QCheckBox*>(QStringLiteral("btnLoadMapTiles"));
+    QPushButton* clear = prefs->findChild<QPushButton*>(QStringLiteral("btnClearMapCache"));
+    QVERIFY(tiles && clear);
+    QVERIFY(tiles->isChecked());
+    QCOMPARE(tiles->text(), QStringLiteral("Load map tiles from the internet"));
+    QCOMPARE(clear->text(), QStringLiteral("Clear map cache"));
+
+    QTest::mouseClick(tiles, Qt::LeftButton);
+    QCOMPARE(settings.loadMapTilesFromInternet(), std::optional<bool>(false));
+    const int asked = server.requests();
+    map.setRegion({-33.9, 18.4, 1, 1});
+    map.grab();
+    QTest::qWait(200);
+    map.grab();
+    QCOMPARE(map.networkTilesDrawn(), 0);
+    QCOMPARE(server.requests(), asked);
+    QVERIFY(map.note().contains(QStringLiteral("turned off")));
+
+    QTest::mouseClick(tiles, Qt::LeftButton);
+    map.setRegion({47.37, 8.54, 1, 1});
+    QTRY_VERIFY((map.grab(), map.networkTilesDrawn() >= 6));
+    QCOMPARE(server.requests(), asked); // the tiles came from the cache
+
+    QTest::mouseClick(clear, Qt::LeftButton);
+    QVERIFY(!QFileInfo::exists(TileLoader::defaultCacheFolder() + QStringLiteral("/data8")));
+    map.grab();
+    QCOMPARE(map.networkTilesDrawn(), 0); // the tiles in memory went with the cache
+    QTRY_VERIFY((map.grab(), map.networkTilesDrawn() >= 6));
+    QVERIFY(server.requests() > asked);
+}
+
+// Tiles of 4096 pixels a side (a server gone wrong, or one that wants to harm): none is
+// decoded or drawn, none is asked for again on the next repaint, and the map's thread never
+// stops for long.
+void LocationTest::aHugeTileNeitherStallsTheMapNorIsDrawn() {
+    QImage huge(4096, 4096, QImage::Format_RGB32);
+    huge.fill(Qt::darkGreen);
+    QByteArray png;
+    {
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        huge.save(&buffer, "PNG");
+    }
+    huge = QImage();
+    TileServer server;
+    server.setTileMaker([&png](int, int, int) { return png; });
+    QTemporaryDir dir;
+    Settings settings(dir.filePath(QStringLiteral("s.ini")));
+    settings.setMapTileUrl(0, server.urlTemplate());
+    MapView map;
+    map.configureTiles(settings, dir.filePath(QStringLiteral("cache")));
+    map.resize(512, 384);
+    map.setRegion({47.37, 8.54, 1, 1});
+
+    QElapsedTimer sinceLast;
+    qint64 longestGap = 0;
+    QTimer beat;
+    beat.setInterval(5);
+    QObject::connect(&beat, &QTimer::timeout,
+                     [&] { longestGap = std::max(longestGap, sinceLast.restart()); });
+    sinceLast.start();
+    beat.start();
+    QTRY_VERIFY((map.grab(), server.requests() >= 6 && map.tileLoader(0)->inFlight() == 0));
+    QTest::qWait(300);
+    beat.stop();
+    const int sent = map.tileLoader(0)->requestsSent();
+    map.grab();
+    QCOMPARE(map.networkTilesDrawn(), 0);
+    QTest::qWait(100);
+    map.grab();
+    QCOMPARE(map.tileLoader(0)->requestsSent(), sent); // not asked again on a repaint
+    QVERIFY2(longestGap < 1000, qPrintable(QStringLiteral("%1 ms").arg(longestGap)));
 }
 
 void LocationTest::previewShowsThePhotoItsFactsAndItsPosition() {

@@ -103,6 +103,7 @@ private slots:
     void panelAddsRenamesRemovesAndSavesWithItsTexts();
     void menuRowsFillTheFormOrOpenThePanel();
     void aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine();
+    void thePanelFollowsTheCommandLineAndSavesIntoThePresetOnDisplay();
 };
 
 void PresetsPanelTest::panelAddsRenamesRemovesAndSavesWithItsTexts() {
@@ -289,6 +290,42 @@ void PresetsPanelTest::aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine() {
                      .toString(),
                  QStringLiteral("Paris"));
     }
+}
+
+// The command line removes the preset above the one on display while the user types into
+// the panel's form: the table follows, the typed values stay, and Save puts them into the
+// preset on display; the removal stays done after the window's save.
+void PresetsPanelTest::thePanelFollowsTheCommandLineAndSavesIntoThePresetOnDisplay() {
+    PresetApp t;
+    t.loadPhotos();
+    t.presets().addPreset(QStringLiteral("First"));
+    t.presets().addPreset(QStringLiteral("Target"));
+    t.presets().waitForSaves();
+    t.openPanelThrough(int(t.presets().size()) + 1); // "Edit Presets..."
+    PresetsDetailsViewController* panel = t.panel();
+    QListWidget* table = panel->tableView();
+    table->setCurrentRow(1);
+    auto* artist = qobject_cast<QLineEdit*>(panel->editor()->control(kArtist)->input());
+    QTest::keyClicks(artist, QStringLiteral("Typed, not saved yet"));
+
+    QProcess cli;
+    cli.start(QStringLiteral(TAGMOOR_CLI),
+              {QStringLiteral("presets"), QStringLiteral("remove"), QStringLiteral("First")});
+    QVERIFY(cli.waitForFinished(60000));
+    QVERIFY2(cli.exitCode() == 0, cli.readAllStandardError().constData());
+    QTRY_COMPARE(namesIn(table), QStringList{"Target"});
+    QCOMPARE(table->currentItem()->text(), QStringLiteral("Target"));
+    QCOMPARE(artist->text(), QStringLiteral("Typed, not saved yet"));
+
+    QTest::mouseClick(panel->btnSave(), Qt::LeftButton);
+    t.presets().waitForSaves();
+    Settings settings(t.app->settings().fileName());
+    PresetStore reloaded(settings);
+    reloaded.load();
+    QCOMPARE(reloaded.size(), 1);
+    QCOMPARE(reloaded.presets().at(0).name.value_or(QString()), QStringLiteral("Target"));
+    QCOMPARE(reloaded.presets().at(0).properties->tiffProperties->artist.text(),
+             QStringLiteral("Typed, not saved yet"));
 }
 
 TAGMOOR_APP_TEST_MAIN(PresetsPanelTest)

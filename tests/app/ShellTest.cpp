@@ -3,6 +3,8 @@
 
 #include "AppTestSupport.h"
 
+#include "presets/PresetDictionary.h"
+#include "presets/PresetFile.h"
 #include "shell/LoginItem.h"
 #include "shell/PreferencesWindow.h"
 #include "shell/WelcomeWindow.h"
@@ -16,6 +18,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDataStream>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -37,6 +40,7 @@ private slots:
     void panelTakesFilesAndFoldersTogetherOverACover();
     void cacheStaysWithinItsBytesAndDropsChangedFiles();
     void providerDecodesOnRequestAndDropsWorkWhenScrolling();
+    void damagedFilesAreToldOnceNamingWhereTheyAreKept();
 };
 
 void ShellTest::welcomeWindowComesFirstAndStoresTheChoice() {
@@ -273,6 +277,55 @@ void ShellTest::providerDecodesOnRequestAndDropsWorkWhenScrolling() {
     provider.revalidate();
     QTRY_VERIFY(!provider.cache().find(paths[0], 120));
     QTRY_COMPARE(provider.thumbnail(paths[0], 120).size(), QSize(120, 120));
+}
+
+// A damaged settings file and a presets file with one good preset among bad ones: the first
+// start tells each once, naming the file kept aside; the next start has nothing to tell.
+void ShellTest::damagedFilesAreToldOnceNamingWhereTheyAreKept() {
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(QStringLiteral("config"))));
+    AppDelegate::Options options;
+    options.settingsFile = home.filePath(QStringLiteral("settings.ini"));
+    options.loginExecutable = QStringLiteral("/usr/bin/tagmoor");
+    writeText(options.settingsFile, "[General]\nStartupOTM=true\nnot a setting at all\n");
+    QVariantList elements{QStringLiteral("no preset"),
+                          presetToDictionary(makeNewPreset(QStringLiteral("Kept"), 0))};
+    QByteArray block;
+    {
+        QDataStream out(&block, QIODevice::WriteOnly);
+        out.setVersion(QDataStream::Qt_6_4);
+        out << elements;
+    }
+    QVERIFY(PresetFile::write(PresetFile::pathFor(options.settingsFile), block));
+
+    ScriptedPrompt prompt;
+    {
+        AppDelegate app(prompt, options);
+        app.settings().setStartup(true);
+        app.start();
+        QTRY_COMPARE(prompt.alerts.size(), 2);
+        const QString settingsKept = app.settings().keptAsideAs();
+        const QString presetsKept = app.presets().lastLoad().keptAs;
+        QVERIFY(!settingsKept.isEmpty() && QFileInfo::exists(settingsKept));
+        QVERIFY(!presetsKept.isEmpty() && QFileInfo::exists(presetsKept));
+        QCOMPARE(prompt.alerts[0].title, QStringLiteral("The settings could not be read"));
+        QVERIFY2(prompt.alerts[0].text.contains(settingsKept), qPrintable(prompt.alerts[0].text));
+        QCOMPARE(prompt.alerts[1].title, QStringLiteral("Some presets were left out"));
+        QVERIFY2(prompt.alerts[1].text.contains(presetsKept), qPrintable(prompt.alerts[1].text));
+        QVERIFY2(prompt.alerts[1].text.contains(QStringLiteral("not a preset")),
+                 qPrintable(prompt.alerts[1].text));
+        QCOMPARE(app.presets().size(), 1);
+        // More writes, nothing more to tell.
+        app.settings().setIsPopUp(true);
+        QTest::qWait(50);
+        QCOMPARE(prompt.alerts.size(), 2);
+    }
+    prompt.alerts.clear();
+    AppDelegate again(prompt, options);
+    again.start();
+    QTest::qWait(100);
+    QVERIFY(prompt.alerts.isEmpty());
+    QCOMPARE(again.presets().size(), 1);
 }
 
 TAGMOOR_APP_TEST_MAIN(ShellTest)

@@ -2,6 +2,7 @@
 
 #include "foundation/Settings.h"
 #include "geo/MapProjection.h"
+#include "geo/MapTileNotices.h"
 #include "geo/TileLoader.h"
 #include "geo/WorldOutline.h"
 
@@ -113,13 +114,24 @@ MapView::MapView(QWidget* parent)
 MapView::~MapView() = default;
 
 void MapView::configureTiles(const Settings& settings, const QString& cacheFolder) {
+    if (!m_settings) {
+        connect(&MapTileNotices::instance(), &MapTileNotices::loadingChanged, this,
+                [this] { configureTiles(*m_settings, m_cacheFolder); });
+        connect(&MapTileNotices::instance(), &MapTileNotices::cacheCleared, this, [this] {
+            m_networkTiles.clear();
+            update();
+        });
+    }
+    m_settings = &settings;
+    m_cacheFolder = cacheFolder;
     // A stored empty address turns a type's tiles off. Without one the standard map uses
     // OpenStreetMap, except in test runs, which must never reach a real server.
     const bool testRun = QStandardPaths::isTestModeEnabled();
+    const bool online = settings.loadMapTilesFromInternet().value_or(true);
     for (int type = 0; type < 3; ++type) {
         const std::optional<QString> stored = settings.mapTileUrl(type);
-        QString address = stored.value_or(QString());
-        if (type == 0 && !stored && !testRun)
+        QString address = online ? stored.value_or(QString()) : QString();
+        if (online && type == 0 && !stored && !testRun)
             address = QString::fromLatin1(kOpenStreetMapTiles);
         setTileTemplate(type, address, cacheFolder);
     }
@@ -137,9 +149,9 @@ void MapView::setTileTemplate(int mapType, const QString& urlTemplate, const QSt
     }
     auto* loader = new TileLoader(
         urlTemplate, cacheFolder.isEmpty() ? TileLoader::defaultCacheFolder() : cacheFolder, this);
-    connect(loader, &TileLoader::tileReady, this,
-            [this, mapType](int zoom, int x, int y, const QByteArray& bytes) {
-                tileArrived(mapType, zoom, x, y, bytes);
+    connect(loader, &TileLoader::tileDecoded, this,
+            [this, mapType](int zoom, int x, int y, const QImage& image) {
+                tileArrived(mapType, zoom, x, y, image);
             });
     m_loaders[std::size_t(mapType)] = loader;
     update();
@@ -239,6 +251,9 @@ QPointF MapView::pinPoint() const {
 }
 
 QString MapView::note() const {
+    if (m_settings && !m_settings->loadMapTilesFromInternet().value_or(true))
+        return tr("Map tiles from the internet are turned off in Preferences; showing the "
+                  "outline.");
     if (m_mapType != 0 && !m_loaders[std::size_t(m_mapType)])
         return tr("Satellite imagery needs a tile address in the settings; showing the outline.");
     return {};
@@ -303,13 +318,8 @@ const QImage* MapView::networkTile(int zoom, int x, int y) {
     return nullptr;
 }
 
-void MapView::tileArrived(int mapType, int zoom, int x, int y, const QByteArray& bytes) {
-    QImage image = QImage::fromData(bytes);
-    if (image.isNull())
-        return;
-    if (image.size() != QSize(kTile, kTile))
-        image = image.scaled(kTile, kTile, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    m_networkTiles.insert(tileKey(mapType, zoom, x, y), new QImage(std::move(image)));
+void MapView::tileArrived(int mapType, int zoom, int x, int y, const QImage& image) {
+    m_networkTiles.insert(tileKey(mapType, zoom, x, y), new QImage(image));
     if (mapType == m_mapType && zoom == m_zoom)
         update();
 }

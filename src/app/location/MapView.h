@@ -44,7 +44,10 @@ public:
     ~MapView() override;
 
     // Takes the tile addresses of the three map types from the settings (an empty one turns
-    // that type's tiles off); `cacheFolder` empty means the user's cache folder.
+    // that type's tiles off), unless the settings turn web tiles off altogether; `cacheFolder`
+    // empty means the user's cache folder. The map follows the settings when the user
+    // switches tiles on or off (MapTileNotices), and drops the tiles it holds when the cache
+    // is emptied. `settings` must outlive the map.
     void configureTiles(const Settings& settings, const QString& cacheFolder = QString());
     // Sets the tile address of one map type ("" for none).
     void setTileTemplate(int mapType, const QString& urlTemplate,
@@ -103,7 +106,7 @@ protected:
 private:
     QImage outlineTile(int zoom, int x, int y);
     const QImage* networkTile(int zoom, int x, int y);
-    void tileArrived(int mapType, int zoom, int x, int y, const QByteArray& bytes);
+    void tileArrived(int mapType, int zoom, int x, int y, const QImage& image);
     QPointF topLeftWorld() const;
     void setZoomAround(int zoom, QPointF anchor);
     QString attribution() const;
@@ -117,6 +120,8 @@ private:
     std::optional<MapRegion> m_wantedRegion;
     std::optional<PinAnnotation> m_pin;
     std::array<QPointer<TileLoader>, 3> m_loaders;
+    const Settings* m_settings = nullptr;
+    QString m_cacheFolder;
     QCache<QString, QImage> m_outlineTiles;
     QCache<QString, QImage> m_networkTiles;
     QToolButton* m_zoomIn;

@@ -128,6 +128,8 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     connect(m_remove, &QPushButton::clicked, this, &PresetsDetailsViewController::removePreset);
     connect(m_save, &QPushButton::clicked, this, &PresetsDetailsViewController::clickedSave);
     connect(m_cancel, &QPushButton::clicked, this, &PresetsDetailsViewController::clickedCancel);
+    connect(&m_objects.presets, &PresetStore::changedElsewhere, this,
+            &PresetsDetailsViewController::followChangesElsewhere);
     connect(m_tabs, &QButtonGroup::idClicked, this, &PresetsDetailsViewController::clickedEditor);
     connect(m_table, &QListWidget::currentRowChanged, this,
             &PresetsDetailsViewController::selectionChanged);
@@ -170,6 +172,22 @@ void PresetsDetailsViewController::reloadTable() {
     m_reloading = false;
 }
 
+void PresetsDetailsViewController::followChangesElsewhere() {
+    const QListWidgetItem* current = m_table->currentItem();
+    const QString shown = current ? current->text() : QString();
+    reloadTable();
+    const QList<QListWidgetItem*> same = m_table->findItems(shown, Qt::MatchFixedString);
+    if (!current || same.isEmpty()) {
+        selectRow(-1);
+        return;
+    }
+    // Chosen again without showing it anew: unsaved changes in the form stay.
+    m_reloading = true;
+    m_table->setCurrentItem(same.first());
+    m_reloading = false;
+    m_indexActualPreset = m_table->row(same.first());
+}
+
 void PresetsDetailsViewController::selectRow(int row) {
     if (row < 0 || row >= m_table->count()) {
         m_table->setCurrentRow(-1);
@@ -197,7 +215,7 @@ void PresetsDetailsViewController::selectionChanged() {
         return;
     }
     m_indexActualPreset = row;
-    const ActualPreset& preset = m_objects.presets.presets().at(row);
+    const ActualPreset preset = m_objects.presets.preset(row);
     m_form->showPreset(preset.properties.value_or(makeEmptyRecord(std::nullopt)),
                        preset.timeSetting.value_or(OriginalFinalDate{}));
     m_isPresetLoaded = true;

@@ -66,6 +66,9 @@ public:
 
 private:
     void reloadTable();
+    // The list changed in another program: the table follows, and the preset on display
+    // stays chosen (found by its name) with what the form holds.
+    void followChangesElsewhere();
     void selectRow(int row);
     void selectionChanged();
     void itemChanged(QListWidgetItem* item);

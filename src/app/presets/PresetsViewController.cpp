@@ -90,7 +90,7 @@ void PresetsViewController::chooseRow(int row) {
     // A saved preset goes into the home form at once; the fixed rows open the panel, which
     // watches the same notification.
     if (row > 0 && row < count - 1) {
-        const ActualPreset& preset = m_objects.presets.presets().at(row - 1);
+        const ActualPreset preset = m_objects.presets.preset(row - 1);
         m_objects.homeForm.showPreset(preset.properties.value_or(makeEmptyRecord(std::nullopt)),
                                       preset.timeSetting.value_or(OriginalFinalDate{}));
     }

@@ -34,6 +34,8 @@ AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* pa
     m_mainWindow = std::make_unique<MainWindow>(*this);
 
     connect(&events(), &AppEvents::showMainWindowRequested, this, &AppDelegate::showMainWindow);
+    // The command line may change the presets while the window is open.
+    presets().watchFile(true);
     // Photos may have been changed by other programs while the user was away: pictures of
     // files whose size or modification time moved are decoded again.
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState s) {
@@ -102,10 +104,67 @@ void AppDelegate::start(const QStringList& openedPaths) {
     }
 
     QTimer::singleShot(0, this, [this, openedPaths] {
+        tellFileProblems();
         m_shell.finishLaunching();
         if (!openedPaths.isEmpty())
             openFiles(openedPaths);
     });
+}
+
+void AppDelegate::tellFileProblems() {
+    settings().setProblemHandler([this](const Settings::Problem& problem) {
+        if (problem.kind == Settings::Problem::Kind::KeptAside)
+            m_prompt.tell(tr("The settings could not be read"),
+                          tr("The settings file was damaged. It is kept as %1, and Tagmoor "
+                             "starts with its default settings.")
+                              .arg(problem.path));
+        else
+            m_prompt.tell(tr("The settings cannot be saved"),
+                          tr("Tagmoor cannot write its settings to %1. Changes last until "
+                             "Tagmoor quits; check that the folder can be written.")
+                              .arg(problem.path));
+    });
+
+    const PresetStore::LoadReport& load = presets().lastLoad();
+    if (load.damaged) {
+        m_prompt.tell(tr("The saved presets could not be read"),
+                      load.keptAs.isEmpty()
+                          ? tr("The presets file was damaged, and the list of presets starts "
+                               "empty.")
+                          : tr("The presets file was damaged. It is kept as %1, and the list "
+                               "of presets starts empty.")
+                                .arg(load.keptAs));
+    } else if (!load.refused.isEmpty()) {
+        QStringList which;
+        for (const RefusedPreset& refused : load.refused)
+            which << (refused.name.isEmpty()
+                          ? tr("preset %1 (%2)").arg(refused.position + 1).arg(refused.reason)
+                          : tr("\"%1\" (%2)").arg(refused.name, refused.reason));
+        m_prompt.tell(tr("Some presets were left out"),
+                      tr("These saved presets could not be used and were left out: %1. The "
+                         "presets file as it was is kept as %2.")
+                          .arg(which.join(QStringLiteral("; ")), load.keptAs));
+    }
+    // A failing save is told once; the next one that works starts the count anew.
+    connect(&presets(), &PresetStore::saveFinished, this, [this, told = false](bool ok) mutable {
+        if (ok || told) {
+            told = told && !ok;
+            return;
+        }
+        told = true;
+        m_prompt.tell(tr("The presets cannot be saved"),
+                      tr("Tagmoor cannot write its presets to %1. Changes to the presets last "
+                         "until Tagmoor quits; check that the folder can be written.")
+                          .arg(presets().fileName()));
+    });
+
+    const QString blocked = m_shell.channel().blockedPath();
+    if (!blocked.isEmpty())
+        m_prompt.tell(tr("Tagmoor runs on its own"),
+                      tr("%1 stands where Tagmoor keeps the channel between its launches, and "
+                         "it is not Tagmoor's: it is left as it is. Photos opened while "
+                         "Tagmoor runs open in a new window instead of this one.")
+                          .arg(blocked));
 }
 
 void AppDelegate::openFiles(const QStringList& paths) {

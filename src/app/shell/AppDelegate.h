@@ -75,6 +75,10 @@ public:
 
 private:
     void welcomeLeft(bool launchAtLogin);
+    // Tells the user, once each, what went wrong with the files Tagmoor keeps: a damaged
+    // settings or presets file kept aside, settings or presets that cannot be written, and
+    // something in the way of the channel between launches.
+    void tellFileProblems();
 
     UserPrompt& m_prompt;
     ApplicationShell m_shell;

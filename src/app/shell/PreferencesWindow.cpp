@@ -1,6 +1,8 @@
 #include "shell/PreferencesWindow.h"
 
 #include "foundation/Settings.h"
+#include "geo/MapTileNotices.h"
+#include "geo/TileLoader.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
 
@@ -8,6 +10,7 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -20,6 +23,20 @@ QLabel* caption(const QString& text) {
     QFont font = label->font();
     font.setBold(true);
     label->setFont(font);
+    return label;
+}
+
+// An explanation under a check box, in lines of a fixed width. The tab pages take no height
+// for their width from their contents, so the lines' height is given here, else the window
+// is laid out one line tall for them.
+QLabel* note(const QString& text) {
+    constexpr int kWidth = 400;
+    constexpr int kIndent = 22;
+    auto* label = new QLabel(text);
+    label->setWordWrap(true);
+    label->setIndent(kIndent);
+    label->setFixedWidth(kWidth);
+    label->setMinimumHeight(label->heightForWidth(kWidth));
     return label;
 }
 
@@ -84,14 +101,34 @@ QWidget* PreferencesWindow::makeGeneralTab() {
         setValueForm(form);
     });
     layout->addWidget(m_standardForm);
-    auto* formNote = new QLabel(
-        tr("When unticked, Tagmoor follows its classic rules: every listed tag is rewritten, "
-           "absent numbers become zero, GPS seconds lose their fraction, only the last "
-           "keyword is kept and date shifts wrap instead of carrying."));
+    auto* formNote =
+        note(tr("When unticked, Tagmoor follows its classic rules: every listed tag is rewritten, "
+                "absent numbers become zero, GPS seconds lose their fraction, only the last "
+                "keyword is kept and date shifts wrap instead of carrying."));
     formNote->setObjectName(QStringLiteral("lblStandardFormNote"));
-    formNote->setWordWrap(true);
-    formNote->setIndent(22);
     layout->addWidget(formNote);
+    layout->addSpacing(10);
+    layout->addWidget(caption(tr("Map")));
+    m_mapTiles = new QCheckBox(tr("Load map tiles from the internet"));
+    m_mapTiles->setObjectName(QStringLiteral("btnLoadMapTiles"));
+    connect(m_mapTiles, &QCheckBox::clicked, this, &PreferencesWindow::clickedLoadMapTiles);
+    layout->addWidget(m_mapTiles);
+    auto* mapNote =
+        note(tr("The maps ask a public tile server for the places of the photos shown, and keep "
+                "the tiles in a cache on this computer. When unticked, the maps show the world "
+                "outline only."));
+    mapNote->setObjectName(QStringLiteral("lblMapTilesNote"));
+    layout->addWidget(mapNote);
+    m_clearMapCache = new QPushButton(tr("Clear map cache"));
+    m_clearMapCache->setObjectName(QStringLiteral("btnClearMapCache"));
+    connect(m_clearMapCache, &QPushButton::clicked, this, &PreferencesWindow::clickedClearMapCache);
+    m_mapCacheState = new QLabel;
+    m_mapCacheState->setObjectName(QStringLiteral("lblMapCacheState"));
+    auto* cacheRow = new QHBoxLayout;
+    cacheRow->setContentsMargins(22, 0, 0, 0);
+    cacheRow->addWidget(m_clearMapCache);
+    cacheRow->addWidget(m_mapCacheState, 1);
+    layout->addLayout(cacheRow);
     layout->addSpacing(10);
     layout->addWidget(caption(tr("Notification")));
     layout->addWidget(m_presetSaving);
@@ -114,6 +151,8 @@ void PreferencesWindow::reload() {
     m_presetSaving->setChecked(m_settings.isPresetSavingSettingInHome().value_or(false));
     m_autoUpdate->setChecked(m_settings.autoCheckForUpdate().value_or(1) == 1);
     m_standardForm->setChecked(valueForm() == ValueForm::standard);
+    m_mapTiles->setChecked(m_settings.loadMapTilesFromInternet().value_or(true));
+    m_mapCacheState->clear();
 }
 
 void PreferencesWindow::clickedAutomatically(bool on) {
@@ -128,6 +167,16 @@ void PreferencesWindow::clickedOverwriteIfAFileWithASameName(bool on) {
 
 void PreferencesWindow::clickedShowPresetSettingInHome(bool on) {
     m_settings.setIsPresetSavingSettingInHome(on);
+}
+
+void PreferencesWindow::clickedLoadMapTiles(bool on) {
+    m_settings.setLoadMapTilesFromInternet(on);
+    emit MapTileNotices::instance().loadingChanged(on);
+}
+
+void PreferencesWindow::clickedClearMapCache() {
+    TileLoader::clearDiskCache(TileLoader::defaultCacheFolder());
+    m_mapCacheState->setText(tr("The map cache is empty."));
 }
 
 } // namespace tagmoor

@@ -4,6 +4,8 @@
 
 class QCheckBox;
 class QComboBox;
+class QLabel;
+class QPushButton;
 class QTabWidget;
 
 namespace tagmoor {
@@ -30,10 +32,16 @@ public:
     QCheckBox* btnShowPresetSavingSettingInHome() const { return m_presetSaving; }
     QCheckBox* btnAutoUpdate() const { return m_autoUpdate; }
     QCheckBox* btnWriteTagsInStandardForm() const { return m_standardForm; }
+    QCheckBox* btnLoadMapTiles() const { return m_mapTiles; }
+    QPushButton* btnClearMapCache() const { return m_clearMapCache; }
 
     void clickedAutomatically(bool on);
     void clickedOverwriteIfAFileWithASameName(bool on);
     void clickedShowPresetSettingInHome(bool on);
+    // Stores the choice and tells the maps, which fetch tiles or show the outline alone.
+    void clickedLoadMapTiles(bool on);
+    // Empties the tile cache, on disk and in the maps.
+    void clickedClearMapCache();
 
 private:
     QWidget* makeGeneralTab();
@@ -48,6 +56,9 @@ private:
     QCheckBox* m_presetSaving;
     QCheckBox* m_autoUpdate;
     QCheckBox* m_standardForm = nullptr;
+    QCheckBox* m_mapTiles = nullptr;
+    QPushButton* m_clearMapCache = nullptr;
+    QLabel* m_mapCacheState = nullptr;
 };
 
 } // namespace tagmoor

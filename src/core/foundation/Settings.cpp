@@ -1,15 +1,55 @@
 #include "foundation/Settings.h"
 
+#include "foundation/BoundedFile.h"
+#include "foundation/FileAside.h"
+
 #include <QDateTime>
 #include <QHash>
 #include <QLoggingCategory>
 #include <QSettings>
+#include <QStandardPaths>
+#include <QStringDecoder>
+
+#include <utility>
 
 namespace tagmoor {
 
 namespace {
 
 Q_LOGGING_CATEGORY(lcSettings, "tagmoor.shell.settings")
+
+// A settings file is a few kilobytes; the presets live in a file of their own.
+constexpr qint64 kMaxSettingsBytes = 16 * 1024 * 1024;
+
+// Why QSettings could not read the file back as it is, or an empty text when it can: text in
+// UTF-8 without NUL bytes, whose lines are groups ("[name]"), comments (";", "#") or keys
+// with a value ("key=value"), a value going on over lines that end in a backslash.
+QString settingsFileDamage(const QByteArray& bytes) {
+    if (bytes.contains('\0'))
+        return QStringLiteral("it holds NUL bytes");
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = utf8(bytes);
+    if (utf8.hasError())
+        return QStringLiteral("it is not UTF-8 text");
+    bool continued = false;
+    int number = 0;
+    for (const QStringView line : QStringView(text).split(u'\n')) {
+        ++number;
+        const QStringView trimmed = line.trimmed();
+        const bool wasContinued = std::exchange(continued, trimmed.endsWith(u'\\'));
+        if (wasContinued || trimmed.isEmpty() || trimmed.startsWith(u';') ||
+            trimmed.startsWith(u'#'))
+            continue;
+        if (trimmed.startsWith(u'[')) {
+            if (!trimmed.endsWith(u']'))
+                return QStringLiteral("line %1 opens a group it does not close").arg(number);
+            continue;
+        }
+        if (trimmed.indexOf(u'=') <= 0)
+            return QStringLiteral("line %1 is not a setting").arg(number);
+    }
+    return {};
+}
 
 enum class Kind { Bool, Int, Text, Bytes };
 
@@ -36,6 +76,7 @@ const QHash<QString, KeySpec>& keyTable() {
         {Settings::MapTileURLStandard, {Kind::Text, std::nullopt}},
         {Settings::MapTileURLSatellite, {Kind::Text, std::nullopt}},
         {Settings::MapTileURLHybrid, {Kind::Text, std::nullopt}},
+        {Settings::LoadMapTilesFromInternetOTM, {Kind::Bool, QVariant(true)}},
         {Settings::ValueFormOTM, {Kind::Text, QVariant(QStringLiteral("standard"))}},
     };
     return table;
@@ -101,19 +142,75 @@ bool holdsKind(const QVariant& v, Kind kind) {
 
 } // namespace
 
-Settings::Settings()
-    : m_settings(std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
-                                             QStringLiteral("Tagmoor"),
-                                             QStringLiteral("Tagmoor"))) {
-    requireAtomicWrites();
+Settings::Settings() {
+    // Where QSettings keeps the user's native settings of this organisation and application.
+    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                         QStringLiteral("/Tagmoor/Tagmoor.conf");
+    open(path, [] {
+        return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
+                                           QStringLiteral("Tagmoor"), QStringLiteral("Tagmoor"));
+    });
 }
 
-Settings::Settings(const QString& fileName)
-    : m_settings(std::make_unique<QSettings>(fileName, QSettings::NativeFormat)) {
+Settings::Settings(const QString& fileName) {
+    open(fileName,
+         [fileName] { return std::make_unique<QSettings>(fileName, QSettings::NativeFormat); });
+}
+
+// Opens the settings, keeping a damaged file aside first. QSettings reads whatever it can
+// of a file and drops the rest at its next write, so a file it would not write back as it is
+// never reaches it; and it reads a named pipe until a writer comes, which never happens.
+void Settings::open(const QString& path, const std::function<std::unique_ptr<QSettings>()>& make) {
+    const BoundedRead file = readBoundedFile(path, kMaxSettingsBytes);
+    QString damage;
+    if (file.status == BoundedRead::Status::NotRegular ||
+        file.status == BoundedRead::Status::TooLarge)
+        damage = file.error;
+    else if (file.ok())
+        damage = settingsFileDamage(file.bytes);
+    if (!damage.isEmpty()) {
+        m_keptAsideAs = keepFileAside(path, QDateTime::currentDateTimeUtc());
+        qCWarning(lcSettings).noquote()
+            << "The settings file" << path << "is damaged (" + damage + ");"
+            << (m_keptAsideAs.isEmpty() ? QStringLiteral("it could not be moved aside")
+                                        : QStringLiteral("it is kept as ") + m_keptAsideAs);
+        if (!m_keptAsideAs.isEmpty())
+            m_unreported.append({Problem::Kind::KeptAside, m_keptAsideAs});
+    }
+    m_settings = make();
     requireAtomicWrites();
     if (m_settings->status() != QSettings::NoError)
-        qCWarning(lcSettings) << "Settings file could not be read; values count as absent:"
-                              << fileName;
+        qCWarning(lcSettings) << "Settings file could not be read; values count as absent:" << path;
+}
+
+void Settings::setProblemHandler(std::function<void(const Problem&)> handler) {
+    m_problemHandler = std::move(handler);
+    const QList<Problem> waiting = std::exchange(m_unreported, {});
+    for (const Problem& problem : waiting)
+        report(problem);
+}
+
+void Settings::report(const Problem& problem) {
+    bool& told = problem.kind == Problem::Kind::KeptAside ? m_toldKeptAside : m_toldNotWritable;
+    if (told)
+        return;
+    if (!m_problemHandler) {
+        if (!m_unreported.contains(problem))
+            m_unreported.append(problem);
+        return;
+    }
+    told = true;
+    m_problemHandler(problem);
+}
+
+// Writes the file now and tells when it could not be written.
+void Settings::checkWritten() {
+    m_settings->sync();
+    if (m_settings->status() == QSettings::AccessError) {
+        if (!m_toldNotWritable)
+            qCWarning(lcSettings) << "The settings cannot be written to" << fileName();
+        report({Problem::Kind::NotWritable, fileName()});
+    }
 }
 
 Settings::~Settings() = default;
@@ -136,6 +233,7 @@ std::optional<QString> Settings::readText(const char* key) const {
 }
 void Settings::write(const char* key, const QVariant& value) {
     m_settings->setValue(QLatin1String(key), value);
+    checkWritten();
 }
 
 std::optional<bool> Settings::startup() const {
@@ -220,6 +318,13 @@ void Settings::setMapTileUrl(int mapType, const QString& v) {
     write(mapTileKey(mapType), v);
 }
 
+std::optional<bool> Settings::loadMapTilesFromInternet() const {
+    return readBool(LoadMapTilesFromInternetOTM);
+}
+void Settings::setLoadMapTilesFromInternet(bool v) {
+    write(LoadMapTilesFromInternetOTM, v);
+}
+
 std::optional<QByteArray> Settings::propertiesData() const {
     return asBytes(m_settings->value(QLatin1String(kPropertiesDataAP)));
 }
@@ -247,6 +352,7 @@ void Settings::seedDefaults(const QStringList& keys) {
         if (!holdsKind(m_settings->value(key), it->kind))
             m_settings->setValue(key, *it->defaultValue);
     }
+    checkWritten();
 }
 
 bool Settings::contains(const QString& key) const {
@@ -261,7 +367,7 @@ void Settings::remove(const QString& key) {
     m_settings->remove(key);
 }
 void Settings::sync() {
-    m_settings->sync();
+    checkWritten();
 }
 QSettings& Settings::raw() {
     return *m_settings;

@@ -3,10 +3,12 @@
 #include "foundation/ValueForm.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -18,8 +20,23 @@ namespace tagmoor {
 // Typed access to the stored settings (QSettings, native format, organisation and
 // application "Tagmoor"). One getter and setter per key; a value that is absent or not of
 // the key's type reads as absent. Defaults live in one table (see Settings.cpp).
+//
+// The file is checked before it is read: one that is no regular file, is too large, is not
+// text or holds lines that are neither groups nor keys would be overwritten by the next
+// write, so it is kept aside ("<file>.damaged-<time>") and the settings start anew. Every
+// setter writes the file at once and checks that it was written; a file or folder that
+// cannot be written is told once, through the problem handler.
 class Settings {
 public:
+    // Something the user should hear of about the settings file.
+    struct Problem {
+        enum class Kind { KeptAside, NotWritable };
+        Kind kind;
+        QString path; // the damaged file's new path, or the file that cannot be written
+
+        bool operator==(const Problem&) const = default;
+    };
+
     // The user's settings.
     Settings();
     // Settings in the given file (tests).
@@ -46,6 +63,8 @@ public:
     static constexpr const char* MapTileURLStandard = "MapTileURLStandard";
     static constexpr const char* MapTileURLSatellite = "MapTileURLSatellite";
     static constexpr const char* MapTileURLHybrid = "MapTileURLHybrid";
+    // Whether the maps fetch web tiles at all (the world outline works without them).
+    static constexpr const char* LoadMapTilesFromInternetOTM = "LoadMapTilesFromInternetOTM";
     // The saved presets, one byte block.
     static constexpr const char* kPropertiesDataAP = "kPropertiesDataAP";
     // How values are read, shifted and written: "standard" (the default) or "described"
@@ -79,6 +98,8 @@ public:
     // 0 standard, 1 satellite, 2 hybrid.
     std::optional<QString> mapTileUrl(int mapType) const;
     void setMapTileUrl(int mapType, const QString& v);
+    std::optional<bool> loadMapTilesFromInternet() const;
+    void setLoadMapTilesFromInternet(bool v);
     std::optional<QByteArray> propertiesData() const;
     void setPropertiesData(const QByteArray& v);
     std::optional<ValueForm> valueForm() const;
@@ -107,7 +128,17 @@ public:
     // and makes the same values (QSettings is reentrant and shares one file cache).
     QString fileName() const;
 
+    // Where a damaged settings file was kept when these settings were opened; empty when the
+    // file was sound.
+    const QString& keptAsideAs() const { return m_keptAsideAs; }
+    // Receives each kind of problem once: at once for one met before the handler was set
+    // (a damaged file kept aside at the start), later as it happens.
+    void setProblemHandler(std::function<void(const Problem&)> handler);
+
 private:
+    void open(const QString& path, const std::function<std::unique_ptr<QSettings>()>& make);
+    void report(const Problem& problem);
+    void checkWritten();
     void requireAtomicWrites();
     std::optional<bool> readBool(const char* key) const;
     std::optional<qint64> readInt(const char* key) const;
@@ -115,6 +146,11 @@ private:
     void write(const char* key, const QVariant& value);
 
     std::unique_ptr<QSettings> m_settings;
+    QString m_keptAsideAs;
+    std::function<void(const Problem&)> m_problemHandler;
+    QList<Problem> m_unreported;
+    bool m_toldNotWritable = false;
+    bool m_toldKeptAside = false;
 };
 
 } // namespace tagmoor

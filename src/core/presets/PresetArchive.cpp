@@ -5,6 +5,7 @@
 
 #include <QDataStream>
 #include <QIODevice>
+#include <QSet>
 #include <QStringList>
 #include <QThread>
 #include <QVariantList>
@@ -253,17 +254,14 @@ QByteArray encodePresetArchive(const QList<ActualPreset>& presets) {
     return block;
 }
 
-std::optional<QList<ActualPreset>> decodePresetArchive(const QByteArray& block) {
-    const auto list = decodeArchiveList(block);
-    if (!list)
-        return std::nullopt;
-    for (const QVariant& element : *list) {
-        if (element.typeId() != QMetaType::QVariantMap)
-            return std::nullopt;
-    }
-    // Building the records from their dictionaries is the larger half of a load: the list is
-    // cut into one run of presets per thread, each with its own cache of date rules.
-    const qsizetype count = list->size();
+namespace {
+
+// Builds the presets of the dictionaries at `positions` of `list`, in their order. Building
+// the records from their dictionaries is the larger half of a load: the positions are cut
+// into one run per thread, each with its own cache of date rules.
+QList<ActualPreset> buildPresets(const QVariantList& list,
+                                 const std::vector<qsizetype>& positions) {
+    const qsizetype count = qsizetype(positions.size());
     std::vector<ActualPreset> built(std::size_t(count), ActualPreset{});
     const qsizetype runs =
         count < 64 ? 1 : std::clamp<qsizetype>(QThread::idealThreadCount(), 1, 4);
@@ -275,10 +273,62 @@ std::optional<QList<ActualPreset>> decodePresetArchive(const QByteArray& block) 
         const qsizetype end = next == starts.end() ? count : *next;
         StoredRulesCache rules;
         for (qsizetype i = start; i < end; ++i)
-            built[std::size_t(i)] = presetFromDictionary(list->at(i).toMap(), &rules);
+            built[std::size_t(i)] = presetFromDictionary(list.at(positions[std::size_t(i)]).toMap(),
+                                                         &rules, PhotoRead::Later);
     });
     return QList<ActualPreset>(std::make_move_iterator(built.begin()),
                                std::make_move_iterator(built.end()));
+}
+
+} // namespace
+
+std::optional<QList<ActualPreset>> decodePresetArchive(const QByteArray& block) {
+    const auto list = decodeArchiveList(block);
+    if (!list)
+        return std::nullopt;
+    std::vector<qsizetype> positions;
+    for (qsizetype i = 0; i < list->size(); ++i) {
+        if (list->at(i).typeId() != QMetaType::QVariantMap)
+            return std::nullopt;
+        positions.push_back(i);
+    }
+    return buildPresets(*list, positions);
+}
+
+std::optional<PresetArchiveContents> readPresetArchive(const QByteArray& block) {
+    const auto list = decodeArchiveList(block);
+    if (!list)
+        return std::nullopt;
+    PresetArchiveContents contents;
+    std::vector<qsizetype> positions;
+    for (qsizetype i = 0; i < list->size(); ++i) {
+        if (list->at(i).typeId() == QMetaType::QVariantMap)
+            positions.push_back(i);
+        else
+            contents.refused.append({i, QString(),
+                                     QStringLiteral("it is not a preset but a value of kind %1")
+                                         .arg(QLatin1String(list->at(i).metaType().name()))});
+    }
+    const QList<ActualPreset> built = buildPresets(*list, positions);
+    QSet<QString> names;
+    for (qsizetype i = 0; i < built.size(); ++i) {
+        const ActualPreset& preset = built[i];
+        const QString name = preset.name.value_or(QString());
+        std::optional<QString> refusal = presetRefusal(preset);
+        if (!refusal && !name.isEmpty() && names.contains(name.toLower()))
+            refusal = QStringLiteral("an earlier preset has the same name");
+        if (refusal) {
+            contents.refused.append({positions[std::size_t(i)], name, *refusal});
+            continue;
+        }
+        if (!name.isEmpty())
+            names.insert(name.toLower());
+        contents.presets.append(preset);
+    }
+    std::sort(
+        contents.refused.begin(), contents.refused.end(),
+        [](const RefusedPreset& a, const RefusedPreset& b) { return a.position < b.position; });
+    return contents;
 }
 
 } // namespace tagmoor

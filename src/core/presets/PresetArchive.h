@@ -1,6 +1,7 @@
 #pragma once
 
 #include "presets/ActualPreset.h"
+#include "presets/PresetCheck.h"
 
 #include <QByteArray>
 #include <QList>
@@ -20,5 +21,15 @@ QByteArray encodePresetArchive(const QList<ActualPreset>& presets);
 // against the bytes that remain before anything is allocated, so no block can make the
 // reader allocate more than the block's own size.
 std::optional<QList<ActualPreset>> decodePresetArchive(const QByteArray& block);
+
+// The same block read preset by preset, as the store loads it: an element that is no
+// dictionary, a preset that presetRefusal refuses, or one whose name an earlier preset has
+// already (compared in small letters) is left out with its reason, and the others are kept.
+// No photo is read. Nothing when the block itself does not decode.
+struct PresetArchiveContents {
+    QList<ActualPreset> presets;
+    QList<RefusedPreset> refused;
+};
+std::optional<PresetArchiveContents> readPresetArchive(const QByteArray& block);
 
 } // namespace tagmoor

@@ -4,9 +4,8 @@
 #include "dates/OriginalFinalDateJson.h"
 #include "metadata/PropertyLoading.h"
 #include "presets/PresetLog.h"
+#include "presets/PresetPhoto.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QHash>
 
 #include <functional>
@@ -150,29 +149,6 @@ PropertyValue xmpDateFromVariant(const QVariant& value) {
     return {};
 }
 
-// Replaces the five XMP values with the file's own where the file has them.
-void overrideXmpFromFile(XMPDataProperties& xmp, const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        qCWarning(lcPresets).noquote()
-            << "Could not read the preset's file" << path << ":" << file.errorString();
-        return;
-    }
-    file.close();
-    const MetadataFieldSet set = readMetadataFieldSet(path);
-    const auto take = [&](int row, PropertyValue XMPDataProperties::*member, bool isDate) {
-        const PropertyValue& v = set.xmp[row];
-        if (v.isAbsent())
-            return;
-        xmp.*member = isDate ? xmpDateFromVariant(v.variant()) : v;
-    };
-    take(xmprow::PhotoshopDateCreated, &XMPDataProperties::photoshopCreateDate, true);
-    take(xmprow::CreateDate, &XMPDataProperties::createDate, true);
-    take(xmprow::ModifyDate, &XMPDataProperties::modifyDate, true);
-    take(xmprow::Lens, &XMPDataProperties::lens, false);
-    take(xmprow::SerialNumber, &XMPDataProperties::serialNumber, false);
-}
-
 std::optional<qint64> integerOf(const QVariant& v) {
     switch (v.typeId()) {
     case QMetaType::LongLong:
@@ -255,7 +231,8 @@ QVariantMap recordToDictionary(const CGImageProperties& record) {
     return dict;
 }
 
-CGImageProperties dictionaryToRecord(const QVariantMap& dict, const std::optional<QUrl>& url) {
+CGImageProperties dictionaryToRecord(const QVariantMap& dict, const std::optional<QUrl>& url,
+                                     PhotoRead photo) {
     CGImageProperties record;
     record.url = url;
     record.colorModelProperties.emplace();
@@ -267,12 +244,13 @@ CGImageProperties dictionaryToRecord(const QVariantMap& dict, const std::optiona
         if (reader != readers.constEnd())
             (*reader)(record, it.value());
     }
-    if (url && url->isLocalFile()) {
-        const QString path = url->toLocalFile();
-        const QFileInfo info(path);
-        if (info.isFile())
-            record.fileSize = qint64(info.size());
-        overrideXmpFromFile(*record.xmpDataProperties, path);
+    if (photo == PhotoRead::Now && url && url->isLocalFile()) {
+        QString why;
+        if (const auto facts = readPresetPhoto(url->toLocalFile(), &why))
+            applyPresetPhoto(record, *facts);
+        else
+            qCWarning(lcPresets).noquote()
+                << "Could not read the preset's file" << url->toLocalFile() << ":" << why;
     }
     return record;
 }
@@ -297,7 +275,8 @@ QVariantMap presetToDictionary(const ActualPreset& preset) {
     return dict;
 }
 
-ActualPreset presetFromDictionary(const QVariantMap& dict, StoredRulesCache* rulesCache) {
+ActualPreset presetFromDictionary(const QVariantMap& dict, StoredRulesCache* rulesCache,
+                                  PhotoRead photo) {
     ActualPreset preset;
     preset.index = integerOf(dict.value(kIndex));
     const QVariant name = dict.value(kName);
@@ -309,7 +288,7 @@ ActualPreset presetFromDictionary(const QVariantMap& dict, StoredRulesCache* rul
         std::optional<QUrl> url;
         if (path.typeId() == QMetaType::QString && !path.toString().isEmpty())
             url = QUrl::fromLocalFile(path.toString());
-        preset.properties = dictionaryToRecord(propertite.toMap(), url);
+        preset.properties = dictionaryToRecord(propertite.toMap(), url, photo);
     } else {
         preset.properties = makeEmptyRecord(std::nullopt);
     }

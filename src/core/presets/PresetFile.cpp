@@ -1,11 +1,12 @@
 #include "presets/PresetFile.h"
 
-#include "foundation/Settings.h"
+#include "foundation/BoundedFile.h"
+#include "foundation/FileAside.h"
 
-#include <QFile>
+#include <QDir>
 #include <QFileInfo>
-#include <QIODevice>
-#include <QSettings>
+#include <QLockFile>
+#include <QSaveFile>
 
 namespace tagmoor {
 
@@ -13,26 +14,6 @@ namespace {
 
 // The first line of a presets file: what it is and the version of its layout.
 const QByteArray kHeader = QByteArrayLiteral("TagmoorPresets 1\n");
-
-bool readPresetFile(QIODevice& device, QSettings::SettingsMap& map) {
-    const QByteArray bytes = device.readAll();
-    if (!bytes.startsWith(kHeader))
-        return false;
-    map.insert(QString::fromLatin1(Settings::kPropertiesDataAP), bytes.mid(kHeader.size()));
-    return true;
-}
-
-bool writePresetFile(QIODevice& device, const QSettings::SettingsMap& map) {
-    const QVariant block = map.value(QString::fromLatin1(Settings::kPropertiesDataAP));
-    const QByteArray bytes = block.toByteArray();
-    return device.write(kHeader) == kHeader.size() && device.write(bytes) == bytes.size();
-}
-
-QSettings::Format presetFormat() {
-    static const QSettings::Format format =
-        QSettings::registerFormat(QStringLiteral("presets"), readPresetFile, writePresetFile);
-    return format;
-}
 
 } // namespace
 
@@ -45,32 +26,44 @@ QString pathFor(const QString& settingsFile) {
 }
 
 ReadStatus read(const QString& path, QByteArray* block) {
-    if (!QFileInfo::exists(path))
+    const BoundedRead file = readBoundedFile(path, kMaxBytes);
+    if (file.status == BoundedRead::Status::Missing)
         return ReadStatus::Missing;
-    QSettings file(path, presetFormat());
-    const QVariant stored = file.value(QString::fromLatin1(Settings::kPropertiesDataAP));
-    if (file.status() != QSettings::NoError || stored.typeId() != QMetaType::QByteArray)
+    if (!file.ok() || !file.bytes.startsWith(kHeader))
         return ReadStatus::Damaged;
-    *block = stored.toByteArray();
+    *block = file.bytes.mid(kHeader.size());
     return ReadStatus::Ok;
 }
 
 bool write(const QString& path, const QByteArray& block) {
-    QSettings file(path, presetFormat());
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QSaveFile file(path);
     // A new file replaces the old one, or the write fails: never a file written in place.
-    file.setAtomicSyncRequired(true);
-    file.setValue(QString::fromLatin1(Settings::kPropertiesDataAP), block);
-    file.sync();
-    return file.status() == QSettings::NoError;
+    file.setDirectWriteFallback(false);
+    return file.open(QIODevice::WriteOnly) && file.write(kHeader) == kHeader.size() &&
+           file.write(block) == block.size() && file.commit();
 }
 
 QString keepAside(const QString& path, const QDateTime& when) {
-    const QString base = path + QStringLiteral(".damaged-") +
-                         when.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    QString target = base;
-    for (int n = 2; QFileInfo::exists(target); ++n)
-        target = base + QLatin1Char('-') + QString::number(n);
-    return QFile::rename(path, target) ? target : QString();
+    return keepFileAside(path, when);
+}
+
+QString copyAside(const QString& path, const QDateTime& when) {
+    return copyFileAside(path, when);
+}
+
+Lock::Lock(const QString& path, int timeoutMs)
+    : m_lock(std::make_unique<QLockFile>(path + QStringLiteral(".lock"))) {
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    // A save holds the lock for a moment; one held this long belongs to a hung process.
+    m_lock->setStaleLockTime(60000);
+    m_lock->tryLock(timeoutMs);
+}
+
+Lock::~Lock() = default;
+
+bool Lock::isLocked() const {
+    return m_lock->isLocked();
 }
 
 } // namespace PresetFile

@@ -1,6 +1,8 @@
 #include "presets/PresetJson.h"
 
 #include "dates/OriginalFinalDateJson.h"
+#include "foundation/BoundedFile.h"
+#include "presets/PresetCheck.h"
 #include "presets/PresetDictionary.h"
 
 #include <QDateTime>
@@ -353,7 +355,27 @@ std::optional<ActualPreset> decodePresetJson(const QByteArray& json, QString* er
         why = QStringLiteral("the preset has no name");
         return std::nullopt;
     }
-    return presetFromDictionary(dictionary);
+    return presetFromDictionary(dictionary, nullptr, PhotoRead::Later);
+}
+
+std::optional<ActualPreset> readPresetJsonFile(const QString& path, QString* error) {
+    QString ignored;
+    QString& why = error ? *error : ignored;
+    const BoundedRead file = readBoundedFile(path, kMaxPresetJsonBytes);
+    if (!file.ok()) {
+        why = QStringLiteral("cannot read %1: %2").arg(path, file.error);
+        return std::nullopt;
+    }
+    std::optional<ActualPreset> preset = decodePresetJson(file.bytes, &why);
+    if (!preset) {
+        why = QStringLiteral("%1 is not a preset file: %2").arg(path, why);
+        return std::nullopt;
+    }
+    if (const std::optional<QString> refusal = presetRefusal(*preset)) {
+        why = QStringLiteral("the preset of %1 is refused: %2").arg(path, *refusal);
+        return std::nullopt;
+    }
+    return preset;
 }
 
 } // namespace tagmoor

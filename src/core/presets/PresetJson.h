@@ -28,4 +28,12 @@ QByteArray encodePresetJson(const ActualPreset& preset, QString* error = nullptr
 // preset file or a value does not read back.
 std::optional<ActualPreset> decodePresetJson(const QByteArray& json, QString* error = nullptr);
 
+// The largest preset file that is read: a preset's JSON is a few kilobytes.
+constexpr qint64 kMaxPresetJsonBytes = 4 * 1024 * 1024;
+
+// The preset of the JSON file at `path`, or nothing with the reason in `error`: only a
+// regular file of at most kMaxPresetJsonBytes is read, without waiting on a pipe or a device;
+// its preset must decode and pass presetRefusal. The photo it names is not opened.
+std::optional<ActualPreset> readPresetJsonFile(const QString& path, QString* error = nullptr);
+
 } // namespace tagmoor

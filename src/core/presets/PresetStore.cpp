@@ -4,10 +4,14 @@
 #include "presets/PresetArchive.h"
 #include "presets/PresetFile.h"
 #include "presets/PresetLog.h"
+#include "presets/PresetMerge.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
 #include <QSet>
-#include <QSettings>
 
 namespace tagmoor {
 
@@ -26,21 +30,46 @@ PresetStore::PresetStore(Settings& settings, QObject* parent)
     connect(&m_saveTimer, &QTimer::timeout, this, &PresetStore::startSave);
     // One thread: saves are written in the order they were taken.
     m_savePool.setMaxThreadCount(1);
+    m_photoPool.setMaxThreadCount(1);
+    // Another program's write comes as a few changes of the folder in a row.
+    m_watchTimer.setSingleShot(true);
+    m_watchTimer.setInterval(200);
+    connect(&m_watchTimer, &QTimer::timeout, this, &PresetStore::syncWithFile);
 }
 
 PresetStore::~PresetStore() {
     waitForSaves();
+    m_photoPool.waitForDone();
 }
 
 PresetStore::LoadReport PresetStore::load() {
+    waitForSaves();
     m_presets.clear();
+    m_disk = {};
     LoadReport report;
     QByteArray block;
     const auto now = QDateTime::currentDateTimeUtc();
+    const auto take = [&](const QByteArray& stored) {
+        std::optional<PresetArchiveContents> contents = readPresetArchive(stored);
+        if (!contents)
+            return false;
+        m_presets = std::move(contents->presets);
+        report.refused = std::move(contents->refused);
+        return true;
+    };
     switch (PresetFile::read(m_fileName, &block)) {
     case PresetFile::ReadStatus::Ok:
-        if (auto decoded = decodePresetArchive(block)) {
-            m_presets = std::move(*decoded);
+        if (take(block)) {
+            m_disk = {true, block, m_presets};
+            if (report.refused.isEmpty())
+                break;
+            // The file as it was is kept; the file itself then holds the presets kept, so
+            // that what was left out is told once.
+            report.keptAs = PresetFile::copyAside(m_fileName, now);
+            const PresetFile::Lock lock(m_fileName);
+            const QByteArray kept = encodePresetArchive(m_presets);
+            if (!report.keptAs.isEmpty() && lock.isLocked() && PresetFile::write(m_fileName, kept))
+                m_disk = {true, kept, m_presets};
             break;
         }
         [[fallthrough]];
@@ -53,11 +82,17 @@ PresetStore::LoadReport PresetStore::load() {
         if (!m_settings.holdsAnyValue(Settings::kPropertiesDataAP))
             break;
         if (const std::optional<QByteArray> stored = m_settings.propertiesData()) {
-            if (auto decoded = decodePresetArchive(*stored)) {
-                m_presets = std::move(*decoded);
-                if (PresetFile::write(m_fileName, *stored)) {
-                    m_settings.remove(Settings::kPropertiesDataAP);
-                    m_settings.sync();
+            if (take(*stored)) {
+                const QByteArray kept = encodePresetArchive(m_presets);
+                const PresetFile::Lock lock(m_fileName);
+                if (lock.isLocked() && PresetFile::write(m_fileName, kept)) {
+                    m_disk = {true, kept, m_presets};
+                    if (report.refused.isEmpty()) {
+                        m_settings.remove(Settings::kPropertiesDataAP);
+                        m_settings.sync();
+                    } else {
+                        report.keptAs = m_settings.moveAside(Settings::kPropertiesDataAP, now);
+                    }
                 }
                 break;
             }
@@ -71,8 +106,56 @@ PresetStore::LoadReport PresetStore::load() {
             << "The saved presets could not be read; the list starts empty and the stored "
                "block is kept as"
             << report.keptAs;
+    for (const RefusedPreset& r : std::as_const(report.refused))
+        qCWarning(lcPresets).noquote()
+            << "Preset" << r.position + 1 << r.name << "was left out:" << r.reason;
+    m_lastLoad = report;
     emit presetsChanged();
+    readPhotos();
     return report;
+}
+
+ActualPreset PresetStore::preset(qsizetype position) const {
+    if (!isValidPosition(position))
+        return {};
+    ActualPreset p = m_presets.at(position);
+    if (p.properties && p.properties->url && p.properties->url->isLocalFile()) {
+        const auto read = m_photos.constFind(p.properties->url->toLocalFile());
+        if (read != m_photos.cend() && read->has_value())
+            applyPresetPhoto(*p.properties, **read);
+    }
+    return p;
+}
+
+void PresetStore::readPhotos() {
+    for (const ActualPreset& p : std::as_const(m_presets)) {
+        if (!p.properties || !p.properties->url || !p.properties->url->isLocalFile())
+            continue;
+        const QString path = p.properties->url->toLocalFile();
+        if (path.isEmpty() || m_photos.contains(path))
+            continue;
+        m_photos.insert(path, std::nullopt); // on its way
+        m_photoPool.start([this, path] {
+            QString why;
+            std::optional<PresetPhotoFacts> facts = readPresetPhoto(path, &why);
+            if (!facts)
+                qCInfo(lcPresets).noquote()
+                    << "The photo of a preset," << path << ", could not be read:" << why;
+            QMetaObject::invokeMethod(
+                this,
+                [this, path, facts = std::move(facts)] {
+                    // Only preset() shows them: the list itself is as it was.
+                    if (facts)
+                        m_photos.insert(path, facts);
+                },
+                Qt::QueuedConnection);
+        });
+    }
+}
+
+void PresetStore::waitForPhotos() {
+    m_photoPool.waitForDone();
+    QCoreApplication::sendPostedEvents(this);
 }
 
 QList<ActualPreset> PresetStore::menuRows() const {
@@ -174,10 +257,33 @@ void PresetStore::waitForSaves() {
     if (m_saveTimer.isActive())
         startSave();
     m_savePool.waitForDone();
+    // The lists that saves merged in are taken before this returns.
+    QCoreApplication::sendPostedEvents(this);
+}
+
+void PresetStore::watchFile(bool on) {
+    if (!on) {
+        delete m_watcher;
+        m_watcher = nullptr;
+        return;
+    }
+    if (m_watcher)
+        return;
+    // The file is replaced whole by every write: its folder tells of each new one.
+    const QString folder = QFileInfo(m_fileName).absolutePath();
+    QDir().mkpath(folder);
+    m_watcher = new QFileSystemWatcher({folder}, this);
+    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this,
+            [this] { m_watchTimer.start(); });
+}
+
+void PresetStore::syncWithFile() {
+    startSave();
 }
 
 void PresetStore::changed() {
     emit presetsChanged();
+    readPhotos();
     scheduleSave();
 }
 
@@ -188,12 +294,56 @@ void PresetStore::startSave() {
     m_savePool.start([this, snapshot = m_presets, generation] {
         if (generation != m_latestSave.load())
             return; // a newer copy is queued behind this one
-        const bool ok = PresetFile::write(m_fileName, encodePresetArchive(snapshot));
-        if (!ok)
+        SaveOutcome outcome = saveOnThread(snapshot);
+        if (!outcome.ok)
             qCWarning(lcPresets) << "The presets could not be saved to" << m_fileName;
         QMetaObject::invokeMethod(
-            this, [this, ok] { emit saveFinished(ok); }, Qt::QueuedConnection);
+            this, [this, outcome = std::move(outcome), snapshot] { saveDone(outcome, snapshot); },
+            Qt::QueuedConnection);
     });
+}
+
+PresetStore::SaveOutcome PresetStore::saveOnThread(const QList<ActualPreset>& mine) {
+    SaveOutcome outcome;
+    const PresetFile::Lock lock(m_fileName);
+    if (!lock.isLocked()) {
+        qCWarning(lcPresets) << "The presets file is locked by another program:" << m_fileName;
+        return outcome;
+    }
+    QByteArray onDisk;
+    const PresetFile::ReadStatus status = PresetFile::read(m_fileName, &onDisk);
+    outcome.written = mine;
+    if (status == PresetFile::ReadStatus::Ok && !(m_disk.known && onDisk == m_disk.block)) {
+        if (std::optional<PresetArchiveContents> theirs = readPresetArchive(onDisk)) {
+            outcome.written = mergePresetLists(m_disk.presets, mine, theirs->presets);
+            outcome.merged = true;
+        } else {
+            PresetFile::keepAside(m_fileName, QDateTime::currentDateTimeUtc());
+        }
+    } else if (status == PresetFile::ReadStatus::Damaged) {
+        const QString kept = PresetFile::keepAside(m_fileName, QDateTime::currentDateTimeUtc());
+        qCWarning(lcPresets) << "The presets file could not be read; it is kept as" << kept;
+    }
+    const QByteArray block = encodePresetArchive(outcome.written);
+    outcome.ok = (status == PresetFile::ReadStatus::Ok && block == onDisk) ||
+                 PresetFile::write(m_fileName, block);
+    if (outcome.ok)
+        m_disk = {true, block, outcome.written};
+    return outcome;
+}
+
+void PresetStore::saveDone(const SaveOutcome& outcome, const QList<ActualPreset>& mine) {
+    if (outcome.ok && outcome.merged) {
+        // What the other program changed comes into the list as it is now.
+        const QList<ActualPreset> merged = mergePresetLists(mine, m_presets, outcome.written);
+        if (encodePresetArchive(merged) != encodePresetArchive(m_presets)) {
+            m_presets = merged;
+            emit presetsChanged();
+            emit changedElsewhere();
+            readPhotos();
+        }
+    }
+    emit saveFinished(outcome.ok);
 }
 
 } // namespace tagmoor

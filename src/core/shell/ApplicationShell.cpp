@@ -28,6 +28,9 @@ bool ApplicationShell::claimInstance(const QStringList& paths) {
                 [this](const QStringList& received) { m_openWith.openFiles(received); });
         return true;
     }
+    // A folder or a name in the way that is not ours: told already, and not to be used.
+    if (!m_channel.problem().isEmpty())
+        return true;
     if (m_channel.forward(paths))
         return false;
     qCWarning(lcShell) << "Another instance holds" << m_channel.name()

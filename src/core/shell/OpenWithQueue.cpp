@@ -35,8 +35,11 @@ bool OpenWithQueue::openFiles(const QStringList& paths) {
     if (!m_settings.startup().has_value())
         return false;
     emit m_events.showMainWindowRequested();
+    QList<QUrl> urls;
+    urls.reserve(paths.size());
     for (const QString& path : paths)
-        m_set.addPendingOpenURL(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
+        urls.append(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
+    m_set.addPendingOpenURLs(urls);
     if (!m_set.pendingOpenURLs().isEmpty())
         m_timer1.start();
     return true;

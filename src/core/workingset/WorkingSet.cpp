@@ -132,20 +132,34 @@ void WorkingSet::stageURLs(const QList<QUrl>& urls) {
 }
 
 void WorkingSet::addPendingOpenURL(const QUrl& url) {
-    if (m_pendingOpenURLs.contains(url))
-        return;
-    m_pendingOpenURLs.append(url);
-    emit stagingChanged();
+    addPendingOpenURLs({url});
+}
+
+void WorkingSet::addPendingOpenURLs(const QList<QUrl>& urls) {
+    bool added = false;
+    for (const QUrl& url : urls) {
+        if (m_pendingOpenSet.contains(url))
+            continue;
+        m_pendingOpenSet.insert(url);
+        m_pendingOpenURLs.append(url);
+        added = true;
+    }
+    if (added)
+        emit stagingChanged();
 }
 
 void WorkingSet::stagePendingOpenURLs() {
     if (m_pendingOpenURLs.isEmpty())
         return;
+    QSet<QUrl> staged(m_stagedURLs.cbegin(), m_stagedURLs.cend());
     for (const QUrl& url : std::as_const(m_pendingOpenURLs)) {
-        if (!m_stagedURLs.contains(url))
+        if (!staged.contains(url)) {
+            staged.insert(url);
             m_stagedURLs.append(url);
+        }
     }
     m_pendingOpenURLs.clear();
+    m_pendingOpenSet.clear();
     emit stagingChanged();
 }
 

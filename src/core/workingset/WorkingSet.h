@@ -5,6 +5,7 @@
 #include <QFuture>
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 #include <QUrl>
 
@@ -58,6 +59,9 @@ public:
     // Files handed over by the system, waiting for the next add; each is kept once.
     const QList<QUrl>& pendingOpenURLs() const { return m_pendingOpenURLs; }
     void addPendingOpenURL(const QUrl& url);
+    // Adds the URLs not waiting yet, in their order, and tells the change once. Duplicates are
+    // found through a hash set, so a hand-over of many thousands of files costs linear time.
+    void addPendingOpenURLs(const QList<QUrl>& urls);
     // Moves the waiting files to the staged ones, passing over those staged already.
     void stagePendingOpenURLs();
 
@@ -99,6 +103,7 @@ private:
     QList<QFuture<void>> m_releasing;
     QList<QUrl> m_stagedURLs;
     QList<QUrl> m_pendingOpenURLs;
+    QSet<QUrl> m_pendingOpenSet; // the same URLs as m_pendingOpenURLs
     bool m_isScanning = false;
     bool m_retrieveOnAppear = false;
     bool m_isFirstAdding = false;

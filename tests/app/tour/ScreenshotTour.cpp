@@ -305,6 +305,9 @@ int main(int argc, char** argv) {
     PreferencesWindow* preferences = t.app->preferencesWindow();
     preferences->btnWriteTagsInStandardForm()->setFocus();
     shoot(out, QStringLiteral("preferences-standard-form.png"), preferences);
+    // The map tiles' switch and their cache.
+    preferences->btnLoadMapTiles()->setFocus();
+    shoot(out, QStringLiteral("preferences-map-tiles.png"), preferences);
     preferences->close();
     settle();
 

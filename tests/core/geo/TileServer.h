@@ -50,6 +50,11 @@ public:
         m_maker = std::move(maker);
     }
 
+    // Answers a tile with the status this gives (200: the tile), the body then a short text.
+    void setStatusMaker(std::function<int(int zoom, int x, int y)> maker) {
+        m_status = std::move(maker);
+    }
+
     QString urlTemplate() const {
         return QStringLiteral("http://127.0.0.1:%1/{z}/{x}/{y}.png").arg(m_server.serverPort());
     }
@@ -76,6 +81,16 @@ private:
             }
             QByteArray png = m_png;
             const QStringList parts = path.section(QLatin1Char('.'), 0, 0).split(QLatin1Char('/'));
+            const int status = m_status && parts.size() == 4
+                                   ? m_status(parts[1].toInt(), parts[2].toInt(), parts[3].toInt())
+                                   : 200;
+            if (status != 200) {
+                const QByteArray body = "no tile here";
+                socket->write("HTTP/1.1 " + QByteArray::number(status) +
+                              " Error\r\nContent-Type: text/plain\r\nContent-Length: " +
+                              QByteArray::number(body.size()) + "\r\n\r\n" + body);
+                continue;
+            }
             if (m_maker && parts.size() == 4)
                 png = m_maker(parts[1].toInt(), parts[2].toInt(), parts[3].toInt());
             QByteArray reply = "HTTP/1.1 200 OK\r\nContent-Type: image/png\r\n"
@@ -88,6 +103,7 @@ private:
     QTcpServer m_server;
     QByteArray m_png;
     std::function<QByteArray(int, int, int)> m_maker;
+    std::function<int(int, int, int)> m_status;
     QHash<QTcpSocket*, QByteArray> m_input;
     QSet<QTcpSocket*> m_open;
     QStringList m_paths;

@@ -6,6 +6,7 @@
 #include "shell/ShellFixture.h"
 #include "workingset/ScanFixture.h"
 
+#include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QTemporaryDir>
 #include <QUuid>
@@ -100,6 +101,42 @@ TEST(OpenFiles, FilesOpenedDuringAScanOrBeforeLaunchFinishedWaitTheirTurn) {
     EXPECT_EQ(f.listedPaths(), expected);
     EXPECT_FALSE(f.set.isScanning());
     EXPECT_TRUE(f.set.stagedURLs().isEmpty());
+}
+
+// A hand-over of tens of thousands of files, many of them twice, arrives once each, in
+// order, in time that grows with the count: duplicates are found through a set.
+TEST(OpenFiles, AHandOverOfManyFilesKeepsEachPathOnceInLinearTime) {
+    ScratchConfig cfg;
+    Settings settings(cfg.settingsFile());
+    settings.setStartup(true);
+    WorkingSet set;
+    AppEvents events;
+    LaunchState state;
+    OpenWithQueue queue(set, settings, state, events);
+    constexpr int kCount = 40000;
+    QStringList paths;
+    for (int i = 0; i < kCount; ++i)
+        paths << QStringLiteral("/photos/%1/p%2.jpg").arg(i % 97).arg(i);
+    const QStringList firstHalf = paths.mid(0, kCount / 2);
+    set.stageURLs({QUrl::fromLocalFile(paths[7])}); // already staged by a drop
+
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(queue.openFiles(paths + firstHalf));
+    ASSERT_TRUE(queue.openFiles(firstHalf));
+    set.stagePendingOpenURLs();
+    EXPECT_LT(clock.elapsed(), 3000);
+
+    const QList<QUrl>& staged = set.stagedURLs();
+    ASSERT_EQ(staged.size(), kCount);
+    EXPECT_EQ(staged[0], QUrl::fromLocalFile(paths[7]));
+    EXPECT_EQ(staged[1], QUrl::fromLocalFile(paths[0]));
+    EXPECT_EQ(staged.last(), QUrl::fromLocalFile(paths.last()));
+    EXPECT_TRUE(set.pendingOpenURLs().isEmpty());
+
+    // Once staged, the same path may wait again for the next scan.
+    set.addPendingOpenURL(QUrl::fromLocalFile(paths[0]));
+    EXPECT_EQ(set.pendingOpenURLs().size(), 1);
 }
 
 TEST(OpenFiles, ASecondLaunchHandsItsPathsToTheFirst) {

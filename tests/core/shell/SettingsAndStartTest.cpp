@@ -1,11 +1,15 @@
 #include "TestSupport.h"
+#include "TimeBound.h"
 #include "foundation/Settings.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
 #include "shell/ShellFixture.h"
 #include "shell/StartSequence.h"
 
+#include <QDir>
 #include <QSettings>
+
+#include <sys/stat.h>
 
 namespace tagmoor {
 namespace {
@@ -61,6 +65,78 @@ TEST(Settings, MistypedAndCorruptValuesCountAsAbsentAndAreSeeded) {
     Settings again(cfg.settingsFile());
     EXPECT_EQ(again.loginStartStatus(), false);
     EXPECT_EQ(again.startup(), true);
+}
+
+// A settings file that QSettings would read in part and overwrite at its next write is kept
+// aside whole, and the settings start anew; a sound file, comments and continued lines
+// included, is read as it is.
+TEST(Settings, ADamagedFileIsKeptAsideNotOverwritten) {
+    QByteArray junk;
+    for (int i = 0; i < 4096; ++i)
+        junk.append(char((i * 7919) & 0xff));
+    const QList<QByteArray> damaged{
+        junk,
+        "[General]\nStartupOTM=true\nthis line is no setting\n",
+        QByteArray("[General]\nlastVersion=1.0\0\n", 29),
+        "[General]\nlastVersion=caf\xe9\n",
+        "[General\nStartupOTM=true\n",
+    };
+    for (const QByteArray& bytes : damaged) {
+        ScratchConfig cfg;
+        ASSERT_TRUE(test::writeBytes(cfg.settingsFile(), bytes));
+        QList<Settings::Problem> told;
+        {
+            Settings s(cfg.settingsFile());
+            EXPECT_FALSE(s.startup());
+            s.setStartup(true);
+            s.setProblemHandler([&](const Settings::Problem& p) { told << p; });
+        }
+        const QStringList kept =
+            QDir(cfg.path()).entryList({"Tagmoor.conf.damaged-*"}, QDir::Files);
+        ASSERT_EQ(kept.size(), 1) << bytes.left(40).toStdString();
+        EXPECT_EQ(test::readBytes(cfg.path() + "/" + kept[0]), bytes);
+        ASSERT_EQ(told.size(), 1);
+        EXPECT_EQ(told[0].kind, Settings::Problem::Kind::KeptAside);
+        EXPECT_EQ(told[0].path, cfg.path() + "/" + kept[0]);
+        EXPECT_EQ(Settings(cfg.settingsFile()).startup(), true) << "a new file in its place";
+    }
+
+    // A pipe in the file's place is moved aside without a wait.
+    ScratchConfig cfg;
+    ASSERT_EQ(::mkfifo(QFile::encodeName(cfg.settingsFile()).constData(), 0600), 0);
+    test::finishWithin(10, "opening settings that are a pipe", [&] {
+        Settings s(cfg.settingsFile());
+        EXPECT_TRUE(s.keptAsideAs().startsWith(cfg.settingsFile() + ".damaged-"));
+        s.setStartup(true);
+    });
+
+    const QByteArray sound = "; written by hand\n[General]\nlastVersion=1.2\n# a note\n"
+                             "UpdateFeedURL=\"http://a\\\n b\"\n\n[Other]\nx=1\n";
+    ScratchConfig clean;
+    ASSERT_TRUE(test::writeBytes(clean.settingsFile(), sound));
+    Settings s(clean.settingsFile());
+    EXPECT_TRUE(s.keptAsideAs().isEmpty());
+    EXPECT_EQ(s.lastVersionString(), "1.2");
+}
+
+// Settings that cannot be written are told once however often they are written, to a
+// handler set before or after.
+TEST(Settings, AFileThatCannotBeWrittenIsToldOnce) {
+    ScratchConfig cfg;
+    // A folder whose place a file takes: no user, root included, can write there.
+    ASSERT_TRUE(test::writeBytes(cfg.path() + "/blocked", "a file"));
+    const QString file = cfg.path() + "/blocked/Tagmoor.conf";
+    Settings s(file);
+    s.setStartup(true);
+    s.setLastVersionString("2.0");
+    QList<Settings::Problem> told;
+    s.setProblemHandler([&](const Settings::Problem& p) { told << p; });
+    s.setIsPopUp(false);
+    s.seedDefaults({Settings::AutoCheckForUpdateOTM});
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_EQ(told[0].kind, Settings::Problem::Kind::NotWritable);
+    EXPECT_EQ(told[0].path, file);
+    EXPECT_EQ(s.lastVersionString(), "2.0") << "the values last while the program runs";
 }
 
 TEST(StartSequence, FirstStartSeedsAndSchedulesNoUpdateCheck) {
@@ -167,6 +243,109 @@ TEST(LoginItem, WritesAndRemovesTheAutostartEntryRepeatedly) {
     EXPECT_TRUE(text.contains("Type=Application\n"));
     login.apply(false);
     EXPECT_FALSE(login.isInstalled());
+}
+
+// The arguments of an Exec value as a desktop reads them: the string escapes first, then the
+// quoting of arguments, then the doubled percent sign.
+QStringList execArguments(const QString& value) {
+    QString text;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        const QChar next = i + 1 < value.size() ? value[i + 1] : QChar();
+        if (value[i] != u'\\' || !QStringLiteral("sntr\\").contains(next)) {
+            text += value[i];
+            continue;
+        }
+        ++i;
+        text += next == u's'   ? QChar(u' ')
+                : next == u'n' ? QChar(u'\n')
+                : next == u't' ? QChar(u'\t')
+                : next == u'r' ? QChar(u'\r')
+                               : next;
+    }
+    QStringList arguments;
+    QString current;
+    bool quoted = false, any = false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (quoted && c == u'\\' && i + 1 < text.size()) {
+            current += text[++i];
+        } else if (c == u'"') {
+            quoted = !quoted;
+            any = true;
+        } else if (c == u' ' && !quoted) {
+            if (any || !current.isEmpty())
+                arguments << current;
+            current.clear();
+            any = false;
+        } else {
+            current += c;
+        }
+    }
+    if (any || !current.isEmpty())
+        arguments << current;
+    for (QString& a : arguments)
+        a.replace(QStringLiteral("%%"), QStringLiteral("%"));
+    return arguments;
+}
+
+QString execLine(const QString& entry) {
+    for (const QString& line : QString::fromUtf8(test::readBytes(entry)).split(u'\n')) {
+        if (line.startsWith(QStringLiteral("Exec=")))
+            return line.mid(5);
+    }
+    return {};
+}
+
+TEST(LoginItem, FollowsTheProgramWhereverItMovesAndKeepsTheUsersChoice) {
+    ScratchConfig cfg;
+    // Any path reads back whole from the entry, reserved characters and all.
+    const QStringList programs{
+        "/usr/bin/tagmoor",
+        "/opt/Tag moor/tagmoor",
+        "/opt/it's \"new\"/$HOME/`id`/100% done/a\\b/(x)|y;z&*?#<>~/tagmoor",
+        "/home/j/Apps\tand\nlines/tagmoor",
+    };
+    for (const QString& program : programs) {
+        LoginItem(program).apply(true);
+        EXPECT_EQ(execArguments(execLine(cfg.autostartEntry())), QStringList{program})
+            << execLine(cfg.autostartEntry()).toStdString();
+    }
+
+    // The program moved: the entry follows, and what the user added stays.
+    LoginItem("/usr/bin/tagmoor").apply(true);
+    QByteArray text = test::readBytes(cfg.autostartEntry());
+    test::writeBytes(cfg.autostartEntry(), text + "X-GNOME-Autostart-Delay=10\n");
+    LoginItem moved("/opt/tagmoor/bin/tagmoor");
+    moved.apply(true);
+    EXPECT_EQ(execLine(cfg.autostartEntry()), "/opt/tagmoor/bin/tagmoor");
+    EXPECT_TRUE(test::readBytes(cfg.autostartEntry()).contains("X-GNOME-Autostart-Delay=10\n"));
+    EXPECT_TRUE(moved.isInstalled());
+
+    // Turned off on the desktop's side: neither on nor off touches it, and it counts as off.
+    for (const QByteArray& off :
+         {QByteArray("Hidden=true"), QByteArray("X-GNOME-Autostart-enabled = false")}) {
+        const QByteArray hidden = "[Desktop Entry]\nType=Application\nName=Tagmoor\n"
+                                  "Exec=/old/place/tagmoor\n" +
+                                  off + "\n";
+        test::writeBytes(cfg.autostartEntry(), hidden);
+        moved.apply(true);
+        EXPECT_EQ(test::readBytes(cfg.autostartEntry()), hidden);
+        EXPECT_FALSE(moved.isInstalled());
+        moved.apply(false);
+        EXPECT_EQ(test::readBytes(cfg.autostartEntry()), hidden);
+    }
+    // The same key in another group does not count.
+    test::writeBytes(cfg.autostartEntry(), "[Desktop Entry]\nExec=/x\n[Desktop Action a]\n"
+                                           "Hidden=true\n");
+    moved.apply(true);
+    EXPECT_EQ(execLine(cfg.autostartEntry()), "/opt/tagmoor/bin/tagmoor");
+    EXPECT_TRUE(moved.isInstalled());
+
+    // A pipe in the entry's place never stalls the start.
+    QFile::remove(cfg.autostartEntry());
+    ASSERT_EQ(::mkfifo(QFile::encodeName(cfg.autostartEntry()).constData(), 0600), 0);
+    test::finishWithin(10, "applying the login item over a FIFO", [&] { moved.apply(true); });
+    EXPECT_TRUE(moved.isInstalled());
 }
 
 } // namespace

@@ -1,0 +1,10 @@
+#include "geo/MapTileNotices.h"
+
+namespace tagmoor {
+
+MapTileNotices& MapTileNotices::instance() {
+    static MapTileNotices notices;
+    return notices;
+}
+
+} // namespace tagmoor
