@@ -142,6 +142,7 @@ int runApply(const QStringList& args) {
     for (const QString& path : notPhotos)
         err << "tagmoor-cli apply: " << path << ": not a photo, left out of the batch\n";
     err.flush();
+    const bool allAsked = leftOut.isEmpty();
     const RunValues& values = options->values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
         !values.fieldEditedFlags.hasKeyedEdits())
@@ -155,7 +156,7 @@ int runApply(const QStringList& args) {
         else
             allWritten = printPlan(out, pipeline, photos);
         out.flush();
-        return allWritten && leftOut.isEmpty() ? 0 : 1;
+        return allWritten && allAsked ? 0 : 1;
     }
     if (values.destinationFolder && !QDir().mkpath(*values.destinationFolder)) {
         err << "tagmoor-cli apply: cannot create the output folder " << *values.destinationFolder
@@ -169,26 +170,34 @@ int runApply(const QStringList& args) {
     const bool showProgress = !options->quiet && ::isatty(STDERR_FILENO);
     BatchDriver driver(pipeline, numbering, stop, showProgress ? &progress : nullptr,
                        options->threads);
-    // The problems wait in a file until the summary is out, rather than in the result.
+    // The problems and the photos not reached wait in files until the summary is out, rather
+    // than in the result.
     ProblemLog problemLog;
+    ProblemLog notReached;
     driver.setProblemSink([&](const PhotoProblem& problem) { problemLog.add(problem); });
+    driver.setNotReachedSink([&](const QString& path) {
+        notReached.add({path, QStringLiteral("not reached: the run was stopped")});
+    });
     const BatchResult result = driver.run(photos);
     progress.end();
     err.flush();
 
     if (options->json)
-        writeResultJson(out, result, problemLog, {leftOut, notPhotos});
+        writeResultJson(out, result, {problemLog, notReached}, {leftOut, notPhotos});
     else
         for (const QString& line : BatchSummary::of(result).lines())
             out << line << '\n';
     out.flush();
-    // One line for each photo that did not get what was asked, and why.
-    problemLog.forEach([&](const PhotoProblem& problem) {
+    // One line for each photo that did not get what was asked, and why; then those that a
+    // stop kept from being reached.
+    const auto tell = [&](const PhotoProblem& problem) {
         err << "tagmoor-cli apply: " << problem.path << ": " << problem.reason << '\n';
-    });
+    };
+    problemLog.forEach(tell);
+    notReached.forEach(tell);
     err.flush();
-    const bool allChanged =
-        result.totalProcessedPhotos == result.total && problemLog.isEmpty() && leftOut.isEmpty();
+    const bool allChanged = result.savedPhotos() == result.total && problemLog.isEmpty() &&
+                            notReached.isEmpty() && allAsked;
     return allChanged ? 0 : 1;
 }
 
