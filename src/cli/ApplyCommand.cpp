@@ -16,6 +16,8 @@
 #include <QDir>
 #include <QTextStream>
 
+#include <atomic>
+#include <csignal>
 #include <mutex>
 #include <unistd.h>
 
@@ -46,6 +48,40 @@ public:
 private:
     std::mutex m_mutex;
     bool m_shown = false;
+};
+
+std::atomic<StopControl*> g_interruptible{nullptr};
+
+extern "C" void stopOnSignal(int) {
+    if (StopControl* stop = g_interruptible.load())
+        stop->stopNow();
+}
+
+// While it lives, Ctrl-C (or a TERM signal) ends the run as Stop does in the window: the
+// photos in work are finished, no new one starts, and the result names the photos not
+// reached. A second signal ends the process at once, as it would have without this.
+class StopOnInterrupt {
+public:
+    explicit StopOnInterrupt(StopControl& stop) {
+        g_interruptible = &stop;
+        struct sigaction action {};
+        action.sa_handler = stopOnSignal;
+        action.sa_flags = SA_RESETHAND;
+        sigemptyset(&action.sa_mask);
+        ::sigaction(SIGINT, &action, &m_int);
+        ::sigaction(SIGTERM, &action, &m_term);
+    }
+    ~StopOnInterrupt() {
+        ::sigaction(SIGINT, &m_int, nullptr);
+        ::sigaction(SIGTERM, &m_term, nullptr);
+        g_interruptible = nullptr;
+    }
+    StopOnInterrupt(const StopOnInterrupt&) = delete;
+    StopOnInterrupt& operator=(const StopOnInterrupt&) = delete;
+
+private:
+    struct sigaction m_int {};
+    struct sigaction m_term {};
 };
 
 // Prints what a run would do and gives whether every photo would be written: per photo the
@@ -178,7 +214,11 @@ int runApply(const QStringList& args) {
     driver.setNotReachedSink([&](const QString& path) {
         notReached.add({path, QStringLiteral("not reached: the run was stopped")});
     });
-    const BatchResult result = driver.run(photos);
+    BatchResult result;
+    {
+        const StopOnInterrupt interruptible(stop);
+        result = driver.run(photos);
+    }
     progress.end();
     err.flush();
 
