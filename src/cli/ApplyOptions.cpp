@@ -1,11 +1,11 @@
 #include "ApplyOptions.h"
 
-#include "CodedValueCheck.h"
 #include "DateRuleArgument.h"
 #include "PresetsCommand.h"
 #include "RenameArgument.h"
 #include "WritingOptions.h"
 #include "batch/FormSnapshot.h"
+#include "editor/FieldValueCheck.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameRule.h"
 
@@ -188,7 +188,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             if (auto problem =
                     FormSnapshot::setText(o.values.editedProperties, *field, v->mid(eq + 1)))
                 return fail(error, QStringLiteral("--set: %1").arg(*problem));
-            if (auto refused = refusedCodedValue(*field, o.values.editedProperties))
+            if (auto refused = refusedFieldValue(*field, o.values.editedProperties))
                 return fail(error, QStringLiteral("--set: %1").arg(*refused));
             o.values.fieldEditedFlags.set(field->position);
         } else if (arg == QLatin1String("--date")) {
@@ -259,8 +259,15 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
     }
     if (o.help)
         return o;
-    if (preset && !applyStoredPreset(o.values, *preset, error))
-        return std::nullopt;
+    if (preset) {
+        if (!applyStoredPreset(o.values, *preset, error))
+            return std::nullopt;
+        // The preset's values pass the checks of --set and --date; those given beside it have
+        // passed them already, so what is refused here came from the preset.
+        if (auto refused = refusedRunValue(o.values.editedProperties, o.values.fieldEditedFlags,
+                                           o.values.editorDates))
+            return fail(error, QStringLiteral("--preset %1: %2").arg(*preset, *refused));
+    }
 
     if (inPlace && o.values.destinationFolder)
         return fail(error, QStringLiteral("--out and --in-place exclude each other"));
