@@ -163,7 +163,8 @@ int runApply(const QStringList& args) {
 
     QStringList problems;
     QList<LeftOutEntry> leftOut;
-    PathPhotoSource photos = collectPhotoPaths(options->inputs, &problems, &leftOut);
+    QSet<QString> namedFiles;
+    PathPhotoSource photos = collectPhotoPaths(options->inputs, &problems, &leftOut, &namedFiles);
     if (!problems.isEmpty()) {
         for (const QString& p : problems)
             err << "tagmoor-cli apply: " << p << '\n';
@@ -175,10 +176,15 @@ int runApply(const QStringList& args) {
         err << "tagmoor-cli apply: " << entry.path << ": left out: " << entry.reason << '\n';
     QStringList notPhotos;
     keepPhotos(photos, options->threads, &notPhotos);
-    for (const QString& path : notPhotos)
+    // A file found in a folder that is no photo is simply not part of the batch; a file the
+    // user named is one that was asked for and not changed.
+    bool namedNotPhoto = false;
+    for (const QString& path : notPhotos) {
         err << "tagmoor-cli apply: " << path << ": not a photo, left out of the batch\n";
+        namedNotPhoto = namedNotPhoto || namedFiles.contains(path);
+    }
     err.flush();
-    const bool allAsked = leftOut.isEmpty();
+    const bool allAsked = leftOut.isEmpty() && !namedNotPhoto;
     const RunValues& values = options->values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
         !values.fieldEditedFlags.hasKeyedEdits())
