@@ -75,6 +75,10 @@ QString ApplyOptions::helpText() {
         "                       --set Artist=\"Jane Doe\"  --set Iptc.Application2.City=Paris\n"
         "                       An empty VALUE writes the empty text. Numbers as 2.8 or 400;\n"
         "                       popups by their stored code (--set Orientation=6).\n"
+        "                       A number must fit its tag: ISO 0 to 65535, no negative\n"
+        "                       FNumber or GPSAltitude (below sea level: GPSAltitudeRef=1),\n"
+        "                       GPSLatitude -90 to 90, GPSLongitude -180 to 180. Text must\n"
+        "                       be valid UTF-8.\n"
         "  --date FIELD=RULE    a rule for a date field: DateTimeOriginal, CreationDate,\n"
         "                       ModifyDate, CreateDateXMP, ModifyDateXMP, CreateDatePhotoshop.\n"
         "                       RULE is one of\n"
@@ -113,7 +117,9 @@ QString ApplyOptions::helpText() {
         "                       standard (the default): only the fields given are written,\n"
         "                       each tag keeps its type, no zero stands in for a missing\n"
         "                       value, shifts carry; described: the classic rules\n"
-        "                       (--standard is --form standard)\n"        "  --carry              (described form) date and time shifts carry into days, months and years\n"
+        "                       (--standard is --form standard)\n"
+        "  --carry              (described form) date and time shifts carry into days, months and "
+        "years\n"
         "                       (23:37:53 on Dec 31 + 1 hour is 00:37:53 on Jan 1)\n"
         "  IPTC text outside ASCII is always written with the UTF-8 declaration; a photo\n"
         "  that declares another IPTC character set is not changed.\n"
@@ -131,10 +137,17 @@ QString ApplyOptions::helpText() {
         "A file that gives no record (not a photo) is no photo of the batch and is named on\n"
         "stderr. Every photo that did not get what was asked (skipped, format not writable,\n"
         "disk full, no permission, file changed, a name that is not valid UTF-8) is named on\n"
-        "stderr, one line each, with the reason.\n"
+        "stderr, one line each, with the reason; in the standard form its copy is not kept\n"
+        "in the output folder, and only the photos that carry the edit count as saved.\n"
+        "Ctrl-C stops the run: the photos in work are finished, the others are named as not\n"
+        "reached (in --json: \"notReached\", apart from \"problems\").\n"
         "\n"
-        "Exit status: 0 every photo processed, 1 some photos skipped or not changed (for\n"
-        "--dry-run: would be skipped), 2 bad arguments.\n");
+        "Exit status: 0 every photo saved with the edit; 1 some photos skipped, not changed\n"
+        "or not reached, or a file named as an argument is no photo (for --dry-run: would\n"
+        "be skipped); 2 bad arguments, including a value that --set, --date or --preset\n"
+        "gives and its field does not take (a number outside its tag's range, a latitude\n"
+        "beyond 90 or a longitude beyond 180 degrees, a year outside 0001 to 9999, text\n"
+        "that is not valid UTF-8): nothing is written then.\n");
 }
 
 std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString* error) {
