@@ -51,7 +51,6 @@ private slots:
     void wholeRoadFromStartProcessToFinish();
     void removeRowWithoutABoxAndNoAtTheConfirmation();
     void stopAnsweredNoGoesOnAndYesEndsTheRun();
-    void photosAStopKeptFromBeingReachedAreToldApart();
 
 private:
     std::unique_ptr<QTemporaryDir> m_home;
@@ -196,41 +195,6 @@ void RunFlowTest::stopAnsweredNoGoesOnAndYesEndsTheRun() {
                                 : QStringLiteral("Batch Process Completed!"));
         QCOMPARE(QDir(out).entryList(QDir::Files).size() < 120, yes);
     }
-}
-
-// After "YES" to the stop question the result tells the photos not reached apart from those
-// that failed (none here), and calls saved exactly the outputs that were written.
-void RunFlowTest::photosAStopKeptFromBeingReachedAreToldApart() {
-    TestApp t(true, ValueForm::standard);
-    const QString folder = m_home->filePath(QStringLiteral("Many"));
-    QDir().mkpath(folder);
-    for (int i = 0; i < 120; ++i)
-        QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"),
-                    folder + QStringLiteral("/photo%1.jpg").arg(i, 3, 10, QChar('0')));
-    t.app->scans().addFromDrop({folder});
-    QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 120, 30000);
-    HomeScreen* home = t.window().homeScreen();
-    home->metadataForm().editText(0, QStringLiteral("Jane Doe"));
-    const QString out = m_home->filePath(QStringLiteral("Out"));
-    QDir().mkpath(out);
-    t.prompt.answers = {0, 0}; // YES to start, YES to the stop question
-    t.prompt.panelAnswers = {{out}};
-    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
-    QTRY_VERIFY(home->runSheet() && home->runSheet()->isVisible());
-    QTest::mouseClick(home->runSheet()->btnStop(), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(home->runSheet()->isShowingResult(), 60000);
-
-    FinalProcessedVC* sheet = home->runSheet();
-    const int written = int(QDir(out).entryList(QDir::Files).size());
-    QVERIFY(written < 120);
-    QVERIFY(sheet->lblPhotosSavedSuccessfully()->text().startsWith(QString::number(written) +
-                                                                   QStringLiteral(" Photo")));
-    QVERIFY(sheet->lblNotReached()->isVisible());
-    QVERIFY(sheet->lblNotReached()->text().startsWith(QString::number(120 - written) +
-                                                      QStringLiteral(" photo")));
-    QVERIFY(sheet->lblNotReached()->text().endsWith(QStringLiteral(" the run was stopped")));
-    QVERIFY(!sheet->lblProblems()->isVisible());
-    QVERIFY(sheet->btnShowProblems()->isVisible());
 }
 
 TAGMOOR_APP_TEST_MAIN(RunFlowTest)

@@ -28,8 +28,8 @@ struct BatchResult {
     // Every photo the run reached that did not get what was asked, in list order: skipped
     // (for a collision, a missing source, a failed copy, a refused name), or with an edit
     // that did not land (format not writable, disk full, no permission, file changed, not a
-    // photo any more). The counts above stay as the result screen defines them; this list is
-    // what "could not be changed" shows.
+    // photo any more); with a mode the run does not know, every photo. The counts above stay
+    // as the result screen defines them; this list is what "could not be changed" shows.
     QList<PhotoProblem> problems = {};
     // The photos a stop kept the run from reaching, in list order, apart from the problems:
     // nothing was tried on them. Their number is `notReachedCount` also when a sink took them.

@@ -5,6 +5,7 @@
 #include "metadata/TagValueRange.h"
 
 #include <cmath>
+#include <cstdlib>
 
 namespace tagmoor {
 

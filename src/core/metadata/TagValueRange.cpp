@@ -51,6 +51,7 @@ std::optional<TagValueRange> tagValueRange(const char* key) {
                 break;
             }
         },
+        // Exiv2 refuses a key it has no tag for: that is no number tag, which is the answer.
         [](Exiv2Failure, const QString&) {});
     return range;
 }
