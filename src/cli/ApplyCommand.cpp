@@ -16,6 +16,8 @@
 #include <QDir>
 #include <QTextStream>
 
+#include <atomic>
+#include <csignal>
 #include <mutex>
 #include <unistd.h>
 
@@ -46,6 +48,40 @@ public:
 private:
     std::mutex m_mutex;
     bool m_shown = false;
+};
+
+std::atomic<StopControl*> g_interruptible{nullptr};
+
+extern "C" void stopOnSignal(int) {
+    if (StopControl* stop = g_interruptible.load())
+        stop->stopNow();
+}
+
+// While it lives, Ctrl-C (or a TERM signal) ends the run as Stop does in the window: the
+// photos in work are finished, no new one starts, and the result names the photos not
+// reached. A second signal ends the process at once, as it would have without this.
+class StopOnInterrupt {
+public:
+    explicit StopOnInterrupt(StopControl& stop) {
+        g_interruptible = &stop;
+        struct sigaction action {};
+        action.sa_handler = stopOnSignal;
+        action.sa_flags = SA_RESETHAND;
+        sigemptyset(&action.sa_mask);
+        ::sigaction(SIGINT, &action, &m_int);
+        ::sigaction(SIGTERM, &action, &m_term);
+    }
+    ~StopOnInterrupt() {
+        ::sigaction(SIGINT, &m_int, nullptr);
+        ::sigaction(SIGTERM, &m_term, nullptr);
+        g_interruptible = nullptr;
+    }
+    StopOnInterrupt(const StopOnInterrupt&) = delete;
+    StopOnInterrupt& operator=(const StopOnInterrupt&) = delete;
+
+private:
+    struct sigaction m_int {};
+    struct sigaction m_term {};
 };
 
 // Prints what a run would do and gives whether every photo would be written: per photo the
@@ -127,7 +163,8 @@ int runApply(const QStringList& args) {
 
     QStringList problems;
     QList<LeftOutEntry> leftOut;
-    PathPhotoSource photos = collectPhotoPaths(options->inputs, &problems, &leftOut);
+    QSet<QString> namedFiles;
+    PathPhotoSource photos = collectPhotoPaths(options->inputs, &problems, &leftOut, &namedFiles);
     if (!problems.isEmpty()) {
         for (const QString& p : problems)
             err << "tagmoor-cli apply: " << p << '\n';
@@ -139,9 +176,15 @@ int runApply(const QStringList& args) {
         err << "tagmoor-cli apply: " << entry.path << ": left out: " << entry.reason << '\n';
     QStringList notPhotos;
     keepPhotos(photos, options->threads, &notPhotos);
-    for (const QString& path : notPhotos)
+    // A file found in a folder that is no photo is simply not part of the batch; a file the
+    // user named is one that was asked for and not changed.
+    bool namedNotPhoto = false;
+    for (const QString& path : notPhotos) {
         err << "tagmoor-cli apply: " << path << ": not a photo, left out of the batch\n";
+        namedNotPhoto = namedNotPhoto || namedFiles.contains(path);
+    }
     err.flush();
+    const bool allAsked = leftOut.isEmpty() && !namedNotPhoto;
     const RunValues& values = options->values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
         !values.fieldEditedFlags.hasKeyedEdits())
@@ -155,7 +198,7 @@ int runApply(const QStringList& args) {
         else
             allWritten = printPlan(out, pipeline, photos);
         out.flush();
-        return allWritten && leftOut.isEmpty() ? 0 : 1;
+        return allWritten && allAsked ? 0 : 1;
     }
     if (values.destinationFolder && !QDir().mkpath(*values.destinationFolder)) {
         err << "tagmoor-cli apply: cannot create the output folder " << *values.destinationFolder
@@ -169,26 +212,38 @@ int runApply(const QStringList& args) {
     const bool showProgress = !options->quiet && ::isatty(STDERR_FILENO);
     BatchDriver driver(pipeline, numbering, stop, showProgress ? &progress : nullptr,
                        options->threads);
-    // The problems wait in a file until the summary is out, rather than in the result.
+    // The problems and the photos not reached wait in files until the summary is out, rather
+    // than in the result.
     ProblemLog problemLog;
+    ProblemLog notReached;
     driver.setProblemSink([&](const PhotoProblem& problem) { problemLog.add(problem); });
-    const BatchResult result = driver.run(photos);
+    driver.setNotReachedSink([&](const QString& path) {
+        notReached.add({path, QStringLiteral("not reached: the run was stopped")});
+    });
+    BatchResult result;
+    {
+        const StopOnInterrupt interruptible(stop);
+        result = driver.run(photos);
+    }
     progress.end();
     err.flush();
 
     if (options->json)
-        writeResultJson(out, result, problemLog, {leftOut, notPhotos});
+        writeResultJson(out, result, {problemLog, notReached}, {leftOut, notPhotos});
     else
         for (const QString& line : BatchSummary::of(result).lines())
             out << line << '\n';
     out.flush();
-    // One line for each photo that did not get what was asked, and why.
-    problemLog.forEach([&](const PhotoProblem& problem) {
+    // One line for each photo that did not get what was asked, and why; then those that a
+    // stop kept from being reached.
+    const auto tell = [&](const PhotoProblem& problem) {
         err << "tagmoor-cli apply: " << problem.path << ": " << problem.reason << '\n';
-    });
+    };
+    problemLog.forEach(tell);
+    notReached.forEach(tell);
     err.flush();
-    const bool allChanged =
-        result.totalProcessedPhotos == result.total && problemLog.isEmpty() && leftOut.isEmpty();
+    const bool allChanged = result.savedPhotos() == result.total && problemLog.isEmpty() &&
+                            notReached.isEmpty() && allAsked;
     return allChanged ? 0 : 1;
 }
 

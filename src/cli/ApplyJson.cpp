@@ -8,6 +8,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <array>
+#include <functional>
+
 namespace tagmoor::cli {
 
 namespace {
@@ -123,28 +127,55 @@ void writePlanJson(QTextStream& out, const PhotoPipeline& pipeline, const PathPh
     out << tail.mid(itemsAt(tail, "photos"));
 }
 
-void writeResultJson(QTextStream& out, const BatchResult& result, ProblemLog& problems,
+void writeResultJson(QTextStream& out, const BatchResult& result, const UnchangedPhotos& unchanged,
                      const LeftAside& aside) {
+    // "written" counts the photos that carry the edit; "processed" those that got as far as
+    // an output, as "Images Processed" does.
     QJsonObject object{{QStringLiteral("total"), result.total},
                        {QStringLiteral("reached"), result.processed},
-                       {QStringLiteral("written"), result.totalProcessedPhotos},
+                       {QStringLiteral("processed"), result.totalProcessedPhotos},
+                       {QStringLiteral("written"), result.savedPhotos()},
                        {QStringLiteral("skipped"), result.skipped()},
                        {QStringLiteral("stopped"), result.stopped},
                        {QStringLiteral("output"), result.outputDirectoryValue},
-                       {QStringLiteral("problems"), QJsonArray()}};
+                       {QStringLiteral("problems"), QJsonArray()},
+                       {QStringLiteral("notReached"), QJsonArray()}};
     addAside(object, aside);
     const QByteArray whole = line(object);
-    const qsizetype at = itemsAt(whole, "problems");
-    out << whole.left(at);
-    bool any = false;
-    problems.forEach([&](const PhotoProblem& problem) {
-        if (any)
-            out << ',';
-        any = true;
-        out << compact(QJsonObject{{QStringLiteral("path"), problem.path},
-                                   {QStringLiteral("reason"), problem.reason}});
-    });
-    out << whole.mid(at);
+    // The two lists are written into the line where their empty arrays stand, in the order
+    // in which the line holds them.
+    struct List {
+        qsizetype at;
+        ProblemLog* log;
+        std::function<QByteArray(const PhotoProblem&)> item;
+    };
+    std::array<List, 2> lists{
+        List{itemsAt(whole, "problems"), &unchanged.problems,
+             [](const PhotoProblem& problem) {
+                 return compact(QJsonObject{{QStringLiteral("path"), problem.path},
+                                            {QStringLiteral("reason"), problem.reason}});
+             }},
+        List{itemsAt(whole, "notReached"), &unchanged.notReached, [](const PhotoProblem& photo) {
+                 // A JSON string: the one element of an array, without its brackets.
+                 return QJsonDocument(QJsonArray{photo.path})
+                     .toJson(QJsonDocument::Compact)
+                     .chopped(1)
+                     .mid(1);
+             }}};
+    std::sort(lists.begin(), lists.end(), [](const List& a, const List& b) { return a.at < b.at; });
+    qsizetype from = 0;
+    for (const List& list : lists) {
+        out << whole.mid(from, list.at - from);
+        bool any = false;
+        list.log->forEach([&](const PhotoProblem& problem) {
+            if (any)
+                out << ',';
+            any = true;
+            out << list.item(problem);
+        });
+        from = list.at;
+    }
+    out << whole.mid(from);
 }
 
 } // namespace tagmoor::cli

@@ -32,9 +32,18 @@ void writePlanJson(QTextStream& out, const PhotoPipeline& pipeline, const PathPh
 // The groups a removal run strips, by their option names ("exif", "iptc", ...).
 QStringList strippedGroups(const CleanOptions& clean);
 
-// The result of a run: the counts, where the output went and every photo that did not get
-// what was asked, with its reason (those of `problems`, not of `result`).
-void writeResultJson(QTextStream& out, const BatchResult& result, ProblemLog& problems,
+// The photos of a run that were not changed, kept aside until the result is printed: those
+// that did not get what was asked, with their reasons, and those a stop kept from being
+// reached.
+struct UnchangedPhotos {
+    ProblemLog& problems;
+    ProblemLog& notReached;
+};
+
+// The result of a run: the counts, where the output went, every photo that did not get what
+// was asked, with its reason, and the photos not reached (those of `unchanged`, not of
+// `result`).
+void writeResultJson(QTextStream& out, const BatchResult& result, const UnchangedPhotos& unchanged,
                      const LeftAside& aside);
 
 } // namespace tagmoor::cli

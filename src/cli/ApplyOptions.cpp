@@ -1,11 +1,11 @@
 #include "ApplyOptions.h"
 
-#include "CodedValueCheck.h"
 #include "DateRuleArgument.h"
 #include "PresetsCommand.h"
 #include "RenameArgument.h"
 #include "WritingOptions.h"
 #include "batch/FormSnapshot.h"
+#include "editor/FieldValueCheck.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameRule.h"
 
@@ -75,6 +75,10 @@ QString ApplyOptions::helpText() {
         "                       --set Artist=\"Jane Doe\"  --set Iptc.Application2.City=Paris\n"
         "                       An empty VALUE writes the empty text. Numbers as 2.8 or 400;\n"
         "                       popups by their stored code (--set Orientation=6).\n"
+        "                       A number must fit its tag: ISO 0 to 65535, no negative\n"
+        "                       FNumber or GPSAltitude (below sea level: GPSAltitudeRef=1),\n"
+        "                       GPSLatitude -90 to 90, GPSLongitude -180 to 180. Text must\n"
+        "                       be valid UTF-8.\n"
         "  --date FIELD=RULE    a rule for a date field: DateTimeOriginal, CreationDate,\n"
         "                       ModifyDate, CreateDateXMP, ModifyDateXMP, CreateDatePhotoshop.\n"
         "                       RULE is one of\n"
@@ -114,8 +118,8 @@ QString ApplyOptions::helpText() {
         "                       each tag keeps its type, no zero stands in for a missing\n"
         "                       value, shifts carry; described: the classic rules\n"
         "                       (--standard is --form standard)\n"
-        "  --carry              (described form) date and time shifts carry into days, months and "
-        "years\n"
+        "  --carry              (described form) date and time shifts carry into days,\n"
+        "                       months and years\n"
         "                       (23:37:53 on Dec 31 + 1 hour is 00:37:53 on Jan 1)\n"
         "  IPTC text outside ASCII is always written with the UTF-8 declaration; a photo\n"
         "  that declares another IPTC character set is not changed.\n"
@@ -133,10 +137,17 @@ QString ApplyOptions::helpText() {
         "A file that gives no record (not a photo) is no photo of the batch and is named on\n"
         "stderr. Every photo that did not get what was asked (skipped, format not writable,\n"
         "disk full, no permission, file changed, a name that is not valid UTF-8) is named on\n"
-        "stderr, one line each, with the reason.\n"
+        "stderr, one line each, with the reason; in the standard form its copy is not kept\n"
+        "in the output folder, and only the photos that carry the edit count as saved.\n"
+        "Ctrl-C stops the run: the photos in work are finished, the others are named as not\n"
+        "reached (in --json: \"notReached\", apart from \"problems\").\n"
         "\n"
-        "Exit status: 0 every photo processed, 1 some photos skipped or not changed (for\n"
-        "--dry-run: would be skipped), 2 bad arguments.\n");
+        "Exit status: 0 every photo saved with the edit; 1 some photos skipped, not changed\n"
+        "or not reached, or a file named as an argument is no photo (for --dry-run: would\n"
+        "be skipped); 2 bad arguments, including a value that --set, --date or --preset\n"
+        "gives and its field does not take (a number outside its tag's range, a latitude\n"
+        "beyond 90 or a longitude beyond 180 degrees, a year outside 0001 to 9999, text\n"
+        "that is not valid UTF-8): nothing is written then.\n");
 }
 
 std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString* error) {
@@ -190,7 +201,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             if (auto problem =
                     FormSnapshot::setText(o.values.editedProperties, *field, v->mid(eq + 1)))
                 return fail(error, QStringLiteral("--set: %1").arg(*problem));
-            if (auto refused = refusedCodedValue(*field, o.values.editedProperties))
+            if (auto refused = refusedFieldValue(*field, o.values.editedProperties))
                 return fail(error, QStringLiteral("--set: %1").arg(*refused));
             o.values.fieldEditedFlags.set(field->position);
         } else if (arg == QLatin1String("--date")) {
@@ -261,8 +272,15 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
     }
     if (o.help)
         return o;
-    if (preset && !applyStoredPreset(o.values, *preset, error))
-        return std::nullopt;
+    if (preset) {
+        if (!applyStoredPreset(o.values, *preset, error))
+            return std::nullopt;
+        // The preset's values pass the checks of --set and --date; those given beside it have
+        // passed them already, so what is refused here came from the preset.
+        if (auto refused = refusedRunValue(o.values.editedProperties, o.values.fieldEditedFlags,
+                                           o.values.editorDates))
+            return fail(error, QStringLiteral("--preset %1: %2").arg(*preset, *refused));
+    }
 
     if (inPlace && o.values.destinationFolder)
         return fail(error, QStringLiteral("--out and --in-place exclude each other"));

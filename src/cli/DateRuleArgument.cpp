@@ -1,6 +1,7 @@
 #include "DateRuleArgument.h"
 
 #include "dates/DateTexts.h"
+#include "editor/FieldValueCheck.h"
 #include "model/FormFieldTable.h"
 
 #include <QRegularExpression>
@@ -112,6 +113,10 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
             u.isKeepOriginalTime)
             return fail(error,
                         QStringLiteral("update needs at least one of day, month, year, time"));
+        if (!u.isKeepOriginalYears) {
+            if (auto refused = refusedYear(*dateFieldAt(arg.position), year))
+                return fail(error, *refused);
+        }
         const QDate date(year, month, day);
         if (!date.isValid())
             return fail(
@@ -149,6 +154,8 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
                                           "shift-date, shift-time)")
                                .arg(ruleText));
     }
+    if (auto refused = refusedDateRule(*dateFieldAt(arg.position), arg.rule, arg.slot))
+        return fail(error, *refused);
     return arg;
 }
 

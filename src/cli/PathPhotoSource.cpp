@@ -86,7 +86,7 @@ CGImageProperties PathPhotoSource::record(int index) const {
 }
 
 PathPhotoSource collectPhotoPaths(const QStringList& inputs, QStringList* warnings,
-                                  QList<LeftOutEntry>* leftOut) {
+                                  QList<LeftOutEntry>* leftOut, QSet<QString>* namedFiles) {
     PathPhotoSource paths;
     for (const QString& input : inputs) {
         const QFileInfo info(input);
@@ -106,9 +106,11 @@ PathPhotoSource collectPhotoPaths(const QStringList& inputs, QStringList* warnin
                     *leftOut << entry;
             }
         } else if (info.isFile()) {
-            if (hasSupportedExtension(info.fileName()))
+            if (hasSupportedExtension(info.fileName())) {
                 paths.append(info.absoluteFilePath());
-            else
+                if (namedFiles)
+                    namedFiles->insert(info.absoluteFilePath());
+            } else
                 *warnings << QStringLiteral("not an accepted photo type: %1").arg(input);
         } else if (info.exists()) {
             *warnings << QStringLiteral("not a regular file or folder: %1").arg(input);

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 
 #include <vector>
@@ -43,9 +44,11 @@ private:
 // The photos named on the command line: files as given (when their type is accepted) and
 // the accepted files found in folders, in argument order. Problems that end the command go
 // to `warnings`; files and folders that cannot be named (their names are not valid UTF-8)
-// go to `leftOut`, and the run goes on without them.
+// go to `leftOut`, and the run goes on without them. `namedFiles`, if given, receives the
+// paths of the photos that were named as files rather than found in a folder.
 PathPhotoSource collectPhotoPaths(const QStringList& inputs, QStringList* warnings,
-                                  QList<LeftOutEntry>* leftOut);
+                                  QList<LeftOutEntry>* leftOut,
+                                  QSet<QString>* namedFiles = nullptr);
 
 // Keeps those of `paths` that give a record, as a file does that the photo list would take
 // in; the others are no photos of the run and go to `notPhotos`. Reads on `threads` threads.

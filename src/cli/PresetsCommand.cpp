@@ -5,6 +5,7 @@
 #include "DateRuleArgument.h"
 
 #include "batch/FormSnapshot.h"
+#include "editor/FieldValueCheck.h"
 #include "editor/PresetForm.h"
 #include "foundation/Settings.h"
 #include "model/FormFieldTable.h"
@@ -137,6 +138,10 @@ std::optional<ActualPreset> presetFromOptions(const QStringList& args, QString* 
             }
             if (auto problem = FormSnapshot::setText(values, *field, value.mid(eq + 1))) {
                 *error = QStringLiteral("--set: %1").arg(*problem);
+                return std::nullopt;
+            }
+            if (auto refused = refusedFieldValue(*field, values)) {
+                *error = QStringLiteral("--set: %1").arg(*refused);
                 return std::nullopt;
             }
             if (!presetHoldsValue(values, field->position)) {

@@ -47,7 +47,8 @@ FinalProcessedVC::FinalProcessedVC(BatchController& controller, QWidget* parent)
       m_batchCount(named("lblValueBatchCount")), m_processed(named("lblValueImagesProcessed")),
       m_skipped(named("lblValuePhotosSkipped")), m_outputDirectory(new QPushButton),
       m_saved(heading("lblPhotosSavedSuccessfully", {}, 1.0)), m_problems(named("lblProblems")),
-      m_showProblems(new QPushButton(tr("Show List..."))), m_finish(new QPushButton(tr("Finish"))) {
+      m_notReached(named("lblNotReached")), m_showProblems(new QPushButton(tr("Show List..."))),
+      m_finish(new QPushButton(tr("Finish"))) {
     setObjectName(QStringLiteral("FinalProcessedVC"));
     setWindowTitle(tr("Processing"));
     setWindowModality(Qt::WindowModal);
@@ -110,8 +111,11 @@ QWidget* FinalProcessedVC::makeResultView() {
     facts->addRow(named("lblImagesProcessed", tr("Images Processed")), m_processed);
     facts->addRow(named("lblPhotosSkipped", tr("Photos Skipped")), m_skipped);
     facts->addRow(named("lblOutputDirectory", tr("Output Directory")), m_outputDirectory);
+    auto* notes = new QVBoxLayout;
+    notes->addWidget(m_problems);
+    notes->addWidget(m_notReached);
     auto* problems = new QHBoxLayout;
-    problems->addWidget(m_problems, 1);
+    problems->addLayout(notes, 1);
     problems->addWidget(m_showProblems);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -160,13 +164,17 @@ void FinalProcessedVC::showResult(const BatchResult& result) {
     m_outputDirectory->setToolTip(summary.outputDirectoryValue);
     m_outputDirectory->setEnabled(summary.outputDirectoryEnabled);
     m_outputPath = summary.outputDirectoryEnabled ? summary.outputDirectoryValue : QString();
-    // On top of the counts: the photos that did not get everything that was asked.
+    // On top of the counts: the photos that did not get everything that was asked, and apart
+    // from them those that a stop kept from being reached.
     m_problemList = result.problems;
+    m_notReachedList = result.notReached;
     const int n = int(m_problemList.size());
     m_problems->setText(n == 1 ? tr("1 photo could not be changed")
                                : tr("%1 photos could not be changed").arg(n));
     m_problems->setVisible(n > 0);
-    m_showProblems->setVisible(n > 0);
+    m_notReached->setText(summary.lblNotReached);
+    m_notReached->setVisible(!m_notReachedList.isEmpty());
+    m_showProblems->setVisible(n > 0 || !m_notReachedList.isEmpty());
     m_views->setCurrentIndex(1);
     m_finish->setFocus();
 }
@@ -174,15 +182,21 @@ void FinalProcessedVC::showResult(const BatchResult& result) {
 void FinalProcessedVC::showProblemList() {
     QDialog list(this);
     list.setObjectName(QStringLiteral("problemList"));
-    list.setWindowTitle(m_problems->text());
-    auto* table = new QTableWidget(int(m_problemList.size()), 2);
+    list.setWindowTitle(m_problemList.isEmpty() ? m_notReached->text() : m_problems->text());
+    // The photos that failed first, each with its reason; then those not reached.
+    const int failed = int(m_problemList.size());
+    auto* table = new QTableWidget(failed + int(m_notReachedList.size()), 2);
     table->setHorizontalHeaderLabels({tr("Photo"), tr("Reason")});
-    for (int i = 0; i < m_problemList.size(); ++i) {
-        auto* photo = new QTableWidgetItem(QFileInfo(m_problemList[i].path).fileName());
-        photo->setToolTip(m_problemList[i].path);
-        table->setItem(i, 0, photo);
-        table->setItem(i, 1, new QTableWidgetItem(m_problemList[i].reason));
-    }
+    const auto addRow = [&](int row, const QString& path, const QString& reason) {
+        auto* photo = new QTableWidgetItem(QFileInfo(path).fileName());
+        photo->setToolTip(path);
+        table->setItem(row, 0, photo);
+        table->setItem(row, 1, new QTableWidgetItem(reason));
+    };
+    for (int i = 0; i < failed; ++i)
+        addRow(i, m_problemList[i].path, m_problemList[i].reason);
+    for (int i = 0; i < m_notReachedList.size(); ++i)
+        addRow(failed + i, m_notReachedList[i], tr("Not reached: the run was stopped"));
     table->horizontalHeader()->setStretchLastSection(true);
     table->verticalHeader()->hide();
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -33,6 +33,7 @@ public:
     QLabel* lblBatchProcessCompleted() const { return m_completed; }
     QLabel* lblPhotosSavedSuccessfully() const { return m_saved; }
     QLabel* lblProblems() const { return m_problems; }
+    QLabel* lblNotReached() const { return m_notReached; }
     QLabel* lblValueImageProcessed() const { return m_count; }
     QLabel* lblPath() const { return m_path; }
     bool isShowingResult() const;
@@ -63,10 +64,12 @@ private:
     QPushButton* m_outputDirectory;
     QLabel* m_saved;
     QLabel* m_problems;
+    QLabel* m_notReached;
     QPushButton* m_showProblems;
     QPushButton* m_finish;
     QString m_outputPath;
     QList<PhotoProblem> m_problemList;
+    QStringList m_notReachedList;
 };
 
 } // namespace tagmoor

@@ -120,6 +120,10 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
     const BatchSources sources(photos);
 
     std::atomic<int> written{0};
+    // The standard form calls only the photos that carry the edit saved; the described form
+    // every photo that has an output.
+    const bool standardForm = m_pipeline.values().writeOptions.standardForm;
+    std::atomic<int> withoutEdit{0};
     InFlight inFlight(m_threads);
     QThreadPool pool;
     pool.setMaxThreadCount(m_threads);
@@ -150,6 +154,8 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         const PhotoResult outcome = m_pipeline.process(plan, record, &sources);
         if (isCounted(outcome.outcome))
             ++written;
+        if (standardForm && isCounted(outcome.outcome) && !outcome.carriesEdit())
+            ++withoutEdit;
         if (!outcome.problem.isEmpty())
             report(index, plan.hasUrl ? plan.sourcePath : photos.pathOf(index), outcome.problem);
         if (m_observer)
@@ -186,17 +192,24 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         // A worker reports a photo's problem before it leaves the photos in work.
         handOver(inFlight.first(i + 1));
     }
-    // After a stop, the photos not reached are on the list too: nothing leaves a run unsaid.
-    for (; i < count; ++i) {
-        if (photos.isSelected(i))
-            report(i, photos.pathOf(i), QStringLiteral("not reached: the run was stopped"));
-    }
     inFlight.waitAll();
     pool.waitForDone();
     result.totalProcessedPhotos = written.load();
+    result.processedWithoutEdit = withoutEdit.load();
     handOver(count);
     for (auto& [index, problem] : problems)
         result.problems.append(std::move(problem));
+    // After a stop, the photos not reached are told too, apart from those that failed:
+    // nothing leaves a run unsaid.
+    for (; i < count; ++i) {
+        if (!photos.isSelected(i))
+            continue;
+        ++result.notReachedCount;
+        if (m_notReachedSink)
+            m_notReachedSink(photos.pathOf(i));
+        else
+            result.notReached.append(photos.pathOf(i));
+    }
     return result;
 }
 

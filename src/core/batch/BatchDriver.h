@@ -39,6 +39,12 @@ public:
         m_problemSink = std::move(sink);
     }
 
+    // Hands the path of each photo that a stop kept the run from reaching to `sink` instead
+    // of gathering them in the result, in list order, after every problem.
+    void setNotReachedSink(std::function<void(const QString&)> sink) {
+        m_notReachedSink = std::move(sink);
+    }
+
 private:
     const PhotoPipeline& m_pipeline;
     RenameNumbering& m_numbering;
@@ -46,6 +52,7 @@ private:
     BatchObserver* m_observer;
     int m_threads;
     std::function<void(const PhotoProblem&)> m_problemSink;
+    std::function<void(const QString&)> m_notReachedSink;
 };
 
 } // namespace tagmoor

@@ -10,10 +10,19 @@ BatchSummary BatchSummary::of(const BatchResult& r) {
     s.lblValueBatchCount = QStringLiteral(": %1").arg(r.total);
     s.lblValueImagesProcessed = QStringLiteral(": %1").arg(r.totalProcessedPhotos);
     s.lblValuePhotosSkipped = QStringLiteral(": %1").arg(r.total - r.totalProcessedPhotos);
+    // Saved means the photo holds the edit: an output whose edit did not land is processed
+    // but not saved.
     s.lblPhotosSavedSuccessfully =
         QCoreApplication::translate("BatchSummary", "%1 %2 saved successfully!")
-            .arg(r.totalProcessedPhotos)
-            .arg(r.totalProcessedPhotos > 1 ? QStringLiteral("Photos") : QStringLiteral("Photo"));
+            .arg(r.savedPhotos())
+            .arg(r.savedPhotos() > 1 ? QStringLiteral("Photos") : QStringLiteral("Photo"));
+    if (r.notReachedCount == 1)
+        s.lblNotReached = QCoreApplication::translate(
+            "BatchSummary", "1 photo was not reached: the run was stopped");
+    else if (r.notReachedCount > 1)
+        s.lblNotReached = QCoreApplication::translate(
+                              "BatchSummary", "%1 photos were not reached: the run was stopped")
+                              .arg(r.notReachedCount);
     s.lblBatchProcessCompleted =
         r.total == r.totalProcessedPhotos
             ? QCoreApplication::translate("BatchSummary", "Batch Process Completed!")
@@ -34,13 +43,16 @@ QString BatchSummary::shortenForDisplay(const QString& text, int limit) {
 }
 
 QStringList BatchSummary::lines() const {
-    return {
+    QStringList lines{
         lblBatchProcessCompleted,
         QCoreApplication::translate("BatchSummary", "Batch Count") + lblValueBatchCount,
         QCoreApplication::translate("BatchSummary", "Images Processed") + lblValueImagesProcessed,
         QCoreApplication::translate("BatchSummary", "Photos Skipped") + lblValuePhotosSkipped,
         QCoreApplication::translate("BatchSummary", "Output Directory: ") + outputDirectoryValue,
         lblPhotosSavedSuccessfully};
+    if (!lblNotReached.isEmpty())
+        lines << lblNotReached;
+    return lines;
 }
 
 } // namespace tagmoor

@@ -18,7 +18,9 @@ struct BatchSummary {
     QString lblValueBatchCount;         // ": total"
     QString lblValueImagesProcessed;    // ": totalProcessedPhotos"
     QString lblValuePhotosSkipped;      // ": total - totalProcessedPhotos"
-    QString lblPhotosSavedSuccessfully; // "2 Photos saved successfully!"
+    QString lblPhotosSavedSuccessfully; // "2 Photos saved successfully!", of the photos that
+                                        // carry the whole edit
+    QString lblNotReached;              // the photos a stop kept from being reached, or ""
     QString outputDirectoryValue;       // the folder in full
     QString outputDirectoryTitle;       // the folder, shortened for display
     bool outputDirectoryEnabled = true; // off when the output went beside the sources

@@ -7,7 +7,9 @@ namespace tagmoor {
 // What became of one photo. Only `Written` counts as processed; the rest are skips that the
 // result screen shows as a number.
 enum class PhotoOutcome {
-    Written,               // the output exists; its metadata step ran (and may have failed)
+    Written,               // the output was made and its metadata step ran (and may have
+                           // failed; in the standard form no such copy stays in an output
+                           // folder)
     SkippedNoUrl,          // the record has no file
     SkippedCollision,      // a file is at the output path and overwriting is off
     SkippedNoSource,       // the source file is gone
@@ -28,6 +30,9 @@ QString describe(PhotoOutcome outcome);
 struct PhotoResult {
     PhotoOutcome outcome = PhotoOutcome::Written;
     QString problem;
+
+    // The photo holds everything that was asked: the only kind of photo called saved.
+    bool carriesEdit() const { return outcome == PhotoOutcome::Written && problem.isEmpty(); }
 
     bool operator==(const PhotoResult&) const = default;
 };

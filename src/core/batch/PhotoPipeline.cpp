@@ -190,12 +190,30 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
     const QString staged = FileCopier::stage(source, folderOf(target), &error, &errorCode);
     bool published = false;
     MetadataStep step;
+    bool dated = true;
     if (!staged.isEmpty()) {
         // The staged file is the run's own hidden link beside the output: replacing it cannot
         // touch anything of the user's, so it is not flushed to disk photo by photo.
         step = changeMetadata(staged, record, /*flushToDisk=*/false);
-        published = FileCopier::detach(staged, source, &error, &errorCode) &&
-                    FileCopier::publish(staged, target, &error, &errorCode);
+        // In the standard form a copy without its whole edit never takes the output's place,
+        // so that nothing in the output folder looks like a result that is not one. Only the
+        // run's own hidden name goes: while it is a link, the source keeps its bytes under its
+        // own name. (The described form lets such a copy stand.)
+        const bool onlyEditedCopies = m_values.writeOptions.standardForm;
+        const auto withoutEdit = [&] {
+            QFile::remove(staged);
+            return PhotoResult{PhotoOutcome::Written, problemOf(step, staged, dated)};
+        };
+        if (onlyEditedCopies && !step.write.written())
+            return withoutEdit();
+        const bool detached = FileCopier::detach(staged, source, &error, &errorCode);
+        // The file dates are set once the copy no longer shares the source's storage, and
+        // before it takes its place: the move keeps them.
+        if (detached && step.write.written())
+            dated = setFileDates(staged, step.modifyDate);
+        if (onlyEditedCopies && detached && !dated)
+            return withoutEdit();
+        published = detached && FileCopier::publish(staged, target, &error, &errorCode);
         if (!published)
             QFile::remove(staged);
     }
@@ -215,8 +233,8 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
             return skip(PhotoOutcome::SkippedNoOutput, cause);
         step = changeMetadata(target, record);
         problem = QStringLiteral("the old output could not be replaced (%1)").arg(cause);
+        dated = !step.write.written() || setFileDates(target, step.modifyDate);
     }
-    const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
     const QString stepProblem = problemOf(step, published ? staged : target, dated);
     if (problem.isEmpty())
         problem = stepProblem;

@@ -20,6 +20,10 @@ public:
     // The answer to the stop question. Either answer clears the pause.
     void answer(bool stop);
 
+    // Ends the run at the next photo without a question. Only stores a lock-free flag, so a
+    // signal handler may call it (an interrupted command line run ends as a stopped one).
+    void stopNow() { m_stop.store(true); }
+
     bool pauseRequested() const { return m_pause.load(); }
     bool stopRequested() const { return m_stop.load(); }
 
@@ -33,6 +37,7 @@ public:
 private:
     std::atomic<bool> m_pause{false};
     std::atomic<bool> m_stop{false};
+    static_assert(std::atomic<bool>::is_always_lock_free);
     std::atomic<bool> m_waiting{false};
     std::mutex m_mutex;
     std::condition_variable m_answered;

@@ -1,0 +1,191 @@
+#include "editor/FieldValueCheck.h"
+
+#include "dates/DateTexts.h"
+#include "editor/FormPopups.h"
+#include "metadata/TagValueRange.h"
+
+#include <cmath>
+#include <cstdlib>
+
+namespace tagmoor {
+
+namespace {
+
+// Long lists (the country codes) are cut after this many values.
+constexpr int kListedValues = 30;
+
+constexpr int kFirstYear = 1;
+constexpr int kLastYear = 9999;
+
+QString storedText(const PropertyValue& value) {
+    if (auto text = value.text())
+        return *text;
+    return value.variant().toString();
+}
+
+bool isEmpty(const PropertyValue& value) {
+    const auto text = value.text();
+    return !value.isPresent() || (text && text->trimmed().isEmpty());
+}
+
+// A number as the writers take it from a value of any numeric kind; nothing for other kinds
+// (which a run does not write as a number).
+std::optional<double> numberOf(const PropertyValue& value) {
+    if (auto i = value.int64())
+        return double(*i);
+    if (auto u = value.uint64())
+        return double(*u);
+    if (auto b = value.uint8())
+        return double(*b);
+    if (auto f = value.float32())
+        return double(*f);
+    if (auto d = value.float64())
+        return *d;
+    return std::nullopt;
+}
+
+// A number as the user would write it: whole numbers in full, others to a float's precision.
+QString numberText(double value) {
+    if (value == std::trunc(value) && std::fabs(value) < 1e15)
+        return QString::number(qint64(value));
+    return QString::number(value, 'g', 7);
+}
+
+std::optional<QString> refusedCode(const FormField& field, const PropertyValue& value) {
+    if (field.kind != FormKind::Popup || !FormPopups::isPopup(field.position) ||
+        FormPopups::rowOf(field.position, value) > 0)
+        return std::nullopt;
+    const QStringList texts = FormPopups::rowTexts(field.position);
+    QStringList allowed;
+    for (int row = 1; row < texts.size(); ++row) {
+        const auto stored = FormPopups::valueOfRow(field.position, row);
+        if (!stored)
+            continue;
+        if (allowed.size() == kListedValues) {
+            allowed << QStringLiteral("... (%1 in all)").arg(texts.size() - 1);
+            break;
+        }
+        allowed << QStringLiteral("%1 (%2)").arg(storedText(*stored), texts[row]);
+    }
+    return QStringLiteral("%1 does not take '%2'; its values are: %3")
+        .arg(field.name(), storedText(value), allowed.join(QStringLiteral(", ")));
+}
+
+std::optional<QString> refusedText(const FormField& field, const QString& text) {
+    if (text.isValidUtf16() && !text.contains(QChar::ReplacementCharacter))
+        return std::nullopt;
+    return QStringLiteral("%1 is not valid UTF-8 text").arg(field.name());
+}
+
+std::optional<QString> refusedNumber(const FormField& field, double number) {
+    const KeyRow& row = field.keyRow();
+    std::optional<TagValueRange> range;
+    QString hint;
+    if (row.write == WriteKind::Gps) {
+        // The sign of a coordinate goes to its reference; its size is the angle.
+        const double limit = row.row == exifrow::GPSLatitude ? 90 : 180;
+        range = TagValueRange{-limit, limit, false};
+    } else {
+        range = tagValueRange(row.key);
+        if (row.row == exifrow::GPSAltitude && row.block == KeyBlock::Exif)
+            hint = QStringLiteral(" (below sea level: the height with GPSAltitudeRef=1)");
+    }
+    if (!range)
+        return std::nullopt;
+    // What the writers make of the number: a run cuts a fraction given for a whole number (as
+    // the form does), and a fraction goes through a float; a coordinate keeps its double.
+    const double written = range->whole                  ? std::trunc(number)
+                           : row.write == WriteKind::Gps ? number
+                                                         : double(float(number));
+    if (range->contains(written))
+        return std::nullopt;
+    return QStringLiteral("%1 takes %2 from %3 to %4, not %5%6")
+        .arg(field.name(),
+             range->whole ? QStringLiteral("a whole number") : QStringLiteral("a number"),
+             numberText(range->lowest), numberText(range->highest), numberText(number), hint);
+}
+
+// The name the command line and the form give a date field ("DateTimeOriginal").
+QString formNameOf(DateField field) {
+    for (const FormField* f : dateFieldsInRunOrder()) {
+        if (dateFieldAt(f->position) == field)
+            return f->name();
+    }
+    return {};
+}
+
+QString yearText(int year) {
+    return QStringLiteral("%1").arg(year, 4, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+std::optional<QString> refusedFieldValue(const FormField& field, const CGImageProperties& record) {
+    if (field.isDate())
+        return std::nullopt;
+    const PropertyValue* value = field.keyRow().peek(record);
+    if (!value || isEmpty(*value))
+        return std::nullopt;
+    if (auto refused = refusedCode(field, *value))
+        return refused;
+    if (auto text = value->text())
+        return refusedText(field, *text);
+    if (const auto number = numberOf(*value))
+        return refusedNumber(field, *number);
+    return std::nullopt;
+}
+
+std::optional<QString> refusedDateRule(DateField field, const DateTimeConfiguration& rule,
+                                       const std::optional<QDateTime>& slot) {
+    // As a run reads the rule: an empty value wins over keeping the original, which wins over
+    // the rest.
+    if (rule.isEmptyValue || rule.isKeepOriginal)
+        return std::nullopt;
+    const bool setsYear =
+        rule.isSelectDate || (rule.isUpdateDate && !rule.updateDate.isKeepOriginalYears);
+    if (setsYear && slot && slot->isValid()) {
+        // The year as the rule writes it: the shared formatter's calendar, not Qt's, counts
+        // the years of its text (they differ before 1582).
+        const QString text = sharedDateFormatter().format(*slot);
+        return refusedYear(field, text.left(text.indexOf(QLatin1Char('-'), 1)).toInt());
+    }
+    if (!rule.isSelectDate && !rule.isUpdateDate && rule.isIDOD && !rule.idod.isKeepOriginalYears &&
+        std::abs(qint64(rule.idod.changeYears)) > kLastYear - kFirstYear)
+        return QStringLiteral("%1: a shift of %2 years leaves every date outside the years %3 to "
+                              "%4")
+            .arg(formNameOf(field))
+            .arg(rule.idod.changeYears)
+            .arg(yearText(kFirstYear), yearText(kLastYear));
+    return std::nullopt;
+}
+
+std::optional<QString> refusedYear(DateField field, int year) {
+    if (year >= kFirstYear && year <= kLastYear)
+        return std::nullopt;
+    return QStringLiteral("%1: the year %2 is not from %3 to %4")
+        .arg(formNameOf(field))
+        .arg(year)
+        .arg(yearText(kFirstYear), yearText(kLastYear));
+}
+
+std::optional<QString> refusedRunValue(const CGImageProperties& editedProperties,
+                                       const FieldEditedFlags& flags,
+                                       const OriginalFinalDate& dates) {
+    for (const FormField& field : formFields()) {
+        if (!flags.test(field.position))
+            continue;
+        if (field.isDate()) {
+            const auto dateField = dateFieldAt(field.position);
+            if (!dateField)
+                continue;
+            if (auto refused =
+                    refusedDateRule(*dateField, dates.rule(*dateField), dates.slot(*dateField)))
+                return refused;
+        } else if (auto refused = refusedFieldValue(field, editedProperties)) {
+            return refused;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace tagmoor
