@@ -272,6 +272,8 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
     }
     if (o.help)
         return o;
+    // A reference given with its coordinate signs it, as the form's popup does.
+    FormSnapshot::signCoordinates(o.values.editedProperties);
     if (preset) {
         if (!applyStoredPreset(o.values, *preset, error))
             return std::nullopt;

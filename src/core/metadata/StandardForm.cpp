@@ -79,8 +79,23 @@ void applyExif(Exiv2::ExifData& exifData, const QVariantMap& exif, const QString
         const std::string key = keyText.toStdString();
         switch (row.write) {
         case WriteKind::NotWritten:
-        case WriteKind::GpsRef:
             break;
+        case WriteKind::GpsRef: {
+            // A reference goes with its coordinate, which writes it from its sign; a reference
+            // edited alone turns the photo's own position to that hemisphere.
+            const int coordinateRow =
+                row.row == exifrow::GPSLatitudeRef ? exifrow::GPSLatitude : exifrow::GPSLongitude;
+            if (exif.contains(keyNames.at(coordinateRow)))
+                break;
+            const std::string ref = value.toString().trimmed().toUpper().toStdString();
+            if (!ref.empty()) {
+                exifData[key].setValue(ref);
+            } else if (const auto found = exifData.findKey(Exiv2::ExifKey(key));
+                       found != exifData.end()) {
+                exifData.erase(found);
+            }
+            break;
+        }
         case WriteKind::Text:
             exifData[key].setValue(row.read == ReadKind::DateText
                                        ? exifDateText(value.toString()).toStdString()

@@ -148,8 +148,9 @@ TEST_F(StandardForm, OneFieldEditTouchesNothingElse) {
         EXPECT_EQ(keywordsBefore.value(photo), keywordsIn(photo)) << name;
         for (const char* group : {"IPTC:Keywords", "XMP-dc:Subject"}) {
             const QStringList was = keywordsOf(tagsBefore.value(photo), group);
-            if (!was.isEmpty())
+            if (!was.isEmpty()) {
                 EXPECT_EQ(keywordsOf(tagsAfter.value(photo), group), was) << name << " " << group;
+            }
         }
         EXPECT_EQ(picturesAfter.value(photo), picturesBefore.value(photo)) << name;
     }
@@ -349,4 +350,20 @@ TEST_F(StandardForm, IsTheCommandLinesDefault) {
              "--out", tmp.filePath("out"), photo});
     ASSERT_EQ(classic.exitCode, 0) << classic.err.toStdString();
     EXPECT_EQ(cli({"read", "--form", "nonsense", photo}).exitCode, 2);
+
+    // A reference typed beside its coordinate signs it; typed alone it turns the photo's own
+    // position to that hemisphere, keeping its degrees.
+    const QString gps = copySample(formatsDir() + "/Reagan.jpg", tmp.path(), "gps.jpg");
+    ASSERT_EQ(cli({"apply", "--quiet", "--in-place", "--set", "GPSLatitude=38.717", "--set",
+                   "GPSLatitudeRef=S", "--set", "GPSLongitude=9.133", gps})
+                  .exitCode,
+              0);
+    QJsonObject t = exiftoolTags(gps);
+    EXPECT_NEAR(t.value("Composite:GPSLatitude").toDouble(), -38.717, 1e-6);
+    EXPECT_NEAR(t.value("Composite:GPSLongitude").toDouble(), 9.133, 1e-6);
+    ASSERT_EQ(cli({"apply", "--quiet", "--in-place", "--set", "GPSLongitudeRef=W", gps}).exitCode,
+              0);
+    t = exiftoolTags(gps);
+    EXPECT_NEAR(t.value("Composite:GPSLatitude").toDouble(), -38.717, 1e-6);
+    EXPECT_NEAR(t.value("Composite:GPSLongitude").toDouble(), -9.133, 1e-6);
 }
