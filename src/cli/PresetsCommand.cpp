@@ -5,10 +5,11 @@
 #include "DateRuleArgument.h"
 
 #include "batch/FormSnapshot.h"
+#include "editor/FieldDisplay.h"
 #include "editor/FieldValueCheck.h"
-#include "editor/PresetForm.h"
 #include "foundation/Settings.h"
 #include "model/FormFieldTable.h"
+#include "presets/PresetForm.h"
 #include "presets/PresetJson.h"
 #include "presets/PresetPhoto.h"
 #include "presets/PresetStore.h"
@@ -194,8 +195,16 @@ int savePreset(QStringList args) {
                                          "its values")
                               .arg(store.presets().at(position).name.value_or(name)));
     if (position < 0) {
-        if (store.checkName(name) == PresetStore::NameCheck::Empty)
+        switch (store.checkName(name)) {
+        case PresetStore::NameCheck::Empty:
             return usageError(QStringLiteral("a preset needs a name"));
+        case PresetStore::NameCheck::Unfit:
+            return usageError(QStringLiteral("the name is refused: %1")
+                                  .arg(presetNameRefusal(name).value_or(QString())));
+        case PresetStore::NameCheck::Ok:
+        case PresetStore::NameCheck::Taken:
+            break;
+        }
         position = store.addPreset(name);
     }
     store.replaceValues(position, *made->properties, *made->timeSetting);

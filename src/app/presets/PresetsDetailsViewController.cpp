@@ -4,9 +4,9 @@
 #include "editor/FormSections.h"
 #include "editor/MetadataForm.h"
 #include "editor/MetadataViewController.h"
-#include "editor/PresetForm.h"
 #include "foundation/AppEvents.h"
 #include "foundation/UserPrompt.h"
+#include "presets/PresetForm.h"
 #include "presets/PresetStore.h"
 #include "widgets/GroupTabs.h"
 

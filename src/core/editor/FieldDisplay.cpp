@@ -8,6 +8,15 @@
 
 namespace tagmoor {
 
+bool presetHoldsValue(const CGImageProperties& values, int position) {
+    const FormField* field = formFieldAt(position);
+    if (!field || field->isDate())
+        return false;
+    if (field->kind == FormKind::Popup)
+        return FieldDisplay::popupRow(values, *field) != 0;
+    return !FieldDisplay::text(values, *field).isEmpty();
+}
+
 namespace {
 
 const PropertyValue& valueOf(const CGImageProperties& record, const FormField& field) {

@@ -7,6 +7,10 @@
 
 namespace tagmoor {
 
+// Whether a preset's record holds a value the form shows for the field at `position`: a text
+// that shows, a number other than zero, a popup off its blank row.
+bool presetHoldsValue(const CGImageProperties& values, int position);
+
 // How one record's value of a form field looks in its control, and when two records agree
 // on a field. Main thread; pure.
 namespace FieldDisplay {

@@ -3,6 +3,7 @@
 #include "dates/DateTexts.h"
 #include "editor/FormPopups.h"
 #include "metadata/TagValueRange.h"
+#include "model/Keywords.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -77,6 +78,74 @@ std::optional<QString> refusedText(const FormField& field, const QString& text) 
     return QStringLiteral("%1 is not valid UTF-8 text").arg(field.name());
 }
 
+bool isNumberRow(ReadKind kind) {
+    switch (kind) {
+    case ReadKind::Int64:
+    case ReadKind::Float32:
+    case ReadKind::Float64:
+    case ReadKind::UInt8:
+    case ReadKind::UInt64:
+        return true;
+    case ReadKind::NotRead:
+    case ReadKind::Text:
+    case ReadKind::DateText:
+        return false;
+    }
+    return false;
+}
+
+// A value of a kind its row never holds (text in a number's row, a number or a picture in a
+// text's row) would be written as something other than what the tag takes.
+std::optional<QString> refusedKind(const FormField& field, const PropertyValue& value) {
+    using Kind = PropertyValue::Kind;
+    const bool numberRow = isNumberRow(field.keyRow().read);
+    const bool keywords =
+        field.keyRow().block == KeyBlock::Iptc && field.keyRow().row == iptcrow::Keywords;
+    bool fits = false;
+    switch (value.kind()) {
+    case Kind::Text:
+        fits = !numberRow;
+        break;
+    case Kind::Int64:
+    case Kind::Float32:
+    case Kind::Float64:
+    case Kind::UInt8:
+    case Kind::UInt64:
+        fits = numberRow;
+        break;
+    case Kind::List:
+        fits = keywords;
+        break;
+    case Kind::Absent:
+    case Kind::Date:
+    case Kind::Bytes:
+    case Kind::Dictionary:
+        break;
+    }
+    if (fits)
+        return std::nullopt;
+    return QStringLiteral("%1 takes %2, not a value of kind %3")
+        .arg(field.name(), numberRow ? QStringLiteral("a number") : QStringLiteral("text"),
+             QLatin1String(PropertyValue::kindName(value.kind())));
+}
+
+// Each keyword is text that fits an IPTC Keywords dataset.
+std::optional<QString> refusedKeywords(const FormField& field, const PropertyValue& value) {
+    const QVariantList items = value.list().value_or(QVariantList{value.variant()});
+    for (const QVariant& item : items) {
+        if (item.typeId() != QMetaType::QString)
+            return QStringLiteral("%1 takes a list of texts, not a value of kind %2")
+                .arg(field.name(), QLatin1String(item.metaType().name()));
+        if (auto refused = refusedText(field, item.toString()))
+            return refused;
+    }
+    for (const QString& keyword : keywordsOfValue(value.variant())) {
+        if (const QString refusal = keywordRefusal(keyword); !refusal.isEmpty())
+            return QStringLiteral("%1: %2").arg(field.name(), refusal);
+    }
+    return std::nullopt;
+}
+
 std::optional<QString> refusedNumber(const FormField& field, double number) {
     const KeyRow& row = field.keyRow();
     std::optional<TagValueRange> range;
@@ -126,6 +195,10 @@ std::optional<QString> refusedFieldValue(const FormField& field, const CGImagePr
     const PropertyValue* value = field.keyRow().peek(record);
     if (!value || isEmpty(*value))
         return std::nullopt;
+    if (auto refused = refusedKind(field, *value))
+        return refused;
+    if (field.keyRow().block == KeyBlock::Iptc && field.keyRow().row == iptcrow::Keywords)
+        return refusedKeywords(field, *value);
     if (auto refused = refusedCode(field, *value))
         return refused;
     if (auto text = value->text())
@@ -133,6 +206,15 @@ std::optional<QString> refusedFieldValue(const FormField& field, const CGImagePr
     if (const auto number = numberOf(*value))
         return refusedNumber(field, *number);
     return std::nullopt;
+}
+
+std::optional<QString> refusedValueKind(const FormField& field, const CGImageProperties& record) {
+    if (field.isDate())
+        return std::nullopt;
+    const PropertyValue* value = field.keyRow().peek(record);
+    if (!value || !value->isPresent())
+        return std::nullopt;
+    return refusedKind(field, *value);
 }
 
 std::optional<QString> refusedDateRule(DateField field, const DateTimeConfiguration& rule,

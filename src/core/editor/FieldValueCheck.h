@@ -32,6 +32,10 @@ namespace tagmoor {
 // The value of `field` in `record` (absent: passes).
 std::optional<QString> refusedFieldValue(const FormField& field, const CGImageProperties& record);
 
+// Whether the value of `field` in `record` is of a kind the field holds: a number in a
+// number's field, text (or, for keywords, a list of texts) in a text's; absent passes.
+std::optional<QString> refusedValueKind(const FormField& field, const CGImageProperties& record);
+
 // The rule of a date field with its date slot: the year of a chosen or updated date, and a
 // shift by so many years that no date keeps a year in range.
 std::optional<QString> refusedDateRule(DateField field, const DateTimeConfiguration& rule,

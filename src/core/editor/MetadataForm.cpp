@@ -6,7 +6,6 @@
 #include "editor/EditorState.h"
 #include "editor/FieldDisplay.h"
 #include "editor/FormPopups.h"
-#include "editor/PresetForm.h"
 #include "foundation/UserPrompt.h"
 #include "geo/CoordinateText.h"
 #include "model/FormFieldTable.h"

@@ -1,4 +1,4 @@
-#include "editor/PresetForm.h"
+#include "presets/PresetForm.h"
 
 #include "batch/FormSnapshot.h"
 #include "dates/DateField.h"
@@ -9,15 +9,6 @@
 #include "model/FormFieldTable.h"
 
 namespace tagmoor {
-
-bool presetHoldsValue(const CGImageProperties& values, int position) {
-    const FormField* field = formFieldAt(position);
-    if (!field || field->isDate())
-        return false;
-    if (field->kind == FormKind::Popup)
-        return FieldDisplay::popupRow(values, *field) != 0;
-    return !FieldDisplay::text(values, *field).isEmpty();
-}
 
 CGImageProperties presetValuesOf(const MetadataForm& form) {
     CGImageProperties values = form.readForm();

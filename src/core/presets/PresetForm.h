@@ -27,7 +27,4 @@ PresetRunEdits presetRunEdits(const ActualPreset& preset);
 // reads back as zeros and empty texts, which a preset would otherwise take for values.)
 CGImageProperties presetValuesOf(const MetadataForm& form);
 
-// Whether the preset's record holds a value the form shows for the field at `position`.
-bool presetHoldsValue(const CGImageProperties& values, int position);
-
 } // namespace tagmoor

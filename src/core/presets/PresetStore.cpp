@@ -2,6 +2,7 @@
 
 #include "foundation/Settings.h"
 #include "presets/PresetArchive.h"
+#include "presets/PresetCheck.h"
 #include "presets/PresetFile.h"
 #include "presets/PresetLog.h"
 #include "presets/PresetMerge.h"
@@ -188,6 +189,8 @@ QString PresetStore::defaultName() const {
 PresetStore::NameCheck PresetStore::checkName(const QString& name, qsizetype exceptPosition) const {
     if (name.isEmpty())
         return NameCheck::Empty;
+    if (presetNameRefusal(name))
+        return NameCheck::Unfit;
     const QString wanted = name.toLower();
     for (qsizetype i = 0; i < m_presets.size(); ++i)
         if (i != exceptPosition && lowered(m_presets[i].name) == wanted)
@@ -222,6 +225,8 @@ std::optional<Alert> PresetStore::renamePreset(qsizetype position, const QString
     case NameCheck::Empty:
         return Alert::ok(QStringLiteral("No name specified!"),
                          QStringLiteral("Please enter a Preset name to be saved."));
+    case NameCheck::Unfit:
+        return Alert::ok(QStringLiteral("Invalid Preset name."), unfitPresetNameText());
     case NameCheck::Taken:
         return Alert::ok(QStringLiteral("Preset name already exists"),
                          QStringLiteral("A Preset with same name already exists. Please enter "

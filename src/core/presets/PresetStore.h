@@ -94,9 +94,10 @@ public:
     // compared in small letters.
     QString defaultName() const;
 
-    enum class NameCheck { Ok, Empty, Taken };
-    // Whether `name` may name a preset: not empty, and not the name of another preset in small
-    // letters; the preset at `exceptPosition` (the one being renamed) is not compared.
+    enum class NameCheck { Ok, Empty, Unfit, Taken };
+    // Whether `name` may name a preset: not empty, fit to be a name (see presetNameRefusal),
+    // and not the name of another preset in small letters; the preset at `exceptPosition` (the
+    // one being renamed) is not compared.
     NameCheck checkName(const QString& name, qsizetype exceptPosition = -1) const;
 
     // Appends a fresh preset (empty record, default rules, `index` the count before) named

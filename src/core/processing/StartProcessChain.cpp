@@ -6,6 +6,7 @@
 #include "foundation/Settings.h"
 #include "model/FormFieldTable.h"
 #include "model/Keywords.h"
+#include "presets/PresetCheck.h"
 #include "processing/FolderAccess.h"
 #include "processing/ProcessingOptions.h"
 #include "rename/RenameNumbering.h"
@@ -216,6 +217,10 @@ void StartProcessChain::showPresetSheet() {
         text = answer.text.trimmed();
         if (text.isEmpty()) {
             m_objects.prompt.ask(invalidPresetNameAlert());
+            continue;
+        }
+        if (presetNameRefusal(text)) {
+            m_objects.prompt.ask(Alert::ok(tr("Invalid Preset name."), unfitPresetNameText()));
             continue;
         }
         if (m_presets.nameExists && m_presets.nameExists(text)) {

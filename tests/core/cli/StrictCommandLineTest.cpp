@@ -92,34 +92,64 @@ TEST_F(StrictCommandLine, OutOfRangeValuesAreRefusedBeforeAnythingIsWritten) {
     }
 }
 
-// A preset's values get the same checks and the same message as typed ones; a value typed
-// beside the preset replaces its refused one; `presets save` checks too.
+// A preset's values get the same checks and the same message as typed ones: an imported file
+// that carries a value a run would refuse, a value of the wrong kind or a name the command line
+// cannot give is refused with its reason, and the presets already stored are kept.
 TEST_F(StrictCommandLine, APresetsValuesGetTheSameChecks) {
-    ActualPreset preset = makeNewPreset("Odd", 0);
-    preset.properties->exifProperties->isoSpeedRating = PropertyValue(qint64(-5));
-    DateTimeConfiguration& shift = preset.timeSetting->configurationModifyDate;
-    shift.isKeepOriginal = false;
-    shift.isIDOD = true;
-    shift.idod.changeYears = 20000;
-    preset.timeSetting->alive(DateField::modifyDate) = true;
-    const QString file = tmp.path() + "/odd.json";
-    ASSERT_TRUE(writeBytes(file, encodePresetJson(preset)));
-    ASSERT_EQ(cli({"presets", "import", file}).exitCode, 0);
+    ASSERT_EQ(cli({"presets", "save", "Good", "--set", "ISO=200"}).exitCode, 0);
 
-    const QString iso = "ISO takes a whole number from 0 to 65535, not -5";
-    const ToolResult r = apply({"--preset", "Odd", "--date", "ModifyDate=keep"});
-    EXPECT_EQ(r.exitCode, 2);
-    EXPECT_TRUE(says(r, "--preset Odd: " + iso)) << r.err.toStdString();
-    const ToolResult mended = apply({"--preset", "Odd", "--set", "ISO=200"});
-    EXPECT_EQ(mended.exitCode, 2);
-    EXPECT_TRUE(says(mended, "--preset Odd: ModifyDate: a shift of 20000 years"));
-    EXPECT_FALSE(QFileInfo::exists(out()));
-    EXPECT_EQ(apply({"--preset", "Odd", "--set", "ISO=200", "--date", "ModifyDate=keep"}).exitCode,
-              0);
+    const auto presetWith = [](const QString& name, auto change) {
+        ActualPreset preset = makeNewPreset(name, 0);
+        change(preset);
+        return preset;
+    };
+    const struct {
+        ActualPreset preset;
+        QString reason;
+    } cases[] = {
+        {presetWith("Odd",
+                    [](ActualPreset& p) {
+                        p.properties->exifProperties->isoSpeedRating = PropertyValue(qint64(-5));
+                    }),
+         "ISO takes a whole number from 0 to 65535, not -5"},
+        {presetWith("Far",
+                    [](ActualPreset& p) {
+                        p.properties->gpsProperties->latitude = PropertyValue(1000.0);
+                    }),
+         "GPSLatitude takes a number from -90 to 90, not 1000"},
+        {presetWith("Texty",
+                    [](ActualPreset& p) {
+                        p.properties->exifProperties->isoSpeedRating = PropertyValue("fast");
+                    }),
+         "ISO takes a number, not a value of kind text"},
+        {presetWith("Shift",
+                    [](ActualPreset& p) {
+                        DateTimeConfiguration& shift = p.timeSetting->configurationModifyDate;
+                        shift.isKeepOriginal = false;
+                        shift.isIDOD = true;
+                        shift.idod.changeYears = 20000;
+                        p.timeSetting->alive(DateField::modifyDate) = true;
+                    }),
+         "ModifyDate: a shift of 20000 years"},
+        {makeNewPreset("two\nlines", 0), "control character"},
+        {makeNewPreset(QString("nul") + QChar(0) + "in", 0), "control character"},
+        {makeNewPreset("--out", 0), "begins with \"--\""},
+    };
+    for (const auto& c : cases) {
+        const QString file = tmp.path() + "/odd.json";
+        ASSERT_TRUE(writeBytes(file, encodePresetJson(c.preset)));
+        const ToolResult r = cli({"presets", "import", file});
+        EXPECT_EQ(r.exitCode, 2) << c.reason.toStdString();
+        EXPECT_TRUE(says(r, c.reason)) << r.err.toStdString();
+    }
+    EXPECT_EQ(cli({"presets", "list"}).out.trimmed(), "Good");
+    EXPECT_EQ(apply({"--preset", "Good"}).exitCode, 0);
 
     const ToolResult saved = cli({"presets", "save", "Bad", "--set", "ISO=-5"});
     EXPECT_EQ(saved.exitCode, 2);
-    EXPECT_TRUE(says(saved, "--set: " + iso)) << saved.err.toStdString();
+    EXPECT_TRUE(says(saved, "--set: ISO takes a whole number from 0 to 65535, not -5"))
+        << saved.err.toStdString();
+    EXPECT_EQ(cli({"presets", "save", "--x", "--set", "ISO=5"}).exitCode, 2);
 }
 
 // A named file that is no photo was asked for and not changed: status 1, for the run and its

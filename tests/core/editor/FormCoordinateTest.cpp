@@ -3,10 +3,10 @@
 #include "batch/FormSnapshot.h"
 #include "editor/EditorState.h"
 #include "editor/MetadataForm.h"
-#include "editor/PresetForm.h"
 #include "foundation/ScriptedPrompt.h"
 #include "foundation/ValueForm.h"
 #include "presets/ActualPreset.h"
+#include "presets/PresetForm.h"
 #include "workingset/WorkingSet.h"
 
 #include <gtest/gtest.h>

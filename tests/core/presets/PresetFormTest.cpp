@@ -1,6 +1,6 @@
 // A preset shown in the main form gives the run the same values, flags and date rules as
 // presetRunEdits, which the command line uses; the panel's form shows it without edits.
-#include "editor/PresetForm.h"
+#include "presets/PresetForm.h"
 #include "editor/EditorState.h"
 #include "editor/MetadataForm.h"
 #include "foundation/ScriptedPrompt.h"

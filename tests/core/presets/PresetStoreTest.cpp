@@ -5,6 +5,7 @@
 
 #include "foundation/Settings.h"
 #include "presets/PresetArchive.h"
+#include "presets/PresetCheck.h"
 #include "presets/PresetFile.h"
 #include "presets/PresetStore.h"
 
@@ -56,7 +57,7 @@ TEST(PresetStore, DefaultNameSkipsTakenNamesInAnyCase) {
     EXPECT_EQ(s.store.defaultName(), "Preset2");
 }
 
-TEST(PresetStore, RenameRefusesEmptyAndTakenNamesWithTheirAlerts) {
+TEST(PresetStore, RenameRefusesEmptyUnfitAndTakenNamesWithTheirAlerts) {
     ScratchConfig cfg;
     StoreOnFile s(cfg.settingsFile());
     s.store.addPreset(QStringLiteral("Beach"));
@@ -68,6 +69,12 @@ TEST(PresetStore, RenameRefusesEmptyAndTakenNamesWithTheirAlerts) {
               Alert::ok("Preset name already exists",
                         "A Preset with same name already exists. Please enter a new Preset "
                         "name."));
+    // A name the next load would refuse is never taken.
+    for (const QString& unfit :
+         {QStringLiteral("two\nlines"), QStringLiteral("--x"), QStringLiteral("tab\there")})
+        EXPECT_EQ(s.store.renamePreset(1, unfit),
+                  Alert::ok("Invalid Preset name.", unfitPresetNameText()))
+            << unfit.toStdString();
     EXPECT_EQ(namesOf(s.store.presets()), QStringList({"Beach", "City"})) << "old names stay";
 
     EXPECT_EQ(s.store.renamePreset(1, QStringLiteral("CITY")), std::nullopt)
