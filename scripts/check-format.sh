@@ -3,6 +3,10 @@
 set -uo pipefail
 cd "$(dirname "$0")/.."
 formatter=${CLANG_FORMAT:-clang-format}
+if ! command -v "$formatter" >/dev/null 2>&1; then
+  echo "clang-format is missing ($formatter): install it (scripts/install-deps.sh does)"
+  exit 1
+fi
 unclean=()
 while IFS= read -r -d '' file; do
   "$formatter" --dry-run -Werror "$file" >/dev/null 2>&1 || unclean+=("$file")

@@ -1,15 +1,22 @@
 #!/usr/bin/env python3
-"""Fails when a folder of src/ includes a folder that includes it back.
+"""Fails when a folder of src/ includes a folder that the layer picture does not put below it.
+
+The order is read from the picture in the Layers section of docs/ARCHITECTURE.md: a folder may
+include only folders on a lower row, never one on its own row or above it. The command-line tool
+may include only the core folders that the same section says it uses, and nothing includes it.
+A folder that the picture leaves out is an error too, so the picture stays complete.
 
 Each source folder (src/core/batch, src/app/shell, ...) is a node; an include of a file in
 another folder is an edge. The include is resolved the way the build resolves it: a file of the
 app first looks under src/app, then under src/core; the core and the command-line tool look
-under their own folder, then under src/core. Any cycle in that graph is printed with one
-include per edge, so the offending line is easy to find.
+under their own folder, then under src/core. Every wrong edge is printed with one include that
+makes it, so the offending line is easy to find.
 """
 import re
 import sys
 from pathlib import Path
+
+import architecture_doc
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)
 
@@ -47,52 +54,37 @@ def folder_graph(src):
     return edges
 
 
-def find_cycles(edges):
-    """Strongly connected components of more than one folder (Tarjan)."""
-    index, low, stack, on_stack, result = {}, {}, [], set(), []
-    counter = [0]
-
-    def visit(node):
-        index[node] = low[node] = counter[0]
-        counter[0] += 1
-        stack.append(node)
-        on_stack.add(node)
-        for nxt in edges.get(node, {}):
-            if nxt not in index:
-                visit(nxt)
-                low[node] = min(low[node], low[nxt])
-            elif nxt in on_stack:
-                low[node] = min(low[node], index[nxt])
-        if low[node] == index[node]:
-            component = []
-            while True:
-                top = stack.pop()
-                on_stack.discard(top)
-                component.append(top)
-                if top == node:
-                    break
-            if len(component) > 1:
-                result.append(sorted(component))
-
-    for node in sorted(edges):
-        if node not in index:
-            visit(node)
-    return result
+def wrong_edges(edges, rows, cli_uses):
+    """Messages for every include against the order, and for folders the picture leaves out."""
+    level = {folder: n for n, row in enumerate(rows) for folder in row}
+    problems = []
+    for folder in sorted(edges):
+        if folder != "cli" and folder not in level:
+            problems.append(f"{folder} is not in the layer picture")
+    for a in sorted(edges):
+        for b, why in sorted(edges[a].items()):
+            if b == "cli":
+                problems.append(f"{a} -> cli: nothing includes the command-line tool: {why}")
+            elif a == "cli":
+                if b not in cli_uses:
+                    problems.append(f"cli -> {b}: not among the folders cli/ uses: {why}")
+            elif a in level and b in level and level[b] <= level[a]:
+                where = "on the same row as" if level[b] == level[a] else "above"
+                problems.append(f"{a} -> {b}: {b} is {where} {a}: {why}")
+    return problems
 
 
 def main():
     src = Path(sys.argv[1] if len(sys.argv) > 1 else Path(__file__).resolve().parent.parent / "src")
     edges = folder_graph(src.resolve())
-    cycles = find_cycles(edges)
-    for component in cycles:
-        print("Folders that include each other: " + ", ".join(component))
-        for a in component:
-            for b, why in sorted(edges[a].items()):
-                if b in component:
-                    print(f"  {a} -> {b}: {why}")
-    if cycles:
+    rows = architecture_doc.layer_rows()
+    problems = wrong_edges(edges, rows, architecture_doc.command_line_uses())
+    if problems:
+        print("Includes against the layer picture of docs/ARCHITECTURE.md:")
+        for problem in problems:
+            print("  " + problem)
         return 1
-    print(f"{len(edges)} folders, no include cycles")
+    print(f"{len(edges)} folders, every include goes down the {len(rows)} rows of the picture")
     return 0
 
 
