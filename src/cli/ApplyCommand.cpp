@@ -9,7 +9,7 @@
 #include "batch/BatchSummary.h"
 #include "batch/ChangePlan.h"
 #include "batch/PhotoPipeline.h"
-#include "batch/StopControl.h"
+#include "foundation/StopControl.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameNumbering.h"
 

@@ -3,7 +3,7 @@
 #include "batch/BatchResult.h"
 #include "batch/BatchSummary.h"
 #include "batch/RunValues.h"
-#include "batch/StopControl.h"
+#include "foundation/StopControl.h"
 #include "model/CGImageProperties.h"
 
 #include <QFuture>

@@ -3,7 +3,7 @@
 #include "batch/BatchResult.h"
 #include "batch/PhotoPipeline.h"
 #include "batch/PhotoSource.h"
-#include "batch/StopControl.h"
+#include "foundation/StopControl.h"
 #include "rename/RenameNumbering.h"
 
 #include <functional>

@@ -1,5 +1,6 @@
 #include "workingset/PhotoScanner.h"
 
+#include "foundation/StopControl.h"
 #include "foundation/ThreadPriority.h"
 #include "metadata/PropertyLoading.h"
 #include "workingset/FolderWalk.h"
@@ -19,10 +20,7 @@
 namespace tagmoor {
 
 struct PhotoScanner::Shared {
-    std::mutex mutex;
-    std::condition_variable resumed;
-    std::atomic_bool paused{false};
-    std::atomic_bool stopped{false};
+    StopControl control;
     std::atomic_bool running{false};
     RecordQueue records;
 };
@@ -83,16 +81,15 @@ private:
         return out;
     }
 
-    bool stopped() const { return m_shared.stopped.load(); }
+    bool stopped() const { return m_shared.control.stopRequested(); }
 
-    // Waits while the stop question is up; true when the scan is to end.
+    // Waits while the stop question is up, with the records read so far handed over; true
+    // when the scan is to end.
     bool pauseAndStopTest() {
-        if (m_shared.paused.load()) {
-            flush(true);
-            std::unique_lock lock(m_shared.mutex);
-            m_shared.resumed.wait(lock, [this] { return !m_shared.paused.load(); });
-        }
-        return stopped();
+        if (!m_shared.control.pauseRequested())
+            return stopped();
+        flush(true);
+        return m_shared.control.waitBetweenPhotos();
     }
 
     void countingPass(const QList<QUrl>& urls) {
@@ -106,7 +103,8 @@ private:
             if (!info.exists())
                 continue;
             if (info.isDir())
-                m_counters.totalPhotos += int(walkFolder(path, &m_shared.stopped).files.size());
+                m_counters.totalPhotos +=
+                    int(walkFolder(path, m_shared.control.stopFlag()).files.size());
             else
                 ++m_counters.totalPhotos;
         }
@@ -187,7 +185,7 @@ private:
                 }
                 continue;
             }
-            const FolderWalkResult walk = walkFolder(path, &m_shared.stopped);
+            const FolderWalkResult walk = walkFolder(path, m_shared.control.stopFlag());
             if (walk.failed)
                 continue;
             for (const LeftOutEntry& entry : walk.leftOut) {
@@ -324,8 +322,7 @@ bool PhotoScanner::start(ScanRequest request) {
         delete m_thread;
         m_thread = nullptr;
     }
-    m_shared->paused = false;
-    m_shared->stopped = false;
+    m_shared->control.reset();
     m_shared->running = true;
     m_thread = QThread::create([this, shared = m_shared, request = std::move(request)]() mutable {
         lowerThisThreadsPriority();
@@ -344,18 +341,11 @@ bool PhotoScanner::isRunning() const {
 }
 
 void PhotoScanner::pause() {
-    std::lock_guard lock(m_shared->mutex);
-    m_shared->paused = true;
+    m_shared->control.requestPause();
 }
 
 void PhotoScanner::resume(bool stop) {
-    {
-        std::lock_guard lock(m_shared->mutex);
-        if (stop)
-            m_shared->stopped = true;
-        m_shared->paused = false;
-    }
-    m_shared->resumed.notify_all();
+    m_shared->control.answer(stop);
 }
 
 QList<CGImageProperties> PhotoScanner::takeRecords(qsizetype max) {

@@ -6,10 +6,7 @@
 #include <QObject>
 #include <QThread>
 
-#include <atomic>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 
 namespace tagmoor {
 

@@ -1,4 +1,4 @@
-#include "batch/StopControl.h"
+#include "foundation/StopControl.h"
 
 namespace tagmoor {
 

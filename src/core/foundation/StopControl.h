@@ -6,9 +6,10 @@
 
 namespace tagmoor {
 
-// The Stop button's two flags. A pause request makes the run finish the photos in work and
-// then wait, without spinning, until the question is answered; "YES" ends the run there,
-// "NO" lets it go on as if nothing happened.
+// The Stop button's two flags, for every worker that asks the stop question: a batch run and
+// a scan. A pause request makes the worker finish the photos in work and then wait, without
+// spinning, until the question is answered; "YES" ends the work there, "NO" lets it go on as
+// if nothing happened.
 class StopControl {
 public:
     // The start of a run: both flags clear.
@@ -26,6 +27,8 @@ public:
 
     bool pauseRequested() const { return m_pause.load(); }
     bool stopRequested() const { return m_stop.load(); }
+    // The stop flag itself, for a loop that tests it on its own (a folder walk).
+    const std::atomic<bool>* stopFlag() const { return &m_stop; }
 
     // Called by the run between photos: blocks while a pause stands and gives true when the
     // run is to end.
