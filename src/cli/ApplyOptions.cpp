@@ -6,12 +6,12 @@
 #include "WritingOptions.h"
 #include "batch/FormSnapshot.h"
 #include "editor/FieldValueCheck.h"
+#include "foundation/WorkerThreads.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameRule.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QThread>
 
 #include <algorithm>
 
@@ -152,7 +152,7 @@ QString ApplyOptions::helpText() {
 
 std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString* error) {
     ApplyOptions o;
-    o.threads = std::clamp(QThread::idealThreadCount(), 1, 4);
+    o.threads = workerThreadCount();
     o.values.editedProperties = FormSnapshot::empty();
     bool inPlace = false;
     std::optional<QString> mode;

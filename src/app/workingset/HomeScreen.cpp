@@ -12,6 +12,7 @@
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
+#include "foundation/WorkerThreads.h"
 #include "geo/SharedLocation.h"
 #include "location/GeoLocationViewController.h"
 #include "location/LocationView.h"
@@ -51,7 +52,6 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QThread>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -677,8 +677,7 @@ void HomeScreen::openRunSheet(const RunValues& values) {
         connect(m_runSheet, &FinalProcessedVC::finishClicked, this, &HomeScreen::finishRun);
     }
     m_runSheet->open();
-    m_runSheet->startRun(values, m_objects.workingSet.workingImages(),
-                         std::max(1, std::min(4, QThread::idealThreadCount())));
+    m_runSheet->startRun(values, m_objects.workingSet.workingImages(), workerThreadCount());
 }
 
 void HomeScreen::finishRun() {

@@ -1,5 +1,6 @@
 #include "workingset/ThumbnailProvider.h"
 
+#include "foundation/WorkerThreads.h"
 #include "workingset/ThumbnailLoader.h"
 
 #include <QFileInfo>
@@ -10,7 +11,7 @@ namespace tagmoor {
 
 ThumbnailProvider::ThumbnailProvider(QObject* parent, qint64 cacheBytes)
     : QObject(parent), m_cache(cacheBytes) {
-    m_pool.setMaxThreadCount(std::max(1, std::min(4, QThread::idealThreadCount())));
+    m_pool.setMaxThreadCount(workerThreadCount());
     m_pause.setSingleShot(true);
     m_pause.setInterval(kScrollPauseMs);
     connect(&m_pause, &QTimer::timeout, this, &ThumbnailProvider::startJobs);

@@ -1,5 +1,6 @@
 #include "presets/PresetArchive.h"
 
+#include "foundation/WorkerThreads.h"
 #include "presets/PresetDictionary.h"
 #include "presets/PresetLog.h"
 
@@ -7,7 +8,6 @@
 #include <QIODevice>
 #include <QSet>
 #include <QStringList>
-#include <QThread>
 #include <QVariantList>
 #include <QtConcurrent/QtConcurrentMap>
 
@@ -263,8 +263,7 @@ QList<ActualPreset> buildPresets(const QVariantList& list,
                                  const std::vector<qsizetype>& positions) {
     const qsizetype count = qsizetype(positions.size());
     std::vector<ActualPreset> built(std::size_t(count), ActualPreset{});
-    const qsizetype runs =
-        count < 64 ? 1 : std::clamp<qsizetype>(QThread::idealThreadCount(), 1, 4);
+    const qsizetype runs = count < 64 ? 1 : workerThreadCount();
     std::vector<qsizetype> starts;
     for (qsizetype r = 0; r < runs; ++r)
         starts.push_back(count * r / runs);
