@@ -36,7 +36,6 @@ KNOWN_EXCEPTIONS = {
     "core/batch/BatchDriver.cpp:BatchDriver::run",
     "core/batch/PhotoPipeline.cpp:PhotoPipeline::process",
     "core/metadata/SafeFileReplace.cpp:SafeFileReplace::replace",
-    "core/photolibrary/PhotoLibraryReader.cpp:PhotoLibraryReader::readAlbums",
     "core/presets/PresetJson.cpp:fromJson",
     "core/presets/PresetMerge.cpp:mergePresetLists",
 }
