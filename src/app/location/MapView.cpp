@@ -127,7 +127,7 @@ void MapView::configureTiles(const Settings& settings, const QString& cacheFolde
     // A stored empty address turns a type's tiles off. Without one the standard map uses
     // OpenStreetMap, except in test runs, which must never reach a real server.
     const bool testRun = QStandardPaths::isTestModeEnabled();
-    const bool online = settings.loadMapTilesFromInternet().value_or(true);
+    const bool online = settings.loadMapTilesFromInternetOrDefault();
     for (int type = 0; type < 3; ++type) {
         const std::optional<QString> stored = settings.mapTileUrl(type);
         QString address = online ? stored.value_or(QString()) : QString();
@@ -251,7 +251,7 @@ QPointF MapView::pinPoint() const {
 }
 
 QString MapView::note() const {
-    if (m_settings && !m_settings->loadMapTilesFromInternet().value_or(true))
+    if (m_settings && !m_settings->loadMapTilesFromInternetOrDefault())
         return tr("Map tiles from the internet are turned off in Preferences; showing the "
                   "outline.");
     if (m_mapType != 0 && !m_loaders[std::size_t(m_mapType)])

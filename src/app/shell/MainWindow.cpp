@@ -56,7 +56,7 @@ void MainWindow::setOverlayMenusEnabled(bool enabled) {
 
 void MainWindow::tappedAbout() {
     // Not over another overlay, and not before the welcome window was left.
-    if (m_app.settings().isPopUp().value_or(false) || !m_app.settings().startup().has_value())
+    if (m_app.settings().isPopUpOrDefault() || !m_app.settings().startup().has_value())
         return;
     QMessageBox::about(this, tr("About Tagmoor"),
                        tr("<h3>Tagmoor %1</h3><p>Edit the metadata of many photos at once.</p>"

@@ -147,11 +147,11 @@ void PreferencesWindow::reload() {
     m_launch->setChecked(login.value_or(false));
     if (login)
         m_loginItem.apply(*login);
-    m_overwrite->setChecked(m_settings.isOverwriteIfAFileWithASameName().value_or(false));
-    m_presetSaving->setChecked(m_settings.isPresetSavingSettingInHome().value_or(false));
-    m_autoUpdate->setChecked(m_settings.autoCheckForUpdate().value_or(1) == 1);
+    m_overwrite->setChecked(m_settings.isOverwriteIfAFileWithASameNameOrDefault());
+    m_presetSaving->setChecked(m_settings.isPresetSavingSettingInHomeOrDefault());
+    m_autoUpdate->setChecked(m_settings.autoCheckForUpdateOrDefault() == 1);
     m_standardForm->setChecked(valueForm() == ValueForm::standard);
-    m_mapTiles->setChecked(m_settings.loadMapTilesFromInternet().value_or(true));
+    m_mapTiles->setChecked(m_settings.loadMapTilesFromInternetOrDefault());
     m_mapCacheState->clear();
 }
 

@@ -683,7 +683,7 @@ void HomeScreen::openRunSheet(const RunValues& values) {
 void HomeScreen::finishRun() {
     RunValues live;
     m_batch->clickedFinish(live, m_objects.editorState.editorDates(),
-                           m_objects.settings.isOverwriteIfAFileWithASameName().value_or(false));
+                           m_objects.settings.isOverwriteIfAFileWithASameNameOrDefault());
     m_objects.renameSettings = live.renameSettings;
     if (m_runSheet)
         m_runSheet->hide();

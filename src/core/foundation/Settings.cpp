@@ -53,35 +53,6 @@ QString settingsFileDamage(const QByteArray& bytes) {
 
 enum class Kind { Bool, Int, Text, Bytes };
 
-struct KeySpec {
-    Kind kind;
-    std::optional<QVariant> defaultValue;
-};
-
-// Every key with its kind and default (absent when the key has none).
-const QHash<QString, KeySpec>& keyTable() {
-    static const QHash<QString, KeySpec> table{
-        {Settings::StartupOTM, {Kind::Bool, std::nullopt}},
-        {Settings::FirstRunOTM, {Kind::Bool, std::nullopt}},
-        {Settings::lastVersion, {Kind::Text, std::nullopt}},
-        {Settings::AutoCheckForUpdateOTM, {Kind::Int, QVariant(qint64(1))}},
-        {Settings::LoginStartStatusOTM, {Kind::Bool, QVariant(false)}},
-        {Settings::IsPresetSavingSettingInHomeOTM, {Kind::Bool, QVariant(true)}},
-        {Settings::kIsOverwriteIfAFileWithASameNameOTM, {Kind::Bool, QVariant(false)}},
-        {Settings::TutorialShowOTM, {Kind::Bool, std::nullopt}},
-        {Settings::OpenWithItemsOTM, {Kind::Bool, QVariant(false)}},
-        {Settings::IsPopUpOTM, {Kind::Bool, QVariant(false)}},
-        {Settings::UpdateFeedURL, {Kind::Text, std::nullopt}},
-        {Settings::kPropertiesDataAP, {Kind::Bytes, std::nullopt}},
-        {Settings::MapTileURLStandard, {Kind::Text, std::nullopt}},
-        {Settings::MapTileURLSatellite, {Kind::Text, std::nullopt}},
-        {Settings::MapTileURLHybrid, {Kind::Text, std::nullopt}},
-        {Settings::LoadMapTilesFromInternetOTM, {Kind::Bool, QVariant(true)}},
-        {Settings::ValueFormOTM, {Kind::Text, QVariant(QStringLiteral("standard"))}},
-    };
-    return table;
-}
-
 // The stored file keeps every value as text, so a Boolean or a number is recognised by
 // either its Qt type (values set in this run) or its stored spelling.
 std::optional<bool> asBool(const QVariant& v) {
@@ -124,6 +95,55 @@ std::optional<QByteArray> asBytes(const QVariant& v) {
     if (v.typeId() == QMetaType::QByteArray)
         return v.toByteArray();
     return std::nullopt;
+}
+
+// How a value type of the key table is stored and recognised.
+template <typename T> struct StoredAs;
+template <> struct StoredAs<bool> {
+    static constexpr Kind kind = Kind::Bool;
+    static std::optional<bool> from(const QVariant& v) { return asBool(v); }
+    static QVariant to(bool v) { return v; }
+};
+template <> struct StoredAs<qint64> {
+    static constexpr Kind kind = Kind::Int;
+    static std::optional<qint64> from(const QVariant& v) { return asInt(v); }
+    static QVariant to(qint64 v) { return v; }
+};
+template <> struct StoredAs<QString> {
+    static constexpr Kind kind = Kind::Text;
+    static std::optional<QString> from(const QVariant& v) { return asText(v); }
+    static QVariant to(const QString& v) { return v; }
+};
+template <> struct StoredAs<QByteArray> {
+    static constexpr Kind kind = Kind::Bytes;
+    static std::optional<QByteArray> from(const QVariant& v) { return asBytes(v); }
+    static QVariant to(const QByteArray& v) { return v; }
+};
+template <> struct StoredAs<ValueForm> {
+    static constexpr Kind kind = Kind::Text;
+    static std::optional<ValueForm> from(const QVariant& v) {
+        const std::optional<QString> name = asText(v);
+        return name ? valueFormFromName(*name) : std::nullopt;
+    }
+    static QVariant to(ValueForm v) { return valueFormName(v); }
+};
+
+struct KeySpec {
+    Kind kind;
+    std::optional<QVariant> defaultValue;
+};
+
+// Every key with its kind and default (absent when the key has none).
+const QHash<QString, KeySpec>& keyTable() {
+#define TAGMOOR_SETTING_SPEC(name, Type, getter, setter)                                           \
+    {Settings::name, {StoredAs<Type>::kind, std::nullopt}},
+#define TAGMOOR_SETTING_SPEC_WITH_DEFAULT(name, Type, getter, setter, defaultValue)                \
+    {Settings::name, {StoredAs<Type>::kind, StoredAs<Type>::to(Type(defaultValue))}},
+    static const QHash<QString, KeySpec> table{
+        TAGMOOR_SETTINGS_KEYS(TAGMOOR_SETTING_SPEC, TAGMOOR_SETTING_SPEC_WITH_DEFAULT)};
+#undef TAGMOOR_SETTING_SPEC
+#undef TAGMOOR_SETTING_SPEC_WITH_DEFAULT
+    return table;
 }
 
 bool holdsKind(const QVariant& v, Kind kind) {
@@ -222,86 +242,29 @@ void Settings::requireAtomicWrites() {
     m_settings->setAtomicSyncRequired(true);
 }
 
-std::optional<bool> Settings::readBool(const char* key) const {
-    return asBool(m_settings->value(QLatin1String(key)));
-}
-std::optional<qint64> Settings::readInt(const char* key) const {
-    return asInt(m_settings->value(QLatin1String(key)));
-}
-std::optional<QString> Settings::readText(const char* key) const {
-    return asText(m_settings->value(QLatin1String(key)));
+template <typename T> std::optional<T> Settings::read(const char* key) const {
+    return StoredAs<T>::from(m_settings->value(QLatin1String(key)));
 }
 void Settings::write(const char* key, const QVariant& value) {
     m_settings->setValue(QLatin1String(key), value);
     checkWritten();
 }
 
-std::optional<bool> Settings::startup() const {
-    return readBool(StartupOTM);
-}
-void Settings::setStartup(bool v) {
-    write(StartupOTM, v);
-}
-std::optional<bool> Settings::firstRun() const {
-    return readBool(FirstRunOTM);
-}
-void Settings::setFirstRun(bool v) {
-    write(FirstRunOTM, v);
-}
-std::optional<QString> Settings::lastVersionString() const {
-    return readText(lastVersion);
-}
-void Settings::setLastVersionString(const QString& v) {
-    write(lastVersion, v);
-}
-std::optional<qint64> Settings::autoCheckForUpdate() const {
-    return readInt(AutoCheckForUpdateOTM);
-}
-void Settings::setAutoCheckForUpdate(qint64 v) {
-    write(AutoCheckForUpdateOTM, v);
-}
-std::optional<bool> Settings::loginStartStatus() const {
-    return readBool(LoginStartStatusOTM);
-}
-void Settings::setLoginStartStatus(bool v) {
-    write(LoginStartStatusOTM, v);
-}
-std::optional<bool> Settings::isPresetSavingSettingInHome() const {
-    return readBool(IsPresetSavingSettingInHomeOTM);
-}
-void Settings::setIsPresetSavingSettingInHome(bool v) {
-    write(IsPresetSavingSettingInHomeOTM, v);
-}
-std::optional<bool> Settings::isOverwriteIfAFileWithASameName() const {
-    return readBool(kIsOverwriteIfAFileWithASameNameOTM);
-}
-void Settings::setIsOverwriteIfAFileWithASameName(bool v) {
-    write(kIsOverwriteIfAFileWithASameNameOTM, v);
-}
-std::optional<bool> Settings::tutorialShow() const {
-    return readBool(TutorialShowOTM);
-}
-void Settings::setTutorialShow(bool v) {
-    write(TutorialShowOTM, v);
-}
-std::optional<bool> Settings::openWithItems() const {
-    return readBool(OpenWithItemsOTM);
-}
-void Settings::setOpenWithItems(bool v) {
-    write(OpenWithItemsOTM, v);
-}
-std::optional<bool> Settings::isPopUp() const {
-    return readBool(IsPopUpOTM);
-}
-void Settings::setIsPopUp(bool v) {
-    write(IsPopUpOTM, v);
-}
-std::optional<QString> Settings::updateFeedUrl() const {
-    return readText(UpdateFeedURL);
-}
-void Settings::setUpdateFeedUrl(const QString& v) {
-    write(UpdateFeedURL, v);
-}
+#define TAGMOOR_SETTING_DEFINITIONS(name, Type, getter, setter)                                    \
+    std::optional<Type> Settings::getter() const {                                                 \
+        return read<Type>(name);                                                                   \
+    }                                                                                              \
+    void Settings::setter(const Type& v) {                                                         \
+        write(name, StoredAs<Type>::to(v));                                                        \
+    }
+#define TAGMOOR_SETTING_DEFINITIONS_WITH_DEFAULT(name, Type, getter, setter, defaultValue)         \
+    TAGMOOR_SETTING_DEFINITIONS(name, Type, getter, setter)                                        \
+    Type Settings::getter##OrDefault() const {                                                     \
+        return getter().value_or(Type(defaultValue));                                              \
+    }
+TAGMOOR_SETTINGS_KEYS(TAGMOOR_SETTING_DEFINITIONS, TAGMOOR_SETTING_DEFINITIONS_WITH_DEFAULT)
+#undef TAGMOOR_SETTING_DEFINITIONS
+#undef TAGMOOR_SETTING_DEFINITIONS_WITH_DEFAULT
 
 namespace {
 const char* mapTileKey(int mapType) {
@@ -312,31 +275,10 @@ const char* mapTileKey(int mapType) {
 } // namespace
 
 std::optional<QString> Settings::mapTileUrl(int mapType) const {
-    return readText(mapTileKey(mapType));
+    return read<QString>(mapTileKey(mapType));
 }
 void Settings::setMapTileUrl(int mapType, const QString& v) {
     write(mapTileKey(mapType), v);
-}
-
-std::optional<bool> Settings::loadMapTilesFromInternet() const {
-    return readBool(LoadMapTilesFromInternetOTM);
-}
-void Settings::setLoadMapTilesFromInternet(bool v) {
-    write(LoadMapTilesFromInternetOTM, v);
-}
-
-std::optional<QByteArray> Settings::propertiesData() const {
-    return asBytes(m_settings->value(QLatin1String(kPropertiesDataAP)));
-}
-void Settings::setPropertiesData(const QByteArray& v) {
-    write(kPropertiesDataAP, v);
-}
-std::optional<ValueForm> Settings::valueForm() const {
-    const std::optional<QString> name = readText(ValueFormOTM);
-    return name ? valueFormFromName(*name) : std::nullopt;
-}
-void Settings::setValueForm(ValueForm v) {
-    write(ValueFormOTM, valueFormName(v));
 }
 
 std::optional<QVariant> Settings::defaultFor(const QString& key) {

@@ -15,6 +15,41 @@
 class QDateTime;
 class QSettings;
 
+// Every stored key, once: KEY(name, value type, getter, setter) for a key without a default,
+// KEY_WITH_DEFAULT(..., default) for one with a default, which seedDefaults stores and the
+// `OrDefault` getter gives while nothing is stored. The name is the stored key; values are
+// stored as the type's QVariant (a ValueForm as its name).
+#define TAGMOOR_SETTINGS_KEYS(KEY, KEY_WITH_DEFAULT)                                               \
+    /* Present once the welcome screen was left; only presence counts. */                          \
+    KEY(StartupOTM, bool, startup, setStartup)                                                     \
+    KEY(FirstRunOTM, bool, firstRun, setFirstRun)                                                  \
+    KEY(lastVersion, QString, lastVersionString, setLastVersionString)                             \
+    KEY_WITH_DEFAULT(AutoCheckForUpdateOTM, qint64, autoCheckForUpdate, setAutoCheckForUpdate, 1)  \
+    KEY_WITH_DEFAULT(LoginStartStatusOTM, bool, loginStartStatus, setLoginStartStatus, false)      \
+    /* Whether Start Process goes on without offering to save a preset. */                         \
+    KEY_WITH_DEFAULT(IsPresetSavingSettingInHomeOTM, bool, isPresetSavingSettingInHome,            \
+                     setIsPresetSavingSettingInHome, true)                                         \
+    KEY_WITH_DEFAULT(kIsOverwriteIfAFileWithASameNameOTM, bool, isOverwriteIfAFileWithASameName,   \
+                     setIsOverwriteIfAFileWithASameName, false)                                    \
+    KEY(TutorialShowOTM, bool, tutorialShow, setTutorialShow)                                      \
+    KEY_WITH_DEFAULT(OpenWithItemsOTM, bool, openWithItems, setOpenWithItems, false)               \
+    KEY_WITH_DEFAULT(IsPopUpOTM, bool, isPopUp, setIsPopUp, false)                                 \
+    /* Address of the update feed; without it no update check happens. */                          \
+    KEY(UpdateFeedURL, QString, updateFeedUrl, setUpdateFeedUrl)                                   \
+    /* The saved presets, one byte block. */                                                       \
+    KEY(kPropertiesDataAP, QByteArray, propertiesData, setPropertiesData)                          \
+    /* Tile addresses of the map types ({z}, {x}, {y}); the standard map has a built-in one. */    \
+    KEY(MapTileURLStandard, QString, mapTileUrlStandard, setMapTileUrlStandard)                    \
+    KEY(MapTileURLSatellite, QString, mapTileUrlSatellite, setMapTileUrlSatellite)                 \
+    KEY(MapTileURLHybrid, QString, mapTileUrlHybrid, setMapTileUrlHybrid)                          \
+    /* Whether the maps fetch web tiles at all (the world outline works without them). */          \
+    KEY_WITH_DEFAULT(LoadMapTilesFromInternetOTM, bool, loadMapTilesFromInternet,                  \
+                     setLoadMapTilesFromInternet, true)                                            \
+    /* How values are read, shifted and written: "standard" (the default) or "described"           \
+       (see ValueForm). A new key: the old Boolean of the standard form, seeded false by           \
+       earlier versions, no longer decides. */                                                     \
+    KEY_WITH_DEFAULT(ValueFormOTM, ValueForm, valueForm, setValueForm, ValueForm::standard)
+
 namespace tagmoor {
 
 // Typed access to the stored settings (QSettings, native format, organisation and
@@ -45,65 +80,9 @@ public:
     Settings(const Settings&) = delete;
     Settings& operator=(const Settings&) = delete;
 
-    // Key names.
-    static constexpr const char* StartupOTM = "StartupOTM";
-    static constexpr const char* FirstRunOTM = "FirstRunOTM";
-    static constexpr const char* lastVersion = "lastVersion";
-    static constexpr const char* AutoCheckForUpdateOTM = "AutoCheckForUpdateOTM";
-    static constexpr const char* LoginStartStatusOTM = "LoginStartStatusOTM";
-    static constexpr const char* IsPresetSavingSettingInHomeOTM = "IsPresetSavingSettingInHomeOTM";
-    static constexpr const char* kIsOverwriteIfAFileWithASameNameOTM =
-        "kIsOverwriteIfAFileWithASameNameOTM";
-    static constexpr const char* TutorialShowOTM = "TutorialShowOTM";
-    static constexpr const char* OpenWithItemsOTM = "OpenWithItemsOTM";
-    static constexpr const char* IsPopUpOTM = "IsPopUpOTM";
-    // Address of the update feed; without it no update check happens.
-    static constexpr const char* UpdateFeedURL = "UpdateFeedURL";
-    // Tile addresses of the map types ({z}, {x}, {y}); the standard map has a built-in one.
-    static constexpr const char* MapTileURLStandard = "MapTileURLStandard";
-    static constexpr const char* MapTileURLSatellite = "MapTileURLSatellite";
-    static constexpr const char* MapTileURLHybrid = "MapTileURLHybrid";
-    // Whether the maps fetch web tiles at all (the world outline works without them).
-    static constexpr const char* LoadMapTilesFromInternetOTM = "LoadMapTilesFromInternetOTM";
-    // The saved presets, one byte block.
-    static constexpr const char* kPropertiesDataAP = "kPropertiesDataAP";
-    // How values are read, shifted and written: "standard" (the default) or "described"
-    // (see ValueForm). A new key: the old Boolean of the standard form, seeded false by
-    // earlier versions, no longer decides.
-    static constexpr const char* ValueFormOTM = "ValueFormOTM";
-
-    // Present once the welcome screen was left; only presence counts.
-    std::optional<bool> startup() const;
-    void setStartup(bool v);
-    std::optional<bool> firstRun() const;
-    void setFirstRun(bool v);
-    std::optional<QString> lastVersionString() const;
-    void setLastVersionString(const QString& v);
-    std::optional<qint64> autoCheckForUpdate() const;
-    void setAutoCheckForUpdate(qint64 v);
-    std::optional<bool> loginStartStatus() const;
-    void setLoginStartStatus(bool v);
-    std::optional<bool> isPresetSavingSettingInHome() const;
-    void setIsPresetSavingSettingInHome(bool v);
-    std::optional<bool> isOverwriteIfAFileWithASameName() const;
-    void setIsOverwriteIfAFileWithASameName(bool v);
-    std::optional<bool> tutorialShow() const;
-    void setTutorialShow(bool v);
-    std::optional<bool> openWithItems() const;
-    void setOpenWithItems(bool v);
-    std::optional<bool> isPopUp() const;
-    void setIsPopUp(bool v);
-    std::optional<QString> updateFeedUrl() const;
-    void setUpdateFeedUrl(const QString& v);
-    // 0 standard, 1 satellite, 2 hybrid.
+    // The tile address of a map type (0 standard, 1 satellite, 2 hybrid).
     std::optional<QString> mapTileUrl(int mapType) const;
     void setMapTileUrl(int mapType, const QString& v);
-    std::optional<bool> loadMapTilesFromInternet() const;
-    void setLoadMapTilesFromInternet(bool v);
-    std::optional<QByteArray> propertiesData() const;
-    void setPropertiesData(const QByteArray& v);
-    std::optional<ValueForm> valueForm() const;
-    void setValueForm(ValueForm v);
 
     // The default of a key from the table; nothing for keys without one.
     static std::optional<QVariant> defaultFor(const QString& key);
@@ -135,14 +114,30 @@ public:
     // (a damaged file kept aside at the start), later as it happens.
     void setProblemHandler(std::function<void(const Problem&)> handler);
 
+    // Key names, and one typed getter and setter per key, generated from the key table
+    // (TAGMOOR_SETTINGS_KEYS above). A key with a default also has `<getter>OrDefault()`,
+    // the stored value or that default.
+#define TAGMOOR_SETTING_NAME(name, Type, getter, setter, ...)                                      \
+    static constexpr const char* name = #name;
+    TAGMOOR_SETTINGS_KEYS(TAGMOOR_SETTING_NAME, TAGMOOR_SETTING_NAME)
+#undef TAGMOOR_SETTING_NAME
+
+#define TAGMOOR_SETTING_ACCESSORS(name, Type, getter, setter)                                      \
+    std::optional<Type> getter() const;                                                            \
+    void setter(const Type& v);
+#define TAGMOOR_SETTING_ACCESSORS_WITH_DEFAULT(name, Type, getter, setter, defaultValue)           \
+    TAGMOOR_SETTING_ACCESSORS(name, Type, getter, setter)                                          \
+    Type getter##OrDefault() const;
+    TAGMOOR_SETTINGS_KEYS(TAGMOOR_SETTING_ACCESSORS, TAGMOOR_SETTING_ACCESSORS_WITH_DEFAULT)
+#undef TAGMOOR_SETTING_ACCESSORS
+#undef TAGMOOR_SETTING_ACCESSORS_WITH_DEFAULT
+
 private:
     void open(const QString& path, const std::function<std::unique_ptr<QSettings>()>& make);
     void report(const Problem& problem);
     void checkWritten();
     void requireAtomicWrites();
-    std::optional<bool> readBool(const char* key) const;
-    std::optional<qint64> readInt(const char* key) const;
-    std::optional<QString> readText(const char* key) const;
+    template <typename T> std::optional<T> read(const char* key) const;
     void write(const char* key, const QVariant& value);
 
     std::unique_ptr<QSettings> m_settings;

@@ -14,7 +14,7 @@ RunValues reviewRunValues(const ProcessingOptions& options, const Settings& sett
     values.processingMode = options.mode();
     values.clean = options.clean();
     values.overwriteExisting =
-        options.overwriteExisting || settings.isOverwriteIfAFileWithASameName().value_or(false);
+        options.overwriteExisting || settings.isOverwriteIfAFileWithASameNameOrDefault();
     values.renameSettings = renameSettings;
     values.isDestinationPathAsSource = true;
     values.editedProperties = form.readForm();

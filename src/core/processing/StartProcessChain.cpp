@@ -160,8 +160,7 @@ void StartProcessChain::clickedStartProcess() {
     m_values.processingMode = options.mode();
     m_values.clean = options.clean();
     m_values.overwriteExisting =
-        options.overwriteExisting ||
-        m_objects.settings.isOverwriteIfAFileWithASameName().value_or(false);
+        options.overwriteExisting || m_objects.settings.isOverwriteIfAFileWithASameNameOrDefault();
     m_values.renameSettings = m_objects.renameSettings;
 
     Alert confirmation;
@@ -197,7 +196,7 @@ void StartProcessChain::chooseSaveOption() {
         startProcessing();
         return;
     }
-    if (m_objects.settings.isPresetSavingSettingInHome().value_or(false)) {
+    if (m_objects.settings.isPresetSavingSettingInHomeOrDefault()) {
         startProcessing();
         return;
     }

@@ -18,7 +18,7 @@ ApplicationShell::ApplicationShell(Options options, QObject* parent)
       m_updater(m_settings, options.version), m_channel(options.channelName),
       m_presets(std::make_unique<PresetStore>(m_settings)) {
     // The form decides how the first photo is read already.
-    setValueForm(m_settings.valueForm().value_or(ValueForm::standard));
+    setValueForm(m_settings.valueFormOrDefault());
     m_presets->load();
 }
 

@@ -22,7 +22,7 @@ StartPlan StartSequence::applicationWillFinishLaunching() {
     StartPlan plan;
     m_settings.seedDefaults({Settings::OpenWithItemsOTM, Settings::LoginStartStatusOTM,
                              Settings::IsPresetSavingSettingInHomeOTM});
-    m_loginItem.apply(m_settings.loginStartStatus().value_or(false));
+    m_loginItem.apply(m_settings.loginStartStatusOrDefault());
     m_settings.setIsPopUp(false);
 
     // Only the presence of a Boolean counts, not its value.

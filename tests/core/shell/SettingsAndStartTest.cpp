@@ -67,6 +67,36 @@ TEST(Settings, MistypedAndCorruptValuesCountAsAbsentAndAreSeeded) {
     EXPECT_EQ(again.startup(), true);
 }
 
+// Each key's default is one value: what seeding stores, what `OrDefault` gives while nothing
+// is stored, and what it gives again after a mistyped value was seeded over. A key without a
+// default seeds nothing.
+TEST(Settings, EachKeyHasOneDefaultForSeedingAndReading) {
+    ScratchConfig cfg;
+    Settings fresh(cfg.settingsFile());
+    int withDefault = 0;
+#define TAGMOOR_CHECK_NO_DEFAULT(name, Type, getter, setter)                                       \
+    EXPECT_FALSE(Settings::defaultFor(Settings::name)) << #name;                                   \
+    fresh.seedDefaults({Settings::name});                                                          \
+    EXPECT_FALSE(fresh.contains(Settings::name)) << #name;
+#define TAGMOOR_CHECK_DEFAULT(name, Type, getter, setter, defaultValue)                            \
+    {                                                                                              \
+        ++withDefault;                                                                             \
+        EXPECT_FALSE(fresh.getter()) << #name;                                                     \
+        EXPECT_EQ(fresh.getter##OrDefault(), Type(defaultValue)) << #name;                         \
+        fresh.raw().setValue(Settings::name, QByteArray("\x01"));                                  \
+        fresh.seedDefaults({Settings::name});                                                      \
+        EXPECT_EQ(fresh.getter(), std::optional<Type>(Type(defaultValue))) << #name;               \
+        EXPECT_EQ(fresh.raw().value(Settings::name), Settings::defaultFor(Settings::name))         \
+            << #name;                                                                              \
+    }
+    TAGMOOR_SETTINGS_KEYS(TAGMOOR_CHECK_NO_DEFAULT, TAGMOOR_CHECK_DEFAULT)
+#undef TAGMOOR_CHECK_NO_DEFAULT
+#undef TAGMOOR_CHECK_DEFAULT
+    EXPECT_EQ(withDefault, 8);
+    // The preset offer's default is the value the window's start seeds.
+    EXPECT_TRUE(Settings(cfg.settingsFile()).isPresetSavingSettingInHomeOrDefault());
+}
+
 // A settings file that QSettings would read in part and overwrite at its next write is kept
 // aside whole, and the settings start anew; a sound file, comments and continued lines
 // included, is read as it is.
