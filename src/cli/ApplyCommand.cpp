@@ -144,6 +144,87 @@ bool printPlan(QTextStream& out, const PhotoPipeline& pipeline, const PathPhotoS
     return writes == total;
 }
 
+// The photos of a batch: the paths given and found, less what gives no record.
+struct Gathered {
+    PathPhotoSource photos;
+    QList<LeftOutEntry> leftOut;
+    QStringList notPhotos;
+    // Every path was a photo that can be named, and every file named was a photo.
+    bool allAsked = true;
+};
+
+// Collects the photos; false when a path given cannot be read (exit status 2).
+bool gatherPhotos(const ApplyOptions& options, QTextStream& err, Gathered& g) {
+    QStringList problems;
+    QSet<QString> namedFiles;
+    g.photos = collectPhotoPaths(options.inputs, &problems, &g.leftOut, &namedFiles);
+    if (!problems.isEmpty()) {
+        for (const QString& p : problems)
+            err << "tagmoor-cli apply: " << p << '\n';
+        return false;
+    }
+    // Nothing leaves the run without a word: what cannot be named is told and counts as not
+    // changed; a file that gives no record is no photo (the photo list never takes it in).
+    for (const LeftOutEntry& entry : g.leftOut)
+        err << "tagmoor-cli apply: " << entry.path << ": left out: " << entry.reason << '\n';
+    keepPhotos(g.photos, options.threads, &g.notPhotos);
+    // A file found in a folder that is no photo is simply not part of the batch; a file the
+    // user named is one that was asked for and not changed.
+    bool namedNotPhoto = false;
+    for (const QString& path : g.notPhotos) {
+        err << "tagmoor-cli apply: " << path << ": not a photo, left out of the batch\n";
+        namedNotPhoto = namedNotPhoto || namedFiles.contains(path);
+    }
+    err.flush();
+    g.allAsked = g.leftOut.isEmpty() && !namedNotPhoto;
+    return true;
+}
+
+// Runs the batch, prints its result and names each photo that did not get the edit; gives
+// the exit status.
+int runBatch(const ApplyOptions& options, const PhotoPipeline& pipeline, const Gathered& g,
+             QTextStream& out, QTextStream& err) {
+    RenameNumbering numbering;
+    StopControl stop;
+    TerminalProgress progress;
+    const bool showProgress = !options.quiet && ::isatty(STDERR_FILENO);
+    BatchDriver driver(pipeline, numbering, stop, showProgress ? &progress : nullptr,
+                       options.threads);
+    // The problems and the photos not reached wait in files until the summary is out, rather
+    // than in the result.
+    ProblemLog problemLog;
+    ProblemLog notReached;
+    driver.setProblemSink([&](const PhotoProblem& problem) { problemLog.add(problem); });
+    driver.setNotReachedSink([&](const QString& path) {
+        notReached.add({path, QStringLiteral("not reached: the run was stopped")});
+    });
+    BatchResult result;
+    {
+        const StopOnInterrupt interruptible(stop);
+        result = driver.run(g.photos);
+    }
+    progress.end();
+    err.flush();
+
+    if (options.json)
+        writeResultJson(out, result, {problemLog, notReached}, {g.leftOut, g.notPhotos});
+    else
+        for (const QString& line : BatchSummary::of(result).lines())
+            out << line << '\n';
+    out.flush();
+    // One line for each photo that did not get what was asked, and why; then those that a
+    // stop kept from being reached.
+    const auto tell = [&](const PhotoProblem& problem) {
+        err << "tagmoor-cli apply: " << problem.path << ": " << problem.reason << '\n';
+    };
+    problemLog.forEach(tell);
+    notReached.forEach(tell);
+    err.flush();
+    const bool allChanged = result.savedPhotos() == result.total && problemLog.isEmpty() &&
+                            notReached.isEmpty() && g.allAsked;
+    return allChanged ? 0 : 1;
+}
+
 } // namespace
 
 int runApply(const QStringList& args) {
@@ -161,30 +242,9 @@ int runApply(const QStringList& args) {
         return 0;
     }
 
-    QStringList problems;
-    QList<LeftOutEntry> leftOut;
-    QSet<QString> namedFiles;
-    PathPhotoSource photos = collectPhotoPaths(options->inputs, &problems, &leftOut, &namedFiles);
-    if (!problems.isEmpty()) {
-        for (const QString& p : problems)
-            err << "tagmoor-cli apply: " << p << '\n';
+    Gathered gathered;
+    if (!gatherPhotos(*options, err, gathered))
         return 2;
-    }
-    // Nothing leaves the run without a word: what cannot be named is told and counts as not
-    // changed; a file that gives no record is no photo (the photo list never takes it in).
-    for (const LeftOutEntry& entry : leftOut)
-        err << "tagmoor-cli apply: " << entry.path << ": left out: " << entry.reason << '\n';
-    QStringList notPhotos;
-    keepPhotos(photos, options->threads, &notPhotos);
-    // A file found in a folder that is no photo is simply not part of the batch; a file the
-    // user named is one that was asked for and not changed.
-    bool namedNotPhoto = false;
-    for (const QString& path : notPhotos) {
-        err << "tagmoor-cli apply: " << path << ": not a photo, left out of the batch\n";
-        namedNotPhoto = namedNotPhoto || namedFiles.contains(path);
-    }
-    err.flush();
-    const bool allAsked = leftOut.isEmpty() && !namedNotPhoto;
     const RunValues& values = options->values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
         !values.fieldEditedFlags.hasKeyedEdits())
@@ -194,57 +254,19 @@ int runApply(const QStringList& args) {
     if (options->dryRun) {
         bool allWritten = false;
         if (options->json)
-            writePlanJson(out, pipeline, photos, {leftOut, notPhotos}, &allWritten);
+            writePlanJson(out, pipeline, gathered.photos, {gathered.leftOut, gathered.notPhotos},
+                          &allWritten);
         else
-            allWritten = printPlan(out, pipeline, photos);
+            allWritten = printPlan(out, pipeline, gathered.photos);
         out.flush();
-        return allWritten && allAsked ? 0 : 1;
+        return allWritten && gathered.allAsked ? 0 : 1;
     }
     if (values.destinationFolder && !QDir().mkpath(*values.destinationFolder)) {
         err << "tagmoor-cli apply: cannot create the output folder " << *values.destinationFolder
             << '\n';
         return 2;
     }
-
-    RenameNumbering numbering;
-    StopControl stop;
-    TerminalProgress progress;
-    const bool showProgress = !options->quiet && ::isatty(STDERR_FILENO);
-    BatchDriver driver(pipeline, numbering, stop, showProgress ? &progress : nullptr,
-                       options->threads);
-    // The problems and the photos not reached wait in files until the summary is out, rather
-    // than in the result.
-    ProblemLog problemLog;
-    ProblemLog notReached;
-    driver.setProblemSink([&](const PhotoProblem& problem) { problemLog.add(problem); });
-    driver.setNotReachedSink([&](const QString& path) {
-        notReached.add({path, QStringLiteral("not reached: the run was stopped")});
-    });
-    BatchResult result;
-    {
-        const StopOnInterrupt interruptible(stop);
-        result = driver.run(photos);
-    }
-    progress.end();
-    err.flush();
-
-    if (options->json)
-        writeResultJson(out, result, {problemLog, notReached}, {leftOut, notPhotos});
-    else
-        for (const QString& line : BatchSummary::of(result).lines())
-            out << line << '\n';
-    out.flush();
-    // One line for each photo that did not get what was asked, and why; then those that a
-    // stop kept from being reached.
-    const auto tell = [&](const PhotoProblem& problem) {
-        err << "tagmoor-cli apply: " << problem.path << ": " << problem.reason << '\n';
-    };
-    problemLog.forEach(tell);
-    notReached.forEach(tell);
-    err.flush();
-    const bool allChanged = result.savedPhotos() == result.total && problemLog.isEmpty() &&
-                            notReached.isEmpty() && allAsked;
-    return allChanged ? 0 : 1;
+    return runBatch(*options, pipeline, gathered, out, err);
 }
 
 } // namespace tagmoor::cli

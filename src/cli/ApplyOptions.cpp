@@ -19,11 +19,6 @@ namespace tagmoor::cli {
 
 namespace {
 
-std::optional<ApplyOptions> fail(QString* error, const QString& message) {
-    *error = message;
-    return std::nullopt;
-}
-
 bool applyStrip(CleanOptions& clean, const QString& list, QString* error) {
     for (const QString& raw : list.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         const QString group = raw.trimmed().toLower();
@@ -49,7 +44,10 @@ bool applyStrip(CleanOptions& clean, const QString& list, QString* error) {
 
 } // namespace
 
-QString ApplyOptions::helpText() {
+namespace {
+
+// The parts of the help text, each from its heading on.
+QString usageHelp() {
     return QStringLiteral(
         "usage: tagmoor-cli apply [OPTIONS] PHOTO|FOLDER...\n"
         "\n"
@@ -62,7 +60,11 @@ QString ApplyOptions::helpText() {
         "  --in-place           edit each photo where it is (a rename makes a copy beside it)\n"
         "  --overwrite          replace a file that is in the way; without it the photo is\n"
         "                       skipped\n"
-        "\n"
+        "\n");
+}
+
+QString doneHelp() {
+    return QStringLiteral(
         "What is done:\n"
         "  --mode keep|clear|remove\n"
         "                       keep: write the edited fields, keep every other tag (default)\n"
@@ -111,7 +113,11 @@ QString ApplyOptions::helpText() {
         "  --preset NAME        apply a saved preset: its fields and date rules, as the\n"
         "                       window applies it; --set and --date given beside it win\n"
         "                       (see 'tagmoor-cli presets')\n"
-        "\n"
+        "\n");
+}
+
+QString writingHelp() {
+    return QStringLiteral(
         "How tags are written:\n"
         "  --form standard|described\n"
         "                       standard (the default): only the fields given are written,\n"
@@ -123,7 +129,11 @@ QString ApplyOptions::helpText() {
         "                       (23:37:53 on Dec 31 + 1 hour is 00:37:53 on Jan 1)\n"
         "  IPTC text outside ASCII is always written with the UTF-8 declaration; a photo\n"
         "  that declares another IPTC character set is not changed.\n"
-        "\n"
+        "\n");
+}
+
+QString runningHelp() {
+    return QStringLiteral(
         "Running:\n"
         "  --dry-run            print the plan (per photo: output path, write or skip, the\n"
         "                       values to be written and the keys to be erased, and each\n"
@@ -150,158 +160,218 @@ QString ApplyOptions::helpText() {
         "that is not valid UTF-8): nothing is written then.\n");
 }
 
-std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString* error) {
+} // namespace
+
+QString ApplyOptions::helpText() {
+    return usageHelp() + doneHelp() + writingHelp() + runningHelp();
+}
+
+namespace {
+
+bool failed(QString* error, const QString& message) {
+    *error = message;
+    return false;
+}
+
+// What the arguments have said so far, beside the options themselves.
+struct ParseState {
     ApplyOptions o;
-    o.threads = workerThreadCount();
-    o.values.editedProperties = FormSnapshot::empty();
     bool inPlace = false;
-    std::optional<QString> mode;
     std::optional<QString> strip;
     std::optional<QString> preset;
+};
 
+bool takesValue(const QString& arg) {
+    return arg == QLatin1String("--set") || arg == QLatin1String("--date") ||
+           arg == QLatin1String("--mode") || arg == QLatin1String("--strip") ||
+           arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
+           arg == QLatin1String("--preset") || arg == QLatin1String("--threads");
+}
+
+bool applySet(RunValues& values, const QString& v, QString* error) {
+    const int eq = int(v.indexOf(QLatin1Char('=')));
+    if (eq <= 0)
+        return failed(error, QStringLiteral("--set wants FIELD=VALUE, not '%1'").arg(v));
+    const FormField* field = findFormField(v.left(eq));
+    if (!field)
+        return failed(error, QStringLiteral("--set: no field named '%1'").arg(v.left(eq)));
+    if (auto problem = FormSnapshot::setText(values.editedProperties, *field, v.mid(eq + 1)))
+        return failed(error, QStringLiteral("--set: %1").arg(*problem));
+    if (auto refused = refusedFieldValue(*field, values.editedProperties))
+        return failed(error, QStringLiteral("--set: %1").arg(*refused));
+    values.fieldEditedFlags.set(field->position);
+    return true;
+}
+
+bool applyDate(RunValues& values, const QString& v, QString* error) {
+    const auto rule = DateRuleArgument::parse(v, error);
+    if (!rule)
+        return failed(error, QStringLiteral("--date: %1").arg(*error));
+    const auto& fields = dateFieldsInRunOrder();
+    const auto it = std::find_if(fields.begin(), fields.end(),
+                                 [&](const FormField* f) { return f->position == rule->position; });
+    const DateField field = allDateFields[std::size_t(it - fields.begin())];
+    values.editorDates.rule(field) = rule->rule;
+    values.editorDates.slot(field) = rule->slot;
+    values.editorDates.alive(field) = true;
+    values.fieldEditedFlags.set(rule->position);
+    return true;
+}
+
+bool applyMode(RunValues& values, const QString& v, QString* error) {
+    const QString mode = v.toLower();
+    if (mode == QLatin1String("keep"))
+        values.processingMode = ProcessingMode::keepUnedited;
+    else if (mode == QLatin1String("clear"))
+        values.processingMode = ProcessingMode::clearUnedited;
+    else if (mode == QLatin1String("remove"))
+        values.processingMode = ProcessingMode::removeGroups;
+    else
+        return failed(error, QStringLiteral("--mode is keep, clear or remove, not '%1'").arg(v));
+    return true;
+}
+
+bool applyRename(RunValues& values, const QString& v, QString* error) {
+    const auto rule = parseRenameArgument(v, error);
+    if (!rule)
+        return failed(error, QStringLiteral("--rename: %1").arg(*error));
+    if (const auto refused = refusedRenameText(*rule))
+        return failed(error, QStringLiteral("--rename: %1").arg(*refused));
+    values.renameSettings = *rule;
+    return true;
+}
+
+// An option that takes a value, with its value `v`.
+bool applyValueOption(ParseState& s, const QString& arg, const QString& v, QString* error) {
+    RunValues& values = s.o.values;
+    if (arg == QLatin1String("--set"))
+        return applySet(values, v, error);
+    if (arg == QLatin1String("--date"))
+        return applyDate(values, v, error);
+    if (arg == QLatin1String("--mode"))
+        return applyMode(values, v, error);
+    if (arg == QLatin1String("--strip")) {
+        s.strip = v;
+        return applyStrip(values.clean, v, error);
+    }
+    if (arg == QLatin1String("--rename"))
+        return applyRename(values, v, error);
+    if (arg == QLatin1String("--out")) {
+        if (v.isEmpty())
+            return failed(error, QStringLiteral("--out needs a folder"));
+        values.destinationFolder = QDir::cleanPath(QFileInfo(v).absoluteFilePath());
+        return true;
+    }
+    if (arg == QLatin1String("--preset")) {
+        s.preset = v;
+        return true;
+    }
+    // --threads
+    bool ok = false;
+    s.o.threads = v.toInt(&ok);
+    if (!ok || s.o.threads < 1 || s.o.threads > 64)
+        return failed(error, QStringLiteral("--threads wants a number from 1 to 64"));
+    return true;
+}
+
+// An option without a value; false when `arg` is none of them.
+bool applyFlag(ParseState& s, const QString& arg) {
+    if (arg == QLatin1String("--help") || arg == QLatin1String("-h"))
+        s.o.help = true;
+    else if (arg == QLatin1String("--in-place"))
+        s.inPlace = true;
+    else if (arg == QLatin1String("--overwrite"))
+        s.o.values.overwriteExisting = true;
+    else if (arg == QLatin1String("--dry-run"))
+        s.o.dryRun = true;
+    else if (arg == QLatin1String("--json"))
+        s.o.json = true;
+    else if (arg == QLatin1String("--quiet") || arg == QLatin1String("-q"))
+        s.o.quiet = true;
+    else
+        return takeWritingOption(arg, s.o.values);
+    return true;
+}
+
+// Takes the arguments one after the other, in their order, so that the first bad one is the
+// one told.
+bool takeArguments(ParseState& s, const QStringList& args, QString* error) {
     for (int i = 0; i < args.size(); ++i) {
         QString arg = args[i];
-        QString value;
-        bool hasInlineValue = false;
+        std::optional<QString> inlineValue;
         if (arg.startsWith(QLatin1String("--")) && arg.contains(QLatin1Char('='))) {
-            const int eq = int(arg.indexOf(QLatin1Char('=')));
             // "--out=DIR" and "--set=Artist=x" carry their value after the first "=".
-            value = arg.mid(eq + 1);
+            const int eq = int(arg.indexOf(QLatin1Char('=')));
+            inlineValue = arg.mid(eq + 1);
             arg = arg.left(eq);
-            hasInlineValue = true;
         }
-        auto takeValue = [&]() -> std::optional<QString> {
-            if (hasInlineValue)
-                return value;
-            if (i + 1 >= args.size())
-                return std::nullopt;
-            return args[++i];
-        };
-        const bool needsValue = arg == QLatin1String("--set") || arg == QLatin1String("--date") ||
-                                arg == QLatin1String("--mode") || arg == QLatin1String("--strip") ||
-                                arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
-                                arg == QLatin1String("--preset") ||
-                                arg == QLatin1String("--threads");
-        std::optional<QString> v;
-        if (needsValue) {
-            v = takeValue();
-            if (!v)
-                return fail(error, QStringLiteral("%1 needs a value").arg(arg));
-        }
-
-        if (arg == QLatin1String("--help") || arg == QLatin1String("-h")) {
-            o.help = true;
-        } else if (arg == QLatin1String("--set")) {
-            const int eq = int(v->indexOf(QLatin1Char('=')));
-            if (eq <= 0)
-                return fail(error, QStringLiteral("--set wants FIELD=VALUE, not '%1'").arg(*v));
-            const FormField* field = findFormField(v->left(eq));
-            if (!field)
-                return fail(error, QStringLiteral("--set: no field named '%1'").arg(v->left(eq)));
-            if (auto problem =
-                    FormSnapshot::setText(o.values.editedProperties, *field, v->mid(eq + 1)))
-                return fail(error, QStringLiteral("--set: %1").arg(*problem));
-            if (auto refused = refusedFieldValue(*field, o.values.editedProperties))
-                return fail(error, QStringLiteral("--set: %1").arg(*refused));
-            o.values.fieldEditedFlags.set(field->position);
-        } else if (arg == QLatin1String("--date")) {
-            const auto rule = DateRuleArgument::parse(*v, error);
-            if (!rule)
-                return fail(error, QStringLiteral("--date: %1").arg(*error));
-            const auto& fields = dateFieldsInRunOrder();
-            const auto it = std::find_if(fields.begin(), fields.end(), [&](const FormField* f) {
-                return f->position == rule->position;
-            });
-            const DateField field = allDateFields[std::size_t(it - fields.begin())];
-            o.values.editorDates.rule(field) = rule->rule;
-            o.values.editorDates.slot(field) = rule->slot;
-            o.values.editorDates.alive(field) = true;
-            o.values.fieldEditedFlags.set(rule->position);
-        } else if (arg == QLatin1String("--mode")) {
-            mode = v->toLower();
-            if (*mode == QLatin1String("keep"))
-                o.values.processingMode = ProcessingMode::keepUnedited;
-            else if (*mode == QLatin1String("clear"))
-                o.values.processingMode = ProcessingMode::clearUnedited;
-            else if (*mode == QLatin1String("remove"))
-                o.values.processingMode = ProcessingMode::removeGroups;
-            else
-                return fail(error,
-                            QStringLiteral("--mode is keep, clear or remove, not '%1'").arg(*v));
-        } else if (arg == QLatin1String("--strip")) {
-            strip = *v;
-            if (!applyStrip(o.values.clean, *v, error))
-                return std::nullopt;
-        } else if (arg == QLatin1String("--rename")) {
-            const auto rule = parseRenameArgument(*v, error);
-            if (!rule)
-                return fail(error, QStringLiteral("--rename: %1").arg(*error));
-            if (const auto refused = refusedRenameText(*rule))
-                return fail(error, QStringLiteral("--rename: %1").arg(*refused));
-            o.values.renameSettings = *rule;
-        } else if (arg == QLatin1String("--out")) {
-            if (v->isEmpty())
-                return fail(error, QStringLiteral("--out needs a folder"));
-            o.values.destinationFolder = QDir::cleanPath(QFileInfo(*v).absoluteFilePath());
-        } else if (arg == QLatin1String("--in-place")) {
-            inPlace = true;
-        } else if (arg == QLatin1String("--overwrite")) {
-            o.values.overwriteExisting = true;
-        } else if (arg == QLatin1String("--preset")) {
-            preset = *v;
-        } else if (arg == QLatin1String("--dry-run")) {
-            o.dryRun = true;
-        } else if (arg == QLatin1String("--json")) {
-            o.json = true;
-        } else if (arg == QLatin1String("--quiet") || arg == QLatin1String("-q")) {
-            o.quiet = true;
-        } else if (arg == QLatin1String("--threads")) {
-            bool ok = false;
-            o.threads = v->toInt(&ok);
-            if (!ok || o.threads < 1 || o.threads > 64)
-                return fail(error, QStringLiteral("--threads wants a number from 1 to 64"));
-        } else if (takeWritingOption(arg, o.values)) {
+        if (takesValue(arg)) {
+            if (!inlineValue && i + 1 >= args.size())
+                return failed(error, QStringLiteral("%1 needs a value").arg(arg));
+            const QString v = inlineValue ? *inlineValue : args[++i];
+            if (!applyValueOption(s, arg, v, error))
+                return false;
+        } else if (applyFlag(s, arg)) {
         } else if (arg == QLatin1String("--")) {
-            o.inputs << args.mid(i + 1);
+            s.o.inputs << args.mid(i + 1);
             break;
         } else if (arg.startsWith(QLatin1Char('-')) && arg.size() > 1) {
-            return fail(error, QStringLiteral("unknown option '%1'").arg(arg));
+            return failed(error, QStringLiteral("unknown option '%1'").arg(arg));
         } else {
-            o.inputs << arg;
+            s.o.inputs << arg;
         }
     }
-    if (o.help)
-        return o;
+    return true;
+}
+
+// The checks of the whole: a preset's values, where the output goes, the mode's needs.
+bool checkOptions(ParseState& s, QString* error) {
+    RunValues& values = s.o.values;
     // A reference given with its coordinate signs it, as the form's popup does.
-    FormSnapshot::signCoordinates(o.values.editedProperties);
-    if (preset) {
-        if (!applyStoredPreset(o.values, *preset, error))
-            return std::nullopt;
+    FormSnapshot::signCoordinates(values.editedProperties);
+    if (s.preset) {
+        if (!applyStoredPreset(values, *s.preset, error))
+            return false;
         // The preset's values pass the checks of --set and --date; those given beside it have
         // passed them already, so what is refused here came from the preset.
-        if (auto refused = refusedRunValue(o.values.editedProperties, o.values.fieldEditedFlags,
-                                           o.values.editorDates))
-            return fail(error, QStringLiteral("--preset %1: %2").arg(*preset, *refused));
+        if (auto refused = refusedRunValue(values.editedProperties, values.fieldEditedFlags,
+                                           values.editorDates))
+            return failed(error, QStringLiteral("--preset %1: %2").arg(*s.preset, *refused));
     }
 
-    if (inPlace && o.values.destinationFolder)
-        return fail(error, QStringLiteral("--out and --in-place exclude each other"));
-    if (!inPlace && !o.values.destinationFolder)
-        return fail(error, QStringLiteral("say where the output goes: --out DIR or --in-place"));
-    o.values.isDestinationPathAsSource = inPlace;
+    if (s.inPlace && values.destinationFolder)
+        return failed(error, QStringLiteral("--out and --in-place exclude each other"));
+    if (!s.inPlace && !values.destinationFolder)
+        return failed(error, QStringLiteral("say where the output goes: --out DIR or --in-place"));
+    values.isDestinationPathAsSource = s.inPlace;
 
-    const bool removing = o.values.processingMode == ProcessingMode::removeGroups;
-    if (strip && !removing)
-        return fail(error, QStringLiteral("--strip goes with --mode remove"));
-    if (removing && !o.values.clean.any())
-        return fail(error, QStringLiteral("No options selected for removing metadata: give "
-                                          "--strip exif,iptc,xmp,gps,comment"));
-    if (removing && o.values.fieldEditedFlags.hasEdits())
-        return fail(error,
-                    QStringLiteral("--mode remove writes no field: leave out --set and --date"));
-    if (o.inputs.isEmpty())
-        return fail(error, QStringLiteral("no photos or folders given"));
-    return o;
+    const bool removing = values.processingMode == ProcessingMode::removeGroups;
+    if (s.strip && !removing)
+        return failed(error, QStringLiteral("--strip goes with --mode remove"));
+    if (removing && !values.clean.any())
+        return failed(error, QStringLiteral("No options selected for removing metadata: give "
+                                            "--strip exif,iptc,xmp,gps,comment"));
+    if (removing && values.fieldEditedFlags.hasEdits())
+        return failed(error,
+                      QStringLiteral("--mode remove writes no field: leave out --set and --date"));
+    if (s.o.inputs.isEmpty())
+        return failed(error, QStringLiteral("no photos or folders given"));
+    return true;
+}
+
+} // namespace
+
+std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString* error) {
+    ParseState s;
+    s.o.threads = workerThreadCount();
+    s.o.values.editedProperties = FormSnapshot::empty();
+    if (!takeArguments(s, args, error))
+        return std::nullopt;
+    if (s.o.help)
+        return s.o;
+    if (!checkOptions(s, error))
+        return std::nullopt;
+    return s.o;
 }
 
 } // namespace tagmoor::cli

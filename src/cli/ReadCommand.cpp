@@ -220,11 +220,9 @@ QString whyNoRecord(const QString& path) {
     return QStringLiteral("not a readable photo of an accepted type");
 }
 
-} // namespace
-
-int runRead(const QStringList& args) {
-    QStringList paths;
-    int threads = 1;
+// Takes the options and paths of `read`; gives an exit status when the command ends here
+// (the help, or a bad argument).
+std::optional<int> takeReadArguments(const QStringList& args, QStringList& paths, int& threads) {
     bool optionsDone = false;
     for (qsizetype i = 0; i < args.size(); ++i) {
         const QString& arg = args[i];
@@ -257,6 +255,16 @@ int runRead(const QStringList& args) {
         QTextStream(stderr) << "tagmoor-cli read: no path given\n" << kReadUsage;
         return 2;
     }
+    return std::nullopt;
+}
+
+} // namespace
+
+int runRead(const QStringList& args) {
+    QStringList paths;
+    int threads = 1;
+    if (const std::optional<int> status = takeReadArguments(args, paths, threads))
+        return *status;
 
     // Many photos on several threads: freed memory stays in the process for the next photo.
     keepFreedMemoryInProcess();
