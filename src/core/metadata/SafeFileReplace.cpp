@@ -1,5 +1,7 @@
 #include "metadata/SafeFileReplace.h"
 
+#include "metadata/WriteSeams.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -27,15 +29,9 @@ namespace {
 
 constexpr std::size_t kChunk = 4 * 1024 * 1024;
 
-SafeFileReplace::FaultHook& faultHook() {
-    static SafeFileReplace::FaultHook hook;
-    return hook;
-}
-
-// Asks the test seam whether a step is to fail; 0 means go on.
+// Asks whether a step is to fail (see WriteSeams.h); 0 means go on.
 int injectedError(SafeFileReplace::Step step) {
-    const auto& hook = faultHook();
-    return hook ? hook(step) : 0;
+    return writeFaultAt(step);
 }
 
 const QRegularExpression& temporaryPattern() {
@@ -247,10 +243,6 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
 
 void SafeFileReplace::waitForReleases() {
     releasePool().waitForDone();
-}
-
-void SafeFileReplace::setFaultHook(FaultHook hook) {
-    faultHook() = std::move(hook);
 }
 
 SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPath) {

@@ -24,14 +24,10 @@ namespace tagmoor {
 // and process).
 class SafeFileReplace {
 public:
-    // The points where a test can inject a failure or block. `Write` is reached before each
-    // chunk of the temporary file, so a test can stop a writer with the copy half done.
+    // The steps of a replacement, at each of which a test can inject a failure or block
+    // (writeFaultAt, WriteSeams.h). `Write` is reached before each chunk of the temporary
+    // file, so a test can stop a writer with the copy half done.
     enum class Step { Read, Create, Write, Verify, Flush, Rename };
-    // Returns 0 to go on, or an errno value that the step then fails with as if the system had
-    // returned it. May block, so that a test can kill the process at that point.
-    using FaultHook = std::function<int(Step)>;
-    // Test seam; an empty hook turns it off. Not meant to change while replacements run.
-    static void setFaultHook(FaultHook hook);
 
     enum class ReadResult { Read, Changed, Failed };
 

@@ -6,6 +6,7 @@
 #include "metadata/MetadataLibrary.h"
 #include "metadata/SafeFileReplace.h"
 #include "metadata/StandardFormFile.h"
+#include "metadata/WriteSeams.h"
 
 #include <QFile>
 #include <QScopeGuard>
@@ -44,16 +45,7 @@ WriteStatus statusOf(const SafeFileReplace& file) {
 // then never read at all.
 constexpr qint64 kFirstRead = 128 * 1024;
 
-bool& wholeFilesOnly() {
-    static bool whole = false;
-    return whole;
-}
-
 } // namespace
-
-void SafeMetadataEdit::setWholeFilesOnly(bool whole) {
-    wholeFilesOnly() = whole;
-}
 
 SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
                                                const std::optional<FileStamp>& expected,
@@ -65,7 +57,7 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
 
     SafeFileReplace file(path);
     file.setFlushToDisk(flushToDisk);
-    switch (file.readTarget(expected, wholeFilesOnly() ? -1 : kFirstRead)) {
+    switch (file.readTarget(expected, editWholeFilesOnly() ? -1 : kFirstRead)) {
     case SafeFileReplace::ReadResult::Read:
         break;
     case SafeFileReplace::ReadResult::Changed:
@@ -93,7 +85,7 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
     // new file is the new head followed by the photo's own picture data, copied from the file
     // inside the kernel: the same bytes as from the whole file, for a fraction of the work.
     std::optional<qint64> headEnd;
-    if (kind == ImageKind::Jpeg && !wholeFilesOnly())
+    if (kind == ImageKind::Jpeg && !editWholeFilesOnly())
         headEnd = jpegScanStart(original, [&](qint64 size) {
             return file.readUpTo(std::max(size, qint64(original.size()) + kFirstRead));
         });

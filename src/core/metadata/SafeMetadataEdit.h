@@ -49,10 +49,6 @@ public:
                       const Edit& edit, bool flushToDisk = true, WriteStatus* failure = nullptr,
                       bool standardForm = false);
 
-    // Test seam: true sends every photo whole through Exiv2, as it went before JPEG heads
-    // were edited alone, so that a test can compare the two ways on the same photos.
-    static void setWholeFilesOnly(bool whole);
-
 private:
     // One pass of Exiv2 over the file's bytes, or only over its first `headEnd` bytes, and the
     // replacement. Nothing when Exiv2's new head does not end where the picture data start.

@@ -4,6 +4,7 @@
 #include "RunInvariants.h"
 
 #include "batch/BatchObserver.h"
+#include "metadata/WriteHooks.h"
 #include "rename/RenameRule.h"
 #include "workingset/FolderWalk.h"
 #include "workingset/ScanFixture.h"
@@ -445,7 +446,7 @@ TEST_F(Safety, LeftoversOfAKilledRunAreRemovedByTheNextRunThere) {
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        SafeFileReplace::setFaultHook([](SafeFileReplace::Step step) {
+        test::setWriteFaultHook([](SafeFileReplace::Step step) {
             if (step == SafeFileReplace::Step::Write)
                 ::raise(SIGKILL);
             return 0;

@@ -5,6 +5,7 @@
 
 #include "batch/BatchObserver.h"
 #include "batch/BatchSummary.h"
+#include "metadata/WriteHooks.h"
 
 #include <QThread>
 
@@ -21,13 +22,13 @@ namespace {
 class FailingWrite {
 public:
     explicit FailingWrite(int failing) {
-        SafeFileReplace::setFaultHook([this, failing](SafeFileReplace::Step step) {
+        test::setWriteFaultHook([this, failing](SafeFileReplace::Step step) {
             if (step == SafeFileReplace::Step::Create)
                 ++m_files;
             return step == SafeFileReplace::Step::Write && m_files == failing ? ENOSPC : 0;
         });
     }
-    ~FailingWrite() { SafeFileReplace::setFaultHook({}); }
+    ~FailingWrite() { test::setWriteFaultHook({}); }
 
 private:
     std::atomic<int> m_files{0};

@@ -8,6 +8,7 @@
 #include "metadata/MetadataTest.h"
 #include "metadata/SafeFileReplace.h"
 #include "metadata/SafeMetadataEdit.h"
+#include "metadata/WriteHooks.h"
 
 #include <QDir>
 #include <QScopeGuard>
@@ -41,8 +42,8 @@ Written writeOnce(const QByteArray& file, const QString& dir, bool whole,
                   const std::function<WriteResult(const QString&)>& write) {
     const QString path = dir + (whole ? QStringLiteral("/whole.jpg") : QStringLiteral("/head.jpg"));
     writeBytes(path, file);
-    SafeMetadataEdit::setWholeFilesOnly(whole);
-    const auto reset = qScopeGuard([] { SafeMetadataEdit::setWholeFilesOnly(false); });
+    test::setWholeFilesOnly(whole);
+    const auto reset = qScopeGuard([] { test::setWholeFilesOnly(false); });
     Written w{write(path), readBytes(path)};
     QFile::remove(path);
     return w;

@@ -5,6 +5,7 @@
 
 #include "metadata/MetadataTest.h"
 #include "metadata/SafeFileReplace.h"
+#include "metadata/WriteHooks.h"
 
 #include <QScopeGuard>
 
@@ -37,7 +38,7 @@ protected:
         photo = copySample(formatsDir() + QStringLiteral("/Reagan.jpg"), dir.path());
         original = readBytes(photo);
     }
-    void TearDown() override { SafeFileReplace::setFaultHook({}); }
+    void TearDown() override { test::setWriteFaultHook({}); }
 
     QTemporaryDir dir;
     QString photo;
@@ -96,7 +97,7 @@ TEST_F(SafeWriteFaults, InjectedFailureAtEachStepKeepsTheOldFile) {
     };
     for (const auto& [step, error] : faults) {
         SCOPED_TRACE(int(step));
-        SafeFileReplace::setFaultHook(
+        test::setWriteFaultHook(
             [step = step, error = error](Step at) { return at == step ? error : 0; });
         LogCapture log;
         writeArtist(photo);
@@ -107,7 +108,7 @@ TEST_F(SafeWriteFaults, InjectedFailureAtEachStepKeepsTheOldFile) {
         EXPECT_TRUE(log.lines().first().contains(QString::fromLocal8Bit(strerror(error))));
         EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
     }
-    SafeFileReplace::setFaultHook({});
+    test::setWriteFaultHook({});
     writeArtist(photo);
     EXPECT_EQ(artistOf(photo), QStringLiteral("Ann"));
 }
@@ -116,7 +117,7 @@ TEST_F(SafeWriteFaults, WithoutFlushTheFlushStepIsNeverReached) {
     // A caller may skip the flush for a target that holds nothing of the user's yet; the
     // write is otherwise the same, and the default still flushes.
     bool flushed = false;
-    SafeFileReplace::setFaultHook([&](Step at) {
+    test::setWriteFaultHook([&](Step at) {
         flushed = flushed || at == Step::Flush;
         return 0;
     });
@@ -186,7 +187,7 @@ TEST_F(SafeWriteFaults, FileChangedSinceReadingIsNotWritten) {
     EXPECT_EQ(readBytes(photo), original);
 
     // Someone writes the photo while we write our copy: our rename is called off.
-    SafeFileReplace::setFaultHook([&](Step step) {
+    test::setWriteFaultHook([&](Step step) {
         if (step == Step::Rename)
             writeBytes(photo, theirs);
         return 0;
@@ -198,7 +199,7 @@ TEST_F(SafeWriteFaults, FileChangedSinceReadingIsNotWritten) {
         ASSERT_EQ(log.lines().size(), 1);
         EXPECT_TRUE(log.lines().first().startsWith(kExiv2ErrorStart));
     }
-    SafeFileReplace::setFaultHook({});
+    test::setWriteFaultHook({});
 
     // An unchanged file with its stamp is written.
     const std::optional<FileStamp> current = SafeFileReplace::stampOf(photo);
@@ -220,7 +221,7 @@ TEST_F(SafeWriteFaults, KilledWriterLeavesTheOldFileAndItsLeftoverIsRemovedLater
         const pid_t child = fork();
         if (child == 0) {
             close(ready[0]);
-            SafeFileReplace::setFaultHook([&](Step at) {
+            test::setWriteFaultHook([&](Step at) {
                 if (at == step) {
                     const char c = 'x';
                     (void)!::write(ready[1], &c, 1);
