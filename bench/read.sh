@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Read benchmark: `tagmoor-cli read` over COUNT small JPEGs (640x480) on one and on two
 # threads, against the bare one-thread Exiv2 read loop of bench_load, all in the same run;
-# then the share of a one-thread read spent holding the XMP lock.
+# then the share of a one-thread read spent holding the XMP lock (bench_xmp_lock reads the same
+# files with the lock timed; the program itself times nothing).
 #   bench/read.sh [COUNT]
 # Builds make_corpus, bench_load and tagmoor-cli in Release (build-release/), generates the
 # corpus once into bench/corpus-read-COUNT.
@@ -12,7 +13,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 COUNT=${1:-10000}
 source bench/common.sh
-bench_build make_corpus bench_load tagmoor-cli
+bench_build make_corpus bench_load bench_xmp_lock tagmoor-cli
 CORPUS=bench/corpus-read-$COUNT
 bench_corpus "$CORPUS" "$COUNT" --size 640x480 --prefix read
 CLI="$BUILD_DIR"/src/cli/tagmoor-cli
@@ -39,8 +40,8 @@ one_again=$(seconds "$CLI" read --threads 1 -- "${files[@]}")
 # The better of the two one-thread runs, so that a burst of load from elsewhere does not
 # flatter the two-thread figure.
 if (($(echo "$one_again < $one" | bc -l))); then one=$one_again; fi
-stats=$(TAGMOOR_XMP_LOCK_STATS=1 "${RUN[@]}" "$CLI" read --threads 1 -- "${files[@]}" 2>&1 >/dev/null | grep '^xmp lock')
-stats_two=$(TAGMOOR_XMP_LOCK_STATS=1 "${RUN[@]}" "$CLI" read --threads 2 -- "${files[@]}" 2>&1 >/dev/null | grep '^xmp lock')
+stats=$("${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_lock --threads 1 -- "${files[@]}" | grep '^xmp lock')
+stats_two=$("${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_lock --threads 2 -- "${files[@]}" | grep '^xmp lock')
 held_ms=$(echo "$stats" | sed -E 's/.*held ([0-9]+) ms.*/\1/')
 
 printf 'files: %d%s\n' "${#files[@]}" "${RUN:+ (real-time scheduling)}"

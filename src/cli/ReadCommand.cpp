@@ -305,10 +305,6 @@ int runRead(const QStringList& args) {
     reader.finish();
     flush();
     out.close();
-    if (const XmpLockStats stats = xmpLockStats(); stats.enabled)
-        QTextStream(stderr) << "xmp lock: " << stats.locks << " times, held "
-                            << stats.heldNs / 1000000 << " ms, waited for "
-                            << stats.waitedNs / 1000000 << " ms\n";
     return missing == 0 ? 0 : 1;
 }
 

@@ -9,7 +9,6 @@
 #include <malloc.h>
 #endif
 
-#include <atomic>
 #include <chrono>
 #include <cstdarg>
 #include <cstdlib>
@@ -62,47 +61,34 @@ std::mutex& xmpMutex() {
     static std::mutex mutex;
     return mutex;
 }
-bool xmpStatsEnabled() {
-    static const bool enabled = std::getenv("TAGMOOR_XMP_LOCK_STATS") != nullptr;
-    return enabled;
-}
 std::int64_t nowNs() {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(
                std::chrono::steady_clock::now().time_since_epoch())
         .count();
 }
-std::atomic<std::int64_t> xmpLocks{0};
-std::atomic<std::int64_t> xmpHeldNs{0};
-std::atomic<std::int64_t> xmpWaitedNs{0};
 } // namespace
 
 XmpToolkitLock::XmpToolkitLock() {
-    if (!xmpStatsEnabled()) {
+    if (!xmpLockTimed()) {
         m_lock = std::unique_lock<std::mutex>(xmpMutex());
         return;
     }
     const std::int64_t asked = nowNs();
     m_lock = std::unique_lock<std::mutex>(xmpMutex());
     m_heldSinceNs = nowNs();
-    xmpWaitedNs += m_heldSinceNs - asked;
-    ++xmpLocks;
+    m_waitedNs = m_heldSinceNs - asked;
 }
 
 XmpToolkitLock::XmpToolkitLock(std::try_to_lock_t) {
     m_lock = std::unique_lock<std::mutex>(xmpMutex(), std::try_to_lock);
-    if (!xmpStatsEnabled() || !m_lock.owns_lock())
+    if (!m_lock.owns_lock() || !xmpLockTimed())
         return;
     m_heldSinceNs = nowNs();
-    ++xmpLocks;
 }
 
 XmpToolkitLock::~XmpToolkitLock() {
     if (m_heldSinceNs != 0)
-        xmpHeldNs += nowNs() - m_heldSinceNs;
-}
-
-XmpLockStats xmpLockStats() {
-    return {xmpStatsEnabled(), xmpLocks.load(), xmpHeldNs.load(), xmpWaitedNs.load()};
+        xmpLockHeld(m_waitedNs, nowNs() - m_heldSinceNs);
 }
 
 void keepFreedMemoryInProcess() {

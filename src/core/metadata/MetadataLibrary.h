@@ -36,6 +36,7 @@ public:
 
 private:
     std::unique_lock<std::mutex> m_lock;
+    std::int64_t m_waitedNs = 0;
     std::int64_t m_heldSinceNs = 0;
 };
 inline XmpToolkitLock lockXmpToolkit() {
@@ -47,15 +48,10 @@ inline XmpToolkitLock tryLockXmpToolkit() {
     return XmpToolkitLock(std::try_to_lock);
 }
 
-// How long the XMP lock was held and waited for, summed over all threads. Counted only when
-// the environment variable TAGMOOR_XMP_LOCK_STATS is set at start (then `enabled` is true),
-// so that a benchmark can tell how much of a read is serialised.
-struct XmpLockStats {
-    bool enabled = false;
-    std::int64_t locks = 0;
-    std::int64_t heldNs = 0;
-    std::int64_t waitedNs = 0;
-};
-XmpLockStats xmpLockStats();
+// Where a benchmark times the XMP lock, chosen when it is linked (as the write seams of
+// WriteSeams.h): the core's own xmpLockTimed() is false, so the program reads no clock; a
+// benchmark that links its own is told of each hold by xmpLockHeld(), from any thread.
+bool xmpLockTimed();
+void xmpLockHeld(std::int64_t waitedNs, std::int64_t heldNs);
 
 } // namespace tagmoor
