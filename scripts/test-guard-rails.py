@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""Plants one fault at a time in a copy of the sources and checks that its guard rail fails,
+and that the rails pass on the unchanged copy: an include of a folder above the includer, an
+Exiv2 include in the app, a function over the limit, an unformatted file, no clang-format.
+Usage: test-guard-rails.py [CLANG_FORMAT]"""
+import shutil
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+FORMATTER = sys.argv[1] if len(sys.argv) > 1 else "clang-format"
+
+
+def copy_tree(into):
+    for name in ("src", "scripts", "docs"):
+        shutil.copytree(ROOT / name, into / name, ignore=shutil.ignore_patterns("*.png"))
+    shutil.copy(ROOT / ".clang-format", into / ".clang-format")
+
+
+def rail(copy, name, env=None):
+    """The exit status and output of one rail run on the copy."""
+    if name == "format":
+        command = ["bash", str(copy / "scripts/check-format.sh")]
+    else:
+        command = [sys.executable, str(copy / f"scripts/check-{name}.py"), str(copy / "src")]
+    environment = {"PATH": "/usr/bin:/bin", "CLANG_FORMAT": FORMATTER, **(env or {})}
+    done = subprocess.run(command, capture_output=True, text=True, env=environment)
+    return done.returncode, done.stdout + done.stderr
+
+
+def prepend(path, text):
+    path.write_text(text + path.read_text(encoding="utf-8"), encoding="utf-8")
+
+
+def main():
+    failures = []
+
+    def expect(copy, name, fails, what, needle="", env=None):
+        status, output = rail(copy, name, env)
+        if (status != 0) != fails or needle not in output:
+            failures.append(f"{name}: {what}: exit status {status}\n{output}")
+
+    with tempfile.TemporaryDirectory() as scratch:
+        clean = Path(scratch) / "clean"
+        copy_tree(clean)
+        for name in ("layers", "libraries", "function-length", "format"):
+            expect(clean, name, False, "the sources as they are")
+        expect(clean, "format", True, "without clang-format", "missing",
+               {"CLANG_FORMAT": "/nonexistent/clang-format"})
+
+        plants = [
+            ("layers", "src/core/geo/CoordinateText.cpp", '#include "batch/BatchDriver.h"\n',
+             "core/geo -> core/batch"),
+            ("layers", "src/core/dates/DateRule.h", '#include "rename/RenameRule.h"\n',
+             "on the same row"),
+            ("libraries", "src/app/shell/MainWindow.cpp", "#include <exiv2/exiv2.hpp>\n",
+             "Exiv2 belongs to core/metadata/"),
+            ("libraries", "src/core/model/KeyTable.cpp", "#include <sqlite3.h>\n",
+             "SQLite belongs to core/photolibrary/"),
+            ("function-length", "src/core/geo/Planted.cpp",
+             "int planted() {\n" + "    int x = 0;\n" * 80 + "    return x;\n}\n",
+             "core/geo/Planted.cpp:planted (line 1): 83 lines"),
+            ("format", "src/core/geo/Planted.h", "inline int  planted( int x ){return x;}\n",
+             "src/core/geo/Planted.h"),
+        ]
+        for n, (name, file, text, needle) in enumerate(plants):
+            copy = Path(scratch) / f"plant{n}"
+            copy_tree(copy)
+            target = copy / file
+            if target.exists():
+                prepend(target, text)
+            else:
+                target.write_text(text, encoding="utf-8")
+            expect(copy, name, True, f"planted in {file}", needle)
+
+    for failure in failures:
+        print(failure)
+    if failures:
+        return 1
+    print("every guard rail passes the sources and fails on its planted fault")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
