@@ -3,6 +3,7 @@
 # through ctest. This is what CI runs.
 # Usage: scripts/run-tests.sh [--sanitize]
 #   --sanitize  builds into build-asan/ with AddressSanitizer and UndefinedBehaviorSanitizer
+#               (warnings stay warnings there: instrumentation changes what the optimiser sees)
 #               and runs the whole suite there; any finding fails its test.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -25,7 +26,7 @@ export ASAN_OPTIONS=detect_leaks=1:check_initialization_order=1:strict_init_orde
 export LSAN_OPTIONS=suppressions=$PWD/scripts/sanitizer-suppressions.txt:print_suppressions=0
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 cmake -S . -B "$BUILD_DIR" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAGMOOR_SANITIZE=ON \
-  -DTAGMOOR_BUILD_BENCH=OFF -DTAGMOOR_WERROR=ON "${LAUNCHER[@]}" >/dev/null
+  -DTAGMOOR_BUILD_BENCH=OFF "${LAUNCHER[@]}" >/dev/null
 cmake --build "$BUILD_DIR" -j"${JOBS:-2}"
 cd "$BUILD_DIR"
 # Instrumented code runs a few times slower, hence the longer limit.
