@@ -65,22 +65,16 @@ int main(int argc, char** argv) {
             .has_value();
     });
 
-    Rename counter;
-    counter.isKeepOriginal = false;
-    counter.isChangeFileNameFormat = true;
+    ChangeFileNameFormat counter;
     counter.nameFormatNF = NameFormat::nameAndCounter();
     counter.minNumberDigitsNF = 5;
     measure("renamedBase, counter", rounds,
             [&](int i) { return renamedBase(counter, QStringLiteral("IMG_1234"), i).size(); });
-    Rename dated = counter;
+    ChangeFileNameFormat dated = counter;
     dated.nameFormatNF = NameFormat::nameAndDate();
     measure("renamedBase, date", rounds,
             [&](int i) { return renamedBase(dated, QStringLiteral("IMG_1234"), i).size(); });
-    Rename replace;
-    replace.isKeepOriginal = false;
-    replace.isReplaceText = true;
-    replace.findTextRT = QStringLiteral("img");
-    replace.replaceWithRT = QStringLiteral("Trip");
+    const Rename replace = ReplaceText{QStringLiteral("img"), QStringLiteral("Trip")};
     measure("renamedBase, replace", rounds,
             [&](int i) { return renamedBase(replace, QStringLiteral("IMG_1234"), i).size(); });
     return 0;

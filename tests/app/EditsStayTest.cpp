@@ -151,8 +151,7 @@ void EditsStayTest::newListStartsClean() {
             shift.isIDOT = true;
             shift.idot.changeHours = 1;
             editor->commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
-            t.app->renameSettings().isAddText = true;
-            t.app->renameSettings().addTextValueAT = QStringLiteral("Old-");
+            t.app->renameSettings() = AddText{QStringLiteral("Old-")};
             pickLocation(home, -33.9628, 18.4098);
             home->processingControls().clickedChooseEditingOptions(1);
             QVERIFY(editor->hasEdits());

@@ -99,7 +99,7 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
                         {QStringLiteral("Overwrite"), QStringLiteral("Do not Overwrite")});
     renamePanel->clickNext();
     QVERIFY(!renamePanel->isVisible());
-    QVERIFY(t.app->renameSettings().isAddText);
+    QVERIFY(t.app->renameSettings().is<AddText>());
     t.prompt.alerts.clear();
 
     const QString out = m_home->filePath(QStringLiteral("Out"));

@@ -394,8 +394,7 @@ TEST_F(WritingOptions, CaptureDateNamesAreUniqueAndSafe) {
     const QList<CGImageProperties> records = loaded(photos + QStringList{undated});
     RunValues v = editRun(ProcessingMode::keepUnedited, tmp.path() + "/out");
     QDir().mkpath(tmp.path() + "/out");
-    v.renameSettings.isKeepOriginal = false;
-    v.renameSettings.isCaptureDateName = true;
+    v.renameSettings = CaptureDateName{};
     const BatchResult result = runBatch(v, records);
     EXPECT_EQ(result.totalProcessedPhotos, 21);
     QStringList names = fileNames(tmp.path() + "/out");
@@ -408,7 +407,7 @@ TEST_F(WritingOptions, CaptureDateNamesAreUniqueAndSafe) {
     RunValues odd = v;
     odd.destinationFolder = tmp.path() + "/odd";
     QDir().mkpath(tmp.path() + "/odd");
-    odd.renameSettings.captureDatePatternCD = "yyyy/MM/dd HH:mm:ss";
+    odd.renameSettings = CaptureDateName{"yyyy/MM/dd HH:mm:ss"};
     EXPECT_EQ(runBatch(odd, records.mid(0, 2)).totalProcessedPhotos, 2);
     for (const QString& name : fileNames(tmp.path() + "/odd")) {
         EXPECT_FALSE(name.contains(':') || name.contains('/')) << name.toStdString();
