@@ -18,8 +18,7 @@ QTime timeOf(const DateParts& p) {
 } // namespace
 
 bool isShiftRule(const DateTimeConfiguration& rule) {
-    return !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate && !rule.isUpdateDate &&
-           (rule.isIDOD || rule.isIDOT);
+    return rule.is<IDOD>() || rule.is<IDOT>();
 }
 
 DateRuleOutcome applyCarriedDateRule(const DateTimeConfiguration& rule,
@@ -34,8 +33,8 @@ DateRuleOutcome applyCarriedDateRule(const DateTimeConfiguration& rule,
     const DateParts base = datePartsOf(hasSlot ? *slotDate : *ownDate);
 
     std::optional<QDateTime> result;
-    if (rule.isIDOD) {
-        const IDOD& d = rule.idod;
+    if (const auto* idod = rule.as<IDOD>()) {
+        const IDOD& d = *idod;
         QDate day = dayOf(own);
         if (!d.isKeepOriginalYears)
             day = day.addYears(d.changeYears);
@@ -45,7 +44,7 @@ DateRuleOutcome applyCarriedDateRule(const DateTimeConfiguration& rule,
             day = day.addDays(d.changeDays);
         result = ruleDateOf(day, timeOf(base));
     } else {
-        const IDOT& t = rule.idot;
+        const IDOT& t = *rule.as<IDOT>();
         const qint64 span = (t.isKeepOriginalHours ? 0 : qint64(t.changeHours) * 3600) +
                             (t.isKeepOriginalMinutes ? 0 : qint64(t.changeMinutes) * 60) +
                             (t.isKeepOriginalSeconds ? 0 : qint64(t.changeSeconds));

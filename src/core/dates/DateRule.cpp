@@ -127,29 +127,26 @@ DateRuleOutcome applyDateRule(const DateTimeConfiguration& rule,
     const auto slot = validOnly(slotDate);
     const auto own = validOnly(ownDate);
 
-    // Empty beats keep: a rule with both flags deletes the key.
-    if (rule.isEmptyValue)
+    if (rule.is<EmptyValue>())
         return DateRuleOutcome::deleteKey();
-    if (rule.isKeepOriginal)
+    if (rule.is<KeepOriginal>())
         return DateRuleOutcome::nothing();
-    if (rule.isSelectDate) {
+    if (rule.is<SelectDate>()) {
         // The photo's own date plays no part, so this also dates a photo that has none.
         return slot ? DateRuleOutcome::write(sharedDateFormatter().format(*slot))
                     : DateRuleOutcome::nothing();
     }
-    if (!rule.isUpdateDate && !rule.isIDOD && !rule.isIDOT)
-        return DateRuleOutcome::nothing();
     // The update and increment modes never invent a date for a photo that has none.
     if (!own)
         return DateRuleOutcome::nothing();
 
     RuleWork work(slot ? *slot : *own, *own);
-    if (rule.isUpdateDate)
-        runUpdateDate(rule.updateDate, work);
-    else if (rule.isIDOD)
-        runIDOD(rule.idod, work);
+    if (const auto* update = rule.as<UpdateDate>())
+        runUpdateDate(*update, work);
+    else if (const auto* idod = rule.as<IDOD>())
+        runIDOD(*idod, work);
     else
-        runIDOT(rule.idot, work);
+        runIDOT(*rule.as<IDOT>(), work);
 
     // A last step whose text was refused does not lose the date: the photo's own is written.
     return DateRuleOutcome::write(sharedDateFormatter().format(work.work() ? *work.work() : *own));

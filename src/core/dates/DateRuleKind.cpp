@@ -28,8 +28,7 @@ DateRuleOutcome applyDateRule(DateRuleKind kind, const DateTimeConfiguration& ru
 bool readsOwnClock(DateRuleKind kind, const DateTimeConfiguration& rule) {
     if (isShiftRule(rule))
         return true;
-    return kind == DateRuleKind::ownDate && rule.isUpdateDate && !rule.isEmptyValue &&
-           !rule.isKeepOriginal && !rule.isSelectDate;
+    return kind == DateRuleKind::ownDate && rule.is<UpdateDate>();
 }
 
 } // namespace tagmoor

@@ -31,11 +31,11 @@ DateRuleOutcome applyOwnDateRule(const DateTimeConfiguration& rule,
                                  const std::optional<QDateTime>& slot,
                                  const std::optional<QDateTime>& own) {
     const bool hasOwn = own && own->isValid();
-    if (rule.isEmptyValue || rule.isKeepOriginal || rule.isSelectDate || !hasOwn)
+    if (!hasOwn || !(rule.is<UpdateDate>() || isShiftRule(rule)))
         return applyDateRule(rule, slot, own);
-    if (rule.isUpdateDate) {
+    if (const auto* update = rule.as<UpdateDate>()) {
         // Numbers that make no date (a month of 13 from a hand-made preset) change nothing.
-        const auto date = updatedDate(rule.updateDate, *own);
+        const auto date = updatedDate(*update, *own);
         return DateRuleOutcome::write(sharedDateFormatter().format(date ? *date : *own));
     }
     return applyCarriedDateRule(rule, std::nullopt, own);

@@ -193,9 +193,7 @@ TEST_F(Pipeline, FailedWriteInPlaceLeavesTheSourceWhole) {
 TEST_F(Pipeline, ModifyDateSetsTheFileTimeAndRemovalStripsGroups) {
     const QString src = copySample(formatsDir() + "/et-GPS.jpg", dir("in"));
     RunValues v = editRun(ProcessingMode::keepUnedited, dir("out"));
-    auto& rule = v.editorDates.rule(DateField::modifyDate);
-    rule.isKeepOriginal = false;
-    rule.isSelectDate = true;
+    v.editorDates.rule(DateField::modifyDate) = SelectDate{};
     v.editorDates.slot(DateField::modifyDate) = QDateTime(QDate(2011, 3, 4), QTime(5, 6, 7));
     v.fieldEditedFlags.set(formpos::ModifyDate);
     ASSERT_EQ(runBatch(v, recordsOf({src})).totalProcessedPhotos, 1);

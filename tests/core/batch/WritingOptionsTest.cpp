@@ -88,10 +88,8 @@ QString exiftoolValue(const QString& path, const QString& tag) {
 }
 
 DateTimeConfiguration shiftTime(int hours) {
-    DateTimeConfiguration rule;
-    rule.isKeepOriginal = false;
-    rule.isIDOT = true;
-    rule.idot.changeHours = hours;
+    IDOT rule;
+    rule.changeHours = hours;
     return rule;
 }
 
@@ -352,9 +350,7 @@ TEST_F(WritingOptions, IptcTextOutsideAsciiIsDeclaredUtf8) {
 TEST_F(WritingOptions, CarriedShiftCrossesTheYearEnd) {
     const QString photo = copy("Reagan.jpg");
     RunValues select = editRun(ProcessingMode::keepUnedited);
-    DateTimeConfiguration at;
-    at.isKeepOriginal = false;
-    at.isSelectDate = true;
+    const DateTimeConfiguration at = SelectDate{};
     select.editorDates.slot(DateField::dateTimeOriginal) =
         QDateTime(QDate(2020, 12, 31), QTime(23, 37, 53));
     setDateRule(select, DateField::dateTimeOriginal, at);
