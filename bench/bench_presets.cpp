@@ -50,9 +50,9 @@ ActualPreset typicalPreset(int i) {
     r.gpsProperties->longitudeRef = QStringLiteral("E");
     r.xmpDataProperties->lens = QStringLiteral("24-70mm");
     OriginalFinalDate& rules = *p.timeSetting;
-    rules.configurationTimeOriginal.isKeepOriginal = false;
-    rules.configurationTimeOriginal.isIDOD = true;
-    rules.configurationTimeOriginal.idod.changeDays = i % 30;
+    IDOD shift;
+    shift.changeDays = i % 30;
+    rules.configurationTimeOriginal = shift;
     rules.dateTimeOriginalAlive = true;
     return p;
 }

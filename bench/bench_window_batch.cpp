@@ -57,11 +57,7 @@ int main(int argc, char** argv) {
         {13, "2.8"},     {48, "Paris"},       {40, "Morning"},        {57, "Lens 50"}};
     for (const auto& [position, text] : edits)
         home.metadataForm().editText(position, QString::fromUtf8(text));
-    DateTimeConfiguration shift;
-    shift.isKeepOriginal = false;
-    shift.isIDOT = true;
-    shift.idot.changeHours = 1;
-    shift.idot.isKeepOriginalMinutes = shift.idot.isKeepOriginalSeconds = true;
+    const IDOT shift{1, 0, 0, false, true, true};
     home.metadataForm().commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
 
     // The thumbnails of the photos in view load first, as they do long before anyone presses

@@ -26,15 +26,14 @@ template <typename Fn> void measure(const char* what, int rounds, Fn&& fn) {
                 static_cast<long long>(sink));
 }
 
-DateTimeConfiguration ruleOf(bool DateTimeConfiguration::*mode) {
-    DateTimeConfiguration rule;
-    rule.isKeepOriginal = false;
-    rule.*mode = true;
-    rule.idod = {3, -2, 1, false, false, false};
-    rule.idot = {5, -7, 11, false, false, false};
-    rule.updateDate.isKeepOriginalDays = true;
-    rule.updateDate.isKeepOriginalTime = true;
-    return rule;
+// The rows of every mode are filled, as the date panel leaves them.
+DateRuleInputs benchRows() {
+    DateRuleInputs rows;
+    rows.idod = {3, -2, 1, false, false, false};
+    rows.idot = {5, -7, 11, false, false, false};
+    rows.updateDate.isKeepOriginalDays = true;
+    rows.updateDate.isKeepOriginalTime = true;
+    return rows;
 }
 
 } // namespace
@@ -47,40 +46,34 @@ int main(int argc, char** argv) {
 
     const QDateTime own = *parseRuleDate("2021-05-06 10:22:33");
     const QDateTime slot = *parseRuleDate("2020-02-10 08:00:00");
-    const auto run = [&](bool DateTimeConfiguration::*mode) {
-        const DateTimeConfiguration rule = ruleOf(mode);
+    const DateRuleInputs rows = benchRows();
+    const auto run = [&](const DateTimeConfiguration::Mode& mode) {
+        const DateTimeConfiguration rule(mode, rows);
         return [rule, own, slot](int i) {
             const QDateTime photo = own.addSecs(i * 3607);
             return applyDateRule(rule, slot, photo).text.size();
         };
     };
-    measure("applyDateRule, Select Date", rounds, run(&DateTimeConfiguration::isSelectDate));
-    measure("applyDateRule, Update Date (2 keeps)", rounds,
-            run(&DateTimeConfiguration::isUpdateDate));
-    measure("applyDateRule, increment date", rounds, run(&DateTimeConfiguration::isIDOD));
-    measure("applyDateRule, increment time", rounds, run(&DateTimeConfiguration::isIDOT));
+    measure("applyDateRule, Select Date", rounds, run(SelectDate{}));
+    measure("applyDateRule, Update Date (2 keeps)", rounds, run(rows.updateDate));
+    measure("applyDateRule, increment date", rounds, run(rows.idod));
+    measure("applyDateRule, increment time", rounds, run(rows.idot));
     measure("parseRuleDate", rounds, [](int i) {
         return parseRuleDate(
                    QStringLiteral("2021-05-%1 10-22-33").arg(1 + i % 28, 2, 10, QLatin1Char('0')))
             .has_value();
     });
 
-    Rename counter;
-    counter.isKeepOriginal = false;
-    counter.isChangeFileNameFormat = true;
+    ChangeFileNameFormat counter;
     counter.nameFormatNF = NameFormat::nameAndCounter();
     counter.minNumberDigitsNF = 5;
     measure("renamedBase, counter", rounds,
             [&](int i) { return renamedBase(counter, QStringLiteral("IMG_1234"), i).size(); });
-    Rename dated = counter;
+    ChangeFileNameFormat dated = counter;
     dated.nameFormatNF = NameFormat::nameAndDate();
     measure("renamedBase, date", rounds,
             [&](int i) { return renamedBase(dated, QStringLiteral("IMG_1234"), i).size(); });
-    Rename replace;
-    replace.isKeepOriginal = false;
-    replace.isReplaceText = true;
-    replace.findTextRT = QStringLiteral("img");
-    replace.replaceWithRT = QStringLiteral("Trip");
+    const Rename replace = ReplaceText{QStringLiteral("img"), QStringLiteral("Trip")};
     measure("renamedBase, replace", rounds,
             [&](int i) { return renamedBase(replace, QStringLiteral("IMG_1234"), i).size(); });
     return 0;

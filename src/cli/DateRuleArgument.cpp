@@ -47,29 +47,26 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
     DateRuleArgument arg;
     arg.position = field->position;
     DateTimeConfiguration& rule = arg.rule;
-    rule.isKeepOriginal = false;
 
     const int colon = int(ruleText.indexOf(QLatin1Char(':')));
     const QString mode = (colon < 0 ? ruleText : ruleText.left(colon)).toLower();
     const QString value = colon < 0 ? QString() : ruleText.mid(colon + 1).trimmed();
 
     if (mode == QLatin1String("keep")) {
-        rule.isKeepOriginal = true;
+        rule = KeepOriginal{};
     } else if (mode == QLatin1String("empty")) {
-        rule.isEmptyValue = true;
+        rule = EmptyValue{};
     } else if (mode == QLatin1String("select")) {
-        rule.isSelectDate = true;
         arg.slot = sharedDateFormatter().parse(value);
         if (!arg.slot)
             return fail(
                 error,
                 QStringLiteral("select wants a date 'YYYY-MM-DD HH:MM:SS', not '%1'").arg(value));
-        rule.selectDate = arg.slot;
+        rule = SelectDate{arg.slot};
     } else if (mode == QLatin1String("update")) {
         // The parts given are the new values; the rest stay the photo's own. The slot holds
         // the new values, as the date panel leaves it.
-        rule.isUpdateDate = true;
-        UpdateDate& u = rule.updateDate;
+        UpdateDate u;
         u.isKeepOriginalDays = u.isKeepOriginalMonths = u.isKeepOriginalYears = true;
         u.isKeepOriginalTime = true;
         int year = 2000, month = 1, day = 1;
@@ -123,6 +120,7 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
                 error,
                 QStringLiteral("update: %1-%2-%3 is not a date").arg(year).arg(month).arg(day));
         arg.slot = QDateTime(date, time);
+        rule = u;
     } else if (mode == QLatin1String("shift-date") || mode == QLatin1String("shift-time")) {
         const auto parts = threeParts(value);
         if (!parts)
@@ -131,23 +129,23 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
                             .arg(mode, value));
         // A part of zero keeps the photo's own value.
         if (mode == QLatin1String("shift-date")) {
-            rule.isIDOD = true;
-            IDOD& d = rule.idod;
+            IDOD d;
             d.changeYears = (*parts)[0];
             d.changeMonths = (*parts)[1];
             d.changeDays = (*parts)[2];
             d.isKeepOriginalYears = d.changeYears == 0;
             d.isKeepOriginalMonths = d.changeMonths == 0;
             d.isKeepOriginalDays = d.changeDays == 0;
+            rule = d;
         } else {
-            rule.isIDOT = true;
-            IDOT& t = rule.idot;
+            IDOT t;
             t.changeHours = (*parts)[0];
             t.changeMinutes = (*parts)[1];
             t.changeSeconds = (*parts)[2];
             t.isKeepOriginalHours = t.changeHours == 0;
             t.isKeepOriginalMinutes = t.changeMinutes == 0;
             t.isKeepOriginalSeconds = t.changeSeconds == 0;
+            rule = t;
         }
     } else {
         return fail(error, QStringLiteral("unknown date rule '%1' (keep, empty, select, update, "

@@ -19,44 +19,32 @@ std::optional<Rename> parseRenameArgument(const QString& text, QString* error) {
     const int colon = int(text.indexOf(QLatin1Char(':')));
     const QString mode = (colon < 0 ? text : text.left(colon)).trimmed().toLower();
     const QString value = colon < 0 ? QString() : text.mid(colon + 1);
-    Rename r;
-    r.isKeepOriginal = false;
-    if (mode == QLatin1String("keep")) {
-        r.isKeepOriginal = true;
-        return r;
-    }
+    if (mode == QLatin1String("keep"))
+        return Rename{};
     if (mode == QLatin1String("add-before") || mode == QLatin1String("add-after")) {
         if (value.isEmpty())
             return fail(error, QStringLiteral("%1 needs a text to add").arg(mode));
-        r.isAddText = true;
-        r.addTextValueAT = value;
-        r.addTextPositionAT = mode == QLatin1String("add-after") ? RenamePosition::afterName
-                                                                 : RenamePosition::beforeName;
-        return r;
+        return AddText{value, mode == QLatin1String("add-after") ? RenamePosition::afterName
+                                                                 : RenamePosition::beforeName};
     }
     if (mode == QLatin1String("replace")) {
         const int eq = int(value.indexOf(QLatin1Char('=')));
         if (eq <= 0)
             return fail(error,
                         QStringLiteral("replace wants FIND=REPLACEMENT, not '%1'").arg(value));
-        r.isReplaceText = true;
-        r.findTextRT = value.left(eq);
-        r.replaceWithRT = value.mid(eq + 1);
-        return r;
+        return ReplaceText{value.left(eq), value.mid(eq + 1)};
     }
     if (mode == QLatin1String("capture")) {
         if (const auto refused = refusedCaptureDatePattern(value))
             return fail(error, *refused);
-        r.isCaptureDateName = true;
-        r.captureDatePatternCD = value;
-        return r;
+        return CaptureDateName{value};
     }
     if (mode != QLatin1String("index") && mode != QLatin1String("counter") &&
         mode != QLatin1String("date"))
         return fail(error, QStringLiteral("unknown rename rule '%1' (keep, add-before, add-after, "
                                           "replace, index, counter, date, capture)")
                                .arg(text));
-    r.isChangeFileNameFormat = true;
+    ChangeFileNameFormat r;
     r.nameFormatNF = mode == QLatin1String("index")     ? NameFormat::nameAndIndex()
                      : mode == QLatin1String("counter") ? NameFormat::nameAndCounter()
                                                         : NameFormat::nameAndDate();

@@ -95,10 +95,10 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
     QTRY_VERIFY(!home->metadataView()->datePanel());
     const DateTimeConfiguration& rule =
         t.app->editorState().dateStores.editorDates.rules().rule(DateField::modifyDate);
-    QVERIFY(rule.isIDOT && !rule.isKeepOriginal);
-    QCOMPARE(rule.idot.changeHours, -3);
-    QCOMPARE(rule.idot.changeMinutes, 1);
-    QVERIFY(rule.idot.isKeepOriginalSeconds);
+    QVERIFY(rule.is<IDOT>());
+    QCOMPARE(rule.as<IDOT>()->changeHours, -3);
+    QCOMPARE(rule.as<IDOT>()->changeMinutes, 1);
+    QVERIFY(rule.as<IDOT>()->isKeepOriginalSeconds);
     QVERIFY(t.app->editorState().fieldEditedFlags.test(position));
     QVERIFY(field->property("edited").toBool());
     QCOMPARE(field->text(), QStringLiteral("Inc/Dec:  Hour: -3  Minute: 1 "));

@@ -146,13 +146,10 @@ void EditsStayTest::newListStartsClean() {
             home = dropPhotos(t, photos, 2);
             editor = &home->metadataForm();
             editor->editText(kArtist, QStringLiteral("Old Artist"));
-            DateTimeConfiguration shift;
-            shift.isKeepOriginal = false;
-            shift.isIDOT = true;
-            shift.idot.changeHours = 1;
+            IDOT shift;
+            shift.changeHours = 1;
             editor->commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
-            t.app->renameSettings().isAddText = true;
-            t.app->renameSettings().addTextValueAT = QStringLiteral("Old-");
+            t.app->renameSettings() = AddText{QStringLiteral("Old-")};
             pickLocation(home, -33.9628, 18.4098);
             home->processingControls().clickedChooseEditingOptions(1);
             QVERIFY(editor->hasEdits());

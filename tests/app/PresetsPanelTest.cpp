@@ -88,10 +88,8 @@ QStringList namesIn(QListWidget* list) {
 }
 
 DateTimeConfiguration shiftByOneHour() {
-    DateTimeConfiguration shift;
-    shift.isKeepOriginal = false;
-    shift.isIDOT = true;
-    shift.idot.changeHours = 1;
+    IDOT shift;
+    shift.changeHours = 1;
     return shift;
 }
 
@@ -212,7 +210,7 @@ void PresetsPanelTest::menuRowsFillTheFormOrOpenThePanel() {
     const FieldEditedFlags& flags = t.app->editorState().fieldEditedFlags;
     QVERIFY(flags.test(kArtist) && flags.test(kFNumber) && flags.test(formpos::DateTimeOriginal));
     QVERIFY(!flags.test(positionOf("Copyright")));
-    QVERIFY(t.app->editorState().editorDates().rules().configurationTimeOriginal.isIDOT);
+    QVERIFY(t.app->editorState().editorDates().rules().configurationTimeOriginal.is<IDOT>());
     QTest::qWait(120);
     QCOMPARE(t.root()->selectedIndex(), 1);
 

@@ -130,8 +130,9 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     rename->clickNext(); // counted names need no overwrite question
     QVERIFY(!rename->isVisible());
     QCOMPARE(int(t.prompt.alerts.size()), asked);
-    QVERIFY(t.app->renameSettings().isCaptureDateName);
-    QCOMPARE(t.app->renameSettings().captureDatePatternCD, QStringLiteral("yyyy-MM-dd_HHmmss"));
+    QVERIFY(t.app->renameSettings().is<CaptureDateName>());
+    QCOMPARE(t.app->renameSettings().as<CaptureDateName>()->captureDatePatternCD,
+             QStringLiteral("yyyy-MM-dd_HHmmss"));
 
     t.app->showPreferences();
     PreferencesWindow* preferences = t.app->preferencesWindow();

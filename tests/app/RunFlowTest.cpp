@@ -82,10 +82,8 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     // The Artist typed into the form, the original date moved by one hour, names numbered.
     auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
-    DateTimeConfiguration shift;
-    shift.isKeepOriginal = false;
-    shift.isIDOT = true;
-    shift.idot.changeHours = 1;
+    IDOT shift;
+    shift.changeHours = 1;
     home->metadataForm().commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
     // The rename sheet: add "Trip-" before each name, and no overwriting.
     QTest::mouseClick(home->btnRename(), Qt::LeftButton);
@@ -99,7 +97,7 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
                         {QStringLiteral("Overwrite"), QStringLiteral("Do not Overwrite")});
     renamePanel->clickNext();
     QVERIFY(!renamePanel->isVisible());
-    QVERIFY(t.app->renameSettings().isAddText);
+    QVERIFY(t.app->renameSettings().is<AddText>());
     t.prompt.alerts.clear();
 
     const QString out = m_home->filePath(QStringLiteral("Out"));
@@ -116,7 +114,7 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     const ActualPreset& saved = t.app->presets().presets().last();
     QCOMPARE(saved.name.value_or(QString()), QStringLiteral("Holiday"));
     QCOMPARE(saved.properties->tiffProperties->artist.text(), QStringLiteral("Jane Doe"));
-    QVERIFY(saved.timeSetting->configurationTimeOriginal.isIDOT);
+    QVERIFY(saved.timeSetting->configurationTimeOriginal.is<IDOT>());
     QCOMPARE(t.prompt.panels.at(0).prompt, QStringLiteral("Choose Destination Folder"));
 
     FinalProcessedVC* sheet = home->runSheet();

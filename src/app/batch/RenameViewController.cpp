@@ -211,17 +211,22 @@ void RenameViewController::showFor(const QString& firstPhotoPath) {
 }
 
 void RenameViewController::resetAllComponents() {
+    // The options that are off show their defaults.
     const Rename& rule = m_panel.rule();
-    m_addText->setText(rule.addTextValueAT);
-    m_addPosition->setCurrentIndex(rule.addTextPositionAT == RenamePosition::beforeName ? 0 : 1);
-    m_find->setText(rule.findTextRT);
-    m_replaceWith->setText(rule.replaceWithRT);
+    const auto add = rule.valuesOf<AddText>();
+    const auto replace = rule.valuesOf<ReplaceText>();
+    const auto format = rule.valuesOf<ChangeFileNameFormat>();
+    const auto capture = rule.valuesOf<CaptureDateName>();
+    m_addText->setText(add.addTextValueAT);
+    m_addPosition->setCurrentIndex(add.addTextPositionAT == RenamePosition::beforeName ? 0 : 1);
+    m_find->setText(replace.findTextRT);
+    m_replaceWith->setText(replace.replaceWithRT);
     m_nameFormat->setCurrentIndex(m_panel.nameFormatRow());
-    m_where->setCurrentIndex(rule.whereTextPositionNF == RenamePosition::beforeName ? 0 : 1);
-    m_customFormat->setText(rule.customFormatValueNF);
-    m_startNumber->setText(QString::number(rule.startNumberAtNF));
-    m_minDigits->setCurrentIndex(std::clamp(rule.minNumberDigitsNF, 0, 7));
-    m_capturePattern->setText(rule.captureDatePatternCD);
+    m_where->setCurrentIndex(format.whereTextPositionNF == RenamePosition::beforeName ? 0 : 1);
+    m_customFormat->setText(format.customFormatValueNF);
+    m_startNumber->setText(QString::number(format.startNumberAtNF));
+    m_minDigits->setCurrentIndex(std::clamp(format.minNumberDigitsNF, 0, 7));
+    m_capturePattern->setText(capture.captureDatePatternCD);
     refreshControls();
 }
 
@@ -240,15 +245,14 @@ void RenameViewController::refreshControls() {
     m_startNumber->setEnabled(format.startNumber);
     m_capturePattern->setEnabled(on == Option::capture);
     // An option that is off shows its defaults.
-    const Rename& rule = m_panel.rule();
     if (on != Option::add)
-        m_addText->setText(rule.addTextValueAT);
+        m_addText->setText(AddText{}.addTextValueAT);
     if (on != Option::replace) {
-        m_find->setText(rule.findTextRT);
-        m_replaceWith->setText(rule.replaceWithRT);
+        m_find->setText(ReplaceText{}.findTextRT);
+        m_replaceWith->setText(ReplaceText{}.replaceWithRT);
     }
     if (on != Option::capture)
-        m_capturePattern->setText(rule.captureDatePatternCD);
+        m_capturePattern->setText(CaptureDateName{}.captureDatePatternCD);
     refreshExamples();
 }
 

@@ -30,7 +30,7 @@ class RenameViewController;
 class ProcessingOptions;
 class RenameNumbering;
 class StartProcessChain;
-struct Rename;
+class Rename;
 struct RunValues;
 class Settings;
 class TutorialOverlay;

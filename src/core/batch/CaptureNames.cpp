@@ -9,8 +9,7 @@
 namespace tagmoor {
 
 bool CaptureNames::applies(const Rename& rule) {
-    return !rule.isKeepOriginal && !rule.isAddText && !rule.isReplaceText &&
-           !rule.isChangeFileNameFormat && rule.isCaptureDateName;
+    return rule.is<CaptureDateName>();
 }
 
 QString CaptureNames::claim(const Rename& rule, const CGImageProperties& record,
@@ -19,7 +18,8 @@ QString CaptureNames::claim(const Rename& rule, const CGImageProperties& record,
     std::optional<QDateTime> moment = OriginalDate::of(record).dateTimeOriginal;
     if (!moment || !moment->isValid())
         moment = QFileInfo(sourcePath).lastModified();
-    QString base = captureDateName(rule.captureDatePatternCD, *moment);
+    const auto* capture = rule.as<CaptureDateName>();
+    QString base = captureDateName(capture ? capture->captureDatePatternCD : QString(), *moment);
     if (base.isEmpty())
         return baseName;
     const auto source = fileIdOf(sourcePath);

@@ -3,10 +3,9 @@
 #include "batch/BatchLog.h"
 #include "batch/BatchSummary.h"
 #include "batch/FileCopier.h"
-#include "dates/DateRuleKind.h"
 #include "dates/DateTexts.h"
 #include "dates/OriginalDate.h"
-#include "dates/ZonedDateRule.h"
+#include "dates/PhotoDateRule.h"
 #include "metadata/MetadataTest.h"
 #include "metadata/PropertyLoading.h"
 #include "model/FormFieldTable.h"
@@ -297,8 +296,9 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
     FieldEdits edits = m_plainEdits;
     const bool clearUnedited = m_values.processingMode == ProcessingMode::clearUnedited;
     const auto fields = dateFieldsInRunOrder();
-    const DateRuleKind kind =
-        dateRuleKindFor(m_values.writeOptions.standardForm, m_values.carryShifts);
+    const PhotoDateRule dateRule =
+        PhotoDateRule::forRun(m_values.writeOptions.standardForm, m_values.carryShifts);
+    std::optional<OriginalDate> ownDates;   // read at the first edited date field
     std::optional<MetadataFieldSet> inFile; // read at the first XMP date that reads its clock
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const KeyRow& row = fields[i]->keyRow();
@@ -310,16 +310,16 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
         const DateField field = allDateFields[i];
         const DateTimeConfiguration& rule = m_values.editorDates.rule(field);
         const std::optional<QDateTime>& slot = m_values.editorDates.slot(field);
-        const std::optional<QDateTime> own = OriginalDate::of(record).get(field);
         std::optional<DateZone> zone;
-        if (!path.isEmpty() && isXmpDate(field) && readsOwnClock(kind, rule)) {
+        if (!path.isEmpty() && isXmpDate(field) && dateRule.readsOwnClock(rule)) {
             if (!inFile)
                 inFile = readMetadataFieldSet(path);
             if (const auto text = inFile->at(row).text())
                 zone = zoneOfDateText(*text);
         }
-        const DateRuleOutcome outcome = zone ? applyDateRuleInZone(rule, slot, own, *zone, kind)
-                                             : applyDateRule(kind, rule, slot, own);
+        if (!ownDates)
+            ownDates = OriginalDate::of(record);
+        const DateRuleOutcome outcome = dateRule.apply(rule, slot, ownDates->get(field), zone);
         switch (outcome.action) {
         case DateRuleOutcome::Action::deleteKey:
             edits.erase(row);

@@ -1,7 +1,9 @@
 #include "dates/CarriedShift.h"
 
+#include "dates/DateArithmetic.h"
 #include "dates/DateTexts.h"
 #include "dates/OriginalDate.h"
+#include "dates/PhotoDateRule.h"
 
 namespace tagmoor {
 
@@ -18,44 +20,37 @@ QTime timeOf(const DateParts& p) {
 } // namespace
 
 bool isShiftRule(const DateTimeConfiguration& rule) {
-    return !rule.isEmptyValue && !rule.isKeepOriginal && !rule.isSelectDate && !rule.isUpdateDate &&
-           (rule.isIDOD || rule.isIDOT);
+    return rule.is<IDOD>() || rule.is<IDOT>();
+}
+
+// As with wrapping, the parts a shift leaves alone come from the base: the time of a date
+// shift, the day of a time shift. A date that does not exist in the user's zone is nothing.
+std::optional<QDateTime> carriedDate(const IDOD& d, const QDateTime& base, const QDateTime& own) {
+    QDate day = dayOf(datePartsOf(own));
+    if (!d.isKeepOriginalYears)
+        day = day.addYears(d.changeYears);
+    if (!d.isKeepOriginalMonths)
+        day = day.addMonths(d.changeMonths);
+    if (!d.isKeepOriginalDays)
+        day = day.addDays(d.changeDays);
+    return ruleDateOf(day, timeOf(datePartsOf(base)));
+}
+
+std::optional<QDateTime> carriedDate(const IDOT& t, const QDateTime& base, const QDateTime& own) {
+    const qint64 span = (t.isKeepOriginalHours ? 0 : qint64(t.changeHours) * 3600) +
+                        (t.isKeepOriginalMinutes ? 0 : qint64(t.changeMinutes) * 60) +
+                        (t.isKeepOriginalSeconds ? 0 : qint64(t.changeSeconds));
+    // Counted on the clock face, not in elapsed time: a shift across a change of summer
+    // time still moves the written time by exactly the span.
+    const QDateTime face =
+        QDateTime(dayOf(datePartsOf(base)), timeOf(datePartsOf(own)), Qt::UTC).addSecs(span);
+    return ruleDateOf(face.date(), face.time());
 }
 
 DateRuleOutcome applyCarriedDateRule(const DateTimeConfiguration& rule,
-                                     const std::optional<QDateTime>& slotDate,
-                                     const std::optional<QDateTime>& ownDate) {
-    if (!isShiftRule(rule) || !ownDate || !ownDate->isValid())
-        return applyDateRule(rule, slotDate, ownDate);
-    const bool hasSlot = slotDate && slotDate->isValid();
-    // As with wrapping, the parts a shift leaves alone come from the slot date when there is
-    // one: the time of a date shift, the day of a time shift.
-    const DateParts own = datePartsOf(*ownDate);
-    const DateParts base = datePartsOf(hasSlot ? *slotDate : *ownDate);
-
-    std::optional<QDateTime> result;
-    if (rule.isIDOD) {
-        const IDOD& d = rule.idod;
-        QDate day = dayOf(own);
-        if (!d.isKeepOriginalYears)
-            day = day.addYears(d.changeYears);
-        if (!d.isKeepOriginalMonths)
-            day = day.addMonths(d.changeMonths);
-        if (!d.isKeepOriginalDays)
-            day = day.addDays(d.changeDays);
-        result = ruleDateOf(day, timeOf(base));
-    } else {
-        const IDOT& t = rule.idot;
-        const qint64 span = (t.isKeepOriginalHours ? 0 : qint64(t.changeHours) * 3600) +
-                            (t.isKeepOriginalMinutes ? 0 : qint64(t.changeMinutes) * 60) +
-                            (t.isKeepOriginalSeconds ? 0 : qint64(t.changeSeconds));
-        // Counted on the clock face, not in elapsed time: a shift across a change of summer
-        // time still moves the written time by exactly the span.
-        const QDateTime face = QDateTime(dayOf(base), timeOf(own), Qt::UTC).addSecs(span);
-        result = ruleDateOf(face.date(), face.time());
-    }
-    // A date that does not exist in the user's zone keeps the photo's own.
-    return DateRuleOutcome::write(sharedDateFormatter().format(result ? *result : *ownDate));
+                                     const std::optional<QDateTime>& slot,
+                                     const std::optional<QDateTime>& own) {
+    return PhotoDateRule(DateRuleKind::carried).apply(rule, slot, own);
 }
 
 DateRuleOutcome applyCarriedDateRule(DateField field, const CGImageProperties& record,

@@ -1,7 +1,9 @@
 #include "dates/DateRule.h"
 
+#include "dates/DateArithmetic.h"
 #include "dates/DateTexts.h"
 #include "dates/OriginalDate.h"
+#include "dates/PhotoDateRule.h"
 
 namespace tagmoor {
 
@@ -115,44 +117,33 @@ void runIDOT(const IDOT& rule, RuleWork& work) {
     work.assemble({.second = second});
 }
 
-std::optional<QDateTime> validOnly(const std::optional<QDateTime>& date) {
-    return date && date->isValid() ? date : std::nullopt;
-}
-
 } // namespace
 
+std::optional<QDateTime> wrappedDate(const UpdateDate& rule, const QDateTime& base,
+                                     const QDateTime& own) {
+    RuleWork work(base, own);
+    runUpdateDate(rule, work);
+    return work.work();
+}
+
+std::optional<QDateTime> wrappedDate(const IDOD& rule, const QDateTime& base,
+                                     const QDateTime& own) {
+    RuleWork work(base, own);
+    runIDOD(rule, work);
+    return work.work();
+}
+
+std::optional<QDateTime> wrappedDate(const IDOT& rule, const QDateTime& base,
+                                     const QDateTime& own) {
+    RuleWork work(base, own);
+    runIDOT(rule, work);
+    return work.work();
+}
+
 DateRuleOutcome applyDateRule(const DateTimeConfiguration& rule,
-                              const std::optional<QDateTime>& slotDate,
-                              const std::optional<QDateTime>& ownDate) {
-    const auto slot = validOnly(slotDate);
-    const auto own = validOnly(ownDate);
-
-    // Empty beats keep: a rule with both flags deletes the key.
-    if (rule.isEmptyValue)
-        return DateRuleOutcome::deleteKey();
-    if (rule.isKeepOriginal)
-        return DateRuleOutcome::nothing();
-    if (rule.isSelectDate) {
-        // The photo's own date plays no part, so this also dates a photo that has none.
-        return slot ? DateRuleOutcome::write(sharedDateFormatter().format(*slot))
-                    : DateRuleOutcome::nothing();
-    }
-    if (!rule.isUpdateDate && !rule.isIDOD && !rule.isIDOT)
-        return DateRuleOutcome::nothing();
-    // The update and increment modes never invent a date for a photo that has none.
-    if (!own)
-        return DateRuleOutcome::nothing();
-
-    RuleWork work(slot ? *slot : *own, *own);
-    if (rule.isUpdateDate)
-        runUpdateDate(rule.updateDate, work);
-    else if (rule.isIDOD)
-        runIDOD(rule.idod, work);
-    else
-        runIDOT(rule.idot, work);
-
-    // A last step whose text was refused does not lose the date: the photo's own is written.
-    return DateRuleOutcome::write(sharedDateFormatter().format(work.work() ? *work.work() : *own));
+                              const std::optional<QDateTime>& slot,
+                              const std::optional<QDateTime>& own) {
+    return PhotoDateRule(DateRuleKind::wrapping).apply(rule, slot, own);
 }
 
 DateRuleOutcome applyDateRule(DateField field, const CGImageProperties& record,

@@ -1,7 +1,6 @@
 #include "dates/DateRuleKind.h"
 
-#include "dates/CarriedShift.h"
-#include "dates/OwnDateRule.h"
+#include "dates/PhotoDateRule.h"
 
 namespace tagmoor {
 
@@ -14,22 +13,11 @@ DateRuleKind dateRuleKindFor(bool standardForm, bool carryShifts) {
 DateRuleOutcome applyDateRule(DateRuleKind kind, const DateTimeConfiguration& rule,
                               const std::optional<QDateTime>& slot,
                               const std::optional<QDateTime>& own) {
-    switch (kind) {
-    case DateRuleKind::wrapping:
-        break;
-    case DateRuleKind::carried:
-        return applyCarriedDateRule(rule, slot, own);
-    case DateRuleKind::ownDate:
-        return applyOwnDateRule(rule, slot, own);
-    }
-    return applyDateRule(rule, slot, own);
+    return PhotoDateRule(kind).apply(rule, slot, own);
 }
 
 bool readsOwnClock(DateRuleKind kind, const DateTimeConfiguration& rule) {
-    if (isShiftRule(rule))
-        return true;
-    return kind == DateRuleKind::ownDate && rule.isUpdateDate && !rule.isEmptyValue &&
-           !rule.isKeepOriginal && !rule.isSelectDate;
+    return PhotoDateRule(kind).readsOwnClock(rule);
 }
 
 } // namespace tagmoor

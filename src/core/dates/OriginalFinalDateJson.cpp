@@ -89,8 +89,57 @@ void forEachMember(Self& v, F&& f) {
     f("isKeepOriginalSeconds", v.isKeepOriginalSeconds);
 }
 
+// A rule as it is stored: a flag for each mode and the values of every row. Only the
+// program's own rules have exactly one flag set.
+struct StoredDateRule {
+    bool isKeepOriginal = true;
+    bool isEmptyValue = false;
+    bool isSelectDate = false;
+    bool isUpdateDate = false;
+    bool isIDOD = false;
+    bool isIDOT = false;
+    std::optional<QDateTime> selectDate;
+    UpdateDate updateDate;
+    IDOD idod;
+    IDOT idot;
+};
+
+StoredDateRule storedOf(const DateTimeConfiguration& rule) {
+    const DateRuleInputs& in = rule.inputs();
+    return {rule.is<KeepOriginal>(),
+            rule.is<EmptyValue>(),
+            rule.is<SelectDate>(),
+            rule.is<UpdateDate>(),
+            rule.is<IDOD>(),
+            rule.is<IDOT>(),
+            in.selectDate,
+            in.updateDate,
+            in.idod,
+            in.idot};
+}
+
+// Several flags set read as the mode that a run has always obeyed: an empty value wins over
+// keeping the original, which wins over the modes in the panel's order. No flag keeps the
+// original.
+DateTimeConfiguration ruleOf(const StoredDateRule& s) {
+    const DateRuleInputs in{s.selectDate, s.updateDate, s.idod, s.idot};
+    if (s.isEmptyValue)
+        return {EmptyValue{}, in};
+    if (s.isKeepOriginal)
+        return {KeepOriginal{}, in};
+    if (s.isSelectDate)
+        return {SelectDate{s.selectDate}, in};
+    if (s.isUpdateDate)
+        return {s.updateDate, in};
+    if (s.isIDOD)
+        return {s.idod, in};
+    if (s.isIDOT)
+        return {s.idot, in};
+    return {KeepOriginal{}, in};
+}
+
 template <typename Self, typename F>
-requires std::same_as<std::remove_const_t<Self>, DateTimeConfiguration>
+requires std::same_as<std::remove_const_t<Self>, StoredDateRule>
 void forEachMember(Self& v, F&& f) {
     f("isKeepOriginal", v.isKeepOriginal);
     f("isEmptyValue", v.isEmptyValue);
@@ -125,6 +174,9 @@ template <typename Record>
 requires std::is_class_v<Record>
 void put(Members& members, const char* name, const Record& record) {
     members.emplace_back(name, encode(record));
+}
+void put(Members& members, const char* name, const DateTimeConfiguration& rule) {
+    members.emplace_back(name, encode(storedOf(rule)));
 }
 
 template <typename Record> QByteArray encode(const Record& v) {
@@ -183,6 +235,12 @@ public:
             out = date.toLocalTime();
         else
             m_ok = false;
+    }
+
+    void read(const char* name, DateTimeConfiguration& out) {
+        StoredDateRule stored;
+        read(name, stored);
+        out = ruleOf(stored);
     }
 
     template <typename Record> void read(const char* name, Record& out) {

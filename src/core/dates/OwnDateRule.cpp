@@ -1,21 +1,21 @@
 #include "dates/OwnDateRule.h"
 
-#include "dates/CarriedShift.h"
+#include "dates/DateArithmetic.h"
 #include "dates/DateTexts.h"
+#include "dates/PhotoDateRule.h"
 
 #include <algorithm>
 
 namespace tagmoor {
 
-namespace {
-
-std::optional<QDateTime> updatedDate(const UpdateDate& rule, const QDateTime& own) {
+std::optional<QDateTime> updatedOwnDate(const UpdateDate& rule, const QDateTime& own) {
     const DateParts parts = datePartsOf(own);
     const int year =
         !rule.isKeepOriginalYears && rule.changeYears > 0 ? rule.changeYears : parts.year;
     const int month =
         !rule.isKeepOriginalMonths && rule.changeMonths > 0 ? rule.changeMonths : parts.month;
     const QDate first(year, month, 1);
+    // Numbers that make no date (a month of 13 from a hand-made preset) change nothing.
     if (!first.isValid())
         return std::nullopt;
     const int day = !rule.isKeepOriginalDays && rule.changeDays > 0 ? rule.changeDays : parts.day;
@@ -25,20 +25,10 @@ std::optional<QDateTime> updatedDate(const UpdateDate& rule, const QDateTime& ow
     return ruleDateOf(QDate(year, month, std::min(day, first.daysInMonth())), time);
 }
 
-} // namespace
-
 DateRuleOutcome applyOwnDateRule(const DateTimeConfiguration& rule,
                                  const std::optional<QDateTime>& slot,
                                  const std::optional<QDateTime>& own) {
-    const bool hasOwn = own && own->isValid();
-    if (rule.isEmptyValue || rule.isKeepOriginal || rule.isSelectDate || !hasOwn)
-        return applyDateRule(rule, slot, own);
-    if (rule.isUpdateDate) {
-        // Numbers that make no date (a month of 13 from a hand-made preset) change nothing.
-        const auto date = updatedDate(rule.updateDate, *own);
-        return DateRuleOutcome::write(sharedDateFormatter().format(date ? *date : *own));
-    }
-    return applyCarriedDateRule(rule, std::nullopt, own);
+    return PhotoDateRule(DateRuleKind::ownDate).apply(rule, slot, own);
 }
 
 } // namespace tagmoor

@@ -1,5 +1,7 @@
 #include "dates/ZonedDateRule.h"
 
+#include "dates/PhotoDateRule.h"
+
 #include <QRegularExpression>
 
 namespace tagmoor {
@@ -25,27 +27,7 @@ DateRuleOutcome applyDateRuleInZone(const DateTimeConfiguration& rule,
                                     const std::optional<QDateTime>& slot,
                                     const std::optional<QDateTime>& own, const DateZone& zone,
                                     DateRuleKind kind) {
-    const auto apply = [&](const std::optional<QDateTime>& date) {
-        return applyDateRule(kind, rule, slot, date);
-    };
-    if (!readsOwnClock(kind, rule) || !own || !own->isValid())
-        return apply(own);
-    // The rules count on the user's clock; the photo's clock is handed in as if it were it.
-    const QDateTime clock = own->toOffsetFromUtc(zone.offsetSeconds);
-    const QDateTime asLocal(clock.date(), clock.time(), Qt::LocalTime);
-    if (!asLocal.isValid() || asLocal.date() != clock.date() || asLocal.time() != clock.time())
-        return apply(own);
-    DateRuleOutcome outcome = apply(asLocal);
-    if (outcome.action != DateRuleOutcome::Action::writeText)
-        return outcome;
-    // "yyyy-MM-dd HH:mm:ss" on the photo's clock, written in ISO 8601 with its zone.
-    static const QRegularExpression ruleText(
-        QStringLiteral(R"(^(\d{4,}-\d{2}-\d{2}) (\d{2}:\d{2}:\d{2})$)"));
-    const auto m = ruleText.match(outcome.text);
-    if (!m.hasMatch())
-        return apply(own);
-    outcome.text = m.captured(1) + QLatin1Char('T') + m.captured(2) + zone.text;
-    return outcome;
+    return PhotoDateRule(kind).apply(rule, slot, own, zone);
 }
 
 DateRuleOutcome applyDateRuleInZone(const DateTimeConfiguration& rule,

@@ -24,6 +24,25 @@ QString ruleText(const DateParts& p) {
            QString::asprintf("%02d-%02d-%02d", p.hour, p.minute, p.second);
 }
 
+// The rule's mode for the panel's mode, with the values of its row.
+DateTimeConfiguration::Mode modeOfRows(DateMode mode, const DateRuleInputs& rows) {
+    switch (mode) {
+    case DateMode::keepOriginal:
+        break;
+    case DateMode::emptyValue:
+        return EmptyValue{};
+    case DateMode::selectDate:
+        return SelectDate{rows.selectDate};
+    case DateMode::updateDate:
+        return rows.updateDate;
+    case DateMode::incrementDate:
+        return rows.idod;
+    case DateMode::incrementTime:
+        return rows.idot;
+    }
+    return KeepOriginal{};
+}
+
 } // namespace
 
 DateMode modeOf(DatePart part) {
@@ -65,7 +84,8 @@ DatePanelState::DatePanelState(const Opening& opening)
 }
 
 void DatePanelState::restore(const DateTimeConfiguration& rule) {
-    const UpdateDate& u = rule.updateDate;
+    const DateRuleInputs& rows = rule.inputs();
+    const UpdateDate& u = rows.updateDate;
     m_numbers[at(DatePart::updateDay)] = u.changeDays;
     m_numbers[at(DatePart::updateMonth)] = u.changeMonths;
     m_numbers[at(DatePart::updateYear)] = u.changeYears;
@@ -76,35 +96,25 @@ void DatePanelState::restore(const DateTimeConfiguration& rule) {
     if (const QTime time(u.changeHours, u.changeMinutes, u.changeSeconds); time.isValid())
         m_updateTime = time;
 
-    m_numbers[at(DatePart::incrementDay)] = rule.idod.changeDays;
-    m_numbers[at(DatePart::incrementMonth)] = rule.idod.changeMonths;
-    m_numbers[at(DatePart::incrementYear)] = rule.idod.changeYears;
-    m_keeps[at(DatePart::incrementDay)] = rule.idod.isKeepOriginalDays;
-    m_keeps[at(DatePart::incrementMonth)] = rule.idod.isKeepOriginalMonths;
-    m_keeps[at(DatePart::incrementYear)] = rule.idod.isKeepOriginalYears;
+    m_numbers[at(DatePart::incrementDay)] = rows.idod.changeDays;
+    m_numbers[at(DatePart::incrementMonth)] = rows.idod.changeMonths;
+    m_numbers[at(DatePart::incrementYear)] = rows.idod.changeYears;
+    m_keeps[at(DatePart::incrementDay)] = rows.idod.isKeepOriginalDays;
+    m_keeps[at(DatePart::incrementMonth)] = rows.idod.isKeepOriginalMonths;
+    m_keeps[at(DatePart::incrementYear)] = rows.idod.isKeepOriginalYears;
 
-    m_numbers[at(DatePart::incrementHour)] = rule.idot.changeHours;
-    m_numbers[at(DatePart::incrementMinute)] = rule.idot.changeMinutes;
-    m_numbers[at(DatePart::incrementSecond)] = rule.idot.changeSeconds;
-    m_keeps[at(DatePart::incrementHour)] = rule.idot.isKeepOriginalHours;
-    m_keeps[at(DatePart::incrementMinute)] = rule.idot.isKeepOriginalMinutes;
-    m_keeps[at(DatePart::incrementSecond)] = rule.idot.isKeepOriginalSeconds;
+    m_numbers[at(DatePart::incrementHour)] = rows.idot.changeHours;
+    m_numbers[at(DatePart::incrementMinute)] = rows.idot.changeMinutes;
+    m_numbers[at(DatePart::incrementSecond)] = rows.idot.changeSeconds;
+    m_keeps[at(DatePart::incrementHour)] = rows.idot.isKeepOriginalHours;
+    m_keeps[at(DatePart::incrementMinute)] = rows.idot.isKeepOriginalMinutes;
+    m_keeps[at(DatePart::incrementSecond)] = rows.idot.isKeepOriginalSeconds;
 
-    if (rule.selectDate && rule.selectDate->isValid())
-        m_selectDate = *rule.selectDate;
+    if (rows.selectDate && rows.selectDate->isValid())
+        m_selectDate = *rows.selectDate;
 
-    if (rule.isEmptyValue)
-        m_mode = DateMode::emptyValue;
-    else if (rule.isSelectDate)
-        m_mode = DateMode::selectDate;
-    else if (rule.isUpdateDate)
-        m_mode = DateMode::updateDate;
-    else if (rule.isIDOD)
-        m_mode = DateMode::incrementDate;
-    else if (rule.isIDOT)
-        m_mode = DateMode::incrementTime;
-    else
-        m_mode = DateMode::keepOriginal;
+    // The panel lists its modes in the order of the rule's.
+    m_mode = DateMode(rule.mode().index());
 }
 
 bool DatePanelState::isModeAvailable(DateMode mode) const {
@@ -306,17 +316,12 @@ QString DatePanelState::buildSummary() const {
 }
 
 DateTimeConfiguration DatePanelState::rule() const {
-    DateTimeConfiguration rule;
-    rule.isKeepOriginal = m_mode == DateMode::keepOriginal;
-    rule.isEmptyValue = m_mode == DateMode::emptyValue;
-    rule.isSelectDate = m_mode == DateMode::selectDate;
-    rule.isUpdateDate = m_mode == DateMode::updateDate;
-    rule.isIDOD = m_mode == DateMode::incrementDate;
-    rule.isIDOT = m_mode == DateMode::incrementTime;
-    if (rule.isSelectDate)
-        rule.selectDate = m_selectDate;
+    // Every row is kept, so that the panel opens again as it was left.
+    DateRuleInputs rows;
+    if (m_mode == DateMode::selectDate)
+        rows.selectDate = m_selectDate;
 
-    UpdateDate& u = rule.updateDate;
+    UpdateDate& u = rows.updateDate;
     u.changeDays = number(DatePart::updateDay);
     u.changeMonths = number(DatePart::updateMonth);
     u.changeYears = number(DatePart::updateYear);
@@ -329,13 +334,13 @@ DateTimeConfiguration DatePanelState::rule() const {
     u.isKeepOriginalYears = isKept(DatePart::updateYear);
     u.isKeepOriginalTime = isKept(DatePart::updateTime);
 
-    rule.idod = {number(DatePart::incrementDay),   number(DatePart::incrementMonth),
+    rows.idod = {number(DatePart::incrementDay),   number(DatePart::incrementMonth),
                  number(DatePart::incrementYear),  isKept(DatePart::incrementDay),
                  isKept(DatePart::incrementMonth), isKept(DatePart::incrementYear)};
-    rule.idot = {number(DatePart::incrementHour),   number(DatePart::incrementMinute),
+    rows.idot = {number(DatePart::incrementHour),   number(DatePart::incrementMinute),
                  number(DatePart::incrementSecond), isKept(DatePart::incrementHour),
                  isKept(DatePart::incrementMinute), isKept(DatePart::incrementSecond)};
-    return rule;
+    return {modeOfRows(m_mode, rows), rows};
 }
 
 } // namespace tagmoor

@@ -56,24 +56,24 @@ QString incDecText(const QString& parts) {
 
 QString dateSummary(const DateTimeConfiguration& rule, const std::optional<QDateTime>& slot,
                     SummaryParts shown) {
-    if (rule.isEmptyValue)
+    if (rule.is<EmptyValue>())
         return tr("Empty Value");
-    if (rule.isSelectDate)
-        return rule.selectDate ? mediumDateTimeText(*rule.selectDate) : QString();
-    if (rule.isUpdateDate)
-        return updateText(rule.updateDate, slot, shown);
-    if (rule.isIDOD) {
+    if (const auto* select = rule.as<SelectDate>())
+        return select->selectDate ? mediumDateTimeText(*select->selectDate) : QString();
+    if (const auto* update = rule.as<UpdateDate>())
+        return updateText(*update, slot, shown);
+    if (const auto* idod = rule.as<IDOD>()) {
         Parts row{shown, {}};
-        row.add("Day", rule.idod.changeDays, rule.idod.isKeepOriginalDays);
-        row.add("Month", rule.idod.changeMonths, rule.idod.isKeepOriginalMonths);
-        row.add("Year", rule.idod.changeYears, rule.idod.isKeepOriginalYears);
+        row.add("Day", idod->changeDays, idod->isKeepOriginalDays);
+        row.add("Month", idod->changeMonths, idod->isKeepOriginalMonths);
+        row.add("Year", idod->changeYears, idod->isKeepOriginalYears);
         return incDecText(row.text);
     }
-    if (rule.isIDOT) {
+    if (const auto* idot = rule.as<IDOT>()) {
         Parts row{shown, {}};
-        row.add("Hour", rule.idot.changeHours, rule.idot.isKeepOriginalHours);
-        row.add("Minute", rule.idot.changeMinutes, rule.idot.isKeepOriginalMinutes);
-        row.add("Second", rule.idot.changeSeconds, rule.idot.isKeepOriginalSeconds);
+        row.add("Hour", idot->changeHours, idot->isKeepOriginalHours);
+        row.add("Minute", idot->changeMinutes, idot->isKeepOriginalMinutes);
+        row.add("Second", idot->changeSeconds, idot->isKeepOriginalSeconds);
         return incDecText(row.text);
     }
     return keepOriginal();

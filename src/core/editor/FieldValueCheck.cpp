@@ -219,24 +219,21 @@ std::optional<QString> refusedValueKind(const FormField& field, const CGImagePro
 
 std::optional<QString> refusedDateRule(DateField field, const DateTimeConfiguration& rule,
                                        const std::optional<QDateTime>& slot) {
-    // As a run reads the rule: an empty value wins over keeping the original, which wins over
-    // the rest.
-    if (rule.isEmptyValue || rule.isKeepOriginal)
-        return std::nullopt;
-    const bool setsYear =
-        rule.isSelectDate || (rule.isUpdateDate && !rule.updateDate.isKeepOriginalYears);
+    const auto* update = rule.as<UpdateDate>();
+    const bool setsYear = rule.is<SelectDate>() || (update && !update->isKeepOriginalYears);
     if (setsYear && slot && slot->isValid()) {
         // The year as the rule writes it: the shared formatter's calendar, not Qt's, counts
         // the years of its text (they differ before 1582).
         const QString text = sharedDateFormatter().format(*slot);
         return refusedYear(field, text.left(text.indexOf(QLatin1Char('-'), 1)).toInt());
     }
-    if (!rule.isSelectDate && !rule.isUpdateDate && rule.isIDOD && !rule.idod.isKeepOriginalYears &&
-        std::abs(qint64(rule.idod.changeYears)) > kLastYear - kFirstYear)
+    if (const auto* idod = rule.as<IDOD>();
+        idod && !idod->isKeepOriginalYears &&
+        std::abs(qint64(idod->changeYears)) > kLastYear - kFirstYear)
         return QStringLiteral("%1: a shift of %2 years leaves every date outside the years %3 to "
                               "%4")
             .arg(formNameOf(field))
-            .arg(rule.idod.changeYears)
+            .arg(idod->changeYears)
             .arg(yearText(kFirstYear), yearText(kLastYear));
     return std::nullopt;
 }

@@ -32,86 +32,77 @@ void RenamePanel::open(const QString& baseName, const QString& extension) {
 }
 
 RenamePanel::Option RenamePanel::option() const {
-    if (m_live.isAddText)
-        return Option::add;
-    if (m_live.isReplaceText)
-        return Option::replace;
-    if (m_live.isChangeFileNameFormat)
-        return Option::format;
-    if (m_live.isCaptureDateName)
-        return Option::capture;
-    return Option::keep;
+    // The options are listed in the order of the rule's choices.
+    return Option(m_live.choice().index());
 }
 
 void RenamePanel::clickOption(Option option) {
-    const Rename defaults;
-    Rename next = defaults;
+    // Choosing the option that is on keeps its values; any other starts from its defaults.
+    if (option == this->option())
+        return;
     switch (option) {
     case Option::keep:
+        m_live = KeepOriginalName{};
         break;
     case Option::add:
-        next.isKeepOriginal = false;
-        next.isAddText = true;
-        next.addTextValueAT = m_live.addTextValueAT;
-        next.addTextPositionAT = m_live.addTextPositionAT;
+        m_live = AddText{};
         break;
     case Option::replace:
-        next.isKeepOriginal = false;
-        next.isReplaceText = true;
-        next.findTextRT = m_live.findTextRT;
-        next.replaceWithRT = m_live.replaceWithRT;
+        m_live = ReplaceText{};
         break;
     case Option::format:
-        next.isKeepOriginal = false;
-        next.isChangeFileNameFormat = true;
-        next.nameFormatNF = m_live.nameFormatNF;
-        next.whereTextPositionNF = m_live.whereTextPositionNF;
-        next.customFormatValueNF = m_live.customFormatValueNF;
-        next.startNumberAtNF = m_live.startNumberAtNF;
-        next.minNumberDigitsNF = m_live.minNumberDigitsNF;
+        m_live = ChangeFileNameFormat{};
         break;
     case Option::capture:
-        next.isKeepOriginal = false;
-        next.isCaptureDateName = true;
-        next.captureDatePatternCD = m_live.captureDatePatternCD;
+        m_live = CaptureDateName{};
         break;
     }
-    m_live = next;
 }
 
+// The inputs of an option that is off are disabled, so a value for it has nowhere to go.
 void RenamePanel::setAddText(const QString& text) {
-    m_live.addTextValueAT = text;
+    if (auto* add = m_live.as<AddText>())
+        add->addTextValueAT = text;
 }
 void RenamePanel::setAddPosition(int row) {
-    m_live.addTextPositionAT = positionOfRow(row);
+    if (auto* add = m_live.as<AddText>())
+        add->addTextPositionAT = positionOfRow(row);
 }
 void RenamePanel::setFindText(const QString& text) {
-    m_live.findTextRT = text;
+    if (auto* replace = m_live.as<ReplaceText>())
+        replace->findTextRT = text;
 }
 void RenamePanel::setReplaceWith(const QString& text) {
-    m_live.replaceWithRT = text;
+    if (auto* replace = m_live.as<ReplaceText>())
+        replace->replaceWithRT = text;
 }
 void RenamePanel::setWhereRow(int row) {
-    m_live.whereTextPositionNF = positionOfRow(row);
+    if (auto* format = m_live.as<ChangeFileNameFormat>())
+        format->whereTextPositionNF = positionOfRow(row);
 }
 void RenamePanel::setCustomFormat(const QString& text) {
-    m_live.customFormatValueNF = text;
+    if (auto* format = m_live.as<ChangeFileNameFormat>())
+        format->customFormatValueNF = text;
 }
 void RenamePanel::setCapturePattern(const QString& text) {
-    m_live.captureDatePatternCD = text;
+    if (auto* capture = m_live.as<CaptureDateName>())
+        capture->captureDatePatternCD = text;
 }
 void RenamePanel::setMinDigitsRow(int row) {
-    m_live.minNumberDigitsNF = std::clamp(row, 0, 7);
+    if (auto* format = m_live.as<ChangeFileNameFormat>())
+        format->minNumberDigitsNF = std::clamp(row, 0, 7);
 }
 
 void RenamePanel::setNameFormatRow(int row) {
-    m_live.nameFormatNF = row == 1   ? NameFormat::nameAndCounter()
-                          : row == 2 ? NameFormat::nameAndDate()
-                                     : NameFormat::nameAndIndex();
+    if (auto* format = m_live.as<ChangeFileNameFormat>())
+        format->nameFormatNF = row == 1   ? NameFormat::nameAndCounter()
+                               : row == 2 ? NameFormat::nameAndDate()
+                                          : NameFormat::nameAndIndex();
 }
 
 int RenamePanel::nameFormatRow() const {
-    switch (m_live.nameFormatNF.kind) {
+    const auto* format = m_live.as<ChangeFileNameFormat>();
+    switch (format ? format->nameFormatNF.kind : NameFormat::Case::nameAndIndex) {
     case NameFormat::Case::nameAndCounter:
         return 1;
     case NameFormat::Case::nameAndDate:
@@ -123,21 +114,23 @@ int RenamePanel::nameFormatRow() const {
 }
 
 QString RenamePanel::setStartNumberText(const QString& text) {
+    auto* format = m_live.as<ChangeFileNameFormat>();
     if (text.trimmed().isEmpty()) {
-        m_live.startNumberAtNF = 1;
+        if (format)
+            format->startNumberAtNF = 1;
         return QStringLiteral("1");
     }
     // The field takes any number as typed (a sign or a decimal point included); its integer
     // value is what counts.
     bool ok = false;
     const double value = text.toDouble(&ok);
-    if (ok)
-        m_live.startNumberAtNF = qint64(value);
+    if (ok && format)
+        format->startNumberAtNF = qint64(value);
     return text;
 }
 
 RenamePanel::FormatEnabled RenamePanel::formatEnabled() const {
-    if (!m_live.isChangeFileNameFormat)
+    if (!m_live.is<ChangeFileNameFormat>())
         return {};
     switch (nameFormatRow()) {
     case 1:
@@ -153,9 +146,10 @@ QString RenamePanel::example(Option which) const {
     if (which != option() || which == Option::keep)
         return tr("Example:");
     // The capture date of a photo is known only in the run: the example shows this moment.
-    const QString base = which == Option::capture ? captureDateName(m_live.captureDatePatternCD,
-                                                                    QDateTime::currentDateTime())
-                                                  : exampleBase(m_live, m_base);
+    const auto* capture = m_live.as<CaptureDateName>();
+    const QString base =
+        capture ? captureDateName(capture->captureDatePatternCD, QDateTime::currentDateTime())
+                : exampleBase(m_live, m_base);
     return tr("Example: ") + base + QStringLiteral(".") + m_extension;
 }
 
@@ -165,12 +159,12 @@ bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting) {
         m_isOpened = false;
         return true;
     }
-    if (chosen == Option::add && m_live.addTextValueAT.isEmpty()) {
+    if (const auto* add = m_live.as<AddText>(); add && add->addTextValueAT.isEmpty()) {
         prompt.ask(
             Alert::ok(tr("'Add Text' textfield is empty"), tr("'Add Text' textfield is empty")));
         return false;
     }
-    if (chosen == Option::replace && m_live.findTextRT.isEmpty()) {
+    if (const auto* replace = m_live.as<ReplaceText>(); replace && replace->findTextRT.isEmpty()) {
         prompt.ask(Alert::ok(tr("'Find' textfield is empty"), tr("'Find' textfield is empty")));
         return false;
     }
@@ -179,8 +173,8 @@ bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting) {
         prompt.ask(Alert::ok(tr("The name can not hold \"/\""), *refused));
         return false;
     }
-    if (chosen == Option::capture) {
-        if (const auto refused = refusedCaptureDatePattern(m_live.captureDatePatternCD)) {
+    if (const auto* capture = m_live.as<CaptureDateName>()) {
+        if (const auto refused = refusedCaptureDatePattern(capture->captureDatePatternCD)) {
             prompt.ask(Alert::ok(tr("The date pattern can not make names"), *refused));
             return false;
         }

@@ -16,7 +16,7 @@ QString placed(const QString& text, const QString& addition, RenamePosition posi
     return position == RenamePosition::afterName ? text + addition : addition + text;
 }
 
-QString replaced(const Rename& rule, const QString& baseName) {
+QString replaced(const ReplaceText& rule, const QString& baseName) {
     // The whole name is folded to lower case, matched or not; only the replacement keeps the
     // case it was typed in.
     QString name = baseName.toLower();
@@ -26,7 +26,7 @@ QString replaced(const Rename& rule, const QString& baseName) {
     return name;
 }
 
-QString formatted(const Rename& rule, const QString& baseName, qint64 firstNumber,
+QString formatted(const ChangeFileNameFormat& rule, const QString& baseName, qint64 firstNumber,
                   const QDateTime& now) {
     const QString text = rule.customFormatValueNF.isEmpty() ? baseName : rule.customFormatValueNF;
     // A start number and a running number near the ends of the 64-bit range wrap around
@@ -75,21 +75,19 @@ QString renameDateText(const QDateTime& moment) {
 
 QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNumber,
                     const QDateTime& now) {
-    if (rule.isKeepOriginal)
-        return baseName;
-    if (rule.isAddText)
-        return placed(baseName, rule.addTextValueAT, rule.addTextPositionAT);
-    if (rule.isReplaceText)
-        return replaced(rule, baseName);
-    if (rule.isChangeFileNameFormat)
-        return formatted(rule, baseName, firstNumber, now);
+    if (const auto* add = rule.as<AddText>())
+        return placed(baseName, add->addTextValueAT, add->addTextPositionAT);
+    if (const auto* replace = rule.as<ReplaceText>())
+        return replaced(*replace, baseName);
+    if (const auto* format = rule.as<ChangeFileNameFormat>())
+        return formatted(*format, baseName, firstNumber, now);
+    // Keeping the name, and names from the capture date, which the run makes itself.
     return baseName;
 }
 
 QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNumber) {
-    const bool dated = !rule.isKeepOriginal && !rule.isAddText && !rule.isReplaceText &&
-                       rule.isChangeFileNameFormat &&
-                       rule.nameFormatNF.kind == NameFormat::Case::nameAndDate;
+    const auto* format = rule.as<ChangeFileNameFormat>();
+    const bool dated = format && format->nameFormatNF.kind == NameFormat::Case::nameAndDate;
     return renamedBase(rule, baseName, firstNumber,
                        dated ? distinctRenameMoment() : QDateTime::currentDateTime());
 }
@@ -115,19 +113,18 @@ std::optional<QString> refusedRenameText(const Rename& rule) {
                               "folder")
             .arg(QLatin1String(what));
     };
-    if (rule.isKeepOriginal)
-        return std::nullopt;
-    if (rule.isAddText)
-        return rule.addTextValueAT.contains(slash) ? std::optional(refuse("text to add"))
+    if (const auto* add = rule.as<AddText>())
+        return add->addTextValueAT.contains(slash) ? std::optional(refuse("text to add"))
                                                    : std::nullopt;
-    if (rule.isReplaceText) {
-        if (rule.findTextRT.contains(slash))
+    if (const auto* replace = rule.as<ReplaceText>()) {
+        if (replace->findTextRT.contains(slash))
             return refuse("text to find");
-        if (rule.replaceWithRT.contains(slash))
+        if (replace->replaceWithRT.contains(slash))
             return refuse("replacement text");
         return std::nullopt;
     }
-    if (rule.isChangeFileNameFormat && rule.customFormatValueNF.contains(slash))
+    if (const auto* format = rule.as<ChangeFileNameFormat>();
+        format && format->customFormatValueNF.contains(slash))
         return refuse("custom text");
     return std::nullopt;
 }

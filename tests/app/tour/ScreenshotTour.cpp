@@ -365,9 +365,9 @@ int main(int argc, char** argv) {
         if (p.fNumber > 0)
             values.exifProperties->fNumber = p.fNumber;
         OriginalFinalDate rules;
-        rules.configurationTimeOriginal.isKeepOriginal = false;
-        rules.configurationTimeOriginal.isIDOT = true;
-        rules.configurationTimeOriginal.idot.changeHours = 1;
+        IDOT shift;
+        shift.changeHours = 1;
+        rules.configurationTimeOriginal = shift;
         rules.dateTimeOriginalAlive = p.fNumber > 0;
         store.replaceValues(at, values, rules);
     }

@@ -96,10 +96,7 @@ TEST(ChangePlan, ListsExactlyWhatTheRunDoes) {
         RunValues v = editRun(ProcessingMode::keepUnedited, out);
         edit(v, "Artist", "Jane Doe");
         edit(v, "Iptc.Application2.City", QStringLiteral("Zürich"));
-        v.renameSettings.isKeepOriginal = false;
-        v.renameSettings.isAddText = true;
-        v.renameSettings.addTextPositionAT = RenamePosition::afterName;
-        v.renameSettings.addTextValueAT = standard ? "_s" : "_e";
+        v.renameSettings = AddText{standard ? "_s" : "_e", RenamePosition::afterName};
         v.writeOptions.standardForm = standard;
 
         const auto before = folderChecksums(tmp.path());

@@ -164,7 +164,7 @@ TEST_F(Driver, ControllerAsksTheStopQuestionThroughThePrompt) {
     DateRuleStore editorDates;
     RunValues live = values;
     live.overwriteExisting = true;
-    live.renameSettings.isKeepOriginal = false;
+    live.renameSettings = AddText{};
     bool emptied = false;
     QObject::connect(&controller, &BatchController::finishedAndReset, [&] { emptied = true; });
     controller.clickedFinish(live, editorDates, false);
@@ -198,10 +198,7 @@ TEST_F(Driver, ParallelRunEqualsSequentialRun) {
             RunValues v = values;
             v.destinationFolder = dest;
             v.overwriteExisting = overwrite;
-            v.renameSettings.isKeepOriginal = false;
-            v.renameSettings.isReplaceText = true;
-            v.renameSettings.findTextRT = "1";
-            v.renameSettings.replaceWithRT = "x";
+            v.renameSettings = ReplaceText{"1", "x"};
             QDir().mkpath(dest);
             makeJpeg(dest + "/p00x.jpg"); // in the way of one photo
             RenameNumbering numbering;

@@ -85,16 +85,9 @@ TEST(FieldEdits, DateFieldsFollowTheirRulesWhenFlagged) {
     photo.exifProperties->dateTimeOriginal =
         PropertyValue(QDateTime(QDate(2020, 5, 6), QTime(10, 22, 33)));
 
-    auto& original = v.editorDates.rule(DateField::dateTimeOriginal);
-    original.isKeepOriginal = false;
-    original.isIDOT = true;
-    original.idot.changeHours = 2;
-    original.idot.isKeepOriginalMinutes = original.idot.isKeepOriginalSeconds = true;
-    auto& created = v.editorDates.rule(DateField::createDateXMP);
-    created.isEmptyValue = true; // wins over keep original
-    auto& modified = v.editorDates.rule(DateField::modifyDate);
-    modified.isKeepOriginal = false;
-    modified.isSelectDate = true;
+    v.editorDates.rule(DateField::dateTimeOriginal) = IDOT{2, 0, 0, false, true, true};
+    v.editorDates.rule(DateField::createDateXMP) = EmptyValue{};
+    v.editorDates.rule(DateField::modifyDate) = SelectDate{};
     v.editorDates.slot(DateField::modifyDate) = QDateTime(QDate(2001, 2, 3), QTime(4, 5, 6));
 
     const FieldEdits unflagged = PhotoPipeline(v).fieldEditsFor(photo);

@@ -26,15 +26,9 @@ RunValues goldenRun(ProcessingMode mode, const std::optional<QString>& out) {
     edit(v, "City", "Paris");
     edit(v, "Headline", "Morning");
     edit(v, "LensXMP", "Lens 50");
-    auto& original = v.editorDates.rule(DateField::dateTimeOriginal);
-    original.isKeepOriginal = false;
-    original.isIDOT = true;
-    original.idot.changeHours = 1;
-    original.idot.isKeepOriginalMinutes = original.idot.isKeepOriginalSeconds = true;
+    v.editorDates.rule(DateField::dateTimeOriginal) = IDOT{1, 0, 0, false, true, true};
+    v.editorDates.rule(DateField::modifyDate) = SelectDate{};
     v.fieldEditedFlags.set(formpos::DateTimeOriginal);
-    auto& modified = v.editorDates.rule(DateField::modifyDate);
-    modified.isKeepOriginal = false;
-    modified.isSelectDate = true;
     v.editorDates.slot(DateField::modifyDate) = QDateTime(QDate(2011, 3, 4), QTime(5, 6, 7));
     v.fieldEditedFlags.set(formpos::ModifyDate);
     return v;

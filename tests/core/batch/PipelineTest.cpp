@@ -75,10 +75,7 @@ TEST_F(Pipeline, KeepSourceEditsInPlaceOrCopiesBesideWithARename) {
 
     const QByteArray before = checksum(src);
     edit(v, "Artist", "Kim");
-    v.renameSettings.isKeepOriginal = false;
-    v.renameSettings.isAddText = true;
-    v.renameSettings.addTextValueAT = "_v2";
-    v.renameSettings.addTextPositionAT = RenamePosition::afterName;
+    v.renameSettings = AddText{"_v2", RenamePosition::afterName};
     r = runBatch(v, recordsOf({src}));
     EXPECT_EQ(r.totalProcessedPhotos, 1);
     EXPECT_EQ(checksum(src), before);
@@ -196,9 +193,7 @@ TEST_F(Pipeline, FailedWriteInPlaceLeavesTheSourceWhole) {
 TEST_F(Pipeline, ModifyDateSetsTheFileTimeAndRemovalStripsGroups) {
     const QString src = copySample(formatsDir() + "/et-GPS.jpg", dir("in"));
     RunValues v = editRun(ProcessingMode::keepUnedited, dir("out"));
-    auto& rule = v.editorDates.rule(DateField::modifyDate);
-    rule.isKeepOriginal = false;
-    rule.isSelectDate = true;
+    v.editorDates.rule(DateField::modifyDate) = SelectDate{};
     v.editorDates.slot(DateField::modifyDate) = QDateTime(QDate(2011, 3, 4), QTime(5, 6, 7));
     v.fieldEditedFlags.set(formpos::ModifyDate);
     ASSERT_EQ(runBatch(v, recordsOf({src})).totalProcessedPhotos, 1);
@@ -222,11 +217,11 @@ TEST_F(Pipeline, RenameNumbersContinueAcrossRunsAndSkipsUseThemUp) {
     const QString a = makeJpeg(dir("in") + "/a.jpg");
     const QString gone = dir("in") + "/gone.jpg";
     RunValues v = editRun(ProcessingMode::keepUnedited, dir("out"));
-    v.renameSettings.isKeepOriginal = false;
-    v.renameSettings.isChangeFileNameFormat = true;
-    v.renameSettings.nameFormatNF = NameFormat::nameAndCounter();
-    v.renameSettings.minNumberDigitsNF = 3;
-    v.renameSettings.whereTextPositionNF = RenamePosition::afterName;
+    ChangeFileNameFormat counter;
+    counter.nameFormatNF = NameFormat::nameAndCounter();
+    counter.minNumberDigitsNF = 3;
+    counter.whereTextPositionNF = RenamePosition::afterName;
+    v.renameSettings = counter;
     RenameNumbering numbering;
     runBatch(v, recordsOf({gone, a}), numbering);
     runBatch(v, recordsOf({a}), numbering);

@@ -170,10 +170,7 @@ TEST_F(Safety, NamesThatClimbAreRefused) {
                                   inPlace ? std::nullopt : std::optional(out()));
             edit(v, "Artist", "Jane");
             v.overwriteExisting = true;
-            v.renameSettings.isKeepOriginal = false;
-            v.renameSettings.isReplaceText = true;
-            v.renameSettings.findTextRT = find;
-            v.renameSettings.replaceWithRT = replacement;
+            v.renameSettings = ReplaceText{find, replacement};
             ASSERT_TRUE(refusedRenameText(v.renameSettings).has_value() ==
                         replacement.contains('/'));
             QDir().mkpath(out());
@@ -493,10 +490,10 @@ TEST_F(Safety, DateNamesOfOneRunAreDistinct) {
     for (int i = 0; i < 6; ++i)
         photos << photo(QStringLiteral("p%1.jpg").arg(i));
     RunValues v = editRun(ProcessingMode::keepUnedited, out());
-    v.renameSettings.isKeepOriginal = false;
-    v.renameSettings.isChangeFileNameFormat = true;
-    v.renameSettings.nameFormatNF = NameFormat::nameAndDate();
-    v.renameSettings.customFormatValueNF = "trip";
+    ChangeFileNameFormat dated;
+    dated.nameFormatNF = NameFormat::nameAndDate();
+    dated.customFormatValueNF = "trip";
+    v.renameSettings = dated;
     const PhotoPipeline pipeline(v);
     QSet<QString> names;
     for (int i = 0; i < 200; ++i)

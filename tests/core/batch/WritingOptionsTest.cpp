@@ -88,10 +88,8 @@ QString exiftoolValue(const QString& path, const QString& tag) {
 }
 
 DateTimeConfiguration shiftTime(int hours) {
-    DateTimeConfiguration rule;
-    rule.isKeepOriginal = false;
-    rule.isIDOT = true;
-    rule.idot.changeHours = hours;
+    IDOT rule;
+    rule.changeHours = hours;
     return rule;
 }
 
@@ -352,9 +350,7 @@ TEST_F(WritingOptions, IptcTextOutsideAsciiIsDeclaredUtf8) {
 TEST_F(WritingOptions, CarriedShiftCrossesTheYearEnd) {
     const QString photo = copy("Reagan.jpg");
     RunValues select = editRun(ProcessingMode::keepUnedited);
-    DateTimeConfiguration at;
-    at.isKeepOriginal = false;
-    at.isSelectDate = true;
+    const DateTimeConfiguration at = SelectDate{};
     select.editorDates.slot(DateField::dateTimeOriginal) =
         QDateTime(QDate(2020, 12, 31), QTime(23, 37, 53));
     setDateRule(select, DateField::dateTimeOriginal, at);
@@ -394,8 +390,7 @@ TEST_F(WritingOptions, CaptureDateNamesAreUniqueAndSafe) {
     const QList<CGImageProperties> records = loaded(photos + QStringList{undated});
     RunValues v = editRun(ProcessingMode::keepUnedited, tmp.path() + "/out");
     QDir().mkpath(tmp.path() + "/out");
-    v.renameSettings.isKeepOriginal = false;
-    v.renameSettings.isCaptureDateName = true;
+    v.renameSettings = CaptureDateName{};
     const BatchResult result = runBatch(v, records);
     EXPECT_EQ(result.totalProcessedPhotos, 21);
     QStringList names = fileNames(tmp.path() + "/out");
@@ -408,7 +403,7 @@ TEST_F(WritingOptions, CaptureDateNamesAreUniqueAndSafe) {
     RunValues odd = v;
     odd.destinationFolder = tmp.path() + "/odd";
     QDir().mkpath(tmp.path() + "/odd");
-    odd.renameSettings.captureDatePatternCD = "yyyy/MM/dd HH:mm:ss";
+    odd.renameSettings = CaptureDateName{"yyyy/MM/dd HH:mm:ss"};
     EXPECT_EQ(runBatch(odd, records.mid(0, 2)).totalProcessedPhotos, 2);
     for (const QString& name : fileNames(tmp.path() + "/odd")) {
         EXPECT_FALSE(name.contains(':') || name.contains('/')) << name.toStdString();

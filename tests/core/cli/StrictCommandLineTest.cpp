@@ -124,10 +124,9 @@ TEST_F(StrictCommandLine, APresetsValuesGetTheSameChecks) {
          "ISO takes a number, not a value of kind text"},
         {presetWith("Shift",
                     [](ActualPreset& p) {
-                        DateTimeConfiguration& shift = p.timeSetting->configurationModifyDate;
-                        shift.isKeepOriginal = false;
-                        shift.isIDOD = true;
-                        shift.idod.changeYears = 20000;
+                        IDOD shift;
+                        shift.changeYears = 20000;
+                        p.timeSetting->configurationModifyDate = shift;
                         p.timeSetting->alive(DateField::modifyDate) = true;
                     }),
          "ModifyDate: a shift of 20000 years"},

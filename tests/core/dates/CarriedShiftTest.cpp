@@ -17,19 +17,11 @@ std::optional<QDateTime> at(const char* text) {
 }
 
 DateTimeConfiguration idod(int days, int months, int years, bool keepDays = false) {
-    DateTimeConfiguration rule;
-    rule.isKeepOriginal = false;
-    rule.isIDOD = true;
-    rule.idod = {days, months, years, keepDays, false, false};
-    return rule;
+    return IDOD{days, months, years, keepDays, false, false};
 }
 
 DateTimeConfiguration idot(int hours, int minutes, int seconds, bool keepHours = false) {
-    DateTimeConfiguration rule;
-    rule.isKeepOriginal = false;
-    rule.isIDOT = true;
-    rule.idot = {hours, minutes, seconds, keepHours, false, false};
-    return rule;
+    return IDOT{hours, minutes, seconds, keepHours, false, false};
 }
 
 TEST(CarriedShift, CarriesAcrossMidnightMonthEndsLeapDaysAndYearEnds) {
@@ -62,12 +54,9 @@ TEST(CarriedShift, CarriesAcrossMidnightMonthEndsLeapDaysAndYearEnds) {
 // Every other mode, and a photo without a date, is left to the wrapping rule; a slot date
 // gives the parts that a shift leaves alone, as it does there.
 TEST(CarriedShift, OtherModesAndSlotsAreThoseOfTheWrappingRule) {
-    DateTimeConfiguration select;
-    select.isKeepOriginal = false;
-    select.isSelectDate = true;
-    DateTimeConfiguration empty;
-    empty.isEmptyValue = true;
-    for (const DateTimeConfiguration& rule : {DateTimeConfiguration{}, select, empty}) {
+    for (const DateTimeConfiguration& rule :
+         {DateTimeConfiguration{}, DateTimeConfiguration(SelectDate{}),
+          DateTimeConfiguration(EmptyValue{})}) {
         EXPECT_EQ(applyCarriedDateRule(rule, at("2001-01-01 01:01:01"), at("2020-12-31 23:37:53")),
                   applyDateRule(rule, at("2001-01-01 01:01:01"), at("2020-12-31 23:37:53")));
     }
@@ -105,9 +94,7 @@ TEST(ZonedDateRule, ShiftsCountOnThePhotosClockAndKeepItsZone) {
               "2020-12-01T22:30:15-05:00");
     EXPECT_EQ(applyDateRuleInZone(idod(1, 0, 0), std::nullopt, own, west, true).text,
               "2021-01-01T22:30:15-05:00");
-    DateTimeConfiguration select;
-    select.isKeepOriginal = false;
-    select.isSelectDate = true;
+    const DateTimeConfiguration select = SelectDate{};
     EXPECT_EQ(applyDateRuleInZone(select, at("2001-02-03 04:05:06"), own, west, true),
               DateRuleOutcome::write(QStringLiteral("2001-02-03 04:05:06")));
 }

@@ -19,33 +19,22 @@ std::optional<QDateTime> at(const char* text) {
     return date;
 }
 
-DateTimeConfiguration mode(bool DateTimeConfiguration::*flag) {
-    DateTimeConfiguration rule;
-    rule.isKeepOriginal = false;
-    rule.*flag = true;
-    return rule;
-}
-
 DateTimeConfiguration idod(int days, int months, int years, bool keepDays = false,
                            bool keepMonths = false, bool keepYears = false) {
-    DateTimeConfiguration rule = mode(&DateTimeConfiguration::isIDOD);
-    rule.idod = {days, months, years, keepDays, keepMonths, keepYears};
-    return rule;
+    return IDOD{days, months, years, keepDays, keepMonths, keepYears};
 }
 
 DateTimeConfiguration idot(int hours, int minutes, int seconds, bool keepHours = false,
                            bool keepMinutes = false, bool keepSeconds = false) {
-    DateTimeConfiguration rule = mode(&DateTimeConfiguration::isIDOT);
-    rule.idot = {hours, minutes, seconds, keepHours, keepMinutes, keepSeconds};
-    return rule;
+    return IDOT{hours, minutes, seconds, keepHours, keepMinutes, keepSeconds};
 }
 
 DateTimeConfiguration update(bool keepDays, bool keepMonths, bool keepYears, bool keepTime) {
-    DateTimeConfiguration rule = mode(&DateTimeConfiguration::isUpdateDate);
-    rule.updateDate.isKeepOriginalDays = keepDays;
-    rule.updateDate.isKeepOriginalMonths = keepMonths;
-    rule.updateDate.isKeepOriginalYears = keepYears;
-    rule.updateDate.isKeepOriginalTime = keepTime;
+    UpdateDate rule;
+    rule.isKeepOriginalDays = keepDays;
+    rule.isKeepOriginalMonths = keepMonths;
+    rule.isKeepOriginalYears = keepYears;
+    rule.isKeepOriginalTime = keepTime;
     return rule;
 }
 
@@ -63,28 +52,16 @@ DateRuleOutcome writes(const char* text) {
 }
 
 TEST(DateRule, ModesAndWrapArithmetic) {
-    DateTimeConfiguration emptyAndKeep = mode(&DateTimeConfiguration::isEmptyValue);
-    emptyAndKeep.isKeepOriginal = true;
-    DateTimeConfiguration noMode = mode(&DateTimeConfiguration::isEmptyValue);
-    noMode.isEmptyValue = false;
-    DateTimeConfiguration keepButUpdate = update(false, false, false, false);
-    keepButUpdate.isKeepOriginal = true;
-
     const Case cases[] = {
-        // Mode precedence.
-        {"empty beats keep", emptyAndKeep, nullptr, "2021-05-06 10:22:33",
-         DateRuleOutcome::deleteKey()},
-        {"empty without own date", mode(&DateTimeConfiguration::isEmptyValue), nullptr, nullptr,
+        // The modes.
+        {"empty without own date", DateTimeConfiguration(EmptyValue{}), nullptr, nullptr,
          DateRuleOutcome::deleteKey()},
         {"keep", DateTimeConfiguration{}, "2020-01-01 00:00:00", "2021-05-06 10:22:33", kNothing},
-        {"keep beats update", keepButUpdate, "2020-01-01 00:00:00", "2021-05-06 10:22:33",
-         kNothing},
-        {"no mode at all", noMode, "2020-01-01 00:00:00", "2021-05-06 10:22:33", kNothing},
-        {"select date", mode(&DateTimeConfiguration::isSelectDate), "2020-02-29 23:59:58",
+        {"select date", DateTimeConfiguration(SelectDate{}), "2020-02-29 23:59:58",
          "2021-05-06 10:22:33", writes("2020-02-29 23:59:58")},
-        {"select date, photo without date", mode(&DateTimeConfiguration::isSelectDate),
+        {"select date, photo without date", DateTimeConfiguration(SelectDate{}),
          "2020-02-29 23:59:58", nullptr, writes("2020-02-29 23:59:58")},
-        {"select date, empty slot", mode(&DateTimeConfiguration::isSelectDate), nullptr,
+        {"select date, empty slot", DateTimeConfiguration(SelectDate{}), nullptr,
          "2021-05-06 10:22:33", kNothing},
         {"update, photo without date", update(true, false, false, false), "2020-01-01 00:00:00",
          nullptr, kNothing},
@@ -201,7 +178,7 @@ TEST(DateRule, RecordFieldsAndStoreSlots) {
 
     CGImageProperties bare;
     EXPECT_EQ(applyDateRule(DateField::dateTimeOriginal, bare, rules), kNothing);
-    rules.rule(DateField::dateTimeOriginal) = mode(&DateTimeConfiguration::isEmptyValue);
+    rules.rule(DateField::dateTimeOriginal) = DateTimeConfiguration(EmptyValue{});
     EXPECT_EQ(applyDateRule(DateField::dateTimeOriginal, bare, rules),
               DateRuleOutcome::deleteKey());
 }

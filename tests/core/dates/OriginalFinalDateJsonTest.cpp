@@ -13,19 +13,15 @@ OriginalFinalDate sampleRules() {
     OriginalFinalDate rules;
     rules.dateTimeOriginal = QDateTime(QDate(2021, 5, 6), QTime(10, 22, 33), Qt::UTC);
     rules.createDateXMPPhotoshop = QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59, 250));
-    rules.configurationTimeOriginal.isKeepOriginal = false;
-    rules.configurationTimeOriginal.isSelectDate = true;
-    rules.configurationTimeOriginal.selectDate = rules.dateTimeOriginal;
-    rules.configurationModifyDate.isKeepOriginal = false;
-    rules.configurationModifyDate.isUpdateDate = true;
-    rules.configurationModifyDate.updateDate = {9,    8,     2020, 7,    6, 5, TimeMode::pm,
-                                                true, false, true, false};
-    rules.configurationCreateDateXMP.isKeepOriginal = false;
-    rules.configurationCreateDateXMP.isIDOD = true;
-    rules.configurationCreateDateXMP.idod = {-30, 11, -100, false, true, false};
-    rules.configurationModifyDateXMP.isIDOT = true;
-    rules.configurationModifyDateXMP.idot = {-23, 59, -59, true, false, true};
-    rules.configurationCreationDate.isEmptyValue = true;
+    rules.configurationTimeOriginal = SelectDate{rules.dateTimeOriginal};
+    rules.configurationModifyDate =
+        UpdateDate{9, 8, 2020, 7, 6, 5, TimeMode::pm, true, false, true, false};
+    rules.configurationCreateDateXMP = IDOD{-30, 11, -100, false, true, false};
+    // The values of a row whose mode is not chosen are kept as well.
+    DateRuleInputs rows;
+    rows.idot = {-23, 59, -59, true, false, true};
+    rules.configurationModifyDateXMP = {KeepOriginal{}, rows};
+    rules.configurationCreationDate = EmptyValue{};
     rules.modifyDateAlive = true;
     rules.createDateXMPAlive = true;
     return rules;
@@ -106,6 +102,41 @@ TEST(OriginalFinalDateJson, BrokenTextIsRefusedWhole) {
     };
     for (const QByteArray& json : broken)
         EXPECT_EQ(decodeOriginalFinalDate(json), std::nullopt) << json.left(200).constData();
+}
+
+TEST(OriginalFinalDateJson, SeveralModeFlagsReadAsTheModeARunObeys) {
+    const auto stored = [](std::initializer_list<const char*> flags) {
+        QJsonObject rule = QJsonDocument::fromJson(encodeOriginalFinalDate(sampleRules()))
+                               .object()[QStringLiteral("configurationModifyDate")]
+                               .toObject();
+        for (const char* flag :
+             {"isKeepOriginal", "isEmptyValue", "isSelectDate", "isUpdateDate", "isIDOD", "isIDOT"})
+            rule[QLatin1String(flag)] = false;
+        for (const char* flag : flags)
+            rule[QLatin1String(flag)] = true;
+        QJsonObject root =
+            QJsonDocument::fromJson(encodeOriginalFinalDate(OriginalFinalDate{})).object();
+        root[QStringLiteral("configurationModifyDate")] = rule;
+        const auto decoded = decodeOriginalFinalDate(QJsonDocument(root).toJson());
+        EXPECT_TRUE(decoded.has_value());
+        return decoded ? decoded->configurationModifyDate : DateTimeConfiguration{};
+    };
+    const UpdateDate update = *sampleRules().configurationModifyDate.as<UpdateDate>();
+    EXPECT_TRUE(stored({"isKeepOriginal", "isEmptyValue"}).is<EmptyValue>());
+    EXPECT_TRUE(stored({"isKeepOriginal", "isUpdateDate", "isIDOT"}).is<KeepOriginal>());
+    EXPECT_TRUE(stored({"isSelectDate", "isIDOD"}).is<SelectDate>());
+    EXPECT_EQ(stored({"isUpdateDate", "isIDOD", "isIDOT"}), DateTimeConfiguration(update));
+    EXPECT_TRUE(stored({"isIDOD", "isIDOT"}).is<IDOD>());
+    EXPECT_TRUE(stored({}).is<KeepOriginal>()) << "no mode at all keeps the original";
+    // The rows come along whatever the mode.
+    EXPECT_EQ(stored({"isKeepOriginal", "isEmptyValue"}).inputs().updateDate, update);
+
+    // Read again and written, such a rule has the one flag of its mode.
+    OriginalFinalDate rules;
+    rules.configurationModifyDate = stored({"isKeepOriginal", "isEmptyValue"});
+    EXPECT_TRUE(encodeOriginalFinalDate(rules).contains(
+        "\"configurationModifyDate\":{\"isKeepOriginal\":false,\"isEmptyValue\":true,"
+        "\"isSelectDate\":false,"));
 }
 
 } // namespace

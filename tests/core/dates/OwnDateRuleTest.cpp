@@ -21,29 +21,17 @@ DateRuleOutcome writes(const char* text) {
     return DateRuleOutcome::write(QString::fromLatin1(text));
 }
 
-DateTimeConfiguration mode(bool DateTimeConfiguration::*flag) {
-    DateTimeConfiguration rule;
-    rule.isKeepOriginal = false;
-    rule.*flag = true;
-    return rule;
-}
-
 DateTimeConfiguration idot(int hours, int minutes, int seconds) {
-    DateTimeConfiguration rule = mode(&DateTimeConfiguration::isIDOT);
-    rule.idot = {hours, minutes, seconds, hours == 0, minutes == 0, seconds == 0};
-    return rule;
+    return IDOT{hours, minutes, seconds, hours == 0, minutes == 0, seconds == 0};
 }
 
 DateTimeConfiguration idod(int days, int months, int years) {
-    DateTimeConfiguration rule = mode(&DateTimeConfiguration::isIDOD);
-    rule.idod = {days, months, years, days == 0, months == 0, years == 0};
-    return rule;
+    return IDOD{days, months, years, days == 0, months == 0, years == 0};
 }
 
 // An update that sets the given parts (0: keep the photo's), the time when `time` is valid.
-DateTimeConfiguration update(int day, int month, int year, QTime time = {}) {
-    DateTimeConfiguration rule = mode(&DateTimeConfiguration::isUpdateDate);
-    UpdateDate& u = rule.updateDate;
+UpdateDate update(int day, int month, int year, QTime time = {}) {
+    UpdateDate u;
     u.changeDays = day;
     u.changeMonths = month;
     u.changeYears = year;
@@ -56,7 +44,7 @@ DateTimeConfiguration update(int day, int month, int year, QTime time = {}) {
         u.changeMinutes = time.minute();
         u.changeSeconds = time.second();
     }
-    return rule;
+    return u;
 }
 
 // The slot of these rules holds the date of whichever photo was on display when the panel was
@@ -83,8 +71,8 @@ TEST(OwnDateRule, ShiftsMoveEachPhotosOwnDateAndCarry) {
 
 TEST(OwnDateRule, UpdateSetsOnlyItsPartsOnTheOwnDate) {
     // The panel lets a year of 0 stand with its keep box off.
-    DateTimeConfiguration yearZero = update(2, 0, 0);
-    yearZero.updateDate.isKeepOriginalYears = false;
+    UpdateDate yearZero = update(2, 0, 0);
+    yearZero.isKeepOriginalYears = false;
     struct Case {
         const char* what;
         DateTimeConfiguration rule;
@@ -111,13 +99,13 @@ TEST(OwnDateRule, OtherModesAndMissingDates) {
     const auto own = at("2021-03-10 10:11:12");
     EXPECT_EQ(applyOwnDateRule(DateTimeConfiguration{}, at(kSlot), own),
               DateRuleOutcome::nothing());
-    EXPECT_EQ(applyOwnDateRule(mode(&DateTimeConfiguration::isEmptyValue), at(kSlot), own),
+    EXPECT_EQ(applyOwnDateRule(DateTimeConfiguration(EmptyValue{}), at(kSlot), own),
               DateRuleOutcome::deleteKey());
-    EXPECT_EQ(applyOwnDateRule(mode(&DateTimeConfiguration::isSelectDate), at(kSlot), own),
+    EXPECT_EQ(applyOwnDateRule(DateTimeConfiguration(SelectDate{}), at(kSlot), own), writes(kSlot));
+    EXPECT_EQ(applyOwnDateRule(DateTimeConfiguration(SelectDate{}), at(kSlot), std::nullopt),
               writes(kSlot));
-    EXPECT_EQ(applyOwnDateRule(mode(&DateTimeConfiguration::isSelectDate), at(kSlot), std::nullopt),
-              writes(kSlot));
-    for (const DateTimeConfiguration& rule : {idot(1, 0, 0), idod(1, 0, 0), update(5, 0, 0)})
+    for (const DateTimeConfiguration& rule :
+         {idot(1, 0, 0), idod(1, 0, 0), DateTimeConfiguration(update(5, 0, 0))})
         EXPECT_EQ(applyOwnDateRule(rule, at(kSlot), std::nullopt), DateRuleOutcome::nothing());
 }
 
@@ -150,9 +138,8 @@ TEST(OwnDateRule, ZonedDatesCountOnThePhotosClock) {
     EXPECT_EQ(
         applyDateRuleInZone(update(0, 0, 0, QTime(10, 0, 0)), at(kSlot), own, west, kind).text,
         "2020-12-31T10:00:00-05:00");
-    EXPECT_EQ(
-        applyDateRuleInZone(mode(&DateTimeConfiguration::isSelectDate), at(kSlot), own, west, kind),
-        writes(kSlot));
+    EXPECT_EQ(applyDateRuleInZone(DateTimeConfiguration(SelectDate{}), at(kSlot), own, west, kind),
+              writes(kSlot));
 }
 
 } // namespace

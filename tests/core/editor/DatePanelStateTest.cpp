@@ -64,11 +64,9 @@ TEST(DatePanelState, OneModeAtATimeAndOnlyItsRowTakesInput) {
     EXPECT_TRUE(s.isRowEnabled(DateMode::incrementTime));
 
     const DateTimeConfiguration rule = s.rule();
-    EXPECT_TRUE(rule.isIDOT);
-    EXPECT_FALSE(rule.isKeepOriginal || rule.isEmptyValue || rule.isSelectDate ||
-                 rule.isUpdateDate || rule.isIDOD);
-    EXPECT_TRUE(rule.idot.isKeepOriginalHours);
-    EXPECT_FALSE(rule.selectDate);
+    EXPECT_TRUE(rule.is<IDOT>());
+    EXPECT_TRUE(rule.as<IDOT>()->isKeepOriginalHours);
+    EXPECT_FALSE(rule.inputs().selectDate);
 }
 
 TEST(DatePanelState, TypedNumbersAreFilteredAndPutIntoTheirRange) {
@@ -113,7 +111,7 @@ TEST(DatePanelState, UpdateRowBuildsTheDateAndItsSummary) {
     EXPECT_EQ(*s.resultDate(), QDateTime(QDate(2021, 5, 15), QTime(14, 5, 0)));
     EXPECT_EQ(s.summary(), "Update:  Day: 15  Time: 2:05:00 PM ");
 
-    const UpdateDate u = s.rule().updateDate;
+    const UpdateDate u = *s.rule().as<UpdateDate>();
     EXPECT_EQ(u.changeDays, 15);
     EXPECT_EQ(u.changeHours, 14);
     EXPECT_EQ(u.timeMode, TimeMode::pm);
@@ -135,7 +133,7 @@ TEST(DatePanelState, IncrementRowsShowNonZeroDeltas) {
     s.endEditing(DatePart::incrementHour, "2");
     s.endEditing(DatePart::incrementSecond, "-5");
     EXPECT_EQ(s.summary(), "Inc/Dec:  Hour: 2  Second: -5 ");
-    const IDOT idot = s.rule().idot;
+    const IDOT idot = *s.rule().as<IDOT>();
     EXPECT_EQ(idot.changeHours, 2);
     EXPECT_EQ(idot.changeMinutes, 0);
     EXPECT_EQ(idot.changeSeconds, -5);
@@ -160,7 +158,7 @@ TEST(DatePanelState, SelectDateAndATouchedRuleComeBack) {
     EXPECT_EQ(s.selectDate(), kNow) << "a photo without the date starts on today";
     s.setSelectDate(kMay6);
     EXPECT_EQ(s.resultDate(), kMay6);
-    EXPECT_EQ(s.rule().selectDate, kMay6);
+    EXPECT_EQ(s.rule().as<SelectDate>()->selectDate, kMay6);
     EXPECT_FALSE(s.summary().isEmpty());
 
     DatePanelState t(opening(kMay6));
@@ -202,9 +200,7 @@ TEST(MetadataForm, LiveDateSummaryIsUndoneWhenTheRuleStaysUntouched) {
     EXPECT_EQ(form.text(position), before);
     EXPECT_FALSE(form.isDateRuleTouched(DateField::modifyDate));
 
-    DateTimeConfiguration empty;
-    empty.isKeepOriginal = false;
-    empty.isEmptyValue = true;
+    const DateTimeConfiguration empty = EmptyValue{};
     form.showDateSummary(DateField::modifyDate, "Empty Value");
     form.commitDateRule(DateField::modifyDate, empty, kMay6);
     EXPECT_EQ(form.text(position), "Empty Value");

@@ -33,15 +33,12 @@ TEST(FieldValueCheck, ValuesOfEveryKindMustFitWhatTheWriterMakesOfThem) {
 
 // A date rule's year counts only when the rule writes it.
 TEST(FieldValueCheck, ADateRulesYearCountsWhenTheRuleWritesIt) {
-    DateTimeConfiguration rule;
+    UpdateDate rule;
     const QDateTime far(QDate(12000, 5, 1), QTime(8, 0));
-    rule.isKeepOriginal = false;
-    rule.isUpdateDate = true;
-    rule.updateDate.isKeepOriginalYears = true;
+    rule.isKeepOriginalYears = true;
     EXPECT_FALSE(refusedDateRule(DateField::modifyDate, rule, far));
-    rule.updateDate.isKeepOriginalYears = false;
+    rule.isKeepOriginalYears = false;
     EXPECT_EQ(refusedDateRule(DateField::modifyDate, rule, far),
               "ModifyDate: the year 12000 is not from 0001 to 9999");
-    rule.isEmptyValue = true;
-    EXPECT_FALSE(refusedDateRule(DateField::modifyDate, rule, far));
+    EXPECT_FALSE(refusedDateRule(DateField::modifyDate, EmptyValue{}, far));
 }

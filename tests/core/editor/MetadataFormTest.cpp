@@ -116,31 +116,22 @@ TEST(SelectionMerge, LongSelectionsAreDecidedByAnyPhoto) {
 
 TEST(DateSummary, TextsOfEachMode) {
     test::IcuZoneScope zone(u"UTC");
-    DateTimeConfiguration rule;
-    EXPECT_EQ(dateSummary(rule, std::nullopt), "Keep Original");
-    rule.isKeepOriginal = false;
-    rule.isEmptyValue = true;
-    EXPECT_EQ(dateSummary(rule, std::nullopt), "Empty Value");
+    EXPECT_EQ(dateSummary(DateTimeConfiguration{}, std::nullopt), "Keep Original");
+    EXPECT_EQ(dateSummary(EmptyValue{}, std::nullopt), "Empty Value");
 
-    rule = {};
-    rule.isKeepOriginal = false;
-    rule.isIDOD = true;
-    rule.idod = {-2, 0, 1, false, true, false};
-    EXPECT_EQ(dateSummary(rule, std::nullopt), "Inc/Dec:  Day: -2  Year: 1 ");
-    rule.idod = {0, 0, 0, true, true, true};
-    EXPECT_EQ(dateSummary(rule, std::nullopt), "Keep Original");
+    EXPECT_EQ(dateSummary(IDOD{-2, 0, 1, false, true, false}, std::nullopt),
+              "Inc/Dec:  Day: -2  Year: 1 ");
+    EXPECT_EQ(dateSummary(IDOD{0, 0, 0, true, true, true}, std::nullopt), "Keep Original");
 
-    rule = {};
-    rule.isKeepOriginal = false;
-    rule.isUpdateDate = true;
-    rule.updateDate.changeDays = 5;
-    rule.updateDate.isKeepOriginalMonths = true;
-    rule.updateDate.isKeepOriginalYears = true;
-    rule.updateDate.isKeepOriginalTime = true;
-    EXPECT_EQ(dateSummary(rule, std::nullopt), "Update:  Day: 5  Time: Keep Original");
-    rule.updateDate.isKeepOriginalTime = false;
+    UpdateDate update;
+    update.changeDays = 5;
+    update.isKeepOriginalMonths = true;
+    update.isKeepOriginalYears = true;
+    update.isKeepOriginalTime = true;
+    EXPECT_EQ(dateSummary(update, std::nullopt), "Update:  Day: 5  Time: Keep Original");
+    update.isKeepOriginalTime = false;
     const QDateTime slot(QDate(2021, 5, 6), QTime(22, 7, 9), Qt::UTC);
-    EXPECT_EQ(dateSummary(rule, slot), "Update:  Day: 5  Time: 10:07:09 PM ");
+    EXPECT_EQ(dateSummary(update, slot), "Update:  Day: 5  Time: 10:07:09 PM ");
 }
 
 struct FormFixture {
@@ -283,9 +274,7 @@ TEST(MetadataForm, DateRulesShowTheirSummaryAndCountAsEdits) {
     DateTimeConfiguration keep; // touched but keeping the original still counts
     f.form.commitDateRule(DateField::createDateXMP, keep, std::nullopt);
     EXPECT_FALSE(f.form.hasEdits()) << "an untouched store stays untouched";
-    DateTimeConfiguration empty;
-    empty.isKeepOriginal = false;
-    empty.isEmptyValue = true;
+    const DateTimeConfiguration empty = EmptyValue{};
     f.form.commitDateRule(DateField::createDateXMP, empty, std::nullopt);
     EXPECT_TRUE(f.form.isEdited(formpos::CreateDateXMP));
     EXPECT_EQ(f.form.text(formpos::CreateDateXMP), "Empty Value");

@@ -50,11 +50,8 @@ CGImageProperties recordOfEveryKind() {
 OriginalFinalDate someRules() {
     OriginalFinalDate rules;
     rules.dateTimeOriginal = at(2021, 5, 6, 10, 22, 33);
-    rules.configurationTimeOriginal.isKeepOriginal = false;
-    rules.configurationTimeOriginal.isSelectDate = true;
-    rules.configurationTimeOriginal.selectDate = rules.dateTimeOriginal;
-    rules.configurationModifyDateXMP.isIDOT = true;
-    rules.configurationModifyDateXMP.idot = {-23, 59, -59, true, false, true};
+    rules.configurationTimeOriginal = SelectDate{rules.dateTimeOriginal};
+    rules.configurationModifyDateXMP = IDOT{-23, 59, -59, true, false, true};
     rules.modifyDateXMPAlive = true;
     return rules;
 }

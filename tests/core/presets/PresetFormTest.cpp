@@ -26,13 +26,10 @@ TEST(PresetForm, TheMainFormAndTheCommandLineGetTheSameEdits) {
     *formFieldAt(at("FocalLength"))->keyRow().field(values) = PropertyValue(0.0f); // nor a zero
     values.tiffProperties->orientation = qint64(6);
     OriginalFinalDate& rules = *preset.timeSetting;
-    rules.configurationTimeOriginal.isKeepOriginal = false;
-    rules.configurationTimeOriginal.isSelectDate = true;
-    rules.configurationTimeOriginal.selectDate =
-        QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC);
-    rules.dateTimeOriginal = rules.configurationTimeOriginal.selectDate;
+    rules.dateTimeOriginal = QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC);
+    rules.configurationTimeOriginal = SelectDate{rules.dateTimeOriginal};
     rules.dateTimeOriginalAlive = true;
-    rules.configurationModifyDate.isEmptyValue = true; // untouched: no edit
+    rules.configurationModifyDate = EmptyValue{}; // untouched: no edit
 
     WorkingSet set;
     EditorState state;

@@ -36,13 +36,10 @@ ActualPreset presetOfEveryKind() {
     r.modifyDate = QStringLiteral("not a date, still kept");
 
     OriginalFinalDate rules;
-    rules.configurationTimeOriginal.isKeepOriginal = false;
-    rules.configurationTimeOriginal.isSelectDate = true;
-    rules.configurationTimeOriginal.selectDate = at(2021, 5, 6, 10, 22, 33);
-    rules.dateTimeOriginal = rules.configurationTimeOriginal.selectDate;
+    rules.dateTimeOriginal = at(2021, 5, 6, 10, 22, 33);
+    rules.configurationTimeOriginal = SelectDate{rules.dateTimeOriginal};
     rules.dateTimeOriginalAlive = true;
-    rules.configurationModifyDateXMP.isIDOT = true;
-    rules.configurationModifyDateXMP.idot = {-23, 59, -59, true, false, true};
+    rules.configurationModifyDateXMP = IDOT{-23, 59, -59, true, false, true};
     rules.modifyDateXMPAlive = true;
     return {7, QStringLiteral("Studio"), r, rules};
 }

@@ -89,7 +89,7 @@ TEST(PresetStore, ChangesKeepOrderAndIndexesAndSurviveARestart) {
     CGImageProperties values = makeEmptyRecord(std::nullopt);
     values.iptcProperties->city = QStringLiteral("Lyon");
     OriginalFinalDate rules;
-    rules.configurationModifyDate.isEmptyValue = true;
+    rules.configurationModifyDate = EmptyValue{};
     {
         StoreOnFile s(cfg.settingsFile());
         EXPECT_FALSE(s.store.load().damaged);
@@ -222,7 +222,10 @@ TEST(PresetStore, ALongListComesBackInOrder) {
     for (int i = 0; i < 300; ++i) {
         ActualPreset p = makeNewPreset(QStringLiteral("P%1").arg(i), i);
         p.properties->tiffProperties->artist = QStringLiteral("Artist %1").arg(i);
-        p.timeSetting->configurationModifyDate.idod.changeDays = i % 7;
+        // A row of a mode that is not chosen is kept too.
+        DateRuleInputs rows;
+        rows.idod.changeDays = i % 7;
+        p.timeSetting->configurationModifyDate = {KeepOriginal{}, rows};
         p.timeSetting->modifyDateAlive = i % 2 == 0;
         presets.append(p);
     }

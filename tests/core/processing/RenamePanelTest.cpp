@@ -16,14 +16,14 @@ TEST(RenamePanel, OptionsResetEachOtherAndCloseBringsTheRuleBack) {
 
     panel.clickOption(Option::add);
     panel.setAddText("Trip-");
-    EXPECT_TRUE(live.isAddText);
+    EXPECT_TRUE(live.is<AddText>());
     EXPECT_EQ(panel.example(Option::add), "Example: Trip-IMG_0001.jpg");
     panel.setAddPosition(1);
     EXPECT_EQ(panel.example(Option::add), "Example: IMG_0001Trip-.jpg");
 
     panel.clickOption(Option::keep); // keep resets everything
     panel.clickOption(Option::add);
-    EXPECT_EQ(live.addTextValueAT, "");
+    EXPECT_EQ(live.as<AddText>()->addTextValueAT, "");
 
     panel.clickOption(Option::format);
     panel.setNameFormatRow(1);
@@ -31,9 +31,9 @@ TEST(RenamePanel, OptionsResetEachOtherAndCloseBringsTheRuleBack) {
     panel.setNameFormatRow(2);
     EXPECT_FALSE(panel.formatEnabled().startNumber);
     EXPECT_EQ(panel.setStartNumberText(""), "1");
-    EXPECT_EQ(live.startNumberAtNF, 1);
+    EXPECT_EQ(live.as<ChangeFileNameFormat>()->startNumberAtNF, 1);
     panel.setStartNumberText("12.7");
-    EXPECT_EQ(live.startNumberAtNF, 12);
+    EXPECT_EQ(live.as<ChangeFileNameFormat>()->startNumberAtNF, 12);
 
     panel.clickClose();
     EXPECT_EQ(live, Rename{}) << "Close brings back the rule of the opening";
@@ -45,6 +45,28 @@ TEST(RenamePanel, OptionsResetEachOtherAndCloseBringsTheRuleBack) {
     noPhotos.clickOption(Option::add);
     noPhotos.setAddText("x");
     EXPECT_EQ(noPhotos.example(Option::add), "Example: x.");
+}
+
+TEST(RenamePanel, TheRuleHoldsOnlyTheChosenOptionsValues) {
+    Rename live;
+    RenamePanel panel(live);
+    panel.open("IMG_0001", "jpg");
+    panel.clickOption(Option::format);
+    panel.setNameFormatRow(1);
+    panel.setMinDigitsRow(3);
+    panel.setAddText("ignored"); // the add option is off: its input takes nothing
+    panel.clickOption(Option::format);
+    EXPECT_EQ(panel.nameFormatRow(), 1) << "choosing the option that is on keeps its values";
+    EXPECT_EQ(live.as<ChangeFileNameFormat>()->minNumberDigitsNF, 3);
+
+    panel.clickOption(Option::add);
+    EXPECT_EQ(live, Rename(AddText{})) << "the format's values go with it";
+    EXPECT_EQ(panel.option(), Option::add);
+    panel.clickOption(Option::capture);
+    panel.setCapturePattern("yyyy");
+    EXPECT_EQ(live, Rename(CaptureDateName{"yyyy"}));
+    EXPECT_EQ(panel.formatEnabled().format, false);
+    EXPECT_EQ(panel.nameFormatRow(), 0);
 }
 
 TEST(RenamePanel, SaveRefusesEmptyTextsAndSlashesThenAsksAboutOverwriting) {
