@@ -63,7 +63,7 @@ private:
 void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
     TestApp t;
     HomeScreen* home = load(t, samplePhoto(t.dir("p")));
-    const int position = formpos::ModifyDate;
+    const int position = formPosition(Field::ModifyDate);
     auto* field = qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
     const QString before = field->text();
 
@@ -114,7 +114,7 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
 void DatePanelTest::photoWithoutTheDateOffersOnlyThreeModes() {
     TestApp t;
     HomeScreen* home = load(t, samplePhoto(t.dir("p"), QStringLiteral("Exif.Image.DateTime")));
-    const int position = formpos::ModifyDate;
+    const int position = formPosition(Field::ModifyDate);
     DateConfigurationPanel* panel = open(home, position);
     QVERIFY(panel);
     for (DateMode mode : {DateMode::keepOriginal, DateMode::emptyValue, DateMode::selectDate})

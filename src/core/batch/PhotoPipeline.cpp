@@ -276,7 +276,7 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
     // The values in the file are merged in from the very bytes that the writer edits.
     return {bridge.writeMergedFields(path, edits.values, edits.eraseExif, edits.eraseIptc,
                                      edits.eraseXmp),
-            edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text()};
+            edits.values.at(formField(Field::ModifyDate).keyRow()).text()};
 }
 
 WriteResult PhotoPipeline::writeMetadataInto(const QString& path,
@@ -336,11 +336,12 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
 
 bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
     const FieldEditedFlags& flags = m_values.fieldEditedFlags;
-    if (!flags.test(formpos::CreationDate) && !flags.test(formpos::ModifyDate))
+    if (!flags.test(formPosition(Field::CreationDate)) &&
+        !flags.test(formPosition(Field::ModifyDate)))
         return true;
     // Linux keeps no settable birth time, so the creation date rule reaches the tag only; the
     // modify date rule also becomes the file's modification time.
-    if (!flags.test(formpos::ModifyDate))
+    if (!flags.test(formPosition(Field::ModifyDate)))
         return true;
     if (!text)
         return true;

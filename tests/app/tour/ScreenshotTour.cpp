@@ -194,7 +194,7 @@ int main(int argc, char** argv) {
     shoot(out, QStringLiteral("editor-one.png"), window);
 
     // The date panel of that photo, shifting its original time by two hours.
-    FieldControl* date = home->metadataView()->control(formpos::DateTimeOriginal);
+    FieldControl* date = home->metadataView()->control(formPosition(Field::DateTimeOriginal));
     home->metadataView()
         ->findChild<QScrollArea*>(QStringLiteral("scrollViewMetadataForm"))
         ->ensureWidgetVisible(date);

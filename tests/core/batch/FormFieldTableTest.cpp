@@ -28,6 +28,38 @@ TEST(FormFieldTable, EveryWritableKeyRowHasExactlyOneFormPosition) {
     }
 }
 
+// The enum, the names, the stored positions and the named key rows all come from one table:
+// a row moved or renamed shows here as a field that no longer finds itself.
+TEST(FormFieldTable, EachFieldFindsItselfByPositionNameAndKey) {
+    ASSERT_EQ(kFieldCount, 75u);
+    for (const Field field : allFields) {
+        const FormField& f = formField(field);
+        EXPECT_EQ(f.field, field);
+        EXPECT_EQ(fieldAtPosition(formPosition(field)), field) << fieldName(field);
+        EXPECT_EQ(findFormField(QString::fromLatin1(fieldName(field)))->field, field);
+        EXPECT_EQ(findFormField(QString::fromLatin1(f.keyRow().key))->field, field);
+        EXPECT_TRUE(QString::fromLatin1(fieldControl(field)).endsWith(f.name())) << f.control;
+        EXPECT_EQ(f.kind, formKind(field));
+        EXPECT_EQ(f.row, keyRowNumber(field));
+    }
+    EXPECT_EQ(fieldAtPosition(70), std::nullopt);
+    EXPECT_EQ(fieldAtPosition(90), std::nullopt);
+    EXPECT_STREQ(fieldControl(Field::UserComment), "txtViewUserComment");
+    EXPECT_STREQ(fieldControl(Field::GPSLatitudeRef), "popUpGPSLatitudeRef");
+
+    const auto exifKey = [](int row) { return QString::fromLatin1(exifKeyRows()[row].key); };
+    EXPECT_EQ(exifKey(exifrow::ISOSpeedRatings), "Exif.Photo.ISOSpeedRatings");
+    EXPECT_EQ(exifKey(exifrow::Orientation), "Exif.Image.Orientation");
+    EXPECT_EQ(exifKey(exifrow::GPSLatitudeRef), "Exif.GPSInfo.GPSLatitudeRef");
+    EXPECT_EQ(exifKey(exifrow::GPSLongitude), "Exif.GPSInfo.GPSLongitude");
+    EXPECT_EQ(exifKey(exifrow::GPSAltitudeRef), "Exif.GPSInfo.GPSAltitudeRef");
+    EXPECT_EQ(QString::fromLatin1(iptcKeyRows()[iptcrow::Keywords].key),
+              "Iptc.Application2.Keywords");
+    EXPECT_EQ(QString::fromLatin1(xmpKeyRows()[xmprow::PhotoshopDateCreated].key),
+              "Xmp.photoshop.DateCreated");
+    EXPECT_EQ(QString::fromLatin1(xmpKeyRows()[xmprow::Lens].key), "Xmp.aux.Lens");
+}
+
 TEST(FormFieldTable, PositionsLandOnTheirKeys) {
     const auto keyAt = [](int pos) { return QString::fromLatin1(formFieldAt(pos)->keyRow().key); };
     EXPECT_EQ(keyAt(0), "Exif.Image.Artist");

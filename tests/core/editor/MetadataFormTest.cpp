@@ -287,8 +287,8 @@ TEST(MetadataForm, DateRulesShowTheirSummaryAndCountAsEdits) {
     empty.isKeepOriginal = false;
     empty.isEmptyValue = true;
     f.form.commitDateRule(DateField::createDateXMP, empty, std::nullopt);
-    EXPECT_TRUE(f.form.isEdited(formpos::CreateDateXMP));
-    EXPECT_EQ(f.form.text(formpos::CreateDateXMP), "Empty Value");
+    EXPECT_TRUE(f.form.isEdited(formPosition(Field::CreateDateXMP)));
+    EXPECT_EQ(f.form.text(formPosition(Field::CreateDateXMP)), "Empty Value");
 }
 
 TEST(FormLayout, SectionsHoldEveryPositionOnceAndPopupsHaveRows) {
