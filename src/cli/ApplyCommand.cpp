@@ -187,7 +187,7 @@ int runApply(const QStringList& args) {
     const bool allAsked = leftOut.isEmpty() && !namedNotPhoto;
     const RunValues& values = options->values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
-        !values.fieldEditedFlags.hasKeyedEdits())
+        !values.fieldEditedFlags.hasEdits())
         err << "No Changes in Metadata found: the photos are only copied or rewritten\n";
 
     const PhotoPipeline pipeline(values);

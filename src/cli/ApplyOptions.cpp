@@ -203,7 +203,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
                 return fail(error, QStringLiteral("--set: %1").arg(*problem));
             if (auto refused = refusedFieldValue(*field, o.values.editedProperties))
                 return fail(error, QStringLiteral("--set: %1").arg(*refused));
-            o.values.fieldEditedFlags.set(field->position);
+            o.values.fieldEditedFlags.set(field->field);
         } else if (arg == QLatin1String("--date")) {
             const auto rule = DateRuleArgument::parse(*v, error);
             if (!rule)
@@ -216,7 +216,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             o.values.editorDates.rule(field) = rule->rule;
             o.values.editorDates.slot(field) = rule->slot;
             o.values.editorDates.alive(field) = true;
-            o.values.fieldEditedFlags.set(rule->position);
+            o.values.fieldEditedFlags.set((*it)->field);
         } else if (arg == QLatin1String("--mode")) {
             mode = v->toLower();
             if (*mode == QLatin1String("keep"))

@@ -291,11 +291,11 @@ bool applyStoredPreset(RunValues& values, const QString& name, QString* error) {
     PresetRunEdits edits = presetRunEdits(preset);
     // What the command line gave wins, field by field and date by date.
     for (const FormField& field : formFields()) {
-        if (!values.fieldEditedFlags.test(field.position))
+        if (!values.fieldEditedFlags.test(field.field))
             continue;
         *field.keyRow().field(edits.editedProperties) =
             *field.keyRow().field(values.editedProperties);
-        edits.fieldEditedFlags.set(field.position);
+        edits.fieldEditedFlags.set(field.field);
     }
     for (DateField field : allDateFields) {
         if (!values.editorDates.alive(field))

@@ -88,7 +88,7 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
 
     // The field follows while the panel is open; nothing is stored yet.
     QCOMPARE(field->text(), QStringLiteral("Inc/Dec:  Hour: -3  Minute: 1 "));
-    QVERIFY(!t.app->editorState().fieldEditedFlags.test(position));
+    QVERIFY(!t.app->editorState().fieldEditedFlags.test(Field::ModifyDate));
     QVERIFY(field->text() != before);
 
     panel->close();
@@ -99,7 +99,7 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
     QCOMPARE(rule.idot.changeHours, -3);
     QCOMPARE(rule.idot.changeMinutes, 1);
     QVERIFY(rule.idot.isKeepOriginalSeconds);
-    QVERIFY(t.app->editorState().fieldEditedFlags.test(position));
+    QVERIFY(t.app->editorState().fieldEditedFlags.test(Field::ModifyDate));
     QVERIFY(field->property("edited").toBool());
     QCOMPARE(field->text(), QStringLiteral("Inc/Dec:  Hour: -3  Minute: 1 "));
 
@@ -124,7 +124,7 @@ void DatePanelTest::photoWithoutTheDateOffersOnlyThreeModes() {
 
     // Closing without a change leaves the field as it was, unmarked.
     panel->close();
-    QVERIFY(!t.app->editorState().fieldEditedFlags.test(position));
+    QVERIFY(!t.app->editorState().fieldEditedFlags.test(Field::ModifyDate));
 }
 
 QTEST_MAIN(DatePanelTest)

@@ -302,7 +302,7 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
     std::optional<MetadataFieldSet> inFile; // read at the first XMP date that reads its clock
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const KeyRow& row = fields[i]->keyRow();
-        if (!m_values.fieldEditedFlags.test(fields[i]->position)) {
+        if (!m_values.fieldEditedFlags.test(fields[i]->field)) {
             if (clearUnedited)
                 edits.erase(row);
             continue;
@@ -336,12 +336,11 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
 
 bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
     const FieldEditedFlags& flags = m_values.fieldEditedFlags;
-    if (!flags.test(formPosition(Field::CreationDate)) &&
-        !flags.test(formPosition(Field::ModifyDate)))
+    if (!flags.test(Field::CreationDate) && !flags.test(Field::ModifyDate))
         return true;
     // Linux keeps no settable birth time, so the creation date rule reaches the tag only; the
     // modify date rule also becomes the file's modification time.
-    if (!flags.test(formPosition(Field::ModifyDate)))
+    if (!flags.test(Field::ModifyDate))
         return true;
     if (!text)
         return true;

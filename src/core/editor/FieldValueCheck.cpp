@@ -254,7 +254,7 @@ std::optional<QString> refusedRunValue(const CGImageProperties& editedProperties
                                        const FieldEditedFlags& flags,
                                        const OriginalFinalDate& dates) {
     for (const FormField& field : formFields()) {
-        if (!flags.test(field.position))
+        if (!flags.test(field.field))
             continue;
         if (field.isDate()) {
             const auto dateField = dateFieldAt(field.position);

@@ -129,7 +129,7 @@ void StartProcessChain::end() {
 
 QString StartProcessChain::keywordsRefusal() const {
     const FormField* keywords = findFormField(QStringLiteral("Iptc.Application2.Keywords"));
-    if (!keywords || !m_objects.editorState.fieldEditedFlags.test(keywords->position))
+    if (!keywords || !m_objects.editorState.fieldEditedFlags.test(keywords->field))
         return {};
     const CGImageProperties form = m_objects.form.readForm();
     const PropertyValue* value = keywords->keyRow().peek(form);
@@ -167,8 +167,8 @@ void StartProcessChain::clickedStartProcess() {
     Alert confirmation;
     switch (options.row()) {
     case 0:
-        confirmation = m_objects.editorState.fieldEditedFlags.hasKeyedEdits() ? editConfirmation()
-                                                                              : noChangesQuestion();
+        confirmation = m_objects.editorState.fieldEditedFlags.hasEdits() ? editConfirmation()
+                                                                         : noChangesQuestion();
         break;
     case 1:
         confirmation = clearConfirmation();

@@ -95,15 +95,16 @@ TEST(FormFieldTable, RunOrderIsKeyListOrderAndDatesInTheirOwnOrder) {
     EXPECT_EQ(dates, (std::vector<int>{9, 10, 11, 58, 59, 60}));
 }
 
-TEST(FieldEditedFlags, KeyedEditsIgnoreThePositionsWithoutAControl) {
+TEST(FieldEditedFlags, OneFlagPerField) {
     FieldEditedFlags flags;
     EXPECT_FALSE(flags.hasEdits());
-    flags.set(70);
-    flags.set(90); // out of range: ignored
+    flags.set(Field::ModifyDateXMP);
     EXPECT_TRUE(flags.hasEdits());
-    EXPECT_FALSE(flags.hasKeyedEdits());
-    flags.set(59);
-    EXPECT_TRUE(flags.hasKeyedEdits());
-    flags.clearAll();
+    EXPECT_TRUE(flags.test(Field::ModifyDateXMP));
+    EXPECT_FALSE(flags.test(Field::CreateDateXMP));
+    flags.set(Field::ModifyDateXMP, false);
     EXPECT_FALSE(flags.hasEdits());
+    flags.set(Field::DigitalZoomRatioOthers);
+    flags.clearAll();
+    EXPECT_EQ(flags, FieldEditedFlags{});
 }

@@ -31,12 +31,12 @@ RunValues goldenRun(ProcessingMode mode, const std::optional<QString>& out) {
     original.isIDOT = true;
     original.idot.changeHours = 1;
     original.idot.isKeepOriginalMinutes = original.idot.isKeepOriginalSeconds = true;
-    v.fieldEditedFlags.set(formPosition(Field::DateTimeOriginal));
+    v.fieldEditedFlags.set(Field::DateTimeOriginal);
     auto& modified = v.editorDates.rule(DateField::modifyDate);
     modified.isKeepOriginal = false;
     modified.isSelectDate = true;
     v.editorDates.slot(DateField::modifyDate) = QDateTime(QDate(2011, 3, 4), QTime(5, 6, 7));
-    v.fieldEditedFlags.set(formPosition(Field::ModifyDate));
+    v.fieldEditedFlags.set(Field::ModifyDate);
     return v;
 }
 

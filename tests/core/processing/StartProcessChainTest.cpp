@@ -134,7 +134,7 @@ TEST(StartProcessChain, PresetSheetRefusesEmptyAndTakenNamesThenAFolderOutsideHo
     EXPECT_EQ(f.prompt.panels.at(0).accessoryButton, "Keep Source Folder Path");
     EXPECT_EQ(values->destinationFolder, QFileInfo(f.out).absoluteFilePath());
     EXPECT_EQ(values->editedProperties.tiffProperties->artist.text(), "Jane Doe");
-    EXPECT_TRUE(values->fieldEditedFlags.test(0));
+    EXPECT_TRUE(values->fieldEditedFlags.test(Field::Artist));
 }
 
 TEST(StartProcessChain, OverwriteQuestionOnlyWhenAFileIsInTheWay) {
