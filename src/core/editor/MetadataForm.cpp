@@ -387,7 +387,7 @@ bool MetadataForm::chooseReferenceRow(int position, int row) {
             return false;
     }
     m_rows[std::size_t(position)] = row;
-    if (m_isHome && (row == 1 || row == 2))
+    if (m_isHome && FormPopups::referenceOfRow(row) != FormPopups::ReferenceRow::blank)
         setFlag(position, !selectionHoldsRow(position, row));
     updateCoordinateFlag(coordinate);
     return true;
@@ -398,7 +398,9 @@ void MetadataForm::takeLocation(double latitude, double longitude) {
         std::tuple{kLatitude, kLatitudeRef, latitude},
         std::tuple{kLongitude, kLongitudeRef, longitude}};
     for (const auto& [position, reference, degrees] : coordinates) {
-        const int row = degrees < 0 ? 2 : 1;
+        const int row =
+            FormPopups::rowOfReference(degrees < 0 ? FormPopups::ReferenceRow::southOrWest
+                                                   : FormPopups::ReferenceRow::northOrEast);
         m_rows[std::size_t(reference)] = row;
         if (m_isHome)
             setFlag(reference, !selectionHoldsRow(reference, row));
@@ -415,15 +417,16 @@ std::optional<double> MetadataForm::formCoordinate(int position) const {
     const double degrees = m_texts[std::size_t(position)].trimmed().toDouble(&ok);
     if (!ok || !std::isfinite(degrees))
         return std::nullopt;
-    // The reference popup's rows: 1 north or east, 2 south or west.
-    switch (m_rows[std::size_t(position == kLatitude ? kLatitudeRef : kLongitudeRef)]) {
-    case 1:
+    const int row = m_rows[std::size_t(position == kLatitude ? kLatitudeRef : kLongitudeRef)];
+    switch (FormPopups::referenceOfRow(row)) {
+    case FormPopups::ReferenceRow::northOrEast:
         return std::fabs(degrees);
-    case 2:
+    case FormPopups::ReferenceRow::southOrWest:
         return -std::fabs(degrees);
-    default:
-        return degrees;
+    case FormPopups::ReferenceRow::blank:
+        break;
     }
+    return degrees;
 }
 
 void MetadataForm::updateCoordinateFlag(int position) {

@@ -165,15 +165,15 @@ void StartProcessChain::clickedStartProcess() {
     m_values.renameSettings = m_objects.renameSettings;
 
     Alert confirmation;
-    switch (options.row()) {
-    case 0:
+    switch (options.mode()) {
+    case ProcessingMode::keepUnedited:
         confirmation = m_objects.editorState.fieldEditedFlags.hasEdits() ? editConfirmation()
                                                                          : noChangesQuestion();
         break;
-    case 1:
+    case ProcessingMode::clearUnedited:
         confirmation = clearConfirmation();
         break;
-    default:
+    case ProcessingMode::removeGroups:
         confirmation = removeConfirmation();
         break;
     }
