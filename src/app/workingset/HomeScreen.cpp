@@ -691,7 +691,7 @@ void HomeScreen::finishRun() {
     emit m_objects.events.HideUnhideTopLayerTM(true);
     // The list empties, so the edits and the options start anew; the add screen comes back.
     m_objects.workingSet.clearImages();
-    emit m_objects.events.UpdateVCOTM(0);
+    emit m_objects.events.UpdateVCOTM(RootPage::addFiles);
     emit m_objects.events.AfterFinishOTM();
 }
 
