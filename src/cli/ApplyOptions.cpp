@@ -208,15 +208,10 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
             const auto rule = DateRuleArgument::parse(*v, error);
             if (!rule)
                 return fail(error, QStringLiteral("--date: %1").arg(*error));
-            const auto& fields = dateFieldsInRunOrder();
-            const auto it = std::find_if(fields.begin(), fields.end(), [&](const FormField* f) {
-                return f->position == rule->position;
-            });
-            const DateField field = allDateFields[std::size_t(it - fields.begin())];
-            o.values.editorDates.rule(field) = rule->rule;
-            o.values.editorDates.slot(field) = rule->slot;
-            o.values.editorDates.alive(field) = true;
-            o.values.fieldEditedFlags.set((*it)->field);
+            o.values.editorDates.rule(rule->field) = rule->rule;
+            o.values.editorDates.slot(rule->field) = rule->slot;
+            o.values.editorDates.alive(rule->field) = true;
+            o.values.fieldEditedFlags.set(formFieldOf(rule->field));
         } else if (arg == QLatin1String("--mode")) {
             mode = v->toLower();
             if (*mode == QLatin1String("keep"))

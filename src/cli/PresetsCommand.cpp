@@ -157,14 +157,9 @@ std::optional<ActualPreset> presetFromOptions(const QStringList& args, QString* 
                 *error = QStringLiteral("--date: %1").arg(*error);
                 return std::nullopt;
             }
-            const auto fields = dateFieldsInRunOrder();
-            const auto it = std::find_if(fields.begin(), fields.end(), [&](const FormField* f) {
-                return f->position == rule->position;
-            });
-            const DateField field = allDateFields[std::size_t(it - fields.begin())];
-            rules.rule(field) = rule->rule;
-            rules.slot(field) = rule->slot;
-            rules.alive(field) = true;
+            rules.rule(rule->field) = rule->rule;
+            rules.slot(rule->field) = rule->slot;
+            rules.alive(rule->field) = true;
         } else {
             *error = QStringLiteral("presets save takes --set and --date, not '%1'").arg(arg);
             return std::nullopt;

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "dates/DateField.h"
 #include "model/FormFieldTable.h"
 
 #include <bitset>
 
 namespace tagmoor {
+
+// The form field that shows a date field.
+inline Field formFieldOf(DateField field) {
+    return dateFieldsInRunOrder()[std::size_t(field)]->field;
+}
 
 // The editor's record of which form fields got a new value: the system's only notion of
 // "this field was edited". A run reads it, the editor writes it, Finish clears it.

@@ -32,11 +32,6 @@ constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
 constexpr int kLongitude = formPosition(Field::GPSLongitude);
 constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
 
-// The form field of each date field, in the order of allDateFields.
-Field formFieldOf(DateField field) {
-    return dateFieldsInRunOrder()[std::size_t(field)]->field;
-}
-
 int positionOf(DateField field) {
     return formPosition(formFieldOf(field));
 }
