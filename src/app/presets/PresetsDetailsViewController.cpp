@@ -291,10 +291,10 @@ void PresetsDetailsViewController::clickedCancel() {
 }
 
 void PresetsDetailsViewController::clickedEditor(int editor) {
-    const int chosen = std::clamp(editor, 0, 2);
-    if (QAbstractButton* tab = m_tabs->button(chosen))
+    const Editor chosen = editorOfTab(editor);
+    if (QAbstractButton* tab = m_tabs->button(int(chosen)))
         tab->setChecked(true);
-    m_editor->showEditor(Editor(chosen));
+    m_editor->showEditor(chosen);
 }
 
 } // namespace tagmoor

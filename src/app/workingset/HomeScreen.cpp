@@ -482,7 +482,7 @@ void HomeScreen::setBatchControlsEnabled(bool on) {
 void HomeScreen::clickedEditorTab(int editor) {
     if (QAbstractButton* tab = m_tabs->button(editor))
         tab->setChecked(true);
-    m_editor->showEditor(Editor(std::clamp(editor, 0, 2)));
+    m_editor->showEditor(editorOfTab(editor));
 }
 
 void HomeScreen::clickedResetAll() {
