@@ -128,11 +128,10 @@ void StartProcessChain::end() {
 }
 
 QString StartProcessChain::keywordsRefusal() const {
-    const FormField* keywords = findFormField(QStringLiteral("Iptc.Application2.Keywords"));
-    if (!keywords || !m_objects.editorState.fieldEditedFlags.test(keywords->field))
+    if (!m_objects.editorState.fieldEditedFlags.test(Field::Keywords))
         return {};
     const CGImageProperties form = m_objects.form.readForm();
-    const PropertyValue* value = keywords->keyRow().peek(form);
+    const PropertyValue* value = formField(Field::Keywords).keyRow().peek(form);
     for (const QString& keyword : keywordsOfValue(value ? value->variant() : QVariant())) {
         if (QString refusal = keywordRefusal(keyword); !refusal.isEmpty())
             return refusal;
