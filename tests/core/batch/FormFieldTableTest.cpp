@@ -95,6 +95,16 @@ TEST(FormFieldTable, RunOrderIsKeyListOrderAndDatesInTheirOwnOrder) {
     EXPECT_EQ(dates, (std::vector<int>{9, 10, 11, 58, 59, 60}));
 }
 
+// The date rules and the form's fields are two tables; a date rule must flag the field that
+// shows its own key.
+TEST(FieldEditedFlags, ADateFieldFlagsTheFormFieldOfItsKey) {
+    for (const DateField date : allDateFields) {
+        const FormField& shown = formField(formFieldOf(date));
+        EXPECT_STREQ(shown.keyRow().key, dateFieldKey(date));
+        EXPECT_EQ(dateFieldAt(shown.position), date);
+    }
+}
+
 TEST(FieldEditedFlags, OneFlagPerField) {
     FieldEditedFlags flags;
     EXPECT_FALSE(flags.hasEdits());
