@@ -65,7 +65,7 @@ void measure(const QList<CGImageProperties>& samples, int count) {
                 "(target under 16 ms)\n",
                 worstKeyMs, totalKeyMs / typed.size());
     std::printf("field reads \"%s\", edited: %s\n", qPrintable(artist->text()),
-                state.fieldEditedFlags.test(0) ? "yes" : "no");
+                state.fieldEditedFlags.test(Field::Artist) ? "yes" : "no");
 }
 
 } // namespace

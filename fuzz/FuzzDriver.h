@@ -79,7 +79,7 @@ inline void loadFile(const QString& path) {
 inline void writeFile(const QString& path, quint8 choice) {
     MetadataFieldSet edited;
     edited.at(*findKeyRow(QStringLiteral("Exif.Image.Artist"))) = QStringLiteral("Fuzz Artist");
-    edited.exif[exifrow::DateTimeOriginal] = QStringLiteral("2020:02:29 12:34:56");
+    edited.exif[keyRowNumber(Field::DateTimeOriginal)] = QStringLiteral("2020:02:29 12:34:56");
     edited.exif[exifrow::ISOSpeedRatings] = qint64(800);
     edited.exif[exifrow::GPSLatitude] = -33.5;
     edited.at(*findKeyRow(QStringLiteral("Iptc.Application2.City"))) = QStringLiteral("Lyon");

@@ -199,7 +199,7 @@ bool applySet(RunValues& values, const QString& v, QString* error) {
         return failed(error, QStringLiteral("--set: %1").arg(*problem));
     if (auto refused = refusedFieldValue(*field, values.editedProperties))
         return failed(error, QStringLiteral("--set: %1").arg(*refused));
-    values.fieldEditedFlags.set(field->position);
+    values.fieldEditedFlags.set(field->field);
     return true;
 }
 
@@ -207,14 +207,10 @@ bool applyDate(RunValues& values, const QString& v, QString* error) {
     const auto rule = DateRuleArgument::parse(v, error);
     if (!rule)
         return failed(error, QStringLiteral("--date: %1").arg(*error));
-    const auto& fields = dateFieldsInRunOrder();
-    const auto it = std::find_if(fields.begin(), fields.end(),
-                                 [&](const FormField* f) { return f->position == rule->position; });
-    const DateField field = allDateFields[std::size_t(it - fields.begin())];
-    values.editorDates.rule(field) = rule->rule;
-    values.editorDates.slot(field) = rule->slot;
-    values.editorDates.alive(field) = true;
-    values.fieldEditedFlags.set(rule->position);
+    values.editorDates.rule(rule->field) = rule->rule;
+    values.editorDates.slot(rule->field) = rule->slot;
+    values.editorDates.alive(rule->field) = true;
+    values.fieldEditedFlags.set(formFieldOf(rule->field));
     return true;
 }
 

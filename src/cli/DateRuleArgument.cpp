@@ -45,7 +45,7 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
                                           "ModifyDateXMP, CreateDatePhotoshop)")
                                .arg(fieldName));
     DateRuleArgument arg;
-    arg.position = field->position;
+    arg.field = *dateFieldAt(field->position);
     DateTimeConfiguration& rule = arg.rule;
 
     const int colon = int(ruleText.indexOf(QLatin1Char(':')));
@@ -111,7 +111,7 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
             return fail(error,
                         QStringLiteral("update needs at least one of day, month, year, time"));
         if (!u.isKeepOriginalYears) {
-            if (auto refused = refusedYear(*dateFieldAt(arg.position), year))
+            if (auto refused = refusedYear(arg.field, year))
                 return fail(error, *refused);
         }
         const QDate date(year, month, day);
@@ -152,7 +152,7 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
                                           "shift-date, shift-time)")
                                .arg(ruleText));
     }
-    if (auto refused = refusedDateRule(*dateFieldAt(arg.position), arg.rule, arg.slot))
+    if (auto refused = refusedDateRule(arg.field, arg.rule, arg.slot))
         return fail(error, *refused);
     return arg;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dates/DateField.h"
 #include "dates/DateTimeConfiguration.h"
 
 #include <QDateTime>
@@ -12,7 +13,7 @@ namespace tagmoor::cli {
 // A date rule as given on the command line, FIELD=RULE, turned into the rule and date slot
 // that the date panel would have stored. The syntax is in ApplyCommand's help.
 struct DateRuleArgument {
-    int position = -1; // the date field's form position
+    DateField field = DateField::dateTimeOriginal;
     DateTimeConfiguration rule;
     std::optional<QDateTime> slot;
 

@@ -157,14 +157,9 @@ std::optional<ActualPreset> presetFromOptions(const QStringList& args, QString* 
                 *error = QStringLiteral("--date: %1").arg(*error);
                 return std::nullopt;
             }
-            const auto fields = dateFieldsInRunOrder();
-            const auto it = std::find_if(fields.begin(), fields.end(), [&](const FormField* f) {
-                return f->position == rule->position;
-            });
-            const DateField field = allDateFields[std::size_t(it - fields.begin())];
-            rules.rule(field) = rule->rule;
-            rules.slot(field) = rule->slot;
-            rules.alive(field) = true;
+            rules.rule(rule->field) = rule->rule;
+            rules.slot(rule->field) = rule->slot;
+            rules.alive(rule->field) = true;
         } else {
             *error = QStringLiteral("presets save takes --set and --date, not '%1'").arg(arg);
             return std::nullopt;
@@ -291,11 +286,11 @@ bool applyStoredPreset(RunValues& values, const QString& name, QString* error) {
     PresetRunEdits edits = presetRunEdits(preset);
     // What the command line gave wins, field by field and date by date.
     for (const FormField& field : formFields()) {
-        if (!values.fieldEditedFlags.test(field.position))
+        if (!values.fieldEditedFlags.test(field.field))
             continue;
         *field.keyRow().field(edits.editedProperties) =
             *field.keyRow().field(values.editedProperties);
-        edits.fieldEditedFlags.set(field.position);
+        edits.fieldEditedFlags.set(field.field);
     }
     for (DateField field : allDateFields) {
         if (!values.editorDates.alive(field))

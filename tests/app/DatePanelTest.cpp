@@ -63,7 +63,7 @@ private:
 void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
     TestApp t;
     HomeScreen* home = load(t, samplePhoto(t.dir("p")));
-    const int position = formpos::ModifyDate;
+    const int position = formPosition(Field::ModifyDate);
     auto* field = qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
     const QString before = field->text();
 
@@ -88,7 +88,7 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
 
     // The field follows while the panel is open; nothing is stored yet.
     QCOMPARE(field->text(), QStringLiteral("Inc/Dec:  Hour: -3  Minute: 1 "));
-    QVERIFY(!t.app->editorState().fieldEditedFlags.test(position));
+    QVERIFY(!t.app->editorState().fieldEditedFlags.test(Field::ModifyDate));
     QVERIFY(field->text() != before);
 
     panel->close();
@@ -99,7 +99,7 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
     QCOMPARE(rule.as<IDOT>()->changeHours, -3);
     QCOMPARE(rule.as<IDOT>()->changeMinutes, 1);
     QVERIFY(rule.as<IDOT>()->isKeepOriginalSeconds);
-    QVERIFY(t.app->editorState().fieldEditedFlags.test(position));
+    QVERIFY(t.app->editorState().fieldEditedFlags.test(Field::ModifyDate));
     QVERIFY(field->property("edited").toBool());
     QCOMPARE(field->text(), QStringLiteral("Inc/Dec:  Hour: -3  Minute: 1 "));
 
@@ -114,7 +114,7 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
 void DatePanelTest::photoWithoutTheDateOffersOnlyThreeModes() {
     TestApp t;
     HomeScreen* home = load(t, samplePhoto(t.dir("p"), QStringLiteral("Exif.Image.DateTime")));
-    const int position = formpos::ModifyDate;
+    const int position = formPosition(Field::ModifyDate);
     DateConfigurationPanel* panel = open(home, position);
     QVERIFY(panel);
     for (DateMode mode : {DateMode::keepOriginal, DateMode::emptyValue, DateMode::selectDate})
@@ -124,7 +124,7 @@ void DatePanelTest::photoWithoutTheDateOffersOnlyThreeModes() {
 
     // Closing without a change leaves the field as it was, unmarked.
     panel->close();
-    QVERIFY(!t.app->editorState().fieldEditedFlags.test(position));
+    QVERIFY(!t.app->editorState().fieldEditedFlags.test(Field::ModifyDate));
 }
 
 QTEST_MAIN(DatePanelTest)

@@ -104,7 +104,7 @@ void EditorTest::typingMarksTheFieldAndResetAllClearsIt() {
     QLineEdit* artist = line(home, kArtist);
     QVERIFY(artist->isEnabled());
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
-    QVERIFY(t.app->editorState().fieldEditedFlags.test(kArtist));
+    QVERIFY(t.app->editorState().fieldEditedFlags.test(Field::Artist));
     QVERIFY(artist->property("edited").toBool());
     QVERIFY(home->metadataForm().hasEdits());
     QCOMPARE(home->metadataForm().readForm().tiffProperties->artist.text(),

@@ -119,7 +119,7 @@ void LocationTest::pickerTakesTypedCoordinatesAsTheyAre() {
         picker.segmentControl()->button(segment)->click();
     QCOMPARE(picker.mapView()->annotationCount(), 1);
     QCOMPARE(picker.mapAnnotations().size(), 1);
-    QCOMPARE(picker.mapView()->mapType(), 0);
+    QCOMPARE(picker.mapView()->mapType(), MapType::standard);
     picker.segmentControl()->button(1)->click();
     // Satellite without a tile address says so on the map.
     QVERIFY(!picker.mapView()->note().isEmpty());
@@ -279,13 +279,13 @@ void LocationTest::mapDrawsTilesFromTheServerAndKeepsThemInItsCache() {
         map.resize(512, 384);
         map.setRegion({47.37, 8.54, 1, 1});
         // Every tile in view has come once nothing is on its way after a paint.
-        QTRY_VERIFY(
-            (map.grab(), map.networkTilesDrawn() >= 6 && map.tileLoader(0)->inFlight() == 0));
+        QTRY_VERIFY((map.grab(), map.networkTilesDrawn() >= 6 &&
+                                     map.tileLoader(MapType::standard)->inFlight() == 0));
         map.grab();
         drawnFirst = map.networkTilesDrawn();
         firstRequests = server.requests();
         QCOMPARE(firstRequests, drawnFirst);
-        QCOMPARE(map.tileLoader(0)->urlTemplate(), server.urlTemplate());
+        QCOMPARE(map.tileLoader(MapType::standard)->urlTemplate(), server.urlTemplate());
     }
     QVERIFY(server.userAgent().startsWith("Tagmoor/"));
     QVERIFY(server.maxOpenConnections() <= TileLoader::kMaxConnections);
@@ -324,7 +324,8 @@ void LocationTest::preferencesTurnTilesOffAndEmptyTheirCache() {
     map.configureTiles(settings); // the user's cache folder, which Preferences empties
     map.resize(512, 384);
     map.setRegion({47.37, 8.54, 1, 1});
-    QTRY_VERIFY((map.grab(), map.networkTilesDrawn() >= 6 && map.tileLoader(0)->inFlight() == 0));
+    QTRY_VERIFY((map.grab(), map.networkTilesDrawn() >= 6 &&
+                                 map.tileLoader(MapType::standard)->inFlight() == 0));
 
     t.app->showPreferences();
     PreferencesWindow* prefs = t.app->preferencesWindow();
@@ -390,15 +391,17 @@ void LocationTest::aHugeTileNeitherStallsTheMapNorIsDrawn() {
                      [&] { longestGap = std::max(longestGap, sinceLast.restart()); });
     sinceLast.start();
     beat.start();
-    QTRY_VERIFY((map.grab(), server.requests() >= 6 && map.tileLoader(0)->inFlight() == 0));
+    QTRY_VERIFY(
+        (map.grab(), server.requests() >= 6 && map.tileLoader(MapType::standard)->inFlight() == 0));
     QTest::qWait(300);
     beat.stop();
-    const int sent = map.tileLoader(0)->requestsSent();
+    const int sent = map.tileLoader(MapType::standard)->requestsSent();
     map.grab();
     QCOMPARE(map.networkTilesDrawn(), 0);
     QTest::qWait(100);
     map.grab();
-    QCOMPARE(map.tileLoader(0)->requestsSent(), sent); // not asked again on a repaint
+    QCOMPARE(map.tileLoader(MapType::standard)->requestsSent(),
+             sent); // not asked again on a repaint
     QVERIFY2(longestGap < 1000, qPrintable(QStringLiteral("%1 ms").arg(longestGap)));
 }
 

@@ -208,8 +208,9 @@ void PresetsPanelTest::menuRowsFillTheFormOrOpenThePanel() {
     QCOMPARE(form.text(kArtist), QStringLiteral("Ann Lee"));
     QCOMPARE(form.text(kFNumber), QStringLiteral("5.6"));
     const FieldEditedFlags& flags = t.app->editorState().fieldEditedFlags;
-    QVERIFY(flags.test(kArtist) && flags.test(kFNumber) && flags.test(formpos::DateTimeOriginal));
-    QVERIFY(!flags.test(positionOf("Copyright")));
+    QVERIFY(flags.test(Field::Artist) && flags.test(Field::FNumber) &&
+            flags.test(Field::DateTimeOriginal));
+    QVERIFY(!flags.test(Field::Copyright));
     QVERIFY(t.app->editorState().editorDates().rules().configurationTimeOriginal.is<IDOT>());
     QTest::qWait(120);
     QCOMPARE(t.root()->selectedIndex(), 1);

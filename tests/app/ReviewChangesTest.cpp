@@ -100,7 +100,7 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     TestApp t;
     HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg")});
 
-    FieldControl* date = home->metadataView()->control(formpos::ModifyDate);
+    FieldControl* date = home->metadataView()->control(formPosition(Field::ModifyDate));
     QTest::mouseClick(date->dateButton(), Qt::LeftButton);
     DateConfigurationPanel* panel = home->metadataView()->datePanel();
     QVERIFY(panel && panel->carryBox());

@@ -315,11 +315,11 @@ void ScreenFlowTest::marksSurviveSwitchingBetweenGridAndTable() {
 void ScreenFlowTest::rootShowsTheChildOfTheIndex() {
     TestApp t;
     RootView* root = t.window().rootView();
-    emit t.app->events().UpdateVCOTM(2);
+    emit t.app->events().UpdateVCOTM(RootPage::presetsDetails);
     QCOMPARE(root->currentChild(), root->presetsDetails());
-    emit t.app->events().UpdateVCOTM(3);
+    emit t.app->events().UpdateVCOTM(RootPage::none);
     QCOMPARE(root->currentChild(), nullptr);
-    emit t.app->events().UpdateVCOTM(0);
+    emit t.app->events().UpdateVCOTM(RootPage::addFiles);
     QCOMPARE(root->currentChild(), static_cast<QWidget*>(root->addFilesScreen()));
 }
 

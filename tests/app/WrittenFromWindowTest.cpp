@@ -126,7 +126,7 @@ void WrittenFromWindowTest::timeShiftMovesEachMarkedPhotosOwnDate() {
     QVERIFY(QTest::qWaitForWindowExposed(home->window()));
 
     // The panel of the original date, opened on the eight marked photos: one hour later.
-    FieldControl* control = home->metadataView()->control(formpos::DateTimeOriginal);
+    FieldControl* control = home->metadataView()->control(formPosition(Field::DateTimeOriginal));
     QTest::mouseClick(control->dateButton(), Qt::LeftButton);
     DateConfigurationPanel* panel = home->metadataView()->datePanel();
     QVERIFY(panel && panel->isVisible());

@@ -54,7 +54,7 @@ ProcessingControls::ProcessingControls(ProcessingOptions& options, QObject* pare
 void ProcessingControls::clickedChooseEditingOptions(int row) {
     m_options.chooseRow(row);
     refresh();
-    emit rowChanged(m_options.row());
+    emit modeChanged(m_options.mode());
     emit startEnabledChanged(m_options.startEnabled());
 }
 

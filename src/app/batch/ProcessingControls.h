@@ -26,7 +26,7 @@ public:
     void refresh();
 
 signals:
-    void rowChanged(int row);
+    void modeChanged(ProcessingMode mode);
     void startEnabledChanged(bool enabled);
 
 private:

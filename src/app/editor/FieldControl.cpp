@@ -17,24 +17,22 @@ namespace tagmoor {
 namespace {
 
 // The date buttons are named after their field, not after the control.
-QString dateButtonName(int position) {
-    switch (position) {
-    case formpos::DateTimeOriginal:
+QString dateButtonName(Field field) {
+    switch (field) {
+    case Field::DateTimeOriginal:
         return QStringLiteral("btnDateTimeOriginal");
-    case formpos::CreationDate:
+    case Field::CreationDate:
         return QStringLiteral("btnDateCreation");
-    case formpos::ModifyDate:
+    case Field::ModifyDate:
         return QStringLiteral("btnDateModify");
-    case formpos::CreateDateXMP:
+    case Field::CreateDateXMP:
         return QStringLiteral("btnCreateDateXMP");
-    case formpos::ModifyDateXMP:
+    case Field::ModifyDateXMP:
         return QStringLiteral("btnModifyDateXMP");
     default:
         return QStringLiteral("btnCreateDatePhotoshop");
     }
 }
-
-constexpr int kUserComment = 4;
 
 } // namespace
 
@@ -56,7 +54,7 @@ FieldControl::FieldControl(const FormField& field, QWidget* parent)
             emit rowChosen(m_position, row, previous);
         });
         layout->addWidget(m_popup, 1);
-    } else if (field.position == kUserComment) {
+    } else if (field.field == Field::UserComment) {
         m_multiLine = new QPlainTextEdit;
         m_multiLine->setObjectName(name);
         m_multiLine->setTabChangesFocus(true);
@@ -73,7 +71,7 @@ FieldControl::FieldControl(const FormField& field, QWidget* parent)
         layout->addWidget(m_line, 1);
         if (field.isDate()) {
             m_dateButton = new QToolButton;
-            m_dateButton->setObjectName(dateButtonName(field.position));
+            m_dateButton->setObjectName(dateButtonName(field.field));
             m_dateButton->setText(tr("Set..."));
             m_dateButton->setToolTip(tr("Choose the rule of this date"));
             connect(m_dateButton, &QToolButton::clicked, this,

@@ -109,7 +109,7 @@ MetadataViewController::MetadataViewController(MetadataForm& form, AppEvents& ev
     connect(&events, &AppEvents::UpdateMultipleValuesOTM, &m_form,
             &MetadataForm::updateMultipleValues);
     connect(&events, &AppEvents::UpdateEditorOTM, this,
-            [this](int editor) { showEditor(Editor(std::clamp(editor, 0, 2))); });
+            [this](int editor) { showEditor(editorOfTab(editor)); });
 
     showEditor(Editor::exif);
     refreshAll();

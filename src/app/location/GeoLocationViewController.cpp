@@ -132,25 +132,26 @@ void GeoLocationViewController::viewWillAppear() {
     m_latitude = float(shared.latitude);
     m_longitude = float(shared.longitude);
     m_nameField->clear();
-    updateMap(QString(), QString(), std::max(0, m_segment->checkedId()), m_latitude, m_longitude);
+    updateMap(QString(), QString(), mapTypeOfSegment(m_segment->checkedId()), m_latitude,
+              m_longitude);
     writeFields();
     startReverseGeocoding();
 }
 
 void GeoLocationViewController::updateMap(const QString& title, const QString& subtitle,
-                                          int mapType, double latitude, double longitude) {
+                                          MapType type, double latitude, double longitude) {
     const PinAnnotation pin{latitude, longitude, title, subtitle};
-    m_newRegion = m_map->showPin(pin, mapType, kSpan);
+    m_newRegion = m_map->showPin(pin, type, kSpan);
     m_mapAnnotations = {pin};
 }
 
 void GeoLocationViewController::clickedOnSegment(int index) {
-    updateMap(QString(), QString(), index, m_latitude, m_longitude);
+    updateMap(QString(), QString(), mapTypeOfSegment(index), m_latitude, m_longitude);
     writeFields();
 }
 
 void GeoLocationViewController::controlTextDidChange(QLineEdit* sender) {
-    const int mapType = std::max(0, m_segment->checkedId());
+    const MapType mapType = mapTypeOfSegment(m_segment->checkedId());
     if (sender == m_latitudeField || sender == m_longitudeField) {
         (sender == m_latitudeField ? m_latitude : m_longitude) = floatValueOfText(sender->text());
         updateMap(QString(), QString(), mapType, m_latitude, m_longitude);
@@ -174,8 +175,8 @@ void GeoLocationViewController::controlTextDidChange(QLineEdit* sender) {
                     return;
                 m_latitude = float(marks.first().latitude);
                 m_longitude = float(marks.first().longitude);
-                updateMap(QString(), QString(), std::max(0, m_segment->checkedId()), m_latitude,
-                          m_longitude);
+                updateMap(QString(), QString(), mapTypeOfSegment(m_segment->checkedId()),
+                          m_latitude, m_longitude);
                 writeFields();
             });
     }

@@ -34,7 +34,7 @@ public:
     // Opening: the map, the fields and the name from the shared position.
     void viewWillAppear();
     // The one routine of every move: map type, region of 1.0 by 1.0 degrees, one pin.
-    void updateMap(const QString& title, const QString& subtitle, int mapType, double latitude,
+    void updateMap(const QString& title, const QString& subtitle, MapType type, double latitude,
                    double longitude);
     void clickedOnSegment(int index);
     // A user's edit of one of the three fields.

@@ -24,8 +24,8 @@ MapTypeSegment::MapTypeSegment(const QString& objectName, QWidget* parent)
     }
 }
 
-int MapTypeSegment::selectedSegment() const {
-    return std::max(0, m_group->checkedId());
+MapType MapTypeSegment::selectedType() const {
+    return mapTypeOfSegment(m_group->checkedId());
 }
 
 } // namespace tagmoor

@@ -128,20 +128,19 @@ void MapView::configureTiles(const Settings& settings, const QString& cacheFolde
     // OpenStreetMap, except in test runs, which must never reach a real server.
     const bool testRun = QStandardPaths::isTestModeEnabled();
     const bool online = settings.loadMapTilesFromInternetOrDefault();
-    for (int type = 0; type < 3; ++type) {
-        const std::optional<QString> stored = settings.mapTileUrl(type);
+    for (const MapType type : allMapTypes) {
+        const std::optional<QString> stored = settings.mapTileUrl(int(type));
         QString address = online ? stored.value_or(QString()) : QString();
-        if (online && type == 0 && !stored && !testRun)
+        if (online && type == MapType::standard && !stored && !testRun)
             address = QString::fromLatin1(kOpenStreetMapTiles);
         setTileTemplate(type, address, cacheFolder);
     }
 }
 
-void MapView::setTileTemplate(int mapType, const QString& urlTemplate, const QString& cacheFolder) {
-    if (mapType < 0 || mapType > 2)
-        return;
-    delete m_loaders[std::size_t(mapType)];
-    m_loaders[std::size_t(mapType)] = nullptr;
+void MapView::setTileTemplate(MapType type, const QString& urlTemplate,
+                              const QString& cacheFolder) {
+    delete m_loaders[std::size_t(type)];
+    m_loaders[std::size_t(type)] = nullptr;
     m_networkTiles.clear();
     if (urlTemplate.isEmpty()) {
         update();
@@ -150,17 +149,15 @@ void MapView::setTileTemplate(int mapType, const QString& urlTemplate, const QSt
     auto* loader = new TileLoader(
         urlTemplate, cacheFolder.isEmpty() ? TileLoader::defaultCacheFolder() : cacheFolder, this);
     connect(loader, &TileLoader::tileDecoded, this,
-            [this, mapType](int zoom, int x, int y, const QImage& image) {
-                tileArrived(mapType, zoom, x, y, image);
+            [this, type](int zoom, int x, int y, const QImage& image) {
+                tileArrived(type, zoom, x, y, image);
             });
-    m_loaders[std::size_t(mapType)] = loader;
+    m_loaders[std::size_t(type)] = loader;
     update();
 }
 
-void MapView::setMapType(int mapType) {
-    if (mapType < 0 || mapType > 2)
-        return;
-    m_mapType = mapType;
+void MapView::setMapType(MapType type) {
+    m_mapType = type;
     update();
 }
 
@@ -216,8 +213,8 @@ void MapView::addAnnotation(const PinAnnotation& pin) {
     update();
 }
 
-MapRegion MapView::showPin(const PinAnnotation& pin, int mapType, double span) {
-    setMapType(mapType);
+MapRegion MapView::showPin(const PinAnnotation& pin, MapType type, double span) {
+    setMapType(type);
     MapRegion asked{pin.latitude, pin.longitude, span, span};
     const MapRegion fitted = MapProjection::regionThatFits(asked, size());
     if (fitted.isValid())
@@ -254,7 +251,7 @@ QString MapView::note() const {
     if (m_settings && !m_settings->loadMapTilesFromInternetOrDefault())
         return tr("Map tiles from the internet are turned off in Preferences; showing the "
                   "outline.");
-    if (m_mapType != 0 && !m_loaders[std::size_t(m_mapType)])
+    if (m_mapType != MapType::standard && !m_loaders[std::size_t(m_mapType)])
         return tr("Satellite imagery needs a tile address in the settings; showing the outline.");
     return {};
 }
@@ -263,11 +260,12 @@ QString MapView::attribution() const {
     const TileLoader* loader = m_loaders[std::size_t(m_mapType)];
     if (!loader || m_networkTilesDrawn == 0)
         return tr("Outline: Natural Earth");
-    if (m_mapType == 0 && loader->urlTemplate() == QLatin1String(kOpenStreetMapTiles))
+    if (m_mapType == MapType::standard &&
+        loader->urlTemplate() == QLatin1String(kOpenStreetMapTiles))
         return tr("\u00a9 OpenStreetMap contributors");
     const QString host = QUrl(loader->urlTemplate()).host();
-    return m_mapType == 0 ? tr("\u00a9 OpenStreetMap contributors (%1)").arg(host)
-                          : tr("Imagery: %1").arg(host);
+    return m_mapType == MapType::standard ? tr("\u00a9 OpenStreetMap contributors (%1)").arg(host)
+                                          : tr("Imagery: %1").arg(host);
 }
 
 QImage MapView::outlineTile(int zoom, int x, int y) {
@@ -312,15 +310,15 @@ const QImage* MapView::networkTile(int zoom, int x, int y) {
     TileLoader* loader = m_loaders[std::size_t(m_mapType)];
     if (!loader)
         return nullptr;
-    if (const QImage* cached = m_networkTiles.object(tileKey(m_mapType, zoom, x, y)))
+    if (const QImage* cached = m_networkTiles.object(tileKey(int(m_mapType), zoom, x, y)))
         return cached;
     loader->request(zoom, x, y);
     return nullptr;
 }
 
-void MapView::tileArrived(int mapType, int zoom, int x, int y, const QImage& image) {
-    m_networkTiles.insert(tileKey(mapType, zoom, x, y), new QImage(image));
-    if (mapType == m_mapType && zoom == m_zoom)
+void MapView::tileArrived(MapType type, int zoom, int x, int y, const QImage& image) {
+    m_networkTiles.insert(tileKey(int(type), zoom, x, y), new QImage(image));
+    if (type == m_mapType && zoom == m_zoom)
         update();
 }
 

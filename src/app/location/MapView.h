@@ -2,6 +2,7 @@
 
 #include "geo/MapProjection.h"
 #include "geo/TileLoader.h"
+#include "location/MapType.h"
 
 #include <QCache>
 #include <QImage>
@@ -50,11 +51,11 @@ public:
     // is emptied. `settings` must outlive the map.
     void configureTiles(const Settings& settings, const QString& cacheFolder = QString());
     // Sets the tile address of one map type ("" for none).
-    void setTileTemplate(int mapType, const QString& urlTemplate,
+    void setTileTemplate(MapType type, const QString& urlTemplate,
                          const QString& cacheFolder = QString());
 
-    int mapType() const { return m_mapType; }
-    void setMapType(int mapType);
+    MapType mapType() const { return m_mapType; }
+    void setMapType(MapType type);
 
     // Shows `region` at the largest zoom that holds it, centred on its centre.
     void setRegion(const MapRegion& region, bool animated = true);
@@ -67,9 +68,9 @@ public:
     // Moves the view by screen pixels (a drag).
     void panBy(QPointF pixels);
 
-    // Switches to `mapType`, shows a region `span` degrees wide and high around the pin (as
+    // Switches to `type`, shows a region `span` degrees wide and high around the pin (as
     // near as the widget's shape allows) and makes it the one pin. Gives the region asked for.
-    MapRegion showPin(const PinAnnotation& pin, int mapType, double span);
+    MapRegion showPin(const PinAnnotation& pin, MapType type, double span);
 
     // The pin; at most one stands on the map.
     void addAnnotation(const PinAnnotation& pin);
@@ -82,7 +83,7 @@ public:
     // Tiles drawn from the network in the last paint; the note of the last paint, if any.
     int networkTilesDrawn() const { return m_networkTilesDrawn; }
     QString note() const;
-    TileLoader* tileLoader(int mapType) const { return m_loaders[std::size_t(mapType)]; }
+    TileLoader* tileLoader(MapType type) const { return m_loaders[std::size_t(type)]; }
     QToolButton* zoomInButton() const { return m_zoomIn; }
     QToolButton* zoomOutButton() const { return m_zoomOut; }
 
@@ -106,13 +107,13 @@ protected:
 private:
     QImage outlineTile(int zoom, int x, int y);
     const QImage* networkTile(int zoom, int x, int y);
-    void tileArrived(int mapType, int zoom, int x, int y, const QImage& image);
+    void tileArrived(MapType type, int zoom, int x, int y, const QImage& image);
     QPointF topLeftWorld() const;
     void setZoomAround(int zoom, QPointF anchor);
     QString attribution() const;
 
     std::shared_ptr<const WorldOutline> m_outline;
-    int m_mapType = 0;
+    MapType m_mapType = MapType::standard;
     int m_zoom = 2;
     QPointF m_centre; // in world pixels at m_zoom
     // The region last asked for, fitted again when the widget's size changes until the user

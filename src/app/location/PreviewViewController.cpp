@@ -277,7 +277,7 @@ void PreviewViewController::updateValues() {
         m_longitude = *lon;
     }
     updateMapView(m_latitude, m_longitude, QString(), QString(),
-                  std::max(0, m_segment->checkedId()));
+                  mapTypeOfSegment(m_segment->checkedId()));
 }
 
 void PreviewViewController::pictureDecoded() {
@@ -294,14 +294,14 @@ void PreviewViewController::pictureDecoded() {
 }
 
 void PreviewViewController::updateMapView(double latitude, double longitude, const QString& title,
-                                          const QString& subtitle, int mapType) {
+                                          const QString& subtitle, MapType type) {
     const PinAnnotation pin{latitude, longitude, title, subtitle};
-    m_newRegion = m_map->showPin(pin, mapType, kSpan);
+    m_newRegion = m_map->showPin(pin, type, kSpan);
     m_mapAnnotations = {pin};
 }
 
 void PreviewViewController::clickedSegmentControl(int index) {
-    updateMapView(m_latitude, m_longitude, QString(), QString(), index);
+    updateMapView(m_latitude, m_longitude, QString(), QString(), mapTypeOfSegment(index));
 }
 
 } // namespace tagmoor

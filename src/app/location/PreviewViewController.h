@@ -37,7 +37,7 @@ public:
     void updateValues();
     // The map routine shared with the picker: type, region of 1.0 by 1.0 degrees, one pin.
     void updateMapView(double latitude, double longitude, const QString& title,
-                       const QString& subtitle, int mapType);
+                       const QString& subtitle, MapType type);
     void clickedSegmentControl(int index);
     // 0 EXIF, 1 IPTC, 2 XMP.
     void clickedTab(int editor);

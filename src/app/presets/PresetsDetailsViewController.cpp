@@ -146,7 +146,8 @@ void PresetsDetailsViewController::presetsDetailsRequested(int row) {
     if (row != 0 && row != last)
         return; // a saved preset: the home form takes it, the panel stays closed
     m_isNewPreset = row == 0;
-    QTimer::singleShot(kOpenDelayMs, this, [this] { emit m_objects.events.UpdateVCOTM(2); });
+    QTimer::singleShot(kOpenDelayMs, this,
+                       [this] { emit m_objects.events.UpdateVCOTM(RootPage::presetsDetails); });
 }
 
 void PresetsDetailsViewController::viewWillAppear() {
@@ -286,14 +287,14 @@ void PresetsDetailsViewController::clickedSave() {
 }
 
 void PresetsDetailsViewController::clickedCancel() {
-    emit m_objects.events.UpdateVCOTM(1);
+    emit m_objects.events.UpdateVCOTM(RootPage::home);
 }
 
 void PresetsDetailsViewController::clickedEditor(int editor) {
-    const int chosen = std::clamp(editor, 0, 2);
-    if (QAbstractButton* tab = m_tabs->button(chosen))
+    const Editor chosen = editorOfTab(editor);
+    if (QAbstractButton* tab = m_tabs->button(int(chosen)))
         tab->setChecked(true);
-    m_editor->showEditor(Editor(chosen));
+    m_editor->showEditor(chosen);
 }
 
 } // namespace tagmoor

@@ -31,21 +31,21 @@ RootView::RootView(AppDelegate& app, QWidget* parent)
     connect(&app.events(), &AppEvents::UpdateVCOTM, this, &RootView::updateVC);
 }
 
-void RootView::updateVC(int selectedIndex) {
-    m_selectedIndex = selectedIndex;
-    switch (selectedIndex) {
-    case 0:
+void RootView::updateVC(RootPage page) {
+    m_page = page;
+    switch (page) {
+    case RootPage::addFiles:
         m_stack->setCurrentWidget(m_addFiles);
         break;
-    case 1:
+    case RootPage::home:
         m_stack->setCurrentWidget(m_home);
         m_home->viewWillAppear();
         break;
-    case 2:
+    case RootPage::presetsDetails:
         m_stack->setCurrentWidget(m_presetsDetails);
         m_presetsDetails->viewWillAppear();
         break;
-    default:
+    case RootPage::none:
         m_stack->setCurrentWidget(m_empty);
         break;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/AppEvents.h"
+
 #include <QWidget>
 
 class QStackedLayout;
@@ -11,16 +13,18 @@ class AppDelegate;
 class HomeScreen;
 class PresetsDetailsViewController;
 
-// The root of the main window: one container whose child is chosen by UpdateVCOTM. 0 shows
-// the add screen, 1 the home screen, 2 the preset details panel; any other index leaves the
-// container empty. The screens are made once and kept.
+// The root of the main window: one container whose child is chosen by UpdateVCOTM: the add
+// screen, the home screen, the preset details panel, or nothing. The screens are made once and
+// kept.
 class RootView : public QWidget {
     Q_OBJECT
 public:
     explicit RootView(AppDelegate& app, QWidget* parent = nullptr);
 
-    void updateVC(int selectedIndex);
-    int selectedIndex() const { return m_selectedIndex; }
+    void updateVC(RootPage page);
+    // The page's number, 0 to 3, as the tests compare it.
+    int selectedIndex() const { return int(m_page); }
+    RootPage page() const { return m_page; }
     // The child now shown, or nullptr when the container is empty.
     QWidget* currentChild() const;
 
@@ -38,7 +42,7 @@ private:
     HomeScreen* m_home;
     PresetsDetailsViewController* m_presetsDetails;
     QWidget* m_empty;
-    int m_selectedIndex = 0;
+    RootPage m_page = RootPage::addFiles;
 };
 
 } // namespace tagmoor

@@ -101,7 +101,7 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
                                objects.prompt, objects.renameNumbering, objects.renameSettings},
                               this);
     m_batch = new BatchController(objects.prompt, objects.renameNumbering, this);
-    connect(m_processing, &ProcessingControls::rowChanged, this, &HomeScreen::editingRowChanged);
+    connect(m_processing, &ProcessingControls::modeChanged, this, &HomeScreen::editingModeChanged);
     connect(m_processing, &ProcessingControls::startEnabledChanged, m_start, &QWidget::setEnabled);
     connect(m_start, &QPushButton::clicked, this, &HomeScreen::clickedStartProcess);
     connect(m_chain, &StartProcessChain::coverChanged, this,
@@ -482,14 +482,14 @@ void HomeScreen::setBatchControlsEnabled(bool on) {
 void HomeScreen::clickedEditorTab(int editor) {
     if (QAbstractButton* tab = m_tabs->button(editor))
         tab->setChecked(true);
-    m_editor->showEditor(Editor(std::clamp(editor, 0, 2)));
+    m_editor->showEditor(editorOfTab(editor));
 }
 
 void HomeScreen::clickedResetAll() {
     m_form->resetAll();
     m_objects.processingOptions.clearChoices();
     m_processing->refresh();
-    editingRowChanged(0);
+    editingModeChanged(ProcessingMode::keepUnedited);
     clickedEditorTab(0);
     applyOutcome(m_objects.scans.selection().refresh());
 }
@@ -501,7 +501,7 @@ void HomeScreen::startNewList() {
     m_objects.renameSettings = Rename{};
     m_objects.processingOptions.reset();
     m_processing->refresh();
-    editingRowChanged(0);
+    editingModeChanged(ProcessingMode::keepUnedited);
     SharedLocation::instance() = SharedLocation{};
     clearPreview();
 }
@@ -657,8 +657,8 @@ void HomeScreen::clickedStartProcess() {
     m_chain->clickedStartProcess();
 }
 
-void HomeScreen::editingRowChanged(int row) {
-    const bool removing = row == 2;
+void HomeScreen::editingModeChanged(ProcessingMode mode) {
+    const bool removing = mode == ProcessingMode::removeGroups;
     m_editor->setVisible(!removing);
     m_processing->cleanBox()->setVisible(removing);
     for (const QPointer<QWidget>& control : std::as_const(m_editingOnly)) {
@@ -690,7 +690,7 @@ void HomeScreen::finishRun() {
     emit m_objects.events.HideUnhideTopLayerTM(true);
     // The list empties, so the edits and the options start anew; the add screen comes back.
     m_objects.workingSet.clearImages();
-    emit m_objects.events.UpdateVCOTM(0);
+    emit m_objects.events.UpdateVCOTM(RootPage::addFiles);
     emit m_objects.events.AfterFinishOTM();
 }
 
@@ -758,11 +758,11 @@ void HomeScreen::showInfo(int row) {
     const QString height = FieldDisplay::numberText(record.pixelHeight);
     if (!width.isEmpty() && !height.isEmpty())
         facts.append({tr("Dimensions"), tr("%1 x %2 pixels").arg(width, height)});
-    for (int position : {5, 6, 9, 0}) {
-        const FormField* field = formFieldAt(position);
-        const QString value = FieldDisplay::text(record, *field);
+    for (Field field :
+         {Field::Make, Field::CameraModalName, Field::DateTimeOriginal, Field::Artist}) {
+        const QString value = FieldDisplay::text(record, formField(field));
         if (!value.isEmpty())
-            facts.append({labelOf(position), value});
+            facts.append({labelOf(formPosition(field)), value});
     }
     auto* dialog = new FileInfoDialog(record.path(), facts, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);

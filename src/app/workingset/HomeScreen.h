@@ -32,6 +32,7 @@ class RenameNumbering;
 class StartProcessChain;
 class Rename;
 struct RunValues;
+enum class ProcessingMode;
 class Settings;
 class TutorialOverlay;
 struct CGImageProperties;
@@ -165,7 +166,7 @@ private:
     void refreshPreviewPicture();
     void clearPreview();
     void showLocation(const CGImageProperties& record);
-    void editingRowChanged(int row);
+    void editingModeChanged(ProcessingMode mode);
     // The list became empty: the next photos start from a clean editor and clean options.
     void startNewList();
     void openRunSheet(const RunValues& values);

@@ -2,7 +2,6 @@
 
 #include "foundation/ThreadPriority.h"
 
-#include "batch/BatchLog.h"
 #include "batch/BatchObserver.h"
 #include "metadata/SafeFileReplace.h"
 
@@ -93,23 +92,6 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         if (photos.isSelected(i))
             ++result.total;
     }
-    const ProcessingMode mode = m_pipeline.values().processingMode;
-    if (mode != ProcessingMode::keepUnedited && mode != ProcessingMode::clearUnedited &&
-        mode != ProcessingMode::removeGroups) {
-        qCWarning(lcBatch) << "unknown processing mode" << int(mode) << "- no photo processed";
-        for (int i = 0; i < count; ++i) {
-            if (!photos.isSelected(i))
-                continue;
-            const PhotoProblem problem{photos.pathOf(i),
-                                       QStringLiteral("not changed: unknown processing mode")};
-            if (m_problemSink)
-                m_problemSink(problem);
-            else
-                result.problems.append(problem);
-        }
-        return result;
-    }
-
     // What a killed run left in the output folder goes now, whether or not a photo of this
     // run gets as far as writing there.
     const auto& destination = m_pipeline.values().destinationFolder;

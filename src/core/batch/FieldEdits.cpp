@@ -123,7 +123,7 @@ FieldEdits plainFieldEdits(const RunValues& values) {
     const bool clearUnedited = values.processingMode == ProcessingMode::clearUnedited;
     for (const FormField* field : plainFieldsInKeyOrder()) {
         const KeyRow& row = field->keyRow();
-        const bool flagged = values.fieldEditedFlags.test(field->position);
+        const bool flagged = values.fieldEditedFlags.test(field->field);
         const std::optional<PropertyValue> value = valueOfRowType(row, *row.field(form));
         if (values.writeOptions.standardForm) {
             // Only edited fields are touched. A number the user emptied (the form keeps it as

@@ -275,7 +275,7 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
     // The values in the file are merged in from the very bytes that the writer edits.
     return {bridge.writeMergedFields(path, edits.values, edits.eraseExif, edits.eraseIptc,
                                      edits.eraseXmp),
-            edits.values.at(formFieldAt(formpos::ModifyDate)->keyRow()).text()};
+            edits.values.at(formField(Field::ModifyDate).keyRow()).text()};
 }
 
 WriteResult PhotoPipeline::writeMetadataInto(const QString& path,
@@ -302,7 +302,7 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
     std::optional<MetadataFieldSet> inFile; // read at the first XMP date that reads its clock
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const KeyRow& row = fields[i]->keyRow();
-        if (!m_values.fieldEditedFlags.test(fields[i]->position)) {
+        if (!m_values.fieldEditedFlags.test(fields[i]->field)) {
             if (clearUnedited)
                 edits.erase(row);
             continue;
@@ -336,11 +336,11 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
 
 bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
     const FieldEditedFlags& flags = m_values.fieldEditedFlags;
-    if (!flags.test(formpos::CreationDate) && !flags.test(formpos::ModifyDate))
+    if (!flags.test(Field::CreationDate) && !flags.test(Field::ModifyDate))
         return true;
     // Linux keeps no settable birth time, so the creation date rule reaches the tag only; the
     // modify date rule also becomes the file's modification time.
-    if (!flags.test(formpos::ModifyDate))
+    if (!flags.test(Field::ModifyDate))
         return true;
     if (!text)
         return true;

@@ -13,8 +13,7 @@
 
 namespace tagmoor {
 
-// What a run does to each photo. Stored values are part of the design (0, 1, 2); anything
-// else read from outside runs no photo.
+// What a run does to each photo, in the order of the mode popup's rows.
 enum class ProcessingMode { keepUnedited = 0, clearUnedited = 1, removeGroups = 2 };
 
 // The five clean-metadata check boxes. EXIF stands for all of EXIF, GPS and the comment

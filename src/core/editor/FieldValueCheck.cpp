@@ -99,8 +99,7 @@ bool isNumberRow(ReadKind kind) {
 std::optional<QString> refusedKind(const FormField& field, const PropertyValue& value) {
     using Kind = PropertyValue::Kind;
     const bool numberRow = isNumberRow(field.keyRow().read);
-    const bool keywords =
-        field.keyRow().block == KeyBlock::Iptc && field.keyRow().row == iptcrow::Keywords;
+    const bool keywords = field.field == Field::Keywords;
     bool fits = false;
     switch (value.kind()) {
     case Kind::Text:
@@ -197,7 +196,7 @@ std::optional<QString> refusedFieldValue(const FormField& field, const CGImagePr
         return std::nullopt;
     if (auto refused = refusedKind(field, *value))
         return refused;
-    if (field.keyRow().block == KeyBlock::Iptc && field.keyRow().row == iptcrow::Keywords)
+    if (field.field == Field::Keywords)
         return refusedKeywords(field, *value);
     if (auto refused = refusedCode(field, *value))
         return refused;
@@ -251,7 +250,7 @@ std::optional<QString> refusedRunValue(const CGImageProperties& editedProperties
                                        const FieldEditedFlags& flags,
                                        const OriginalFinalDate& dates) {
     for (const FormField& field : formFields()) {
-        if (!flags.test(field.position))
+        if (!flags.test(field.field))
             continue;
         if (field.isDate()) {
             const auto dateField = dateFieldAt(field.position);

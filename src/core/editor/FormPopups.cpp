@@ -2,6 +2,7 @@
 
 #include "model/CodeTables.h"
 #include "model/CountryHelper.h"
+#include "model/Field.h"
 
 #include <variant>
 
@@ -13,36 +14,39 @@ struct CountryList {};
 using Source = std::variant<std::monostate, CodeTable, LetterTable, CountryList>;
 
 Source sourceOf(int position) {
-    switch (position) {
-    case 16:
+    const auto field = fieldAtPosition(position);
+    if (!field)
+        return std::monostate{};
+    switch (*field) {
+    case Field::Flash:
         return CodeTable::Flash;
-    case 17:
+    case Field::Orientation:
         return CodeTable::Orientation;
-    case 18:
+    case Field::ExposureMode:
         return CodeTable::ExposureMode;
-    case 19:
+    case Field::ExposureProgram:
         return CodeTable::ExposureProgram;
-    case 21:
+    case Field::MeteringMode:
         return CodeTable::MeteringMode;
-    case 22:
+    case Field::SceneCaptureType:
         return CodeTable::SceneCaptureType;
-    case 25:
+    case Field::SensingMethod:
         return CodeTable::SensingMethod;
-    case 27:
+    case Field::SubjectDistanceRange:
         return CodeTable::SubjectDistanceRange;
-    case 32:
+    case Field::GPSLatitudeRef:
         return LetterTable::LatitudeRef;
-    case 34:
+    case Field::GPSLongitudeRef:
         return LetterTable::LongitudeRef;
-    case 36:
+    case Field::GPSAltitudeRef:
         return CodeTable::AltitudeRef;
-    case 51:
+    case Field::CountryPrimaryLocationCode:
         return CountryList{};
-    case 61:
+    case Field::CompressionTiffData:
         return CodeTable::TiffCompression;
-    case 78:
+    case Field::SensitivityTypeOthers:
         return CodeTable::EXIFSensitivityType;
-    case 83:
+    case Field::LightSourceOthers:
         return CodeTable::EXIFLightSource;
     default:
         return std::monostate{};

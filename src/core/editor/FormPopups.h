@@ -12,6 +12,20 @@ namespace tagmoor {
 // texts of its rows, and how a row and a record's value turn into each other.
 namespace FormPopups {
 
+// The rows of the two GPS reference popups, N or S and E or W: blank, the positive sign, the
+// negative sign.
+enum class ReferenceRow { blank, northOrEast, southOrWest };
+
+// The sign a reference popup's row stands for; a row past the last is blank.
+inline ReferenceRow referenceOfRow(int row) {
+    return row == 1   ? ReferenceRow::northOrEast
+           : row == 2 ? ReferenceRow::southOrWest
+                      : ReferenceRow::blank;
+}
+inline int rowOfReference(ReferenceRow reference) {
+    return int(reference);
+}
+
 // Whether the position is a popup of the form.
 bool isPopup(int position);
 

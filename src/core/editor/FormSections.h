@@ -2,12 +2,19 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <span>
 
 namespace tagmoor {
 
 // The three families of the form, each a box of its own; one is visible at a time.
 enum class Editor { exif, iptc, xmp };
+
+// The family of an editor tab's id, the tabs being in the order of Editor; an id before the
+// first is the first, one past the last the last.
+inline Editor editorOfTab(int id) {
+    return Editor(std::clamp(id, 0, 2));
+}
 
 // One row of the form as it is laid out: its position and its label.
 struct FormLine {

@@ -27,14 +27,13 @@ QString tr(const char* text) {
     return QCoreApplication::translate("MetadataForm", text);
 }
 
-constexpr int kLatitude = 31;
-constexpr int kLatitudeRef = 32;
-constexpr int kLongitude = 33;
-constexpr int kLongitudeRef = 34;
+constexpr int kLatitude = formPosition(Field::GPSLatitude);
+constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
+constexpr int kLongitude = formPosition(Field::GPSLongitude);
+constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
 
-// The form position of each date field, in the order of allDateFields.
 int positionOf(DateField field) {
-    return dateFieldsInRunOrder()[std::size_t(field)]->position;
+    return formPosition(formFieldOf(field));
 }
 
 } // namespace
@@ -71,7 +70,8 @@ QString MetadataForm::placeholderText(int position) const {
 }
 
 bool MetadataForm::isEdited(int position) const {
-    return m_isHome && m_state.fieldEditedFlags.test(position);
+    const auto field = fieldAtPosition(position);
+    return m_isHome && field && m_state.fieldEditedFlags.test(*field);
 }
 
 DateRuleStore& MetadataForm::dateStore() const {
@@ -207,7 +207,7 @@ void MetadataForm::showSelection(int index, CGImageProperties record,
     if (m_isHome) {
         for (const FormField& field : formFields()) {
             const std::size_t p = std::size_t(field.position);
-            if (!field.isDate() && m_state.fieldEditedFlags.test(field.position)) {
+            if (!field.isDate() && m_state.fieldEditedFlags.test(field.field)) {
                 m_texts[p] = texts[p];
                 m_rows[p] = rows[p];
             }
@@ -215,7 +215,7 @@ void MetadataForm::showSelection(int index, CGImageProperties record,
         // An edited position, typed or picked, is where the picker opens next.
         for (const int position : {kLatitude, kLongitude}) {
             const auto coordinate = formCoordinate(position);
-            if (coordinate && m_state.fieldEditedFlags.test(position))
+            if (coordinate && isEdited(position))
                 (position == kLatitude ? m_selectedLatitude : m_selectedLongitude) = *coordinate;
         }
     }
@@ -249,7 +249,7 @@ void MetadataForm::showPreset(const CGImageProperties& values, const OriginalFin
         m_state.fieldEditedFlags.clearAll();
         for (const FormField& field : formFields()) {
             if (presetHoldsValue(values, field.position))
-                m_state.fieldEditedFlags.set(field.position, true);
+                m_state.fieldEditedFlags.set(field.field, true);
         }
     }
     refreshDateSummaries();
@@ -264,8 +264,8 @@ void MetadataForm::refreshDateSummaries() {
         if (!rules.alive(field))
             continue;
         const int position = positionOf(field);
-        if (m_isHome && !m_state.fieldEditedFlags.test(position)) {
-            m_state.fieldEditedFlags.set(position, true);
+        if (m_isHome && !m_state.fieldEditedFlags.test(formFieldOf(field))) {
+            m_state.fieldEditedFlags.set(formFieldOf(field), true);
             flagged = true;
         }
         m_texts[std::size_t(position)] = dateSummary(rules.rule(field), rules.slot(field));
@@ -331,9 +331,10 @@ bool MetadataForm::selectionHoldsRow(int position, int row) const {
 }
 
 void MetadataForm::setFlag(int position, bool edited) {
-    if (!m_isHome || m_state.fieldEditedFlags.test(position) == edited)
+    const auto field = fieldAtPosition(position);
+    if (!m_isHome || !field || m_state.fieldEditedFlags.test(*field) == edited)
         return;
-    m_state.fieldEditedFlags.set(position, edited);
+    m_state.fieldEditedFlags.set(*field, edited);
     emit editedFlagsChanged();
 }
 
@@ -381,7 +382,7 @@ bool MetadataForm::chooseReferenceRow(int position, int row) {
             return false;
     }
     m_rows[std::size_t(position)] = row;
-    if (m_isHome && (row == 1 || row == 2))
+    if (m_isHome && FormPopups::referenceOfRow(row) != FormPopups::ReferenceRow::blank)
         setFlag(position, !selectionHoldsRow(position, row));
     updateCoordinateFlag(coordinate);
     return true;
@@ -392,7 +393,9 @@ void MetadataForm::takeLocation(double latitude, double longitude) {
         std::tuple{kLatitude, kLatitudeRef, latitude},
         std::tuple{kLongitude, kLongitudeRef, longitude}};
     for (const auto& [position, reference, degrees] : coordinates) {
-        const int row = degrees < 0 ? 2 : 1;
+        const int row =
+            FormPopups::rowOfReference(degrees < 0 ? FormPopups::ReferenceRow::southOrWest
+                                                   : FormPopups::ReferenceRow::northOrEast);
         m_rows[std::size_t(reference)] = row;
         if (m_isHome)
             setFlag(reference, !selectionHoldsRow(reference, row));
@@ -409,15 +412,16 @@ std::optional<double> MetadataForm::formCoordinate(int position) const {
     const double degrees = m_texts[std::size_t(position)].trimmed().toDouble(&ok);
     if (!ok || !std::isfinite(degrees))
         return std::nullopt;
-    // The reference popup's rows: 1 north or east, 2 south or west.
-    switch (m_rows[std::size_t(position == kLatitude ? kLatitudeRef : kLongitudeRef)]) {
-    case 1:
+    const int row = m_rows[std::size_t(position == kLatitude ? kLatitudeRef : kLongitudeRef)];
+    switch (FormPopups::referenceOfRow(row)) {
+    case FormPopups::ReferenceRow::northOrEast:
         return std::fabs(degrees);
-    case 2:
+    case FormPopups::ReferenceRow::southOrWest:
         return -std::fabs(degrees);
-    default:
-        return degrees;
+    case FormPopups::ReferenceRow::blank:
+        break;
     }
+    return degrees;
 }
 
 void MetadataForm::updateCoordinateFlag(int position) {

@@ -6,6 +6,9 @@
 
 namespace tagmoor {
 
+// The child the main window's root shows; `none` leaves it empty.
+enum class RootPage { addFiles, home, presetsDetails, none };
+
 // The application's notification centre: one signal per notification name, carrying its
 // user information as arguments. One instance, made at start and passed to every screen
 // and controller that posts or observes. Emit on the main thread.
@@ -15,8 +18,8 @@ public:
     explicit AppEvents(QObject* parent = nullptr) : QObject(parent) {}
 
 signals:
-    // Root screen child: 0 add screen, 1 home screen, 2 preset details, others none.
-    void UpdateVCOTM(int selectedIndex);
+    // The root's child to show.
+    void UpdateVCOTM(RootPage page);
     // Pending opened files were staged; the home screen scans them.
     void OpenWithItemsOTM();
     // Paths dropped on the add screen.

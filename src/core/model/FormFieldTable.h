@@ -9,15 +9,12 @@
 
 namespace tagmoor {
 
-// What kind of control sits at a form position: a text field, an integer or decimal field,
-// a date field filled by the date panel, or a popup over a code table.
-enum class FormKind { Text, Integer, Decimal, Date, Popup };
-
 constexpr int kFormPositionCount = 90;
 
-// One position of the editor form and the key row behind it. Positions index
-// fieldEditedFlags; 67-76 and 84-88 have no control and no key and are not in the table.
+// One field of the editor form, its position and the key row behind it (a row of
+// TAGMOOR_FORM_FIELDS). Positions 67-76 and 84-88 have no control and no key.
 struct FormField {
+    Field field;
     int position;
     const char* control;
     FormKind kind;
@@ -30,18 +27,11 @@ struct FormField {
     bool isDate() const { return kind == FormKind::Date; }
 };
 
-// The six date positions, in the order in which a run treats them.
-namespace formpos {
-constexpr int DateTimeOriginal = 9;
-constexpr int CreationDate = 10;
-constexpr int ModifyDate = 11;
-constexpr int CreateDateXMP = 58;
-constexpr int ModifyDateXMP = 59;
-constexpr int CreateDatePhotoshop = 60;
-} // namespace formpos
-
-// The 75 keyed positions in ascending position order.
+// The 75 fields in ascending position order, which is the order of `Field`.
 std::span<const FormField> formFields();
+
+// The row of a field.
+const FormField& formField(Field field);
 
 // The field at a position, or nullptr for a position without a key.
 const FormField* formFieldAt(int position);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/CGImageProperties.h"
+#include "model/Field.h"
 
 #include <QStringList>
 
@@ -15,8 +16,6 @@ enum class ReadKind { NotRead, Text, DateText, Int64, Float32, Float64, UInt8, U
 
 // How the writer hands a row's value to Exiv2.
 enum class WriteKind { NotWritten, Text, Integer, Rational, Gps, GpsRef };
-
-enum class KeyBlock { Exif, Iptc, Xmp };
 
 // One row of a key list: the system's whole vocabulary of tags is these 79 rows.
 struct KeyRow {
@@ -36,33 +35,32 @@ constexpr int kExifKeyCount = 55;
 constexpr int kIptcKeyCount = 19;
 constexpr int kXmpKeyCount = 5;
 
+// Row numbers that code refers to by name. A row that a form field edits takes its number
+// from the field's row of TAGMOOR_FORM_FIELDS.
 namespace exifrow {
-// Row numbers that code refers to by name.
-constexpr int DateTimeOriginal = 9;
-constexpr int ISOSpeedRatings = 10;
-constexpr int Orientation = 15;
-constexpr int GPSLatitude = 29;
-constexpr int GPSLatitudeRef = 30;
-constexpr int GPSLongitude = 31;
-constexpr int GPSLongitudeRef = 32;
-constexpr int GPSAltitude = 33;
-constexpr int GPSAltitudeRef = 34;
+constexpr int ISOSpeedRatings = keyRowNumber(Field::ISO);
+constexpr int Orientation = keyRowNumber(Field::Orientation);
+constexpr int GPSLatitude = keyRowNumber(Field::GPSLatitude);
+constexpr int GPSLatitudeRef = keyRowNumber(Field::GPSLatitudeRef);
+constexpr int GPSLongitude = keyRowNumber(Field::GPSLongitude);
+constexpr int GPSLongitudeRef = keyRowNumber(Field::GPSLongitudeRef);
+constexpr int GPSAltitude = keyRowNumber(Field::GPSAltitude);
+constexpr int GPSAltitudeRef = keyRowNumber(Field::GPSAltitudeRef);
+// Rows 48-51 have no field.
 constexpr int FirstSkipped = 48;
 constexpr int LastSkipped = 51;
-constexpr int DateTimeDigitized = 53;
-constexpr int DateTime = 54;
 } // namespace exifrow
 
 namespace iptcrow {
-constexpr int Keywords = 9;
+constexpr int Keywords = keyRowNumber(Field::Keywords);
 } // namespace iptcrow
 
 namespace xmprow {
-constexpr int SerialNumber = 0;
-constexpr int Lens = 1;
-constexpr int PhotoshopDateCreated = 2;
-constexpr int CreateDate = 3;
-constexpr int ModifyDate = 4;
+constexpr int SerialNumber = keyRowNumber(Field::SerialNumberXMP);
+constexpr int Lens = keyRowNumber(Field::LensXMP);
+constexpr int PhotoshopDateCreated = keyRowNumber(Field::CreateDatePhotoshop);
+constexpr int CreateDate = keyRowNumber(Field::CreateDateXMP);
+constexpr int ModifyDate = keyRowNumber(Field::ModifyDateXMP);
 } // namespace xmprow
 
 std::span<const KeyRow, kExifKeyCount> exifKeyRows();

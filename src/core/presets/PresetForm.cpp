@@ -34,7 +34,7 @@ PresetRunEdits presetRunEdits(const ActualPreset& preset) {
             const auto date = dateFieldAt(field.position);
             if (!date || !out.editorDates.alive(*date))
                 continue;
-            out.fieldEditedFlags.set(field.position);
+            out.fieldEditedFlags.set(field.field);
             // The form keeps the date only while its field shows a summary.
             const auto& slot = out.editorDates.slot(*date);
             if (slot && !dateSummary(out.editorDates.rule(*date), slot).isEmpty())
@@ -50,7 +50,7 @@ PresetRunEdits presetRunEdits(const ActualPreset& preset) {
         } else {
             FormSnapshot::setText(out.editedProperties, field, FieldDisplay::text(values, field));
         }
-        out.fieldEditedFlags.set(field.position);
+        out.fieldEditedFlags.set(field.field);
     }
     FormSnapshot::signCoordinates(out.editedProperties);
     return out;

@@ -2,8 +2,8 @@
 
 namespace tagmoor {
 
-void ProcessingOptions::chooseRow(int row) {
-    m_row = std::clamp(row, 0, 2);
+void ProcessingOptions::chooseMode(ProcessingMode mode) {
+    m_mode = mode;
     m_shown = CleanOptions{};
     m_startEnabled = true;
 }

@@ -2,6 +2,8 @@
 
 #include "batch/RunValues.h"
 
+#include <algorithm>
+
 namespace tagmoor {
 
 // The mode popup and the five clean-metadata check boxes of the home screen, with their linked
@@ -11,11 +13,13 @@ namespace tagmoor {
 // unseen, until it is ticked and unticked again. That is kept as it is.
 class ProcessingOptions {
 public:
-    // The popup's rows: edit and keep the rest, edit and clear the rest, remove groups.
-    int row() const { return m_row; }
-    void chooseRow(int row);
-    ProcessingMode mode() const { return ProcessingMode(m_row); }
-    bool isRemoveGroups() const { return m_row == 2; }
+    ProcessingMode mode() const { return m_mode; }
+    void chooseMode(ProcessingMode mode);
+    bool isRemoveGroups() const { return m_mode == ProcessingMode::removeGroups; }
+    // The popup's rows are the modes in their order: edit and keep the rest, edit and clear
+    // the rest, remove groups. A row past the last stands for the last.
+    int row() const { return int(m_mode); }
+    void chooseRow(int row) { chooseMode(ProcessingMode(std::clamp(row, 0, 2))); }
 
     enum class Box { Exif, Iptc, Xmp, Gps, Comment };
     void clickBox(Box box, bool on);
@@ -33,17 +37,17 @@ public:
     // Finish: back to the first row with every box off (the values stay, as a popup change),
     // and the one-run overwrite answer forgotten.
     void reset() {
-        chooseRow(0);
+        chooseMode(ProcessingMode::keepUnedited);
         overwriteExisting = false;
     }
     // Reset All: back to the first row, and the five values behind the boxes off as well.
     void clearChoices() {
-        chooseRow(0);
+        chooseMode(ProcessingMode::keepUnedited);
         m_clean = CleanOptions{};
     }
 
 private:
-    int m_row = 0;
+    ProcessingMode m_mode = ProcessingMode::keepUnedited;
     CleanOptions m_clean;
     CleanOptions m_shown;
     bool m_startEnabled = true;

@@ -128,11 +128,10 @@ void StartProcessChain::end() {
 }
 
 QString StartProcessChain::keywordsRefusal() const {
-    const FormField* keywords = findFormField(QStringLiteral("Iptc.Application2.Keywords"));
-    if (!keywords || !m_objects.editorState.fieldEditedFlags.test(keywords->position))
+    if (!m_objects.editorState.fieldEditedFlags.test(Field::Keywords))
         return {};
     const CGImageProperties form = m_objects.form.readForm();
-    const PropertyValue* value = keywords->keyRow().peek(form);
+    const PropertyValue* value = formField(Field::Keywords).keyRow().peek(form);
     for (const QString& keyword : keywordsOfValue(value ? value->variant() : QVariant())) {
         if (QString refusal = keywordRefusal(keyword); !refusal.isEmpty())
             return refusal;
@@ -164,15 +163,15 @@ void StartProcessChain::clickedStartProcess() {
     m_values.renameSettings = m_objects.renameSettings;
 
     Alert confirmation;
-    switch (options.row()) {
-    case 0:
-        confirmation = m_objects.editorState.fieldEditedFlags.hasKeyedEdits() ? editConfirmation()
-                                                                              : noChangesQuestion();
+    switch (options.mode()) {
+    case ProcessingMode::keepUnedited:
+        confirmation = m_objects.editorState.fieldEditedFlags.hasEdits() ? editConfirmation()
+                                                                         : noChangesQuestion();
         break;
-    case 1:
+    case ProcessingMode::clearUnedited:
         confirmation = clearConfirmation();
         break;
-    default:
+    case ProcessingMode::removeGroups:
         confirmation = removeConfirmation();
         break;
     }

@@ -56,7 +56,7 @@ void OpenWithQueue::retriveAllOpenedFiles() {
         return;
     if (m_set.isEmpty()) {
         m_set.requestFirstAdding();
-        emit m_events.UpdateVCOTM(1);
+        emit m_events.UpdateVCOTM(RootPage::home);
     } else {
         emit m_events.OpenWithItemsOTM();
     }

@@ -145,7 +145,7 @@ void ScanController::onFinished(const ScanResult& result) {
         alerts << *library;
     showAlertsLater(alerts, delayMs);
     if (m_set.isEmpty()) {
-        emit m_events.UpdateVCOTM(0);
+        emit m_events.UpdateVCOTM(RootPage::addFiles);
     } else {
         const SelectionOutcome outcome = m_selection.refresh();
         emit selectionRefreshed(outcome);
@@ -180,7 +180,7 @@ void ScanController::addFromPanel(PanelScreen screen, const QStringList& chosenP
         return;
     if (screen == PanelScreen::AddScreen) {
         m_set.requestFirstAdding();
-        emit m_events.UpdateVCOTM(1);
+        emit m_events.UpdateVCOTM(RootPage::home);
     } else {
         retriveImages(false);
         m_set.requestRetrieveOnAppear();
@@ -193,7 +193,7 @@ void ScanController::addLibraryItems(PanelScreen screen, const QList<LibraryItem
     m_libraryItems << items;
     if (screen == PanelScreen::AddScreen) {
         m_set.requestFirstAdding();
-        emit m_events.UpdateVCOTM(1);
+        emit m_events.UpdateVCOTM(RootPage::home);
     } else {
         retriveImages(false);
     }
@@ -207,7 +207,7 @@ void ScanController::addFromDrop(const QStringList& paths) {
     if (m_set.stagedURLs().isEmpty())
         return;
     m_set.requestFirstAdding();
-    emit m_events.UpdateVCOTM(1);
+    emit m_events.UpdateVCOTM(RootPage::home);
 }
 
 bool ScanController::clickedRemove() {
@@ -233,7 +233,7 @@ bool ScanController::listShrank() {
     emit reloadViews();
     emit selectionRefreshed(m_selection.refresh());
     if (m_set.isEmpty())
-        emit m_events.UpdateVCOTM(0);
+        emit m_events.UpdateVCOTM(RootPage::addFiles);
     return true;
 }
 

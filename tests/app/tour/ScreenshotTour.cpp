@@ -194,7 +194,7 @@ int main(int argc, char** argv) {
     shoot(out, QStringLiteral("editor-one.png"), window);
 
     // The date panel of that photo, shifting its original time by two hours.
-    FieldControl* date = home->metadataView()->control(formpos::DateTimeOriginal);
+    FieldControl* date = home->metadataView()->control(formPosition(Field::DateTimeOriginal));
     home->metadataView()
         ->findChild<QScrollArea*>(QStringLiteral("scrollViewMetadataForm"))
         ->ensureWidgetVisible(date);
@@ -235,7 +235,7 @@ int main(int argc, char** argv) {
 
     // The place of one marked photo, the picker offline and with tiles, and the preview.
     t.app->settings().setMapTileUrl(0, QString());
-    home->locationView()->mapView()->setTileTemplate(0, QString());
+    home->locationView()->mapView()->setTileTemplate(MapType::standard, QString());
     home->clickedSelectUnselectAll(false);
     int gpsRow = 0;
     for (int i = 0; i < t.set().count(); ++i)
@@ -255,7 +255,7 @@ int main(int argc, char** argv) {
     test::TileServer tiles;
     tiles.setTileMaker(townTile);
     QTemporaryDir tileCache;
-    picker->mapView()->setTileTemplate(0, tiles.urlTemplate(), tileCache.path());
+    picker->mapView()->setTileTemplate(MapType::standard, tiles.urlTemplate(), tileCache.path());
     home->clickShowEditorGPS();
     settle();
     picker->txtFieldName()->clear();

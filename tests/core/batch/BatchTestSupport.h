@@ -37,7 +37,7 @@ inline void edit(RunValues& v, const QString& field, const QString& text) {
     const FormField* f = findFormField(field);
     ASSERT_NE(f, nullptr) << field.toStdString();
     ASSERT_FALSE(FormSnapshot::setText(v.editedProperties, *f, text).has_value());
-    v.fieldEditedFlags.set(f->position);
+    v.fieldEditedFlags.set(f->field);
 }
 
 inline CGImageProperties recordOf(const QString& path) {

@@ -23,7 +23,7 @@ TEST(FieldEdits, KeepUneditedWritesEditedAndErasesOnlyFieldsWithoutValue) {
     edit(v, "FNumber", "2.8");
     // An edited field whose value is missing in the snapshot: erased, not written.
     v.editedProperties.tiffProperties->make = PropertyValue();
-    v.fieldEditedFlags.set(findFormField("Make")->position);
+    v.fieldEditedFlags.set(Field::Make);
     // An unedited field without value (its group absent in the snapshot): erased too.
     v.editedProperties.iptcProperties.reset();
 
@@ -52,7 +52,7 @@ TEST(FieldEdits, ClearUneditedErasesEveryUnflaggedKeyAndKeepsFlaggedOnesWithoutV
 
     edit(v, "City", "Paris");
     v.editedProperties.tiffProperties->artist = PropertyValue(qint64(5)); // not a text
-    v.fieldEditedFlags.set(0);
+    v.fieldEditedFlags.set(Field::Artist);
     const FieldEdits e = plainFieldEdits(v);
     EXPECT_EQ(e.values.at(rowOf("City")).text(), "Paris");
     EXPECT_FALSE(e.isErased(rowOf("City")));
@@ -94,8 +94,9 @@ TEST(FieldEdits, DateFieldsFollowTheirRulesWhenFlagged) {
     EXPECT_TRUE(unflagged.values.at(rowOf("DateTimeOriginal")).isAbsent());
     EXPECT_TRUE(unflagged.eraseXmp.isEmpty());
 
-    for (int pos : {9, 11, 58, 59})
-        v.fieldEditedFlags.set(pos);
+    for (Field f :
+         {Field::DateTimeOriginal, Field::ModifyDate, Field::CreateDateXMP, Field::ModifyDateXMP})
+        v.fieldEditedFlags.set(f);
     const FieldEdits e = PhotoPipeline(v).fieldEditsFor(photo);
     EXPECT_EQ(e.values.at(rowOf("DateTimeOriginal")).text(), "2020-05-06 12:22:33");
     EXPECT_EQ(e.values.at(rowOf("ModifyDate")).text(), "2001-02-03 04:05:06");

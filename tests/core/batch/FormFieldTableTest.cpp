@@ -28,6 +28,38 @@ TEST(FormFieldTable, EveryWritableKeyRowHasExactlyOneFormPosition) {
     }
 }
 
+// The enum, the names, the stored positions and the named key rows all come from one table:
+// a row moved or renamed shows here as a field that no longer finds itself.
+TEST(FormFieldTable, EachFieldFindsItselfByPositionNameAndKey) {
+    ASSERT_EQ(kFieldCount, 75u);
+    for (const Field field : allFields) {
+        const FormField& f = formField(field);
+        EXPECT_EQ(f.field, field);
+        EXPECT_EQ(fieldAtPosition(formPosition(field)), field) << fieldName(field);
+        EXPECT_EQ(findFormField(QString::fromLatin1(fieldName(field)))->field, field);
+        EXPECT_EQ(findFormField(QString::fromLatin1(f.keyRow().key))->field, field);
+        EXPECT_TRUE(QString::fromLatin1(fieldControl(field)).endsWith(f.name())) << f.control;
+        EXPECT_EQ(f.kind, formKind(field));
+        EXPECT_EQ(f.row, keyRowNumber(field));
+    }
+    EXPECT_EQ(fieldAtPosition(70), std::nullopt);
+    EXPECT_EQ(fieldAtPosition(90), std::nullopt);
+    EXPECT_STREQ(fieldControl(Field::UserComment), "txtViewUserComment");
+    EXPECT_STREQ(fieldControl(Field::GPSLatitudeRef), "popUpGPSLatitudeRef");
+
+    const auto exifKey = [](int row) { return QString::fromLatin1(exifKeyRows()[row].key); };
+    EXPECT_EQ(exifKey(exifrow::ISOSpeedRatings), "Exif.Photo.ISOSpeedRatings");
+    EXPECT_EQ(exifKey(exifrow::Orientation), "Exif.Image.Orientation");
+    EXPECT_EQ(exifKey(exifrow::GPSLatitudeRef), "Exif.GPSInfo.GPSLatitudeRef");
+    EXPECT_EQ(exifKey(exifrow::GPSLongitude), "Exif.GPSInfo.GPSLongitude");
+    EXPECT_EQ(exifKey(exifrow::GPSAltitudeRef), "Exif.GPSInfo.GPSAltitudeRef");
+    EXPECT_EQ(QString::fromLatin1(iptcKeyRows()[iptcrow::Keywords].key),
+              "Iptc.Application2.Keywords");
+    EXPECT_EQ(QString::fromLatin1(xmpKeyRows()[xmprow::PhotoshopDateCreated].key),
+              "Xmp.photoshop.DateCreated");
+    EXPECT_EQ(QString::fromLatin1(xmpKeyRows()[xmprow::Lens].key), "Xmp.aux.Lens");
+}
+
 TEST(FormFieldTable, PositionsLandOnTheirKeys) {
     const auto keyAt = [](int pos) { return QString::fromLatin1(formFieldAt(pos)->keyRow().key); };
     EXPECT_EQ(keyAt(0), "Exif.Image.Artist");
@@ -63,15 +95,26 @@ TEST(FormFieldTable, RunOrderIsKeyListOrderAndDatesInTheirOwnOrder) {
     EXPECT_EQ(dates, (std::vector<int>{9, 10, 11, 58, 59, 60}));
 }
 
-TEST(FieldEditedFlags, KeyedEditsIgnoreThePositionsWithoutAControl) {
+// The date rules and the form's fields are two tables; a date rule must flag the field that
+// shows its own key.
+TEST(FieldEditedFlags, ADateFieldFlagsTheFormFieldOfItsKey) {
+    for (const DateField date : allDateFields) {
+        const FormField& shown = formField(formFieldOf(date));
+        EXPECT_STREQ(shown.keyRow().key, dateFieldKey(date));
+        EXPECT_EQ(dateFieldAt(shown.position), date);
+    }
+}
+
+TEST(FieldEditedFlags, OneFlagPerField) {
     FieldEditedFlags flags;
     EXPECT_FALSE(flags.hasEdits());
-    flags.set(70);
-    flags.set(90); // out of range: ignored
+    flags.set(Field::ModifyDateXMP);
     EXPECT_TRUE(flags.hasEdits());
-    EXPECT_FALSE(flags.hasKeyedEdits());
-    flags.set(59);
-    EXPECT_TRUE(flags.hasKeyedEdits());
-    flags.clearAll();
+    EXPECT_TRUE(flags.test(Field::ModifyDateXMP));
+    EXPECT_FALSE(flags.test(Field::CreateDateXMP));
+    flags.set(Field::ModifyDateXMP, false);
     EXPECT_FALSE(flags.hasEdits());
+    flags.set(Field::DigitalZoomRatioOthers);
+    flags.clearAll();
+    EXPECT_EQ(flags, FieldEditedFlags{});
 }

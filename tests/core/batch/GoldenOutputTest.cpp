@@ -28,9 +28,9 @@ RunValues goldenRun(ProcessingMode mode, const std::optional<QString>& out) {
     edit(v, "LensXMP", "Lens 50");
     v.editorDates.rule(DateField::dateTimeOriginal) = IDOT{1, 0, 0, false, true, true};
     v.editorDates.rule(DateField::modifyDate) = SelectDate{};
-    v.fieldEditedFlags.set(formpos::DateTimeOriginal);
+    v.fieldEditedFlags.set(Field::DateTimeOriginal);
     v.editorDates.slot(DateField::modifyDate) = QDateTime(QDate(2011, 3, 4), QTime(5, 6, 7));
-    v.fieldEditedFlags.set(formpos::ModifyDate);
+    v.fieldEditedFlags.set(Field::ModifyDate);
     return v;
 }
 

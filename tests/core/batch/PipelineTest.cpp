@@ -195,7 +195,7 @@ TEST_F(Pipeline, ModifyDateSetsTheFileTimeAndRemovalStripsGroups) {
     RunValues v = editRun(ProcessingMode::keepUnedited, dir("out"));
     v.editorDates.rule(DateField::modifyDate) = SelectDate{};
     v.editorDates.slot(DateField::modifyDate) = QDateTime(QDate(2011, 3, 4), QTime(5, 6, 7));
-    v.fieldEditedFlags.set(formpos::ModifyDate);
+    v.fieldEditedFlags.set(Field::ModifyDate);
     ASSERT_EQ(runBatch(v, recordsOf({src})).totalProcessedPhotos, 1);
     const QString out = dir("out") + "/et-GPS.jpg";
     EXPECT_EQ(tagOf(out, "Exif.Image.DateTime"), "2011-03-04 05:06:07");

@@ -96,7 +96,7 @@ DateTimeConfiguration shiftTime(int hours) {
 void setDateRule(RunValues& v, DateField field, const DateTimeConfiguration& rule) {
     v.editorDates.rule(field) = rule;
     v.editorDates.alive(field) = true;
-    v.fieldEditedFlags.set(dateFieldsInRunOrder()[std::size_t(field)]->position);
+    v.fieldEditedFlags.set(dateFieldsInRunOrder()[std::size_t(field)]->field);
 }
 
 class WritingOptions : public ::testing::Test {

@@ -55,7 +55,7 @@ TEST(FormCoordinates, AReferenceThatNamesAHemisphereSignsTheDegrees) {
     preset.properties->gpsProperties->longitudeRef = PropertyValue(QStringLiteral("W"));
     const PresetRunEdits edits = presetRunEdits(preset);
     EXPECT_NEAR(edits.editedProperties.gpsProperties->longitude.real().value_or(0), -9.133, 1e-5);
-    EXPECT_TRUE(edits.fieldEditedFlags.test(kLongitude));
+    EXPECT_TRUE(edits.fieldEditedFlags.test(Field::GPSLongitude));
 }
 
 // A reference chosen anew on the form moves the position the run writes; the same reference

@@ -276,8 +276,8 @@ TEST(MetadataForm, DateRulesShowTheirSummaryAndCountAsEdits) {
     EXPECT_FALSE(f.form.hasEdits()) << "an untouched store stays untouched";
     const DateTimeConfiguration empty = EmptyValue{};
     f.form.commitDateRule(DateField::createDateXMP, empty, std::nullopt);
-    EXPECT_TRUE(f.form.isEdited(formpos::CreateDateXMP));
-    EXPECT_EQ(f.form.text(formpos::CreateDateXMP), "Empty Value");
+    EXPECT_TRUE(f.form.isEdited(formPosition(Field::CreateDateXMP)));
+    EXPECT_EQ(f.form.text(formPosition(Field::CreateDateXMP)), "Empty Value");
 }
 
 TEST(FormLayout, SectionsHoldEveryPositionOnceAndPopupsHaveRows) {

@@ -86,6 +86,21 @@ TEST(ProcessingOptions, ExifStandsForItsPartsAndTheRowKeepsHiddenValues) {
     EXPECT_TRUE(o.clean().cleanIPTC) << "the popup leaves the values as they were";
 }
 
+// The popup's rows are the modes in order; a row past the last stays on the last mode, so a
+// run never gets a mode that does not exist.
+TEST(ProcessingOptions, PopupRowsAreTheModes) {
+    ProcessingOptions o;
+    EXPECT_EQ(o.mode(), ProcessingMode::keepUnedited);
+    o.chooseRow(1);
+    EXPECT_EQ(o.mode(), ProcessingMode::clearUnedited);
+    o.chooseRow(7);
+    EXPECT_EQ(o.mode(), ProcessingMode::removeGroups);
+    EXPECT_TRUE(o.isRemoveGroups());
+    EXPECT_EQ(o.row(), 2);
+    o.reset();
+    EXPECT_EQ(o.row(), 0);
+}
+
 TEST(StartProcessChain, ConfirmationsByModeAndNoGoesBack) {
     ChainFixture f;
     f.prompt.answerNext("NO");
@@ -134,7 +149,7 @@ TEST(StartProcessChain, PresetSheetRefusesEmptyAndTakenNamesThenAFolderOutsideHo
     EXPECT_EQ(f.prompt.panels.at(0).accessoryButton, "Keep Source Folder Path");
     EXPECT_EQ(values->destinationFolder, QFileInfo(f.out).absoluteFilePath());
     EXPECT_EQ(values->editedProperties.tiffProperties->artist.text(), "Jane Doe");
-    EXPECT_TRUE(values->fieldEditedFlags.test(0));
+    EXPECT_TRUE(values->fieldEditedFlags.test(Field::Artist));
 }
 
 TEST(StartProcessChain, OverwriteQuestionOnlyWhenAFileIsInTheWay) {

@@ -35,8 +35,8 @@ struct QueueFixture : ScanFixture {
         // What the screens do with the two notifications.
         QObject::connect(&events, &AppEvents::OpenWithItemsOTM,
                          [this] { controller.getOpenWithItems(); });
-        QObject::connect(&events, &AppEvents::UpdateVCOTM, [this](int index) {
-            if (index == 1)
+        QObject::connect(&events, &AppEvents::UpdateVCOTM, [this](RootPage page) {
+            if (page == RootPage::home)
                 controller.homeScreenWillAppear();
         });
         controller.setRecordLoader(test::fakeLoader);
@@ -187,7 +187,8 @@ TEST(OpenFiles, ASecondLaunchWithAPathQuitsAndTheFirstStagesIt) {
     EXPECT_FALSE(plan.showWelcomeWindow);
     first.finishLaunching();
     QList<int> screens;
-    QObject::connect(&first.events(), &AppEvents::UpdateVCOTM, [&](int i) { screens << i; });
+    QObject::connect(&first.events(), &AppEvents::UpdateVCOTM,
+                     [&](RootPage page) { screens << int(page); });
 
     QFuture<bool> second = QtConcurrent::run([&] {
         ApplicationShell later({"1.0", tmp.path() + "/other.conf", name, "/usr/bin/tagmoor"});

@@ -33,7 +33,8 @@ struct ScanFixture {
     int finishedScans = 0;
 
     ScanFixture() {
-        QObject::connect(&events, &AppEvents::UpdateVCOTM, [this](int i) { screens << i; });
+        QObject::connect(&events, &AppEvents::UpdateVCOTM,
+                         [this](RootPage page) { screens << int(page); });
         QObject::connect(&controller, &ScanController::scanFinished,
                          [this](const ScanResult&) { ++finishedScans; });
     }
