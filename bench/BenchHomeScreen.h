@@ -2,6 +2,8 @@
 // The real home screen with every object it works with, over a working list of the caller's,
 // shown offscreen at 1280x800: what the screen benchmarks drive.
 
+#include "app/workingset/HomeScreen.h"
+#include "app/workingset/ThumbnailProvider.h"
 #include "editor/EditorState.h"
 #include "foundation/AppEvents.h"
 #include "foundation/ScriptedPrompt.h"
@@ -11,9 +13,7 @@
 #include "processing/ProcessingOptions.h"
 #include "rename/Rename.h"
 #include "rename/RenameNumbering.h"
-#include "workingset/HomeScreen.h"
 #include "workingset/ScanController.h"
-#include "workingset/ThumbnailProvider.h"
 #include "workingset/WorkingListModel.h"
 #include "workingset/WorkingSet.h"
 

@@ -5,11 +5,11 @@
 //   bench_editor <folder of sample photos> [photos]
 
 #include "BenchHomeScreen.h"
-#include "editor/FieldControl.h"
-#include "editor/MetadataViewController.h"
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/workingset/HomeScreen.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
-#include "workingset/HomeScreen.h"
 
 #include <QApplication>
 #include <QDir>

@@ -4,9 +4,9 @@
 //
 //   bench_grid_memory <folder of photos> [max photos]
 
+#include "app/workingset/PhotoListViews.h"
+#include "app/workingset/ThumbnailProvider.h"
 #include "model/CGImageProperties.h"
-#include "workingset/PhotoListViews.h"
-#include "workingset/ThumbnailProvider.h"
 #include "workingset/WorkingListModel.h"
 #include "workingset/WorkingSet.h"
 

@@ -5,11 +5,11 @@
 //
 //   bench_location [rounds]
 
+#include "app/location/MapView.h"
+#include "app/location/PreviewViewController.h"
 #include "foundation/Settings.h"
 #include "geo/Gazetteer.h"
 #include "geo/GeoData.h"
-#include "location/MapView.h"
-#include "location/PreviewViewController.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
 

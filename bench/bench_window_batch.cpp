@@ -7,12 +7,12 @@
 //   bench_window_batch <photo folder> <work folder> <tagmoor-cli>
 
 #include "BenchHomeScreen.h"
-#include "batch/FinalProcessedVC.h"
+#include "app/batch/FinalProcessedVC.h"
+#include "app/workingset/HomeScreen.h"
 #include "dates/DateField.h"
 #include "editor/MetadataForm.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
-#include "workingset/HomeScreen.h"
 
 #include <QApplication>
 #include <QDir>

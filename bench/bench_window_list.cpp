@@ -8,8 +8,8 @@
 //   bench_window_list DIR
 #include "BenchHomeScreen.h"
 
+#include "app/workingset/PhotoListViews.h"
 #include "metadata/MetadataLibrary.h"
-#include "workingset/PhotoListViews.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -7,9 +7,10 @@ may include only the core folders that the same section says it uses, and nothin
 A folder that the picture leaves out is an error too, so the picture stays complete.
 
 Each source folder (src/core/batch, src/app/shell, ...) is a node; an include of a file in
-another folder is an edge. The include is resolved the way the build resolves it: a file of the
-app first looks under src/app, then under src/core; the core and the command-line tool look
-under their own folder, then under src/core. Every wrong edge is printed with one include that
+another folder is an edge. The include is resolved the way the build resolves it: app headers
+are named with their "app/" prefix from src/, every other name is looked up under src/core, and
+the command-line tool looks under its own folder first. An app header named without the prefix,
+or included by the core, is an error as well. Every wrong edge is printed with one include that
 makes it, so the offending line is easy to find.
 """
 import re
@@ -22,19 +23,46 @@ INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)
 
 
 def roots_for(path, src):
+    """Where a name without the app prefix is looked up: the command line's own folder first."""
     top = path.relative_to(src).parts[0]
-    return [src / top, src / "core"] if top != "core" else [src / "core"]
+    return [src / "cli", src / "core"] if top == "cli" else [src / "core"]
 
 
 def resolve(name, including, src):
     local = including.parent / name
     if local.is_file():
         return local
+    if name.startswith(APP_PREFIX):
+        candidate = src / name
+        return candidate if candidate.is_file() else None
     for root in roots_for(including, src):
         candidate = root / name
         if candidate.is_file():
             return candidate
     return None
+
+
+APP_PREFIX = "app/"
+
+
+def prefix_problems(src):
+    """App headers are included as "app/...", core headers by their folder alone: an include
+    that leaves the prefix out of an app header, or a core file that includes one, is named."""
+    problems = []
+    for path in sorted(src.rglob("*")):
+        if path.suffix not in (".h", ".cpp", ".hpp") or not path.is_file():
+            continue
+        top = path.relative_to(src).parts[0]
+        for name in INCLUDE.findall(path.read_text(encoding="utf-8", errors="replace")):
+            where = path.relative_to(src)
+            if (path.parent / name).is_file():
+                continue
+            if name.startswith(APP_PREFIX) and top == "core":
+                problems.append(f"{where} includes \"{name}\": the core includes no app header")
+            elif not name.startswith(APP_PREFIX) and (src / "app" / name).is_file():
+                problems.append(f"{where} includes \"{name}\": an app header is included as "
+                                f"\"{APP_PREFIX}{name}\"")
+    return problems
 
 
 def folder_graph(src):
@@ -78,7 +106,8 @@ def main():
     src = Path(sys.argv[1] if len(sys.argv) > 1 else Path(__file__).resolve().parent.parent / "src")
     edges = folder_graph(src.resolve())
     rows = architecture_doc.layer_rows()
-    problems = wrong_edges(edges, rows, architecture_doc.command_line_uses())
+    problems = prefix_problems(src.resolve()) + wrong_edges(edges, rows,
+                                                            architecture_doc.command_line_uses())
     if problems:
         print("Includes against the layer picture of docs/ARCHITECTURE.md:")
         for problem in problems:

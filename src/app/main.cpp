@@ -1,7 +1,7 @@
+#include "app/shell/AppDelegate.h"
+#include "app/shell/MainWindow.h"
+#include "app/widgets/DialogPrompt.h"
 #include "metadata/MetadataLibrary.h"
-#include "shell/AppDelegate.h"
-#include "shell/MainWindow.h"
-#include "widgets/DialogPrompt.h"
 
 #include <QApplication>
 #include <QFileInfo>

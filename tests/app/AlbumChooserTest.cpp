@@ -4,10 +4,10 @@
 #include "AppTestSupport.h"
 
 #include "../core/photolibrary/LibraryFixtures.h"
-#include "photolibrary/AlbumChooser.h"
-#include "shell/RootView.h"
-#include "workingset/AddFilesScreen.h"
-#include "workingset/HomeScreen.h"
+#include "app/photolibrary/AlbumChooser.h"
+#include "app/shell/RootView.h"
+#include "app/workingset/AddFilesScreen.h"
+#include "app/workingset/HomeScreen.h"
 
 #include <QCheckBox>
 #include <QLabel>

@@ -2,12 +2,12 @@
 // Helpers shared by the screen tests: a whole application over temporary settings, answered
 // by a ScriptedPrompt, and scratch folders of sample photos.
 
+#include "app/shell/AppDelegate.h"
+#include "app/shell/MainWindow.h"
 #include "foundation/ScriptedPrompt.h"
 #include "foundation/Settings.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
-#include "shell/AppDelegate.h"
-#include "shell/MainWindow.h"
 #include "workingset/WorkingSet.h"
 
 #include <QDir>

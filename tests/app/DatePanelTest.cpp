@@ -1,14 +1,14 @@
 // The date panel on the real home screen: opened from a date button, a time shift set,
 // the live summary in the form's field, and the rule stored when the panel closes.
 #include "AppTestSupport.h"
+#include "app/editor/DateConfigurationPanel.h"
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/workingset/HomeScreen.h"
 #include "dates/DateRuleStore.h"
-#include "editor/DateConfigurationPanel.h"
 #include "editor/EditorState.h"
-#include "editor/FieldControl.h"
 #include "editor/MetadataForm.h"
-#include "editor/MetadataViewController.h"
 #include "model/FormFieldTable.h"
-#include "workingset/HomeScreen.h"
 #include "workingset/ScanController.h"
 
 #include <QCheckBox>

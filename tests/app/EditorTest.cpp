@@ -1,14 +1,14 @@
 // The editor on the real home screen: what several marked photos show, edits and their
 // marks, the numeric checks, the GPS reference question, Reset All, and the list's menu.
 #include "AppTestSupport.h"
-#include "editor/FieldControl.h"
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/widgets/DesktopActions.h"
+#include "app/workingset/HomeScreen.h"
+#include "app/workingset/PhotoListViews.h"
+#include "app/workingset/TutorialOverlay.h"
 #include "editor/MetadataForm.h"
-#include "editor/MetadataViewController.h"
-#include "widgets/DesktopActions.h"
-#include "workingset/HomeScreen.h"
-#include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
-#include "workingset/TutorialOverlay.h"
 #include "workingset/WorkingListModel.h"
 
 #include <QAction>

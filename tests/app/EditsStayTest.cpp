@@ -1,21 +1,21 @@
 // Edits stay where the user put them: through the Mode popup, across a new list and Reset All,
 // and when a reference is confirmed unchanged. Each in both value forms.
 #include "WindowRunSupport.h"
-#include "batch/ProcessingControls.h"
+#include "app/batch/ProcessingControls.h"
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/location/GeoLocationViewController.h"
+#include "app/location/LocationView.h"
+#include "app/location/MapView.h"
+#include "app/presets/PresetsViewController.h"
+#include "app/shell/RootView.h"
 #include "dates/DateField.h"
 #include "editor/EditorState.h"
-#include "editor/FieldControl.h"
 #include "editor/MetadataForm.h"
-#include "editor/MetadataViewController.h"
 #include "geo/SharedLocation.h"
-#include "location/GeoLocationViewController.h"
-#include "location/LocationView.h"
-#include "location/MapView.h"
 #include "presets/PresetStore.h"
-#include "presets/PresetsViewController.h"
 #include "processing/ProcessingOptions.h"
 #include "rename/Rename.h"
-#include "shell/RootView.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -4,8 +4,8 @@
 
 #include "AppTestSupport.h"
 
-#include "workingset/PhotoListViews.h"
-#include "workingset/ThumbnailProvider.h"
+#include "app/workingset/PhotoListViews.h"
+#include "app/workingset/ThumbnailProvider.h"
 #include "workingset/WorkingListModel.h"
 #include "workingset/WorkingSet.h"
 

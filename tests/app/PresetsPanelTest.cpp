@@ -1,19 +1,19 @@
 // The preset menu and the preset panel, driven through their widgets, and a preset made in the
 // panel applied by the window's run and by the command line.
 #include "AppTestSupport.h"
-#include "batch/FinalProcessedVC.h"
+#include "app/batch/FinalProcessedVC.h"
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/presets/PresetsDetailsViewController.h"
+#include "app/presets/PresetsViewController.h"
+#include "app/shell/RootView.h"
+#include "app/workingset/HomeScreen.h"
 #include "dates/DateField.h"
 #include "editor/EditorState.h"
-#include "editor/FieldControl.h"
 #include "editor/MetadataForm.h"
-#include "editor/MetadataViewController.h"
 #include "metadata/MetadataTest.h"
 #include "model/FormFieldTable.h"
 #include "presets/PresetStore.h"
-#include "presets/PresetsDetailsViewController.h"
-#include "presets/PresetsViewController.h"
-#include "shell/RootView.h"
-#include "workingset/HomeScreen.h"
 #include "workingset/ScanController.h"
 
 #include <QLineEdit>

@@ -1,16 +1,16 @@
 // The new controls of a run in the window: the plan before writing, the carrying of date
 // shifts, names from the capture date and the standard form of tags.
 #include "AppTestSupport.h"
-#include "batch/RenameViewController.h"
-#include "batch/ReviewChangesWindow.h"
-#include "editor/DateConfigurationPanel.h"
+#include "app/batch/RenameViewController.h"
+#include "app/batch/ReviewChangesWindow.h"
+#include "app/editor/DateConfigurationPanel.h"
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/shell/PreferencesWindow.h"
+#include "app/workingset/HomeScreen.h"
 #include "editor/EditorState.h"
-#include "editor/FieldControl.h"
 #include "editor/MetadataForm.h"
-#include "editor/MetadataViewController.h"
 #include "model/FormFieldTable.h"
-#include "shell/PreferencesWindow.h"
-#include "workingset/HomeScreen.h"
 #include "workingset/ScanController.h"
 
 #include <QCheckBox>

@@ -1,18 +1,18 @@
 // The whole road in the window: photos in, an Artist typed, a date shift and a rename rule,
 // Start Process with its questions answered, the run, the result, Finish.
 #include "AppTestSupport.h"
-#include "batch/FinalProcessedVC.h"
-#include "batch/ProcessingControls.h"
-#include "batch/RenameViewController.h"
+#include "app/batch/FinalProcessedVC.h"
+#include "app/batch/ProcessingControls.h"
+#include "app/batch/RenameViewController.h"
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/shell/RootView.h"
+#include "app/workingset/HomeScreen.h"
 #include "dates/DateField.h"
 #include "editor/EditorState.h"
-#include "editor/FieldControl.h"
 #include "editor/MetadataForm.h"
-#include "editor/MetadataViewController.h"
 #include "presets/PresetStore.h"
 #include "processing/StartProcessChain.h"
-#include "shell/RootView.h"
-#include "workingset/HomeScreen.h"
 #include "workingset/ScanController.h"
 
 #include <QCheckBox>

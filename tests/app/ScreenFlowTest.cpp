@@ -3,16 +3,16 @@
 
 #include "AppTestSupport.h"
 
-#include "photolibrary/AlbumChooser.h"
+#include "app/photolibrary/AlbumChooser.h"
+#include "app/shell/RootView.h"
+#include "app/workingset/AddFilesScreen.h"
+#include "app/workingset/DropView.h"
+#include "app/workingset/HomeScreen.h"
+#include "app/workingset/PhotoItemDelegate.h"
+#include "app/workingset/PhotoListViews.h"
+#include "app/workingset/ScanProgressBox.h"
 #include "shell/OpenWithQueue.h"
-#include "shell/RootView.h"
-#include "workingset/AddFilesScreen.h"
-#include "workingset/DropView.h"
-#include "workingset/HomeScreen.h"
-#include "workingset/PhotoItemDelegate.h"
-#include "workingset/PhotoListViews.h"
 #include "workingset/ScanController.h"
-#include "workingset/ScanProgressBox.h"
 #include "workingset/WorkingListModel.h"
 
 #include <QAction>

@@ -3,17 +3,17 @@
 
 #include "AppTestSupport.h"
 
+#include "app/shell/PreferencesWindow.h"
+#include "app/shell/WelcomeWindow.h"
+#include "app/widgets/DialogPrompt.h"
+#include "app/widgets/DimmingCover.h"
+#include "app/widgets/FilePanel.h"
+#include "app/widgets/PanelEnableFilter.h"
+#include "app/workingset/ThumbnailCache.h"
+#include "app/workingset/ThumbnailProvider.h"
 #include "presets/PresetDictionary.h"
 #include "presets/PresetFile.h"
 #include "shell/LoginItem.h"
-#include "shell/PreferencesWindow.h"
-#include "shell/WelcomeWindow.h"
-#include "widgets/DialogPrompt.h"
-#include "widgets/DimmingCover.h"
-#include "widgets/FilePanel.h"
-#include "widgets/PanelEnableFilter.h"
-#include "workingset/ThumbnailCache.h"
-#include "workingset/ThumbnailProvider.h"
 
 #include <QApplication>
 #include <QCheckBox>

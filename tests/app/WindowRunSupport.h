@@ -4,8 +4,8 @@
 // result.
 
 #include "AppTestSupport.h"
-#include "batch/FinalProcessedVC.h"
-#include "workingset/HomeScreen.h"
+#include "app/batch/FinalProcessedVC.h"
+#include "app/workingset/HomeScreen.h"
 #include "workingset/ScanController.h"
 
 #include <QProcess>

@@ -1,12 +1,12 @@
 // From the window into the file: a position picked on the map in each hemisphere, and a time
 // shift of many marked photos with different dates.
 #include "WindowRunSupport.h"
-#include "editor/DateConfigurationPanel.h"
-#include "editor/FieldControl.h"
+#include "app/editor/DateConfigurationPanel.h"
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/location/GeoLocationViewController.h"
 #include "editor/MetadataForm.h"
-#include "editor/MetadataViewController.h"
 #include "geo/SharedLocation.h"
-#include "location/GeoLocationViewController.h"
 #include "model/FormFieldTable.h"
 
 #include <QLineEdit>

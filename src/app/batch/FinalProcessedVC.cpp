@@ -1,4 +1,4 @@
-#include "batch/FinalProcessedVC.h"
+#include "app/batch/FinalProcessedVC.h"
 
 #include "batch/BatchController.h"
 #include "batch/BatchSummary.h"

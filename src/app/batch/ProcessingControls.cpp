@@ -1,4 +1,4 @@
-#include "batch/ProcessingControls.h"
+#include "app/batch/ProcessingControls.h"
 
 #include <QCheckBox>
 #include <QComboBox>

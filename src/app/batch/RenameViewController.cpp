@@ -1,4 +1,4 @@
-#include "batch/RenameViewController.h"
+#include "app/batch/RenameViewController.h"
 
 #include "rename/CaptureDateName.h"
 

@@ -1,4 +1,4 @@
-#include "batch/ReviewChangesWindow.h"
+#include "app/batch/ReviewChangesWindow.h"
 
 #include "batch/ListPhotoSource.h"
 #include "batch/PhotoPipeline.h"

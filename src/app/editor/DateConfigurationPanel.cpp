@@ -1,4 +1,4 @@
-#include "editor/DateConfigurationPanel.h"
+#include "app/editor/DateConfigurationPanel.h"
 
 #include "editor/MetadataForm.h"
 #include "model/FormFieldTable.h"

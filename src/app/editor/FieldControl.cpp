@@ -1,4 +1,4 @@
-#include "editor/FieldControl.h"
+#include "app/editor/FieldControl.h"
 
 #include "editor/FormPopups.h"
 #include "editor/MetadataForm.h"

@@ -1,6 +1,6 @@
-#include "editor/FormSectionView.h"
+#include "app/editor/FormSectionView.h"
 
-#include "editor/FieldControl.h"
+#include "app/editor/FieldControl.h"
 #include "editor/FormSections.h"
 #include "model/FormFieldTable.h"
 

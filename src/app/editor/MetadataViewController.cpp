@@ -1,8 +1,8 @@
-#include "editor/MetadataViewController.h"
+#include "app/editor/MetadataViewController.h"
 
+#include "app/editor/FieldControl.h"
+#include "app/editor/FormSectionView.h"
 #include "dates/DateField.h"
-#include "editor/FieldControl.h"
-#include "editor/FormSectionView.h"
 #include "editor/MetadataForm.h"
 #include "foundation/AppEvents.h"
 #include "model/FormFieldTable.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/DateConfigurationPanel.h"
+#include "app/editor/DateConfigurationPanel.h"
 #include "editor/FormSections.h"
 
 #include <QHash>

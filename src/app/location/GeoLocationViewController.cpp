@@ -1,12 +1,12 @@
-#include "location/GeoLocationViewController.h"
+#include "app/location/GeoLocationViewController.h"
 
+#include "app/location/MapTypeSegment.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
 #include "geo/CoordinateText.h"
 #include "geo/Geocoder.h"
 #include "geo/SharedLocation.h"
-#include "location/MapTypeSegment.h"
 
 #include <QAbstractItemView>
 #include <QButtonGroup>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/location/MapView.h"
 #include "geo/MapProjection.h"
-#include "location/MapView.h"
 
 #include <QDialog>
 #include <QList>

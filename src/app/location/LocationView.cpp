@@ -1,9 +1,9 @@
-#include "location/LocationView.h"
+#include "app/location/LocationView.h"
 
+#include "app/location/MapView.h"
 #include "geo/CoordinateText.h"
 #include "geo/Geocoder.h"
 #include "geo/MapProjection.h"
-#include "location/MapView.h"
 
 #include <QLabel>
 #include <QLoggingCategory>

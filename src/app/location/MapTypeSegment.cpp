@@ -1,4 +1,4 @@
-#include "location/MapTypeSegment.h"
+#include "app/location/MapTypeSegment.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "location/MapType.h"
+#include "app/location/MapType.h"
 
 #include <QWidget>
 

@@ -1,4 +1,4 @@
-#include "location/MapView.h"
+#include "app/location/MapView.h"
 
 #include "foundation/Settings.h"
 #include "geo/MapProjection.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "app/location/MapType.h"
 #include "geo/MapProjection.h"
 #include "geo/TileLoader.h"
-#include "location/MapType.h"
 
 #include <QCache>
 #include <QImage>

@@ -1,11 +1,11 @@
-#include "location/PreviewViewController.h"
+#include "app/location/PreviewViewController.h"
 
+#include "app/location/MapTypeSegment.h"
+#include "app/widgets/GroupTabs.h"
 #include "editor/FieldDisplay.h"
 #include "editor/FormPopups.h"
 #include "editor/FormSections.h"
-#include "location/MapTypeSegment.h"
 #include "model/FormFieldTable.h"
-#include "widgets/GroupTabs.h"
 #include "workingset/FileSizeText.h"
 #include "workingset/ThumbnailLoader.h"
 

@@ -1,4 +1,4 @@
-#include "photolibrary/AlbumChooser.h"
+#include "app/photolibrary/AlbumChooser.h"
 
 #include "foundation/UserPrompt.h"
 #include "photolibrary/PhotoLibraryReader.h"

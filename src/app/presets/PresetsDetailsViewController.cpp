@@ -1,14 +1,14 @@
-#include "presets/PresetsDetailsViewController.h"
+#include "app/presets/PresetsDetailsViewController.h"
 
+#include "app/editor/MetadataViewController.h"
+#include "app/widgets/GroupTabs.h"
 #include "editor/EditorState.h"
 #include "editor/FormSections.h"
 #include "editor/MetadataForm.h"
-#include "editor/MetadataViewController.h"
 #include "foundation/AppEvents.h"
 #include "foundation/UserPrompt.h"
 #include "presets/PresetForm.h"
 #include "presets/PresetStore.h"
-#include "widgets/GroupTabs.h"
 
 #include <QButtonGroup>
 #include <QFrame>

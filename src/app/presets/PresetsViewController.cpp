@@ -1,4 +1,4 @@
-#include "presets/PresetsViewController.h"
+#include "app/presets/PresetsViewController.h"
 
 #include "editor/MetadataForm.h"
 #include "foundation/AppEvents.h"

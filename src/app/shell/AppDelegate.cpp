@@ -1,11 +1,11 @@
-#include "shell/AppDelegate.h"
+#include "app/shell/AppDelegate.h"
 
+#include "app/shell/MainWindow.h"
+#include "app/shell/PreferencesWindow.h"
+#include "app/shell/WelcomeWindow.h"
+#include "app/workingset/ThumbnailProvider.h"
 #include "foundation/UserPrompt.h"
-#include "shell/MainWindow.h"
-#include "shell/PreferencesWindow.h"
-#include "shell/WelcomeWindow.h"
 #include "workingset/ScanController.h"
-#include "workingset/ThumbnailProvider.h"
 #include "workingset/WorkingListModel.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
-#include "shell/MainWindow.h"
+#include "app/shell/MainWindow.h"
 
+#include "app/shell/AppDelegate.h"
+#include "app/shell/RootView.h"
 #include "foundation/Settings.h"
-#include "shell/AppDelegate.h"
-#include "shell/RootView.h"
 
 #include <QApplication>
 #include <QMenuBar>

@@ -1,4 +1,4 @@
-#include "shell/PreferencesWindow.h"
+#include "app/shell/PreferencesWindow.h"
 
 #include "foundation/Settings.h"
 #include "geo/MapTileNotices.h"

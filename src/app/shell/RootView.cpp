@@ -1,9 +1,9 @@
-#include "shell/RootView.h"
+#include "app/shell/RootView.h"
 
-#include "presets/PresetsDetailsViewController.h"
-#include "shell/AppDelegate.h"
-#include "workingset/AddFilesScreen.h"
-#include "workingset/HomeScreen.h"
+#include "app/presets/PresetsDetailsViewController.h"
+#include "app/shell/AppDelegate.h"
+#include "app/workingset/AddFilesScreen.h"
+#include "app/workingset/HomeScreen.h"
 
 #include <QStackedLayout>
 

@@ -1,4 +1,4 @@
-#include "shell/WelcomeWindow.h"
+#include "app/shell/WelcomeWindow.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>

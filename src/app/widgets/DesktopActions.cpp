@@ -1,4 +1,4 @@
-#include "widgets/DesktopActions.h"
+#include "app/widgets/DesktopActions.h"
 
 #include "foundation/UserPrompt.h"
 

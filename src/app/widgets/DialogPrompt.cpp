@@ -1,7 +1,7 @@
-#include "widgets/DialogPrompt.h"
+#include "app/widgets/DialogPrompt.h"
 
-#include "widgets/DimmingCover.h"
-#include "widgets/FilePanel.h"
+#include "app/widgets/DimmingCover.h"
+#include "app/widgets/FilePanel.h"
 
 #include <QCheckBox>
 #include <QGridLayout>

@@ -1,4 +1,4 @@
-#include "widgets/DimmingCover.h"
+#include "app/widgets/DimmingCover.h"
 
 #include <QEvent>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "widgets/FileInfoDialog.h"
+#include "app/widgets/FileInfoDialog.h"
 
 #include <QDialogButtonBox>
 #include <QFileInfo>

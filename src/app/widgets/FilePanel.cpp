@@ -1,6 +1,6 @@
-#include "widgets/FilePanel.h"
+#include "app/widgets/FilePanel.h"
 
-#include "widgets/PanelEnableFilter.h"
+#include "app/widgets/PanelEnableFilter.h"
 
 #include <QFileInfo>
 #include <QGridLayout>

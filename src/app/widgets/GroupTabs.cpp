@@ -1,4 +1,4 @@
-#include "widgets/GroupTabs.h"
+#include "app/widgets/GroupTabs.h"
 
 #include <QButtonGroup>
 #include <QCoreApplication>

@@ -1,4 +1,4 @@
-#include "widgets/PanelEnableFilter.h"
+#include "app/widgets/PanelEnableFilter.h"
 
 #include <QCollator>
 #include <QFileInfo>

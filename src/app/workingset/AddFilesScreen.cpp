@@ -1,11 +1,11 @@
-#include "workingset/AddFilesScreen.h"
+#include "app/workingset/AddFilesScreen.h"
 
+#include "app/photolibrary/AlbumChooser.h"
+#include "app/widgets/DimmingCover.h"
+#include "app/workingset/DropView.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
-#include "photolibrary/AlbumChooser.h"
-#include "widgets/DimmingCover.h"
-#include "workingset/DropView.h"
 #include "workingset/PanelFilter.h"
 #include "workingset/ScanController.h"
 

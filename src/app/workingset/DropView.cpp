@@ -1,4 +1,4 @@
-#include "workingset/DropView.h"
+#include "app/workingset/DropView.h"
 
 #include "foundation/AppEvents.h"
 

@@ -1,7 +1,7 @@
-#include "workingset/PhotoItemDelegate.h"
+#include "app/workingset/PhotoItemDelegate.h"
 
+#include "app/workingset/ThumbnailProvider.h"
 #include "workingset/FileSizeText.h"
-#include "workingset/ThumbnailProvider.h"
 #include "workingset/WorkingListModel.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
-#include "workingset/PhotoListViews.h"
+#include "app/workingset/PhotoListViews.h"
 
-#include "workingset/PhotoItemDelegate.h"
-#include "workingset/ThumbnailProvider.h"
+#include "app/workingset/PhotoItemDelegate.h"
+#include "app/workingset/ThumbnailProvider.h"
 
 #include <QCursor>
 #include <QHeaderView>

@@ -1,4 +1,4 @@
-#include "workingset/ScanProgressBox.h"
+#include "app/workingset/ScanProgressBox.h"
 
 #include "workingset/ScanProgressView.h"
 

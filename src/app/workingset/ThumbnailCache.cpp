@@ -1,4 +1,4 @@
-#include "workingset/ThumbnailCache.h"
+#include "app/workingset/ThumbnailCache.h"
 
 #include <QSet>
 

@@ -1,4 +1,4 @@
-#include "workingset/ThumbnailProvider.h"
+#include "app/workingset/ThumbnailProvider.h"
 
 #include "foundation/WorkerThreads.h"
 #include "workingset/ThumbnailLoader.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workingset/ThumbnailCache.h"
+#include "app/workingset/ThumbnailCache.h"
 
 #include <QHash>
 #include <QObject>

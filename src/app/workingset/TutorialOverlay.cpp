@@ -1,4 +1,4 @@
-#include "workingset/TutorialOverlay.h"
+#include "app/workingset/TutorialOverlay.h"
 
 #include <QEvent>
 #include <QGraphicsOpacityEffect>
