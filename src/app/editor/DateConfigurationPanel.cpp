@@ -1,6 +1,7 @@
 #include "app/editor/DateConfigurationPanel.h"
 
 #include "editor/MetadataForm.h"
+#include "foundation/ValueForm.h"
 #include "model/FormFieldTable.h"
 
 #include <QButtonGroup>
@@ -122,15 +123,20 @@ void DateConfigurationPanel::build() {
     addPartRow(grid, 17, DatePart::incrementSecond, tr("Change Second:"), "lblChangeSecondIDOT",
                "txtFieldChangeSecondIDOT", "stepperChangeSecondIDOT",
                "btnKeepOriginalChangeSecondIDOT");
+    addCarryChoice(grid, 18);
+}
 
-    // One choice for the shifts of all date fields, kept with the edit state.
+// One choice for the shifts of all date fields, kept with the edit state.
+void DateConfigurationPanel::addCarryChoice(QGridLayout* grid, int row) {
     m_carry = new QCheckBox(tr("Carry into days, months and years"));
     m_carry->setObjectName(QStringLiteral("btnCarryShifts"));
     m_carry->setToolTip(tr("Shifts count like a calendar: an hour past midnight is the next "
                            "day, a day past the month's end the next month. Off, each part "
                            "wraps within its own range. Applies to every date field."));
     m_carry->setChecked(m_form.carriesShifts());
-    grid->addWidget(m_carry, 18, 0, 1, 5);
+    // In the standard form every shift carries, on each photo's own date: no choice to offer.
+    m_carry->setVisible(!isStandardForm());
+    grid->addWidget(m_carry, row, 0, 1, 5);
     connect(m_carry, &QCheckBox::toggled, this, [this](bool on) { m_form.setCarriesShifts(on); });
 }
 

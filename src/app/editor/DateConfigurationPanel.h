@@ -54,6 +54,7 @@ protected:
 
 private:
     void build();
+    void addCarryChoice(QGridLayout* grid, int row);
     void addModeButton(QGridLayout* grid, int row, DateMode mode, const QString& text,
                        const char* name);
     void addPartRow(QGridLayout* grid, int row, DatePart part, const QString& label,
