@@ -5,6 +5,7 @@
 #include "TestSupport.h"
 
 #include "batch/BatchDriver.h"
+#include "batch/BatchObserver.h"
 #include "batch/FormSnapshot.h"
 #include "batch/ListPhotoSource.h"
 #include "batch/PhotoPipeline.h"
@@ -101,5 +102,19 @@ inline QStringList fileNames(const QString& dir) {
     SafeFileReplace::waitForReleases();
     return QDir(dir).entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
+
+// Presses Stop as the given photo starts; the test answers the question the run then waits on.
+class StopAt : public BatchObserver {
+public:
+    StopAt(StopControl& stop, int at) : m_stop(stop), m_at(at) {}
+    void photoStarted(const PhotoPlan& plan) override {
+        if (plan.processed == m_at)
+            m_stop.requestPause();
+    }
+
+private:
+    StopControl& m_stop;
+    int m_at;
+};
 
 } // namespace tagmoor::test

@@ -48,21 +48,6 @@ protected:
     RunValues values;
 };
 
-// Presses Stop as the given photo starts, then waits on another thread for the run to be
-// parked before answering.
-class StopAt : public BatchObserver {
-public:
-    StopAt(StopControl& stop, int at) : m_stop(stop), m_at(at) {}
-    void photoStarted(const PhotoPlan& plan) override {
-        if (plan.processed == m_at)
-            m_stop.requestPause();
-    }
-
-private:
-    StopControl& m_stop;
-    int m_at;
-};
-
 bool waitUntil(const std::function<bool()>& condition) {
     QElapsedTimer t;
     t.start();

@@ -34,20 +34,6 @@ private:
     std::atomic<int> m_files{0};
 };
 
-// Presses Stop as the given photo starts.
-class StopAt : public BatchObserver {
-public:
-    StopAt(StopControl& stop, int at) : m_stop(stop), m_at(at) {}
-    void photoStarted(const PhotoPlan& plan) override {
-        if (plan.processed == m_at)
-            m_stop.requestPause();
-    }
-
-private:
-    StopControl& m_stop;
-    int m_at;
-};
-
 } // namespace
 
 // The second of three photos fails: it counts as processed, not as saved, and its copy is gone

@@ -1,6 +1,7 @@
 // Shifts that carry like a calendar, in the tests' pinned time zone (UTC).
 #include "dates/CarriedShift.h"
 #include "dates/DateTexts.h"
+#include "dates/RuleDates.h"
 #include "dates/ZonedDateRule.h"
 
 #include <gtest/gtest.h>
@@ -8,13 +9,7 @@
 namespace tagmoor {
 namespace {
 
-std::optional<QDateTime> at(const char* text) {
-    if (!text)
-        return std::nullopt;
-    const auto date = parseRuleDate(QString::fromLatin1(text));
-    EXPECT_TRUE(date.has_value()) << text;
-    return date;
-}
+using test::at;
 
 DateTimeConfiguration idod(int days, int months, int years, bool keepDays = false) {
     return IDOD{days, months, years, keepDays, false, false};

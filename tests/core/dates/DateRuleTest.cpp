@@ -2,6 +2,7 @@
 #include "dates/DateRule.h"
 #include "dates/DateRuleStore.h"
 #include "dates/DateTexts.h"
+#include "dates/RuleDates.h"
 #include "model/KeyTable.h"
 
 #include <gtest/gtest.h>
@@ -11,13 +12,7 @@
 namespace tagmoor {
 namespace {
 
-std::optional<QDateTime> at(const char* text) {
-    if (!text)
-        return std::nullopt;
-    const auto date = parseRuleDate(QString::fromLatin1(text));
-    EXPECT_TRUE(date.has_value()) << text;
-    return date;
-}
+using test::at;
 
 DateTimeConfiguration idod(int days, int months, int years, bool keepDays = false,
                            bool keepMonths = false, bool keepYears = false) {

@@ -2,6 +2,7 @@
 #include "dates/OwnDateRule.h"
 #include "dates/DateRuleKind.h"
 #include "dates/DateTexts.h"
+#include "dates/RuleDates.h"
 #include "dates/ZonedDateRule.h"
 
 #include <gtest/gtest.h>
@@ -9,13 +10,7 @@
 namespace tagmoor {
 namespace {
 
-std::optional<QDateTime> at(const char* text) {
-    if (!text)
-        return std::nullopt;
-    const auto date = parseRuleDate(QString::fromLatin1(text));
-    EXPECT_TRUE(date.has_value()) << text;
-    return date;
-}
+using test::at;
 
 DateRuleOutcome writes(const char* text) {
     return DateRuleOutcome::write(QString::fromLatin1(text));

@@ -1,15 +1,13 @@
 // The run's one date rule object, in the tests' pinned time zone (UTC).
 #include "dates/PhotoDateRule.h"
-#include "dates/DateTexts.h"
+#include "dates/RuleDates.h"
 
 #include <gtest/gtest.h>
 
 namespace tagmoor {
 namespace {
 
-std::optional<QDateTime> at(const char* text) {
-    return parseRuleDate(QString::fromLatin1(text));
-}
+using test::at;
 
 TEST(PhotoDateRule, ChosenOncePerRunAndReadingTheClockOnlyWhenItCounts) {
     EXPECT_EQ(PhotoDateRule::forRun(false, false).kind(), DateRuleKind::wrapping);
