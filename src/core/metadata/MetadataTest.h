@@ -1,5 +1,6 @@
 #pragma once
 
+#include "metadata/CleanOptions.h"
 #include "metadata/WriteOptions.h"
 #include "metadata/WriteResult.h"
 
@@ -72,8 +73,7 @@ public:
     // Strips the chosen groups from the file, with the same safe replacement and the same
     // refusal when `expected` no longer matches. Failures are not logged (but for the debug
     // category); the result says what became of the clean.
-    WriteResult cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp, bool gps,
-                              bool comment,
+    WriteResult cleanMetadata(const QString& path, const CleanOptions& groups,
                               const std::optional<FileStamp>& expected = std::nullopt) const;
 
 private:

@@ -36,8 +36,7 @@ void eraseFirst(Exiv2::ExifData& exifData, const char* key) {
 
 } // namespace
 
-WriteResult MetadataTest::cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp,
-                                        bool gps, bool comment,
+WriteResult MetadataTest::cleanMetadata(const QString& path, const CleanOptions& groups,
                                         const std::optional<FileStamp>& expected) const {
     if (QFile::decodeName(QFile::encodeName(path)) != path)
         return {WriteStatus::Failed, QStringLiteral("the path has no form on the file system")};
@@ -48,18 +47,18 @@ WriteResult MetadataTest::cleanMetadata(const QString& path, bool iptc, bool exi
             const auto outcome = SafeMetadataEdit::run(
                 path, expected,
                 [&](Exiv2::Image& image) -> SafeMetadataEdit::LandedCheck {
-                    if (iptc)
+                    if (groups.cleanIPTC)
                         image.clearIptcData();
-                    if (xmp)
+                    if (groups.cleanXMP)
                         image.clearXmpData();
-                    if (exif)
+                    if (groups.cleanExif)
                         clearExif(image);
-                    if (comment) {
+                    if (groups.cleanComment) {
                         Exiv2::ExifData exifData = image.exifData();
                         eraseFirst(exifData, "Exif.Photo.UserComment");
                         image.setExifData(exifData);
                     }
-                    if (gps) {
+                    if (groups.cleanGPS) {
                         Exiv2::ExifData exifData = image.exifData();
                         for (const char* key :
                              {"Exif.GPSInfo.GPSLatitude", "Exif.GPSInfo.GPSLatitudeRef",

@@ -67,7 +67,7 @@ TEST(WriteFormats, EverySampleKeepsItsPicture) {
         LogCapture writeLog;
         writeLikeABatch(written, edited);
         LogCapture cleanLog;
-        MetadataTest().cleanMetadata(cleaned, true, true, true, true, true);
+        MetadataTest().cleanMetadata(cleaned, kEveryGroup);
         EXPECT_FALSE(hasError(cleanLog));
         EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
 
