@@ -69,7 +69,7 @@ WriteRequest requestFor(const QString& path) {
     edited.xmp[1] = QStringLiteral("Zoom 24-70");
     MetadataTest bridge;
     WriteRequest r;
-    r.properties = mergeForWriting(edited, path, bridge);
+    r.properties = mergeForWriting(edited, path);
     const auto absent = [&](const char* block, const QStringList& keys) {
         QStringList out;
         for (const QString& key : keys)

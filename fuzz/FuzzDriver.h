@@ -87,7 +87,7 @@ inline void writeFile(const QString& path, quint8 choice) {
     MetadataTest bridge;
     bridge.setFlushesToDisk(false);
     bridge.setImagePropertiesAll(
-        path, mergeForWriting(edited, path, bridge), {QStringLiteral("Exif.Image.Copyright")},
+        path, mergeForWriting(edited, path), {QStringLiteral("Exif.Image.Copyright")},
         {QStringLiteral("Iptc.Application2.Keywords")}, {QStringLiteral("Xmp.xmp.ModifyDate")});
     bridge.cleanMetadata(path, {.cleanExif = (choice & 2) != 0,
                                 .cleanIPTC = (choice & 1) != 0,

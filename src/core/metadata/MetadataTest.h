@@ -26,15 +26,6 @@ struct FileStamp {
 // No exception ever leaves it. It holds no shared state; make a fresh one for each use.
 class MetadataTest {
 public:
-    MetadataTest();
-
-    const QStringList& exifKeysNameArray() const { return m_exifKeys; }
-    const QStringList& iptcKeysNameArray() const { return m_iptcKeys; }
-    const QStringList& xmpKeysNameArray() const { return m_xmpKeys; }
-    void setExifKeysNameArray(const QStringList& keys) { m_exifKeys = keys; }
-    void setIptcKeysNameArray(const QStringList& keys) { m_iptcKeys = keys; }
-    void setXmpKeysNameArray(const QStringList& keys) { m_xmpKeys = keys; }
-
     // Writes and cleans flush the new file to disk before it replaces the old one. A caller
     // whose target holds nothing of the user's yet (a batch's staged output) may turn it off.
     void setFlushesToDisk(bool flush) { m_flushesToDisk = flush; }
@@ -77,11 +68,6 @@ public:
                               const std::optional<FileStamp>& expected = std::nullopt) const;
 
 private:
-    void initializeAllNeeded();
-
-    QStringList m_exifKeys;
-    QStringList m_iptcKeys;
-    QStringList m_xmpKeys;
     bool m_flushesToDisk = true;
     WriteOptions m_writeOptions;
 };

@@ -5,6 +5,7 @@
 #include "metadata/KeyListSnapshot.h"
 #include "metadata/PictureTags.h"
 #include "metadata/SafeMetadataEdit.h"
+#include "model/KeyTable.h"
 
 #include <QFile>
 
@@ -67,8 +68,8 @@ WriteResult MetadataTest::cleanMetadata(const QString& path, const CleanOptions&
                             eraseFirst(exifData, key);
                         image.setExifData(exifData);
                     }
-                    auto asked =
-                        std::make_shared<KeyListSnapshot>(image, m_exifKeys, m_iptcKeys, m_xmpKeys);
+                    auto asked = std::make_shared<KeyListSnapshot>(image, exifKeyNames(),
+                                                                   iptcKeyNames(), xmpKeyNames());
                     return [asked](Exiv2::Image& written) {
                         const QStringList left = asked->differencesIn(written);
                         return left.isEmpty() ? QString() : notLandedText(left);

@@ -9,6 +9,7 @@
 #include "metadata/PropertyWriter.h"
 #include "metadata/SafeMetadataEdit.h"
 #include "metadata/StandardForm.h"
+#include "model/KeyTable.h"
 
 #include <QFile>
 
@@ -36,8 +37,7 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
                       const QStringList& xmpKeys) {
     if (QFile::decodeName(QFile::encodeName(path)) != path)
         return {WriteStatus::Failed, QStringLiteral("the path has no form on the file system")};
-    const PropertyWriter::KeyNames keys{bridge.exifKeysNameArray(), bridge.iptcKeysNameArray(),
-                                        bridge.xmpKeysNameArray()};
+    const PropertyWriter::KeyNames keys{exifKeyNames(), iptcKeyNames(), xmpKeyNames()};
     WriteResult result;
     guardExiv2(
         [&] {
@@ -103,8 +103,8 @@ WriteResult MetadataTest::writeMergedFields(const QString& path,
         [&](Exiv2::Image& image) {
             // In the standard form only the edited fields are written: merged over nothing.
             if (m_writeOptions.standardForm)
-                return mergeForWriting(editedFields, MetadataFieldSet{}, *this);
-            return mergeForWriting(editedFields, readMetadataFieldSet(image), *this);
+                return mergeForWriting(editedFields, MetadataFieldSet{});
+            return mergeForWriting(editedFields, readMetadataFieldSet(image));
         },
         exifKeys, iptcKeys, xmpKeys);
 }

@@ -25,7 +25,7 @@ bool refusesIptc(const QString& name) {
 // up without a value listed for erasure (integer and rational rows are written as zero first).
 void writeLikeABatch(const QString& path, const MetadataFieldSet& edited) {
     MetadataTest bridge;
-    const QVariantMap merged = mergeForWriting(edited, path, bridge);
+    const QVariantMap merged = mergeForWriting(edited, path);
     const auto absent = [&](const char* block, const QStringList& keys) {
         QStringList out;
         for (const QString& key : keys)
