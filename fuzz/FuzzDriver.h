@@ -86,9 +86,10 @@ inline void writeFile(const QString& path, quint8 choice) {
     edited.xmp[xmprow::Lens] = QStringLiteral("50mm");
     MetadataTest bridge;
     bridge.setFlushesToDisk(false);
-    bridge.setImagePropertiesAll(
-        path, mergeForWriting(edited, path), {QStringLiteral("Exif.Image.Copyright")},
-        {QStringLiteral("Iptc.Application2.Keywords")}, {QStringLiteral("Xmp.xmp.ModifyDate")});
+    bridge.setImagePropertiesAll(path, mergeForWriting(edited, path),
+                                 ErasedRows::ofKeys({QStringLiteral("Exif.Image.Copyright"),
+                                                     QStringLiteral("Iptc.Application2.Keywords"),
+                                                     QStringLiteral("Xmp.xmp.ModifyDate")}));
     bridge.cleanMetadata(path, {.cleanExif = (choice & 2) != 0,
                                 .cleanIPTC = (choice & 1) != 0,
                                 .cleanXMP = (choice & 4) != 0,

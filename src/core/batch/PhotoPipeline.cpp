@@ -270,8 +270,7 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
     }
     const FieldEdits edits = fieldEditsFor(record, path);
     // The values in the file are merged in from the very bytes that the writer edits.
-    return {bridge.writeMergedFields(path, edits.values, edits.eraseExif, edits.eraseIptc,
-                                     edits.eraseXmp),
+    return {bridge.writeMergedFields(path, edits.values, edits.erased),
             edits.values.at(formField(Field::ModifyDate).keyRow()).text()};
 }
 

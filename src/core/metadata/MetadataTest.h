@@ -3,6 +3,7 @@
 #include "metadata/CleanOptions.h"
 #include "metadata/WriteOptions.h"
 #include "metadata/WriteResult.h"
+#include "model/ErasedRows.h"
 
 #include <QDateTime>
 #include <QString>
@@ -43,22 +44,20 @@ public:
     // Exiv2's own data printed as JSON-shaped text per block; a diagnostic aid.
     QVariantMap readJSONStringFrom(const QString& path) const;
 
-    // Writes the property dictionary (from mergeForWriting) and then erases the listed keys.
-    // The file is replaced only by a complete, verified copy that holds under the key lists'
-    // keys what was asked; on any failure it keeps its old bytes. When `expected` is given
-    // and the file's size or modification time differ, nothing is written. Failures are
+    // Writes the property dictionary (from mergeForWriting) and then erases the tags of the
+    // erased rows. The file is replaced only by a complete, verified copy that holds under the
+    // key lists' keys what was asked; on any failure it keeps its old bytes. When `expected` is
+    // given and the file's size or modification time differ, nothing is written. Failures are
     // logged, and the result says what became of the write.
     WriteResult
     setImagePropertiesAll(const QString& path, const QVariantMap& properties,
-                          const QStringList& exifKeys, const QStringList& iptcKeys,
-                          const QStringList& xmpKeys,
+                          const ErasedRows& erased,
                           const std::optional<FileStamp>& expected = std::nullopt) const;
 
     // The same write with the dictionary that mergeForWriting makes of `editedFields` over
     // what the file holds, taken from the very bytes that are edited (the file is read once).
     WriteResult writeMergedFields(const QString& path, const MetadataFieldSet& editedFields,
-                                  const QStringList& exifKeys, const QStringList& iptcKeys,
-                                  const QStringList& xmpKeys,
+                                  const ErasedRows& erased,
                                   const std::optional<FileStamp>& expected = std::nullopt) const;
 
     // Strips the chosen groups from the file, with the same safe replacement and the same

@@ -104,7 +104,7 @@ TEST(MergeForWriting, EveryRowReadsBackThroughOurReader) {
 
     LogCapture log;
     MetadataTest bridge;
-    bridge.setImagePropertiesAll(photo, mergeForWriting(edited, photo), {}, {}, {});
+    bridge.setImagePropertiesAll(photo, mergeForWriting(edited, photo), {});
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join('\n').toStdString();
 
     const MetadataFieldSet back = readMetadataFieldSet(photo);
@@ -119,12 +119,13 @@ TEST(MergeForWriting, EveryRowReadsBackThroughOurReader) {
     EXPECT_EQ(pictureFingerprint(photo), pixels);
 
     // Writing the file's own values back changes no value.
-    bridge.setImagePropertiesAll(photo, mergeForWriting({}, photo), {}, {}, {});
+    bridge.setImagePropertiesAll(photo, mergeForWriting({}, photo), {});
     EXPECT_EQ(readMetadataFieldSet(photo), back);
 
     // Nothing edited and every key listed: no row keeps a tag.
-    bridge.setImagePropertiesAll(photo, mergeForWriting({}, photo), exifKeyNames(), iptcKeyNames(),
-                                 xmpKeyNames());
+    bridge.setImagePropertiesAll(
+        photo, mergeForWriting({}, photo),
+        ErasedRows::ofKeys(exifKeyNames() + iptcKeyNames() + xmpKeyNames()));
     EXPECT_EQ(readMetadataFieldSet(photo), MetadataFieldSet());
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join('\n').toStdString();
 }

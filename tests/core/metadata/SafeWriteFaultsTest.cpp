@@ -24,7 +24,7 @@ const QVariantMap kArtist =
     properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Ann")}});
 
 void writeArtist(const QString& path, const std::optional<FileStamp>& expected = std::nullopt) {
-    MetadataTest().setImagePropertiesAll(path, kArtist, {}, {}, {}, expected);
+    MetadataTest().setImagePropertiesAll(path, kArtist, {}, expected);
 }
 
 QString artistOf(const QString& path) {
@@ -123,7 +123,7 @@ TEST_F(SafeWriteFaults, WithoutFlushTheFlushStepIsNeverReached) {
     });
     MetadataTest bridge;
     bridge.setFlushesToDisk(false);
-    bridge.setImagePropertiesAll(photo, kArtist, {}, {}, {});
+    bridge.setImagePropertiesAll(photo, kArtist, {});
     EXPECT_FALSE(flushed);
     EXPECT_EQ(artistOf(photo), QStringLiteral("Ann"));
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());

@@ -33,8 +33,10 @@ void writeLikeABatch(const QString& path, const MetadataFieldSet& edited) {
                 out << key;
         return out;
     };
-    bridge.setImagePropertiesAll(path, merged, absent("exif", exifKeyNames()),
-                                 absent("iptc", iptcKeyNames()), absent("xmp", xmpKeyNames()));
+    bridge.setImagePropertiesAll(path, merged,
+                                 ErasedRows::ofKeys(absent("exif", exifKeyNames()) +
+                                                    absent("iptc", iptcKeyNames()) +
+                                                    absent("xmp", xmpKeyNames())));
 }
 
 bool hasError(const LogCapture& log) {
