@@ -55,7 +55,7 @@ struct Breakdown {
 // value listed for erasure.
 struct WriteRequest {
     QVariantMap properties;
-    QStringList exifErase, iptcErase, xmpErase;
+    ErasedRows erased;
 };
 
 WriteRequest requestFor(const QString& path) {
@@ -69,7 +69,7 @@ WriteRequest requestFor(const QString& path) {
     edited.xmp[1] = QStringLiteral("Zoom 24-70");
     MetadataTest bridge;
     WriteRequest r;
-    r.properties = mergeForWriting(edited, path, bridge);
+    r.properties = mergeForWriting(edited, path);
     const auto absent = [&](const char* block, const QStringList& keys) {
         QStringList out;
         for (const QString& key : keys)
@@ -77,17 +77,15 @@ WriteRequest requestFor(const QString& path) {
                 out << key;
         return out;
     };
-    r.exifErase = absent("exif", exifKeyNames());
-    r.iptcErase = absent("iptc", iptcKeyNames());
-    r.xmpErase = absent("xmp", xmpKeyNames());
+    r.erased = ErasedRows::ofKeys(absent("exif", exifKeyNames()) + absent("iptc", iptcKeyNames()) +
+                                  absent("xmp", xmpKeyNames()));
     return r;
 }
 
 void plainWrite(const QString& path, const WriteRequest& r) {
     auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
     image->readMetadata();
-    PropertyWriter::apply(*image, r.properties, {exifKeyNames(), iptcKeyNames(), xmpKeyNames()},
-                          r.exifErase, r.iptcErase, r.xmpErase);
+    PropertyWriter::apply(*image, r.properties, r.erased);
     image->writeMetadata();
 }
 
@@ -105,7 +103,7 @@ void plainWriteFlushed(const QString& path, const WriteRequest& r) {
 std::function<int(SafeFileReplace::Step)> stepHook;
 
 void safeWrite(const QString& path, const WriteRequest& r) {
-    MetadataTest().setImagePropertiesAll(path, r.properties, r.exifErase, r.iptcErase, r.xmpErase);
+    MetadataTest().setImagePropertiesAll(path, r.properties, r.erased);
 }
 
 bool copyFile(const QString& from, const QString& to) {

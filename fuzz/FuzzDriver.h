@@ -86,10 +86,15 @@ inline void writeFile(const QString& path, quint8 choice) {
     edited.xmp[xmprow::Lens] = QStringLiteral("50mm");
     MetadataTest bridge;
     bridge.setFlushesToDisk(false);
-    bridge.setImagePropertiesAll(
-        path, mergeForWriting(edited, path, bridge), {QStringLiteral("Exif.Image.Copyright")},
-        {QStringLiteral("Iptc.Application2.Keywords")}, {QStringLiteral("Xmp.xmp.ModifyDate")});
-    bridge.cleanMetadata(path, choice & 1, choice & 2, choice & 4, choice & 8, choice & 16);
+    bridge.setImagePropertiesAll(path, mergeForWriting(edited, path),
+                                 ErasedRows::ofKeys({QStringLiteral("Exif.Image.Copyright"),
+                                                     QStringLiteral("Iptc.Application2.Keywords"),
+                                                     QStringLiteral("Xmp.xmp.ModifyDate")}));
+    bridge.cleanMetadata(path, {.cleanExif = (choice & 2) != 0,
+                                .cleanIPTC = (choice & 1) != 0,
+                                .cleanXMP = (choice & 4) != 0,
+                                .cleanGPS = (choice & 8) != 0,
+                                .cleanComment = (choice & 16) != 0});
     loadImageProperties(QUrl::fromLocalFile(path));
     // The replaced file's second name is dropped in the background; wait, so that every run
     // ends with the folder as the write left it.

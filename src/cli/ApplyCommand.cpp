@@ -105,8 +105,8 @@ void printEdits(QTextStream& out, const PhotoPipeline& pipeline, const RunValues
         if (v.isPresent())
             out << "  set " << row.key << " = " << valueText(v) << '\n';
     }
-    for (const QStringList* list : {&edits.eraseExif, &edits.eraseIptc, &edits.eraseXmp}) {
-        for (const QString& key : *list)
+    for (const KeyBlock block : {KeyBlock::Exif, KeyBlock::Iptc, KeyBlock::Xmp}) {
+        for (const QString& key : edits.erased.keys(block))
             out << "  erase " << key << '\n';
     }
 }

@@ -111,8 +111,8 @@ void writePlanJson(QTextStream& out, const PhotoPipeline& pipeline, const PathPh
                     if (v.isPresent())
                         set.insert(QString::fromLatin1(row.key), jsonValue(v));
                 }
-                QStringList erase = edits.eraseExif;
-                erase << edits.eraseIptc << edits.eraseXmp;
+                QStringList erase = edits.erased.keys(KeyBlock::Exif);
+                erase << edits.erased.keys(KeyBlock::Iptc) << edits.erased.keys(KeyBlock::Xmp);
                 photo.insert(QStringLiteral("set"), set);
                 photo.insert(QStringLiteral("erase"), QJsonArray::fromStringList(erase));
             }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/ValueForm.h"
+#include "metadata/CleanOptions.h"
 // Helpers shared by the core tests: sample files, scratch folders, outside tools.
 
 #include <QByteArray>
@@ -17,6 +18,9 @@
 #include <gtest/gtest.h>
 
 namespace tagmoor::test {
+
+// Every group of the clean chosen.
+inline constexpr CleanOptions kEveryGroup{true, true, true, true, true};
 
 inline QString samplesDir() {
     return QStringLiteral(TAGMOOR_SAMPLES);

@@ -68,20 +68,6 @@ bool isGpsRow(const KeyRow& row) {
 
 } // namespace
 
-void FieldEdits::erase(const KeyRow& row) {
-    const QString key = QString::fromLatin1(row.key);
-    QStringList& list = row.block == KeyBlock::Exif   ? eraseExif
-                        : row.block == KeyBlock::Iptc ? eraseIptc
-                                                      : eraseXmp;
-    if (!list.contains(key))
-        list << key;
-}
-
-bool FieldEdits::isErased(const KeyRow& row) const {
-    const QString key = QString::fromLatin1(row.key);
-    return eraseExif.contains(key) || eraseIptc.contains(key) || eraseXmp.contains(key);
-}
-
 std::optional<PropertyValue> valueOfRowType(const KeyRow& row, const PropertyValue& value) {
     if (isTextRow(row)) {
         if (auto t = value.text())

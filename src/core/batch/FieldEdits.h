@@ -2,8 +2,7 @@
 
 #include "batch/RunValues.h"
 #include "metadata/MetadataFieldSet.h"
-
-#include <QStringList>
+#include "model/ErasedRows.h"
 
 #include <optional>
 
@@ -13,12 +12,10 @@ namespace tagmoor {
 // the keys to erase. Fields without a new value keep what the file holds.
 struct FieldEdits {
     MetadataFieldSet values;
-    QStringList eraseExif;
-    QStringList eraseIptc;
-    QStringList eraseXmp;
+    ErasedRows erased;
 
-    void erase(const KeyRow& row);
-    bool isErased(const KeyRow& row) const;
+    void erase(const KeyRow& row) { erased.add(row); }
+    bool isErased(const KeyRow& row) const { return erased.contains(row); }
     bool operator==(const FieldEdits&) const = default;
 };
 

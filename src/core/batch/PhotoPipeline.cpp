@@ -266,15 +266,11 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
     bridge.setFlushesToDisk(flushToDisk);
     bridge.setWriteOptions(m_values.writeOptions);
     if (m_values.processingMode == ProcessingMode::removeGroups) {
-        const CleanOptions& c = m_values.clean;
-        return {bridge.cleanMetadata(path, c.cleanIPTC, c.cleanExif, c.cleanXMP, c.cleanGPS,
-                                     c.cleanComment),
-                std::nullopt};
+        return {bridge.cleanMetadata(path, m_values.clean), std::nullopt};
     }
     const FieldEdits edits = fieldEditsFor(record, path);
     // The values in the file are merged in from the very bytes that the writer edits.
-    return {bridge.writeMergedFields(path, edits.values, edits.eraseExif, edits.eraseIptc,
-                                     edits.eraseXmp),
+    return {bridge.writeMergedFields(path, edits.values, edits.erased),
             edits.values.at(formField(Field::ModifyDate).keyRow()).text()};
 }
 

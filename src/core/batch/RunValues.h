@@ -2,6 +2,7 @@
 
 #include "batch/FieldEditedFlags.h"
 #include "dates/OriginalFinalDate.h"
+#include "metadata/CleanOptions.h"
 #include "metadata/WriteOptions.h"
 #include "model/CGImageProperties.h"
 #include "rename/Rename.h"
@@ -15,19 +16,6 @@ namespace tagmoor {
 
 // What a run does to each photo, in the order of the mode popup's rows.
 enum class ProcessingMode { keepUnedited = 0, clearUnedited = 1, removeGroups = 2 };
-
-// The five clean-metadata check boxes. EXIF stands for all of EXIF, GPS and the comment
-// being parts of it; the box actions keep them consistent, not this struct.
-struct CleanOptions {
-    bool cleanExif = false;
-    bool cleanIPTC = false;
-    bool cleanXMP = false;
-    bool cleanGPS = false;
-    bool cleanComment = false;
-
-    bool any() const { return cleanExif || cleanIPTC || cleanXMP || cleanGPS || cleanComment; }
-    bool operator==(const CleanOptions&) const = default;
-};
 
 // Everything a run reads, settled before it starts and copied into it, so that the run never
 // looks at the screens' live state.

@@ -1,6 +1,5 @@
 #include "metadata/MergeForWriting.h"
 
-#include "metadata/MetadataTest.h"
 #include "metadata/PropertyLoading.h"
 
 namespace tagmoor {
@@ -23,20 +22,15 @@ QVariantMap mergeBlock(std::span<const KeyRow> rows, const QStringList& keyNames
 
 } // namespace
 
-QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const QString& path,
-                            const MetadataTest& bridge) {
-    return mergeForWriting(editedFields, readMetadataFieldSet(path), bridge);
+QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const QString& path) {
+    return mergeForWriting(editedFields, readMetadataFieldSet(path));
 }
 
-QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const MetadataFieldSet& inFile,
-                            const MetadataTest& bridge) {
+QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const MetadataFieldSet& inFile) {
     return {
-        {QStringLiteral("exif"),
-         mergeBlock(exifKeyRows(), bridge.exifKeysNameArray(), editedFields, inFile)},
-        {QStringLiteral("iptc"),
-         mergeBlock(iptcKeyRows(), bridge.iptcKeysNameArray(), editedFields, inFile)},
-        {QStringLiteral("xmp"),
-         mergeBlock(xmpKeyRows(), bridge.xmpKeysNameArray(), editedFields, inFile)},
+        {QStringLiteral("exif"), mergeBlock(exifKeyRows(), exifKeyNames(), editedFields, inFile)},
+        {QStringLiteral("iptc"), mergeBlock(iptcKeyRows(), iptcKeyNames(), editedFields, inFile)},
+        {QStringLiteral("xmp"), mergeBlock(xmpKeyRows(), xmpKeyNames(), editedFields, inFile)},
     };
 }
 

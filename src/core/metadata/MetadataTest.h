@@ -1,7 +1,9 @@
 #pragma once
 
+#include "metadata/CleanOptions.h"
 #include "metadata/WriteOptions.h"
 #include "metadata/WriteResult.h"
+#include "model/ErasedRows.h"
 
 #include <QDateTime>
 #include <QString>
@@ -25,15 +27,6 @@ struct FileStamp {
 // No exception ever leaves it. It holds no shared state; make a fresh one for each use.
 class MetadataTest {
 public:
-    MetadataTest();
-
-    const QStringList& exifKeysNameArray() const { return m_exifKeys; }
-    const QStringList& iptcKeysNameArray() const { return m_iptcKeys; }
-    const QStringList& xmpKeysNameArray() const { return m_xmpKeys; }
-    void setExifKeysNameArray(const QStringList& keys) { m_exifKeys = keys; }
-    void setIptcKeysNameArray(const QStringList& keys) { m_iptcKeys = keys; }
-    void setXmpKeysNameArray(const QStringList& keys) { m_xmpKeys = keys; }
-
     // Writes and cleans flush the new file to disk before it replaces the old one. A caller
     // whose target holds nothing of the user's yet (a batch's staged output) may turn it off.
     void setFlushesToDisk(bool flush) { m_flushesToDisk = flush; }
@@ -51,37 +44,29 @@ public:
     // Exiv2's own data printed as JSON-shaped text per block; a diagnostic aid.
     QVariantMap readJSONStringFrom(const QString& path) const;
 
-    // Writes the property dictionary (from mergeForWriting) and then erases the listed keys.
-    // The file is replaced only by a complete, verified copy that holds under the key lists'
-    // keys what was asked; on any failure it keeps its old bytes. When `expected` is given
-    // and the file's size or modification time differ, nothing is written. Failures are
+    // Writes the property dictionary (from mergeForWriting) and then erases the tags of the
+    // erased rows. The file is replaced only by a complete, verified copy that holds under the
+    // key lists' keys what was asked; on any failure it keeps its old bytes. When `expected` is
+    // given and the file's size or modification time differ, nothing is written. Failures are
     // logged, and the result says what became of the write.
     WriteResult
     setImagePropertiesAll(const QString& path, const QVariantMap& properties,
-                          const QStringList& exifKeys, const QStringList& iptcKeys,
-                          const QStringList& xmpKeys,
+                          const ErasedRows& erased,
                           const std::optional<FileStamp>& expected = std::nullopt) const;
 
     // The same write with the dictionary that mergeForWriting makes of `editedFields` over
     // what the file holds, taken from the very bytes that are edited (the file is read once).
     WriteResult writeMergedFields(const QString& path, const MetadataFieldSet& editedFields,
-                                  const QStringList& exifKeys, const QStringList& iptcKeys,
-                                  const QStringList& xmpKeys,
+                                  const ErasedRows& erased,
                                   const std::optional<FileStamp>& expected = std::nullopt) const;
 
     // Strips the chosen groups from the file, with the same safe replacement and the same
     // refusal when `expected` no longer matches. Failures are not logged (but for the debug
     // category); the result says what became of the clean.
-    WriteResult cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp, bool gps,
-                              bool comment,
+    WriteResult cleanMetadata(const QString& path, const CleanOptions& groups,
                               const std::optional<FileStamp>& expected = std::nullopt) const;
 
 private:
-    void initializeAllNeeded();
-
-    QStringList m_exifKeys;
-    QStringList m_iptcKeys;
-    QStringList m_xmpKeys;
     bool m_flushesToDisk = true;
     WriteOptions m_writeOptions;
 };

@@ -5,6 +5,7 @@
 #include "metadata/KeyListSnapshot.h"
 #include "metadata/PictureTags.h"
 #include "metadata/SafeMetadataEdit.h"
+#include "model/KeyTable.h"
 
 #include <QFile>
 
@@ -36,8 +37,7 @@ void eraseFirst(Exiv2::ExifData& exifData, const char* key) {
 
 } // namespace
 
-WriteResult MetadataTest::cleanMetadata(const QString& path, bool iptc, bool exif, bool xmp,
-                                        bool gps, bool comment,
+WriteResult MetadataTest::cleanMetadata(const QString& path, const CleanOptions& groups,
                                         const std::optional<FileStamp>& expected) const {
     if (QFile::decodeName(QFile::encodeName(path)) != path)
         return {WriteStatus::Failed, QStringLiteral("the path has no form on the file system")};
@@ -48,18 +48,18 @@ WriteResult MetadataTest::cleanMetadata(const QString& path, bool iptc, bool exi
             const auto outcome = SafeMetadataEdit::run(
                 path, expected,
                 [&](Exiv2::Image& image) -> SafeMetadataEdit::LandedCheck {
-                    if (iptc)
+                    if (groups.cleanIPTC)
                         image.clearIptcData();
-                    if (xmp)
+                    if (groups.cleanXMP)
                         image.clearXmpData();
-                    if (exif)
+                    if (groups.cleanExif)
                         clearExif(image);
-                    if (comment) {
+                    if (groups.cleanComment) {
                         Exiv2::ExifData exifData = image.exifData();
                         eraseFirst(exifData, "Exif.Photo.UserComment");
                         image.setExifData(exifData);
                     }
-                    if (gps) {
+                    if (groups.cleanGPS) {
                         Exiv2::ExifData exifData = image.exifData();
                         for (const char* key :
                              {"Exif.GPSInfo.GPSLatitude", "Exif.GPSInfo.GPSLatitudeRef",
@@ -68,8 +68,8 @@ WriteResult MetadataTest::cleanMetadata(const QString& path, bool iptc, bool exi
                             eraseFirst(exifData, key);
                         image.setExifData(exifData);
                     }
-                    auto asked =
-                        std::make_shared<KeyListSnapshot>(image, m_exifKeys, m_iptcKeys, m_xmpKeys);
+                    auto asked = std::make_shared<KeyListSnapshot>(image, exifKeyNames(),
+                                                                   iptcKeyNames(), xmpKeyNames());
                     return [asked](Exiv2::Image& written) {
                         const QStringList left = asked->differencesIn(written);
                         return left.isEmpty() ? QString() : notLandedText(left);

@@ -9,6 +9,7 @@
 #include "metadata/PropertyWriter.h"
 #include "metadata/SafeMetadataEdit.h"
 #include "metadata/StandardForm.h"
+#include "model/KeyTable.h"
 
 #include <QFile>
 
@@ -28,16 +29,13 @@ WriteStatus statusOfExiv2Failure(Exiv2Failure kind, const QString& what) {
     return WriteStatus::Failed;
 }
 
-// Writes the dictionary that `properties` gives for the open image, then erases the listed keys.
+// Writes the dictionary that `properties` gives for the open image, then erases the erased rows.
 WriteResult writeWith(const MetadataTest& bridge, const QString& path,
                       const std::optional<FileStamp>& expected,
                       const std::function<QVariantMap(Exiv2::Image&)>& properties,
-                      const QStringList& exifKeys, const QStringList& iptcKeys,
-                      const QStringList& xmpKeys) {
+                      const ErasedRows& erased) {
     if (QFile::decodeName(QFile::encodeName(path)) != path)
         return {WriteStatus::Failed, QStringLiteral("the path has no form on the file system")};
-    const PropertyWriter::KeyNames keys{bridge.exifKeysNameArray(), bridge.iptcKeysNameArray(),
-                                        bridge.xmpKeysNameArray()};
     WriteResult result;
     guardExiv2(
         [&] {
@@ -47,15 +45,13 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
                     const QVariantMap dictionary = properties(image);
                     const WriteOptions& options = bridge.writeOptions();
                     if (options.standardForm)
-                        applyStandardForm(image, dictionary, keys.exif, keys.iptc, keys.xmp,
-                                          exifKeys, iptcKeys, xmpKeys);
+                        applyStandardForm(image, dictionary, erased);
                     else
-                        PropertyWriter::apply(image, dictionary, {keys.exif, keys.iptc, keys.xmp},
-                                              exifKeys, iptcKeys, xmpKeys);
+                        PropertyWriter::apply(image, dictionary, erased);
                     if (options.declareIptcCharset)
                         declareIptcCharset(image, dictionary.value(QStringLiteral("iptc")).toMap());
-                    auto asked =
-                        std::make_shared<KeyListSnapshot>(image, keys.exif, keys.iptc, keys.xmp);
+                    auto asked = std::make_shared<KeyListSnapshot>(image, exifKeyNames(),
+                                                                   iptcKeyNames(), xmpKeyNames());
                     return [asked](Exiv2::Image& written) {
                         const QStringList missing = asked->differencesIn(written);
                         return missing.isEmpty() ? QString() : notLandedText(missing);
@@ -84,29 +80,25 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
 } // namespace
 
 WriteResult MetadataTest::setImagePropertiesAll(const QString& path, const QVariantMap& properties,
-                                                const QStringList& exifKeys,
-                                                const QStringList& iptcKeys,
-                                                const QStringList& xmpKeys,
+                                                const ErasedRows& erased,
                                                 const std::optional<FileStamp>& expected) const {
     return writeWith(
-        *this, path, expected, [&](Exiv2::Image&) { return properties; }, exifKeys, iptcKeys,
-        xmpKeys);
+        *this, path, expected, [&](Exiv2::Image&) { return properties; }, erased);
 }
 
 WriteResult MetadataTest::writeMergedFields(const QString& path,
                                             const MetadataFieldSet& editedFields,
-                                            const QStringList& exifKeys,
-                                            const QStringList& iptcKeys, const QStringList& xmpKeys,
+                                            const ErasedRows& erased,
                                             const std::optional<FileStamp>& expected) const {
     return writeWith(
         *this, path, expected,
         [&](Exiv2::Image& image) {
             // In the standard form only the edited fields are written: merged over nothing.
             if (m_writeOptions.standardForm)
-                return mergeForWriting(editedFields, MetadataFieldSet{}, *this);
-            return mergeForWriting(editedFields, readMetadataFieldSet(image), *this);
+                return mergeForWriting(editedFields, MetadataFieldSet{});
+            return mergeForWriting(editedFields, readMetadataFieldSet(image));
         },
-        exifKeys, iptcKeys, xmpKeys);
+        erased);
 }
 
 } // namespace tagmoor

@@ -1,6 +1,7 @@
 #include "metadata/PropertyWriter.h"
 
 #include "metadata/PictureTags.h"
+#include "model/ErasedRows.h"
 #include "model/KeyTable.h"
 
 #include <exiv2/exiv2.hpp>
@@ -47,9 +48,10 @@ void writeGps(Exiv2::ExifData& exifData, const std::string& key, const std::stri
     exifData[refKey] = std::string(gps.negative ? negativeRef : positiveRef);
 }
 
-template <typename Key, typename Data> void eraseListed(Data& data, const QStringList& keys) {
-    for (const QString& text : keys) {
-        const auto found = data.findKey(Key(text.toStdString()));
+template <typename Key, typename Data>
+void eraseRowsOf(Data& data, const ErasedRows& erased, KeyBlock block) {
+    for (const KeyRow* row : erased.rows(block)) {
+        const auto found = data.findKey(Key(row->key));
         if (found != data.end())
             data.erase(found);
     }
@@ -57,8 +59,8 @@ template <typename Key, typename Data> void eraseListed(Data& data, const QStrin
 
 // Integer and rational rows are written even without a value: a missing one becomes zero, and
 // the caller lists its key for erasure, which runs after writing.
-void applyExif(Exiv2::Image& image, const QVariantMap& exif, const QStringList& keyNames,
-               const QStringList& eraseKeys) {
+void applyExif(Exiv2::Image& image, const QVariantMap& exif, const ErasedRows& erased) {
+    const QStringList& keyNames = exifKeyNames();
     Exiv2::ExifData& exifData = image.exifData();
     for (const KeyRow& row : exifKeyRows()) {
         const QString keyText = keyNames.at(row.row);
@@ -79,12 +81,12 @@ void applyExif(Exiv2::Image& image, const QVariantMap& exif, const QStringList& 
             exifData[key] = Exiv2::floatToRationalCast(value.toFloat());
             break;
         case WriteKind::Gps:
-            PropertyWriter::writeGpsField(exifData, key, keyNames, row.row == exifrow::GPSLatitude,
+            PropertyWriter::writeGpsField(exifData, key, row.row == exifrow::GPSLatitude,
                                           value.toDouble());
             break;
         }
     }
-    eraseListed<Exiv2::ExifKey>(exifData, eraseKeys);
+    PropertyWriter::eraseRows(exifData, erased);
     // A TIFF-built photo with an orientation outside 1-8 no longer opens in libtiff's readers:
     // the zero that stands for a missing value is erased there instead.
     if (isTiffContainer(image)) {
@@ -97,27 +99,27 @@ void applyExif(Exiv2::Image& image, const QVariantMap& exif, const QStringList& 
 }
 
 // The subscript finds the first datum of a key: of repeated keys only the first changes.
-void applyIptc(Exiv2::Image& image, const QVariantMap& iptc, const QStringList& keyNames,
-               const QStringList& eraseKeys) {
+void applyIptc(Exiv2::Image& image, const QVariantMap& iptc, const ErasedRows& erased) {
+    const QStringList& keyNames = iptcKeyNames();
     Exiv2::IptcData& iptcData = image.iptcData();
     for (const KeyRow& row : iptcKeyRows()) {
         const QVariant value = iptc.value(keyNames.at(row.row));
         if (value.isValid())
             iptcData[keyNames.at(row.row).toStdString()] = value.toString().toStdString();
     }
-    eraseListed<Exiv2::IptcKey>(iptcData, eraseKeys);
+    PropertyWriter::eraseRows(iptcData, erased);
     image.setIptcData(iptcData);
 }
 
-void applyXmp(Exiv2::Image& image, const QVariantMap& xmp, const QStringList& keyNames,
-              const QStringList& eraseKeys) {
+void applyXmp(Exiv2::Image& image, const QVariantMap& xmp, const ErasedRows& erased) {
+    const QStringList& keyNames = xmpKeyNames();
     Exiv2::XmpData& xmpData = image.xmpData();
     for (const KeyRow& row : xmpKeyRows()) {
         const QVariant value = xmp.value(keyNames.at(row.row));
         if (value.isValid())
             xmpData[keyNames.at(row.row).toStdString()] = value.toString().toStdString();
     }
-    eraseListed<Exiv2::XmpKey>(xmpData, eraseKeys);
+    PropertyWriter::eraseRows(xmpData, erased);
     image.setXmpData(xmpData);
 }
 
@@ -131,24 +133,33 @@ void PropertyWriter::writeGpsCoordinate(Exiv2::ExifData& exifData, const std::st
         writeGps(exifData, key, refKey, value, "W", "E");
 }
 
-void PropertyWriter::writeGpsField(Exiv2::ExifData& exifData, const std::string& key,
-                                   const QStringList& exifKeyNames, bool latitude, double value) {
+void PropertyWriter::writeGpsField(Exiv2::ExifData& exifData, const std::string& key, bool latitude,
+                                   double value) {
     const auto refRow = latitude ? exifrow::GPSLatitudeRef : exifrow::GPSLongitudeRef;
-    writeGpsCoordinate(exifData, key, exifKeyNames.at(refRow).toStdString(), value, latitude);
+    writeGpsCoordinate(exifData, key, exifKeyRows()[refRow].key, value, latitude);
 }
 
-void PropertyWriter::apply(Exiv2::Image& image, const QVariantMap& properties, const KeyNames& keys,
-                           const QStringList& exifErase, const QStringList& iptcErase,
-                           const QStringList& xmpErase) {
+void PropertyWriter::eraseRows(Exiv2::ExifData& data, const ErasedRows& erased) {
+    eraseRowsOf<Exiv2::ExifKey>(data, erased, KeyBlock::Exif);
+}
+void PropertyWriter::eraseRows(Exiv2::IptcData& data, const ErasedRows& erased) {
+    eraseRowsOf<Exiv2::IptcKey>(data, erased, KeyBlock::Iptc);
+}
+void PropertyWriter::eraseRows(Exiv2::XmpData& data, const ErasedRows& erased) {
+    eraseRowsOf<Exiv2::XmpKey>(data, erased, KeyBlock::Xmp);
+}
+
+void PropertyWriter::apply(Exiv2::Image& image, const QVariantMap& properties,
+                           const ErasedRows& erased) {
     const auto exif = properties.find(QStringLiteral("exif"));
     if (exif != properties.end())
-        applyExif(image, exif->toMap(), keys.exif, exifErase);
+        applyExif(image, exif->toMap(), erased);
     const auto iptc = properties.find(QStringLiteral("iptc"));
     if (iptc != properties.end())
-        applyIptc(image, iptc->toMap(), keys.iptc, iptcErase);
+        applyIptc(image, iptc->toMap(), erased);
     const auto xmp = properties.find(QStringLiteral("xmp"));
     if (xmp != properties.end())
-        applyXmp(image, xmp->toMap(), keys.xmp, xmpErase);
+        applyXmp(image, xmp->toMap(), erased);
 }
 
 } // namespace tagmoor

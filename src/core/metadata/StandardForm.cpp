@@ -1,6 +1,7 @@
 #include "metadata/StandardForm.h"
 
 #include "metadata/PropertyWriter.h"
+#include "model/ErasedRows.h"
 #include "model/KeyTable.h"
 #include "model/Keywords.h"
 
@@ -32,14 +33,6 @@ std::string textOf(const QVariant& value) {
 // An integer row's value as text, read by the datum into the type it already has.
 std::string integerText(const QVariant& value) {
     return std::to_string(value.toLongLong());
-}
-
-template <typename Key, typename Data> void eraseListed(Data& data, const QStringList& keys) {
-    for (const QString& text : keys) {
-        const auto found = data.findKey(Key(text.toStdString()));
-        if (found != data.end())
-            data.erase(found);
-    }
 }
 
 // Decimal degrees as the three rationals of a GPS coordinate, the seconds to a ten-thousandth
@@ -223,13 +216,14 @@ bool packetMayStay(const Exiv2::Image& image) {
 } // namespace
 
 void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
-                       const QStringList& exifKeys, const QStringList& iptcKeys,
-                       const QStringList& xmpKeys, const QStringList& exifErase,
-                       const QStringList& iptcErase, const QStringList& xmpErase) {
+                       const ErasedRows& erased) {
+    const QStringList& exifKeys = exifKeyNames();
+    const QStringList& iptcKeys = iptcKeyNames();
+    const QStringList& xmpKeys = xmpKeyNames();
     Exiv2::ExifData& exifData = image.exifData();
     const bool hadMainDirectory = hasMainDirectory(exifData);
     applyExif(exifData, properties.value(QStringLiteral("exif")).toMap(), exifKeys);
-    eraseListed<Exiv2::ExifKey>(exifData, exifErase);
+    PropertyWriter::eraseRows(exifData, erased);
     if (!hadMainDirectory && hasMainDirectory(exifData) && image.mimeType() == "image/jpeg")
         addRequiredJpegTags(exifData);
     image.setExifData(exifData);
@@ -249,15 +243,15 @@ void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
         }
     }
     // Erasing the keywords erases the whole list, in both blocks.
-    if (iptcErase.contains(iptcKeys.at(iptcrow::Keywords))) {
+    if (erased.contains(iptcKeyRows()[iptcrow::Keywords])) {
         writeKeywords(image, iptcData, {});
         keywordsEdited = true;
     }
-    eraseListed<Exiv2::IptcKey>(iptcData, iptcErase);
+    PropertyWriter::eraseRows(iptcData, erased);
     image.setIptcData(iptcData);
 
     const QVariantMap xmp = properties.value(QStringLiteral("xmp")).toMap();
-    if (xmp.isEmpty() && xmpErase.isEmpty() && !keywordsEdited && packetMayStay(image)) {
+    if (xmp.isEmpty() && erased.isEmpty(KeyBlock::Xmp) && !keywordsEdited && packetMayStay(image)) {
         // No XMP field edited: the packet goes back as it was read, byte for byte, rather
         // than as Exiv2 would serialise it anew (with its own namespace URIs and layout).
         image.writeXmpFromPacket(true);
@@ -272,7 +266,7 @@ void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
             row.read == ReadKind::DateText ? xmpDateText(value.toString()) : value.toString();
         xmpData[xmpKeys.at(row.row).toStdString()] = text.toStdString();
     }
-    eraseListed<Exiv2::XmpKey>(xmpData, xmpErase);
+    PropertyWriter::eraseRows(xmpData, erased);
     image.setXmpData(xmpData);
 }
 

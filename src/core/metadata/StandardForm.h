@@ -11,6 +11,8 @@ class ExifData;
 
 namespace tagmoor {
 
+class ErasedRows;
+
 // A date text of the program ("yyyy-MM-dd HH:mm:ss", or already the tag's own form) in the
 // form an Exif date tag holds: "YYYY:MM:DD HH:MM:SS". Text that is no such date stays as it is.
 QString exifDateText(const QString& text);
@@ -24,13 +26,11 @@ std::string rationalText(double value);
 
 // Writes the property dictionary in the standard form (see WriteOptions::standardForm): rows
 // without a value in the dictionary are left alone, numbers are written as text into the
-// datum so that it keeps its type, dates take their tag's form. The GPS rule and the erase
-// lists work as in PropertyWriter. Without an XMP edit or erasure the XMP packet is written
+// datum so that it keeps its type, dates take their tag's form. The GPS rule and the erased
+// rows work as in PropertyWriter. Without an XMP edit or erasure the XMP packet is written
 // back as it was read. Throws what Exiv2 throws.
 void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
-                       const QStringList& exifKeys, const QStringList& iptcKeys,
-                       const QStringList& xmpKeys, const QStringList& exifErase,
-                       const QStringList& iptcErase, const QStringList& xmpErase);
+                       const ErasedRows& erased);
 
 // When the IPTC values of `iptc` hold text outside ASCII: adds the UTF-8 declaration to a
 // block that declares no character set. A block that declares another set would have its

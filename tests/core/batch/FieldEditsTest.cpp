@@ -36,18 +36,18 @@ TEST(FieldEdits, KeepUneditedWritesEditedAndErasesOnlyFieldsWithoutValue) {
     EXPECT_FALSE(e.isErased(rowOf("Software")));
     EXPECT_TRUE(e.isErased(rowOf("Make")));
     EXPECT_TRUE(e.values.at(rowOf("Make")).isAbsent());
-    EXPECT_EQ(e.eraseIptc.size(), 19);
-    EXPECT_EQ(e.eraseExif, QStringList{"Exif.Image.Make"});
-    EXPECT_TRUE(e.eraseXmp.isEmpty());
+    EXPECT_EQ(e.erased.keys(KeyBlock::Iptc).size(), 19);
+    EXPECT_EQ(e.erased.keys(KeyBlock::Exif), QStringList{"Exif.Image.Make"});
+    EXPECT_TRUE(e.erased.keys(KeyBlock::Xmp).isEmpty());
 }
 
 TEST(FieldEdits, ClearUneditedErasesEveryUnflaggedKeyAndKeepsFlaggedOnesWithoutValue) {
     RunValues v = editRun(ProcessingMode::clearUnedited);
     const PhotoPipeline nothingFlagged(v);
     const FieldEdits all = nothingFlagged.fieldEditsFor(recordOf("/nowhere/a.jpg"));
-    EXPECT_EQ(all.eraseExif.size(), 51); // rows 0-47 and 52-54
-    EXPECT_EQ(all.eraseIptc.size(), 19);
-    EXPECT_EQ(all.eraseXmp.size(), 5);
+    EXPECT_EQ(all.erased.keys(KeyBlock::Exif).size(), 51); // rows 0-47 and 52-54
+    EXPECT_EQ(all.erased.keys(KeyBlock::Iptc).size(), 19);
+    EXPECT_EQ(all.erased.keys(KeyBlock::Xmp).size(), 5);
     EXPECT_EQ(all.values, MetadataFieldSet{});
 
     edit(v, "City", "Paris");
@@ -92,7 +92,7 @@ TEST(FieldEdits, DateFieldsFollowTheirRulesWhenFlagged) {
 
     const FieldEdits unflagged = PhotoPipeline(v).fieldEditsFor(photo);
     EXPECT_TRUE(unflagged.values.at(rowOf("DateTimeOriginal")).isAbsent());
-    EXPECT_TRUE(unflagged.eraseXmp.isEmpty());
+    EXPECT_TRUE(unflagged.erased.keys(KeyBlock::Xmp).isEmpty());
 
     for (Field f :
          {Field::DateTimeOriginal, Field::ModifyDate, Field::CreateDateXMP, Field::ModifyDateXMP})
@@ -100,13 +100,13 @@ TEST(FieldEdits, DateFieldsFollowTheirRulesWhenFlagged) {
     const FieldEdits e = PhotoPipeline(v).fieldEditsFor(photo);
     EXPECT_EQ(e.values.at(rowOf("DateTimeOriginal")).text(), "2020-05-06 12:22:33");
     EXPECT_EQ(e.values.at(rowOf("ModifyDate")).text(), "2001-02-03 04:05:06");
-    EXPECT_EQ(e.eraseXmp, QStringList{"Xmp.xmp.CreateDate"});
+    EXPECT_EQ(e.erased.keys(KeyBlock::Xmp), QStringList{"Xmp.xmp.CreateDate"});
     // Flag 59 with a rule left at keep original: nothing.
     EXPECT_TRUE(e.values.at(rowOf("ModifyDateXMP")).isAbsent());
 
     v.processingMode = ProcessingMode::clearUnedited;
     const FieldEdits cleared = PhotoPipeline(v).fieldEditsFor(photo);
-    EXPECT_TRUE(cleared.eraseExif.contains("Exif.Photo.DateTimeDigitized"));
-    EXPECT_TRUE(cleared.eraseXmp.contains("Xmp.photoshop.DateCreated"));
-    EXPECT_FALSE(cleared.eraseXmp.contains("Xmp.xmp.ModifyDate"));
+    EXPECT_TRUE(cleared.erased.keys(KeyBlock::Exif).contains("Exif.Photo.DateTimeDigitized"));
+    EXPECT_TRUE(cleared.erased.keys(KeyBlock::Xmp).contains("Xmp.photoshop.DateCreated"));
+    EXPECT_FALSE(cleared.erased.keys(KeyBlock::Xmp).contains("Xmp.xmp.ModifyDate"));
 }

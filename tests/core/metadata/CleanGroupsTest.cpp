@@ -8,7 +8,7 @@ namespace {
 
 struct Choice {
     const char* name;
-    bool iptc, exif, xmp, gps, comment;
+    CleanOptions groups;
     QStringList gone;
 };
 
@@ -49,23 +49,23 @@ TEST(CleanGroups, EachChoiceAloneAndAllTogether) {
                                              "ExifIFD:UserComment", "GPS:GPSTimeStamp"} +
                                  kGpsPosition;
     const Choice choices[] = {
-        {"nothing", false, false, false, false, false, {}},
-        {"iptc", true, false, false, false, false, {"IPTC:City"}},
-        {"exif", false, true, false, false, false, exifTags},
-        {"xmp", false, false, true, false, false, {"XMP-aux:Lens"}},
+        {"nothing", {}, {}},
+        {"iptc", {.cleanIPTC = true}, {"IPTC:City"}},
+        {"exif", {.cleanExif = true}, exifTags},
+        {"xmp", {.cleanXMP = true}, {"XMP-aux:Lens"}},
         // Only the six position tags: the time stamp stays.
-        {"gps", false, false, false, true, false, kGpsPosition},
+        {"gps", {.cleanGPS = true}, kGpsPosition},
         // Only the user comment: the description and the JPEG comment stay.
-        {"comment", false, false, false, false, true, {"ExifIFD:UserComment"}},
+        {"comment", {.cleanComment = true}, {"ExifIFD:UserComment"}},
         // The JPEG comment is no metadata group and survives everything.
-        {"all", true, true, true, true, true, exifTags + QStringList{"IPTC:City", "XMP-aux:Lens"}},
+        {"all", kEveryGroup, exifTags + QStringList{"IPTC:City", "XMP-aux:Lens"}},
     };
 
     LogCapture log;
     for (const Choice& c : choices) {
         SCOPED_TRACE(c.name);
         const QString photo = copySample(original, dir.path(), QStringLiteral("photo.jpg"));
-        MetadataTest().cleanMetadata(photo, c.iptc, c.exif, c.xmp, c.gps, c.comment);
+        MetadataTest().cleanMetadata(photo, c.groups);
         const QJsonObject after = exiftoolTags(photo);
         for (const QString& tag : kAllTags) {
             EXPECT_EQ(after.contains(tag), !c.gone.contains(tag)) << tag.toStdString();
@@ -87,10 +87,9 @@ TEST(CleanGroups, FailuresAreSilentAndLeaveTheFile) {
     const QByteArray rafBytes = readBytes(raf);
 
     LogCapture log;
-    MetadataTest().cleanMetadata(text, true, true, true, true, true);
-    MetadataTest().cleanMetadata(raf, true, true, true, true, true);
-    MetadataTest().cleanMetadata(dir.filePath(QStringLiteral("missing.jpg")), true, true, true,
-                                 true, true);
+    MetadataTest().cleanMetadata(text, kEveryGroup);
+    MetadataTest().cleanMetadata(raf, kEveryGroup);
+    MetadataTest().cleanMetadata(dir.filePath(QStringLiteral("missing.jpg")), kEveryGroup);
     EXPECT_EQ(readBytes(text), QByteArray("plain words"));
     EXPECT_EQ(readBytes(raf), rafBytes);
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join('\n').toStdString();
@@ -100,7 +99,7 @@ TEST(CleanGroups, FailuresAreSilentAndLeaveTheFile) {
 TEST(CleanGroups, TiffBuiltFilesKeepWhatDescribesTheirPictures) {
     QTemporaryDir dir;
     const QString dng = copySample(formatsDir() + QStringLiteral("/et-DNG.dng"), dir.path());
-    MetadataTest().cleanMetadata(dng, false, true, false, false, false);
+    MetadataTest().cleanMetadata(dng, {.cleanExif = true});
     const QJsonObject tags = exiftoolTags(dng);
     for (const char* kept : {"IFD0:StripOffsets", "IFD0:ImageWidth", "IFD0:DNGVersion",
                              "IFD0:ColorMatrix1", "SubIFD:TileOffsets", "SubIFD:CFAPattern2"})

@@ -59,7 +59,7 @@ void expectSameBothWays(const QByteArray& file, const QString& what, const QStri
                             {QStringLiteral("Exif.Photo.ISOSpeedRatings"), qint64(400)}},
                            {{QStringLiteral("Iptc.Application2.City"), QStringLiteral("Zürich")}},
                            {{QStringLiteral("Xmp.aux.Lens"), QStringLiteral("Lens 50")}}),
-                {}, {}, {});
+                {});
         },
         [](const QString& path) {
             MetadataTest standard;
@@ -68,10 +68,12 @@ void expectSameBothWays(const QByteArray& file, const QString& what, const QStri
                 path,
                 properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Jane Doe")}},
                            {{QStringLiteral("Iptc.Application2.Headline"), QStringLiteral("x")}}),
-                {}, {}, {});
+                {});
         },
         [](const QString& path) {
-            return MetadataTest().cleanMetadata(path, true, false, true, true, true);
+            return MetadataTest().cleanMetadata(
+                path,
+                {.cleanIPTC = true, .cleanXMP = true, .cleanGPS = true, .cleanComment = true});
         },
     };
     for (const auto& write : writes) {

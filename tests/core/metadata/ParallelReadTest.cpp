@@ -32,7 +32,7 @@ TEST(ParallelRead, ConcurrentReadersGiveTheRecordsOfOneReader) {
         for (int i = 0; reading.load(); ++i) {
             const QVariantMap tags = properties(
                 {}, {}, {{QStringLiteral("Xmp.aux.Lens"), QStringLiteral("Lens %1").arg(i)}});
-            const WriteResult w = MetadataTest().setImagePropertiesAll(written, tags, {}, {}, {});
+            const WriteResult w = MetadataTest().setImagePropertiesAll(written, tags, {});
             EXPECT_TRUE(w.written()) << w.detail.toStdString();
         }
     });

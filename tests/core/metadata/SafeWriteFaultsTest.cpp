@@ -24,7 +24,7 @@ const QVariantMap kArtist =
     properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Ann")}});
 
 void writeArtist(const QString& path, const std::optional<FileStamp>& expected = std::nullopt) {
-    MetadataTest().setImagePropertiesAll(path, kArtist, {}, {}, {}, expected);
+    MetadataTest().setImagePropertiesAll(path, kArtist, {}, expected);
 }
 
 QString artistOf(const QString& path) {
@@ -101,7 +101,7 @@ TEST_F(SafeWriteFaults, InjectedFailureAtEachStepKeepsTheOldFile) {
             [step = step, error = error](Step at) { return at == step ? error : 0; });
         LogCapture log;
         writeArtist(photo);
-        MetadataTest().cleanMetadata(photo, true, true, true, true, true);
+        MetadataTest().cleanMetadata(photo, kEveryGroup);
         EXPECT_EQ(readBytes(photo), original);
         ASSERT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
         EXPECT_TRUE(log.lines().first().startsWith(kExiv2ErrorStart));
@@ -123,7 +123,7 @@ TEST_F(SafeWriteFaults, WithoutFlushTheFlushStepIsNeverReached) {
     });
     MetadataTest bridge;
     bridge.setFlushesToDisk(false);
-    bridge.setImagePropertiesAll(photo, kArtist, {}, {}, {});
+    bridge.setImagePropertiesAll(photo, kArtist, {});
     EXPECT_FALSE(flushed);
     EXPECT_EQ(artistOf(photo), QStringLiteral("Ann"));
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
@@ -149,7 +149,7 @@ TEST_F(SafeWriteFaults, FullDiskKeepsTheOldFile) {
 
     LogCapture log;
     writeArtist(target);
-    MetadataTest().cleanMetadata(target, false, true, false, false, false);
+    MetadataTest().cleanMetadata(target, {.cleanExif = true});
     EXPECT_EQ(readBytes(target), original);
     ASSERT_EQ(log.lines().size(), 1);
     EXPECT_TRUE(log.lines().first().startsWith(kExiv2ErrorStart));
@@ -183,7 +183,7 @@ TEST_F(SafeWriteFaults, FileChangedSinceReadingIsNotWritten) {
     const struct timeval later[2] = {{1700000000, 0}, {1700000000, 0}};
     ASSERT_EQ(utimes(QFile::encodeName(photo).constData(), later), 0);
     writeArtist(photo, fresh);
-    MetadataTest().cleanMetadata(photo, true, true, true, true, true, fresh);
+    MetadataTest().cleanMetadata(photo, kEveryGroup, fresh);
     EXPECT_EQ(readBytes(photo), original);
 
     // Someone writes the photo while we write our copy: our rename is called off.

@@ -33,9 +33,8 @@ protected:
                             QStringLiteral("set Xmp.aux.Lens OldLens")});
     }
 
-    void write(const QVariantMap& props, const QStringList& exifErase = {},
-               const QStringList& iptcErase = {}, const QStringList& xmpErase = {}) {
-        MetadataTest().setImagePropertiesAll(photo, props, exifErase, iptcErase, xmpErase);
+    void write(const QVariantMap& props, const QStringList& eraseKeys = {}) {
+        MetadataTest().setImagePropertiesAll(photo, props, ErasedRows::ofKeys(eraseKeys));
         EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
     }
 
@@ -161,8 +160,7 @@ TEST_F(WriteTags, MissingNumbersAreZeroUntilErased) {
                       {QStringLiteral("Exif.Image.Artist"), QStringLiteral("Ann")}}),
           {QStringLiteral("Exif.Photo.ISOSpeedRatings"), QStringLiteral("Exif.Photo.FNumber"),
            QStringLiteral("Exif.GPSInfo.GPSLatitude"), QStringLiteral("Exif.Image.Model"),
-           QStringLiteral("Exif.Photo.LensModel")},
-          {}, {QStringLiteral("Xmp.aux.Lens")});
+           QStringLiteral("Exif.Photo.LensModel"), QStringLiteral("Xmp.aux.Lens")});
     tags = exiftoolTags(photo);
     EXPECT_FALSE(tags.contains("ExifIFD:ISO"));
     EXPECT_FALSE(tags.contains("ExifIFD:FNumber"));
@@ -178,16 +176,17 @@ TEST_F(WriteTags, RepeatedKeywordsOnlyTheFirstChangesOrGoes) {
     write(properties({}, {{QStringLiteral("Iptc.Application2.Keywords"), QStringLiteral("new")}}));
     EXPECT_EQ(exiftoolTags(photo)["IPTC:Keywords"].toArray(), QJsonArray({"new", "two", "three"}));
 
-    write(properties({}), {}, {QStringLiteral("Iptc.Application2.Keywords")});
+    write(properties({}), {QStringLiteral("Iptc.Application2.Keywords")});
     EXPECT_EQ(exiftoolTags(photo)["IPTC:Keywords"].toArray(), QJsonArray({"two", "three"}));
 }
 
 TEST_F(WriteTags, AFailingBlockStopsTheWriteAndIsLogged) {
+    // Text outside ASCII for a photo that declares another IPTC character set fails the write
+    // after every block was laid over the image: nothing of any block is written.
+    exiv2Modify(photo, {QStringLiteral("set Iptc.Envelope.CharacterSet \x1b.A")});
     const QByteArray before = readBytes(photo);
-    // An erase key that Exiv2 rejects fails the Exif block: nothing of any block is written.
     write(properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Ann")}},
-                     {{QStringLiteral("Iptc.Application2.City"), QStringLiteral("Lyon")}}),
-          {QStringLiteral("Exif.NoSuchGroup.Thing")});
+                     {{QStringLiteral("Iptc.Application2.City"), QStringLiteral("Zürich")}}));
     EXPECT_EQ(readBytes(photo), before);
     ASSERT_EQ(log.lines().size(), 1);
     EXPECT_TRUE(log.lines().first().startsWith(kExiv2ErrorStart));
@@ -196,14 +195,14 @@ TEST_F(WriteTags, AFailingBlockStopsTheWriteAndIsLogged) {
     // A file Exiv2 can't open at all ends the same way.
     const QString text = dir.filePath(QStringLiteral("notes.jpg"));
     ASSERT_TRUE(writeBytes(text, "not a picture"));
-    MetadataTest().setImagePropertiesAll(text, properties({}), {}, {}, {});
+    MetadataTest().setImagePropertiesAll(text, properties({}), {});
     EXPECT_EQ(readBytes(text), QByteArray("not a picture"));
     EXPECT_EQ(log.lines().size(), 2);
     EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
 
     // A path the file system's encoding can't hold is left alone without a word.
     MetadataTest().setImagePropertiesAll(dir.filePath(QStringLiteral("bad")) + QChar(0xD800),
-                                         properties({}), {}, {}, {});
+                                         properties({}), {});
     EXPECT_EQ(log.lines().size(), 2);
 }
 
@@ -216,8 +215,7 @@ TEST_F(WriteTags, OwnerPermissionsAttributesAndSymbolicLinksAreKept) {
     ASSERT_TRUE(QFile::link(photo, link));
 
     MetadataTest().setImagePropertiesAll(
-        link, properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Ann")}}), {}, {},
-        {});
+        link, properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Ann")}}), {});
 
     EXPECT_TRUE(QFileInfo(link).isSymLink());
     EXPECT_EQ(exiftoolTags(photo)["IFD0:Artist"].toString(), QStringLiteral("Ann"));
