@@ -30,20 +30,6 @@ namespace {
 
 constexpr double kSpan = 1.0;
 
-std::optional<double> numberOf(const PropertyValue& value) {
-    if (auto v = value.float64())
-        return *v;
-    if (auto v = value.float32())
-        return double(*v);
-    if (auto v = value.int64())
-        return double(*v);
-    if (auto v = value.uint64())
-        return double(*v);
-    if (auto v = value.uint8())
-        return double(*v);
-    return std::nullopt;
-}
-
 QLabel* makeCaption(const QString& objectName, const QString& text) {
     auto* label = new QLabel(text);
     label->setObjectName(objectName);
@@ -264,8 +250,8 @@ void PreviewViewController::updateValues() {
             }));
         }
     }
-    const auto width = numberOf(m_record->pixelWidth);
-    const auto height = numberOf(m_record->pixelHeight);
+    const auto width = m_record->pixelWidth.number();
+    const auto height = m_record->pixelHeight.number();
     if (width && height)
         m_dimensions->setText(dimensionsText(*width, *height));
 

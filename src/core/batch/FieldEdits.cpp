@@ -13,20 +13,6 @@ bool isTextRow(const KeyRow& row) {
     return row.read == ReadKind::Text || row.read == ReadKind::DateText;
 }
 
-std::optional<double> numberOf(const PropertyValue& v) {
-    if (auto i = v.int64())
-        return double(*i);
-    if (auto u = v.uint8())
-        return double(*u);
-    if (auto u = v.uint64())
-        return double(*u);
-    if (auto f = v.float32())
-        return double(*f);
-    if (auto d = v.float64())
-        return *d;
-    return std::nullopt;
-}
-
 // An integer of the value: integers as they are, floats cut towards zero. A float that has no
 // integer gives nothing; the form never produces one.
 template <typename Int> std::optional<Int> integerOf(const PropertyValue& v) {
@@ -43,7 +29,7 @@ template <typename Int> std::optional<Int> integerOf(const PropertyValue& v) {
             return Int(*u);
         return std::nullopt;
     }
-    const auto d = numberOf(v);
+    const auto d = v.number();
     if (!d || !std::isfinite(*d))
         return std::nullopt;
     const double cut = std::trunc(*d);
@@ -57,7 +43,7 @@ template <typename Int> std::optional<Int> integerOf(const PropertyValue& v) {
 bool isEmptiedNumber(const FormField& field, const PropertyValue& value) {
     if (field.kind != FormKind::Integer && field.kind != FormKind::Decimal)
         return false;
-    const auto d = numberOf(value);
+    const auto d = value.number();
     return d && *d == 0.0;
 }
 
@@ -88,11 +74,11 @@ std::optional<PropertyValue> valueOfRowType(const KeyRow& row, const PropertyVal
             return PropertyValue(*i);
         return std::nullopt;
     case ReadKind::Float32:
-        if (auto d = numberOf(value))
+        if (auto d = value.number())
             return PropertyValue(float(*d));
         return std::nullopt;
     case ReadKind::Float64:
-        if (auto d = numberOf(value))
+        if (auto d = value.number())
             return PropertyValue(*d);
         return std::nullopt;
     case ReadKind::NotRead:

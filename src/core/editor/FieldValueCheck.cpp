@@ -29,22 +29,6 @@ bool isEmpty(const PropertyValue& value) {
     return !value.isPresent() || (text && text->trimmed().isEmpty());
 }
 
-// A number as the writers take it from a value of any numeric kind; nothing for other kinds
-// (which a run does not write as a number).
-std::optional<double> numberOf(const PropertyValue& value) {
-    if (auto i = value.int64())
-        return double(*i);
-    if (auto u = value.uint64())
-        return double(*u);
-    if (auto b = value.uint8())
-        return double(*b);
-    if (auto f = value.float32())
-        return double(*f);
-    if (auto d = value.float64())
-        return *d;
-    return std::nullopt;
-}
-
 // A number as the user would write it: whole numbers in full, others to a float's precision.
 QString numberText(double value) {
     if (value == std::trunc(value) && std::fabs(value) < 1e15)
@@ -202,7 +186,7 @@ std::optional<QString> refusedFieldValue(const FormField& field, const CGImagePr
         return refused;
     if (auto text = value->text())
         return refusedText(field, *text);
-    if (const auto number = numberOf(*value))
+    if (const auto number = value->number())
         return refusedNumber(field, *number);
     return std::nullopt;
 }

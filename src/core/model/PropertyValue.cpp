@@ -111,6 +111,15 @@ std::optional<double> PropertyValue::real() const {
         return double(*f);
     return float64();
 }
+std::optional<double> PropertyValue::number() const {
+    if (const auto i = int64())
+        return double(*i);
+    if (const auto u = uint8())
+        return double(*u);
+    if (const auto u = uint64())
+        return double(*u);
+    return real();
+}
 std::optional<quint8> PropertyValue::uint8() const {
     return take<quint8>(m_value, Kind::UInt8);
 }

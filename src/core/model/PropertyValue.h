@@ -98,6 +98,8 @@ public:
     // A float of either width, as a double (a coordinate is a double in the standard form and
     // a float in the described one).
     std::optional<double> real() const;
+    // A number of any of the five numeric kinds, as a double; nothing for the other kinds.
+    std::optional<double> number() const;
     std::optional<quint8> uint8() const;
     std::optional<quint64> uint64() const;
     std::optional<QDateTime> date() const;
