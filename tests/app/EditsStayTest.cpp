@@ -28,10 +28,10 @@ namespace {
 
 constexpr int kArtist = 0;
 constexpr int kCopyright = 2;
-constexpr int kLatitude = 31;
-constexpr int kLatitudeRef = 32;
-constexpr int kLongitude = 33;
-constexpr int kLongitudeRef = 34;
+constexpr int kLatitude = formPosition(Field::GPSLatitude);
+constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
+constexpr int kLongitude = formPosition(Field::GPSLongitude);
+constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
 
 const ValueForm kForms[] = {ValueForm::standard, ValueForm::described};
 

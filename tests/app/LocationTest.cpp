@@ -35,10 +35,10 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr int kLatitude = 31;
-constexpr int kLatitudeRef = 32;
-constexpr int kLongitude = 33;
-constexpr int kLongitudeRef = 34;
+constexpr int kLatitude = formPosition(Field::GPSLatitude);
+constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
+constexpr int kLongitude = formPosition(Field::GPSLongitude);
+constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
 
 void retype(QLineEdit* field, const QString& text) {
     field->selectAll();

@@ -14,10 +14,10 @@
 namespace tagmoor {
 namespace {
 
-constexpr int kLatitude = 31;
-constexpr int kLatitudeRef = 32;
-constexpr int kLongitude = 33;
-constexpr int kLongitudeRef = 34;
+constexpr int kLatitude = formPosition(Field::GPSLatitude);
+constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
+constexpr int kLongitude = formPosition(Field::GPSLongitude);
+constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
 
 CGImageProperties withLatitude(PropertyValue degrees, const char* ref) {
     CGImageProperties r = withKeyGroups(makeEmptyRecord(QUrl::fromLocalFile("/p/a.jpg")));

@@ -26,9 +26,9 @@ constexpr int kCopyright = 2;
 constexpr int kIso = 12;
 constexpr int kFNumber = 13;
 constexpr int kFlash = 16;
-constexpr int kLatitude = 31;
-constexpr int kLongitude = 33;
-constexpr int kLongitudeRef = 34;
+constexpr int kLatitude = formPosition(Field::GPSLatitude);
+constexpr int kLongitude = formPosition(Field::GPSLongitude);
+constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
 
 CGImageProperties photo(const QString& name, const QString& artist = {}) {
     CGImageProperties r = makeEmptyRecord(QUrl::fromLocalFile("/p/" + name));
