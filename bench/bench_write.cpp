@@ -54,7 +54,7 @@ struct Breakdown {
 // What a batch hands the bridge: a few edits over the file's values, and every row without a
 // value listed for erasure.
 struct WriteRequest {
-    QVariantMap properties;
+    WrittenProperties properties;
     ErasedRows erased;
 };
 
@@ -70,15 +70,10 @@ WriteRequest requestFor(const QString& path) {
     MetadataTest bridge;
     WriteRequest r;
     r.properties = mergeForWriting(edited, path);
-    const auto absent = [&](const char* block, const QStringList& keys) {
-        QStringList out;
-        for (const QString& key : keys)
-            if (!r.properties.value(QLatin1String(block)).toMap().contains(key))
-                out << key;
-        return out;
-    };
-    r.erased = ErasedRows::ofKeys(absent("exif", exifKeyNames()) + absent("iptc", iptcKeyNames()) +
-                                  absent("xmp", xmpKeyNames()));
+    for (const KeyRow& row : allKeyRows()) {
+        if (!r.properties.has(row))
+            r.erased.add(row);
+    }
     return r;
 }
 

@@ -44,13 +44,13 @@ void takeFirstValues(const Data& data, const QStringList& keys,
 
 } // namespace
 
-KeyListSnapshot::KeyListSnapshot(const Exiv2::Image& image, const QStringList& exifKeys,
-                                 const QStringList& iptcKeys, const QStringList& xmpKeys)
-    : m_iptcKeys(iptcKeys), m_xmpKeys(xmpKeys) {
+KeyListSnapshot::KeyListSnapshot(const Exiv2::Image& image)
+    : m_iptcKeys(iptcKeyNames()), m_xmpKeys(xmpKeyNames()) {
     // Left out: the rows that no reader or writer uses (the maker note is among them, and
     // Exiv2 rewrites it), and in TIFF-built files the tags of the pictures' layout, which
     // Exiv2 keeps as the file has them.
     const bool tiff = isTiffContainer(image);
+    const QStringList& exifKeys = exifKeyNames();
     for (int row = 0; row < exifKeys.size(); ++row) {
         if (isSkippedExifRow(row))
             continue;

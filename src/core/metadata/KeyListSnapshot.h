@@ -18,8 +18,7 @@ namespace tagmoor {
 // the tags that lay out the pictures, are not compared.
 class KeyListSnapshot {
 public:
-    KeyListSnapshot(const Exiv2::Image& image, const QStringList& exifKeys,
-                    const QStringList& iptcKeys, const QStringList& xmpKeys);
+    explicit KeyListSnapshot(const Exiv2::Image& image);
 
     // The keys whose value (or presence) differs in `written`, in key-list order.
     QStringList differencesIn(const Exiv2::Image& written) const;

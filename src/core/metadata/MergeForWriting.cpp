@@ -4,34 +4,21 @@
 
 namespace tagmoor {
 
-namespace {
-
-QVariantMap mergeBlock(std::span<const KeyRow> rows, const QStringList& keyNames,
-                       const MetadataFieldSet& edited, const MetadataFieldSet& inFile) {
-    QVariantMap block;
-    for (const KeyRow& row : rows) {
-        if (row.read == ReadKind::NotRead)
-            continue;
-        // An edited empty text counts as a value: it is written as an empty tag.
-        const PropertyValue& value = edited.at(row).isPresent() ? edited.at(row) : inFile.at(row);
-        if (value.isPresent())
-            block.insert(keyNames.at(row.row), value.variant());
-    }
-    return block;
-}
-
-} // namespace
-
-QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const QString& path) {
+WrittenProperties mergeForWriting(const MetadataFieldSet& editedFields, const QString& path) {
     return mergeForWriting(editedFields, readMetadataFieldSet(path));
 }
 
-QVariantMap mergeForWriting(const MetadataFieldSet& editedFields, const MetadataFieldSet& inFile) {
-    return {
-        {QStringLiteral("exif"), mergeBlock(exifKeyRows(), exifKeyNames(), editedFields, inFile)},
-        {QStringLiteral("iptc"), mergeBlock(iptcKeyRows(), iptcKeyNames(), editedFields, inFile)},
-        {QStringLiteral("xmp"), mergeBlock(xmpKeyRows(), xmpKeyNames(), editedFields, inFile)},
-    };
+WrittenProperties mergeForWriting(const MetadataFieldSet& editedFields,
+                                  const MetadataFieldSet& inFile) {
+    WrittenProperties merged;
+    for (const KeyRow& row : allKeyRows()) {
+        if (row.read == ReadKind::NotRead)
+            continue;
+        // An edited empty text counts as a value: it is written as an empty tag.
+        const PropertyValue& edited = editedFields.at(row);
+        merged.set(row, edited.isPresent() ? edited : inFile.at(row));
+    }
+    return merged;
 }
 
 } // namespace tagmoor

@@ -3,6 +3,7 @@
 #include "metadata/CleanOptions.h"
 #include "metadata/WriteOptions.h"
 #include "metadata/WriteResult.h"
+#include "metadata/WrittenProperties.h"
 #include "model/ErasedRows.h"
 
 #include <QDateTime>
@@ -22,8 +23,9 @@ struct FileStamp {
     QDateTime modified;
 };
 
-// The one class that talks to Exiv2. Nothing above it sees an Exiv2 type: it speaks in
-// dictionaries keyed by the full Exiv2 key text ("exif", "iptc", "xmp" at the top).
+// The one class that talks to Exiv2. Nothing above it sees an Exiv2 type: it writes typed
+// values by row of the key lists, and reads into dictionaries keyed by the full Exiv2 key text
+// ("exif", "iptc", "xmp" at the top).
 // No exception ever leaves it. It holds no shared state; make a fresh one for each use.
 class MetadataTest {
 public:
@@ -44,17 +46,17 @@ public:
     // Exiv2's own data printed as JSON-shaped text per block; a diagnostic aid.
     QVariantMap readJSONStringFrom(const QString& path) const;
 
-    // Writes the property dictionary (from mergeForWriting) and then erases the tags of the
-    // erased rows. The file is replaced only by a complete, verified copy that holds under the
-    // key lists' keys what was asked; on any failure it keeps its old bytes. When `expected` is
+    // Writes the values (from mergeForWriting) and then erases the tags of the erased rows.
+    // The file is replaced only by a complete, verified copy that holds under the key lists'
+    // keys what was asked; on any failure it keeps its old bytes. When `expected` is
     // given and the file's size or modification time differ, nothing is written. Failures are
     // logged, and the result says what became of the write.
     WriteResult
-    setImagePropertiesAll(const QString& path, const QVariantMap& properties,
+    setImagePropertiesAll(const QString& path, const WrittenProperties& properties,
                           const ErasedRows& erased,
                           const std::optional<FileStamp>& expected = std::nullopt) const;
 
-    // The same write with the dictionary that mergeForWriting makes of `editedFields` over
+    // The same write with the values that mergeForWriting makes of `editedFields` over
     // what the file holds, taken from the very bytes that are edited (the file is read once).
     WriteResult writeMergedFields(const QString& path, const MetadataFieldSet& editedFields,
                                   const ErasedRows& erased,

@@ -5,7 +5,6 @@
 #include "metadata/KeyListSnapshot.h"
 #include "metadata/PictureTags.h"
 #include "metadata/SafeMetadataEdit.h"
-#include "model/KeyTable.h"
 
 #include <QFile>
 
@@ -68,8 +67,7 @@ WriteResult MetadataTest::cleanMetadata(const QString& path, const CleanOptions&
                             eraseFirst(exifData, key);
                         image.setExifData(exifData);
                     }
-                    auto asked = std::make_shared<KeyListSnapshot>(image, exifKeyNames(),
-                                                                   iptcKeyNames(), xmpKeyNames());
+                    auto asked = std::make_shared<KeyListSnapshot>(image);
                     return [asked](Exiv2::Image& written) {
                         const QStringList left = asked->differencesIn(written);
                         return left.isEmpty() ? QString() : notLandedText(left);

@@ -1,4 +1,4 @@
-// Writing of the property dictionary into a file, through SafeMetadataEdit so that the file is
+// Writing of the typed values into a file, through SafeMetadataEdit so that the file is
 // replaced only by a complete, verified new one.
 #include "metadata/MetadataTest.h"
 
@@ -9,7 +9,6 @@
 #include "metadata/PropertyWriter.h"
 #include "metadata/SafeMetadataEdit.h"
 #include "metadata/StandardForm.h"
-#include "model/KeyTable.h"
 
 #include <QFile>
 
@@ -29,10 +28,10 @@ WriteStatus statusOfExiv2Failure(Exiv2Failure kind, const QString& what) {
     return WriteStatus::Failed;
 }
 
-// Writes the dictionary that `properties` gives for the open image, then erases the erased rows.
+// Writes the values that `properties` gives for the open image, then erases the erased rows.
 WriteResult writeWith(const MetadataTest& bridge, const QString& path,
                       const std::optional<FileStamp>& expected,
-                      const std::function<QVariantMap(Exiv2::Image&)>& properties,
+                      const std::function<WrittenProperties(Exiv2::Image&)>& properties,
                       const ErasedRows& erased) {
     if (QFile::decodeName(QFile::encodeName(path)) != path)
         return {WriteStatus::Failed, QStringLiteral("the path has no form on the file system")};
@@ -42,16 +41,15 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
             const auto outcome = SafeMetadataEdit::run(
                 path, expected,
                 [&](Exiv2::Image& image) -> SafeMetadataEdit::LandedCheck {
-                    const QVariantMap dictionary = properties(image);
+                    const WrittenProperties written = properties(image);
                     const WriteOptions& options = bridge.writeOptions();
                     if (options.standardForm)
-                        applyStandardForm(image, dictionary, erased);
+                        applyStandardForm(image, written, erased);
                     else
-                        PropertyWriter::apply(image, dictionary, erased);
+                        PropertyWriter::apply(image, written, erased);
                     if (options.declareIptcCharset)
-                        declareIptcCharset(image, dictionary.value(QStringLiteral("iptc")).toMap());
-                    auto asked = std::make_shared<KeyListSnapshot>(image, exifKeyNames(),
-                                                                   iptcKeyNames(), xmpKeyNames());
+                        declareIptcCharset(image, written);
+                    auto asked = std::make_shared<KeyListSnapshot>(image);
                     return [asked](Exiv2::Image& written) {
                         const QStringList missing = asked->differencesIn(written);
                         return missing.isEmpty() ? QString() : notLandedText(missing);
@@ -79,7 +77,8 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
 
 } // namespace
 
-WriteResult MetadataTest::setImagePropertiesAll(const QString& path, const QVariantMap& properties,
+WriteResult MetadataTest::setImagePropertiesAll(const QString& path,
+                                                const WrittenProperties& properties,
                                                 const ErasedRows& erased,
                                                 const std::optional<FileStamp>& expected) const {
     return writeWith(

@@ -1,6 +1,7 @@
 #include "metadata/PropertyWriter.h"
 
 #include "metadata/PictureTags.h"
+#include "metadata/WrittenProperties.h"
 #include "model/ErasedRows.h"
 #include "model/KeyTable.h"
 
@@ -10,6 +11,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
 
 namespace tagmoor {
 
@@ -59,30 +61,28 @@ void eraseRowsOf(Data& data, const ErasedRows& erased, KeyBlock block) {
 
 // Integer and rational rows are written even without a value: a missing one becomes zero, and
 // the caller lists its key for erasure, which runs after writing.
-void applyExif(Exiv2::Image& image, const QVariantMap& exif, const ErasedRows& erased) {
-    const QStringList& keyNames = exifKeyNames();
+void applyExif(Exiv2::Image& image, const WrittenProperties& written, const ErasedRows& erased) {
     Exiv2::ExifData& exifData = image.exifData();
     for (const KeyRow& row : exifKeyRows()) {
-        const QString keyText = keyNames.at(row.row);
-        const std::string key = keyText.toStdString();
-        const QVariant value = exif.value(keyText);
+        const std::string key = row.key;
+        const PropertyValue& value = written.at(row);
         switch (row.write) {
         case WriteKind::NotWritten:
         case WriteKind::GpsRef:
             break;
         case WriteKind::Text:
-            if (value.isValid())
-                exifData[key] = value.toString().toStdString();
+            if (value.isPresent())
+                exifData[key] = writtenText(value).toStdString();
             break;
         case WriteKind::Integer:
-            exifData[key] = int32_t(value.toLongLong());
+            exifData[key] = int32_t(writtenInteger(value));
             break;
         case WriteKind::Rational:
-            exifData[key] = Exiv2::floatToRationalCast(value.toFloat());
+            exifData[key] = Exiv2::floatToRationalCast(writtenFloat(value));
             break;
         case WriteKind::Gps:
             PropertyWriter::writeGpsField(exifData, key, row.row == exifrow::GPSLatitude,
-                                          value.toDouble());
+                                          writtenDouble(value));
             break;
         }
     }
@@ -98,27 +98,27 @@ void applyExif(Exiv2::Image& image, const QVariantMap& exif, const ErasedRows& e
     image.setExifData(exifData);
 }
 
-// The subscript finds the first datum of a key: of repeated keys only the first changes.
-void applyIptc(Exiv2::Image& image, const QVariantMap& iptc, const ErasedRows& erased) {
-    const QStringList& keyNames = iptcKeyNames();
-    Exiv2::IptcData& iptcData = image.iptcData();
-    for (const KeyRow& row : iptcKeyRows()) {
-        const QVariant value = iptc.value(keyNames.at(row.row));
-        if (value.isValid())
-            iptcData[keyNames.at(row.row).toStdString()] = value.toString().toStdString();
+// The texts of a block's rows that have a value, each under its row's key. The subscript finds
+// the first datum of a key: of repeated keys only the first changes.
+template <typename Data>
+void writeTextRows(Data& data, std::span<const KeyRow> rows, const WrittenProperties& written) {
+    for (const KeyRow& row : rows) {
+        const PropertyValue& value = written.at(row);
+        if (value.isPresent())
+            data[row.key] = writtenText(value).toStdString();
     }
+}
+
+void applyIptc(Exiv2::Image& image, const WrittenProperties& written, const ErasedRows& erased) {
+    Exiv2::IptcData& iptcData = image.iptcData();
+    writeTextRows(iptcData, iptcKeyRows(), written);
     PropertyWriter::eraseRows(iptcData, erased);
     image.setIptcData(iptcData);
 }
 
-void applyXmp(Exiv2::Image& image, const QVariantMap& xmp, const ErasedRows& erased) {
-    const QStringList& keyNames = xmpKeyNames();
+void applyXmp(Exiv2::Image& image, const WrittenProperties& written, const ErasedRows& erased) {
     Exiv2::XmpData& xmpData = image.xmpData();
-    for (const KeyRow& row : xmpKeyRows()) {
-        const QVariant value = xmp.value(keyNames.at(row.row));
-        if (value.isValid())
-            xmpData[keyNames.at(row.row).toStdString()] = value.toString().toStdString();
-    }
+    writeTextRows(xmpData, xmpKeyRows(), written);
     PropertyWriter::eraseRows(xmpData, erased);
     image.setXmpData(xmpData);
 }
@@ -149,17 +149,11 @@ void PropertyWriter::eraseRows(Exiv2::XmpData& data, const ErasedRows& erased) {
     eraseRowsOf<Exiv2::XmpKey>(data, erased, KeyBlock::Xmp);
 }
 
-void PropertyWriter::apply(Exiv2::Image& image, const QVariantMap& properties,
+void PropertyWriter::apply(Exiv2::Image& image, const WrittenProperties& written,
                            const ErasedRows& erased) {
-    const auto exif = properties.find(QStringLiteral("exif"));
-    if (exif != properties.end())
-        applyExif(image, exif->toMap(), erased);
-    const auto iptc = properties.find(QStringLiteral("iptc"));
-    if (iptc != properties.end())
-        applyIptc(image, iptc->toMap(), erased);
-    const auto xmp = properties.find(QStringLiteral("xmp"));
-    if (xmp != properties.end())
-        applyXmp(image, xmp->toMap(), erased);
+    applyExif(image, written, erased);
+    applyIptc(image, written, erased);
+    applyXmp(image, written, erased);
 }
 
 } // namespace tagmoor

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QVariantMap>
-
 #include <string>
 
 namespace Exiv2 {
@@ -14,15 +12,17 @@ class XmpData;
 namespace tagmoor {
 
 class ErasedRows;
+class WrittenProperties;
 
-// Lays the property dictionary over an open image's metadata, block by block: Exif rows in
+// Lays the written values over an open image's metadata, block by block: Exif rows in
 // key-list order then the erased Exif rows, then IPTC, then XMP, each block set back on the
 // image. Integer, rational and GPS rows are written even without a value (as zero); erasing
 // comes after writing. Throws what Exiv2 throws, which ends the remaining blocks. Writes nothing
 // to the file itself.
 class PropertyWriter {
 public:
-    static void apply(Exiv2::Image& image, const QVariantMap& properties, const ErasedRows& erased);
+    static void apply(Exiv2::Image& image, const WrittenProperties& written,
+                      const ErasedRows& erased);
 
     // Erases the first datum under the key of each erased row of the block, in the rows' order.
     static void eraseRows(Exiv2::ExifData& data, const ErasedRows& erased);

@@ -1,6 +1,7 @@
 #include "metadata/StandardForm.h"
 
 #include "metadata/PropertyWriter.h"
+#include "metadata/WrittenProperties.h"
 #include "model/ErasedRows.h"
 #include "model/KeyTable.h"
 #include "model/Keywords.h"
@@ -26,13 +27,13 @@ const QRegularExpression& datePattern() {
     return pattern;
 }
 
-std::string textOf(const QVariant& value) {
-    return value.toString().toStdString();
+std::string textOf(const PropertyValue& value) {
+    return writtenText(value).toStdString();
 }
 
 // An integer row's value as text, read by the datum into the type it already has.
-std::string integerText(const QVariant& value) {
-    return std::to_string(value.toLongLong());
+std::string integerText(const PropertyValue& value) {
+    return std::to_string(writtenInteger(value));
 }
 
 // Decimal degrees as the three rationals of a GPS coordinate, the seconds to a ten-thousandth
@@ -63,13 +64,12 @@ bool isValidOrientation(qint64 value) {
     return value >= 1 && value <= 8;
 }
 
-void applyExif(Exiv2::ExifData& exifData, const QVariantMap& exif, const QStringList& keyNames) {
+void applyExif(Exiv2::ExifData& exifData, const WrittenProperties& written) {
     for (const KeyRow& row : exifKeyRows()) {
-        const QString keyText = keyNames.at(row.row);
-        const QVariant value = exif.value(keyText);
-        if (!value.isValid())
+        const PropertyValue& value = written.at(row);
+        if (value.isAbsent())
             continue;
-        const std::string key = keyText.toStdString();
+        const std::string key = row.key;
         switch (row.write) {
         case WriteKind::NotWritten:
             break;
@@ -78,9 +78,9 @@ void applyExif(Exiv2::ExifData& exifData, const QVariantMap& exif, const QString
             // edited alone turns the photo's own position to that hemisphere.
             const int coordinateRow =
                 row.row == exifrow::GPSLatitudeRef ? exifrow::GPSLatitude : exifrow::GPSLongitude;
-            if (exif.contains(keyNames.at(coordinateRow)))
+            if (written.has(exifKeyRows()[coordinateRow]))
                 break;
-            const std::string ref = value.toString().trimmed().toUpper().toStdString();
+            const std::string ref = writtenText(value).trimmed().toUpper().toStdString();
             if (!ref.empty()) {
                 exifData[key].setValue(ref);
             } else if (const auto found = exifData.findKey(Exiv2::ExifKey(key));
@@ -91,22 +91,22 @@ void applyExif(Exiv2::ExifData& exifData, const QVariantMap& exif, const QString
         }
         case WriteKind::Text:
             exifData[key].setValue(row.read == ReadKind::DateText
-                                       ? exifDateText(value.toString()).toStdString()
+                                       ? exifDateText(writtenText(value)).toStdString()
                                        : textOf(value));
             break;
         case WriteKind::Integer:
             // An orientation outside 1-8 makes a photo that viewers refuse: never written.
-            if (row.row == exifrow::Orientation && !isValidOrientation(value.toLongLong()))
+            if (row.row == exifrow::Orientation && !isValidOrientation(writtenInteger(value)))
                 break;
             exifData[key].setValue(integerText(value));
             break;
         case WriteKind::Rational:
-            exifData[key].setValue(rationalText(value.toDouble()));
+            exifData[key].setValue(rationalText(writtenDouble(value)));
             break;
         case WriteKind::Gps: {
             const bool latitude = row.row == exifrow::GPSLatitude;
             const int refRow = latitude ? exifrow::GPSLatitudeRef : exifrow::GPSLongitudeRef;
-            writeStandardGps(exifData, key, keyNames.at(refRow).toStdString(), value.toDouble(),
+            writeStandardGps(exifData, key, exifKeyRows()[refRow].key, writtenDouble(value),
                              latitude);
             break;
         }
@@ -215,31 +215,27 @@ bool packetMayStay(const Exiv2::Image& image) {
 
 } // namespace
 
-void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
+void applyStandardForm(Exiv2::Image& image, const WrittenProperties& written,
                        const ErasedRows& erased) {
-    const QStringList& exifKeys = exifKeyNames();
-    const QStringList& iptcKeys = iptcKeyNames();
-    const QStringList& xmpKeys = xmpKeyNames();
     Exiv2::ExifData& exifData = image.exifData();
     const bool hadMainDirectory = hasMainDirectory(exifData);
-    applyExif(exifData, properties.value(QStringLiteral("exif")).toMap(), exifKeys);
+    applyExif(exifData, written);
     PropertyWriter::eraseRows(exifData, erased);
     if (!hadMainDirectory && hasMainDirectory(exifData) && image.mimeType() == "image/jpeg")
         addRequiredJpegTags(exifData);
     image.setExifData(exifData);
 
     Exiv2::IptcData& iptcData = image.iptcData();
-    const QVariantMap iptc = properties.value(QStringLiteral("iptc")).toMap();
     bool keywordsEdited = false;
     for (const KeyRow& row : iptcKeyRows()) {
-        const QVariant value = iptc.value(iptcKeys.at(row.row));
-        if (!value.isValid())
+        const PropertyValue& value = written.at(row);
+        if (value.isAbsent())
             continue;
         if (row.row == iptcrow::Keywords) {
-            writeKeywords(image, iptcData, keywordsOfValue(value));
+            writeKeywords(image, iptcData, keywordsOfValue(value.variant()));
             keywordsEdited = true;
         } else {
-            iptcData[iptcKeys.at(row.row).toStdString()].setValue(textOf(value));
+            iptcData[row.key].setValue(textOf(value));
         }
     }
     // Erasing the keywords erases the whole list, in both blocks.
@@ -250,8 +246,8 @@ void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
     PropertyWriter::eraseRows(iptcData, erased);
     image.setIptcData(iptcData);
 
-    const QVariantMap xmp = properties.value(QStringLiteral("xmp")).toMap();
-    if (xmp.isEmpty() && erased.isEmpty(KeyBlock::Xmp) && !keywordsEdited && packetMayStay(image)) {
+    if (written.isEmpty(KeyBlock::Xmp) && erased.isEmpty(KeyBlock::Xmp) && !keywordsEdited &&
+        packetMayStay(image)) {
         // No XMP field edited: the packet goes back as it was read, byte for byte, rather
         // than as Exiv2 would serialise it anew (with its own namespace URIs and layout).
         image.writeXmpFromPacket(true);
@@ -259,26 +255,23 @@ void applyStandardForm(Exiv2::Image& image, const QVariantMap& properties,
     }
     Exiv2::XmpData& xmpData = image.xmpData();
     for (const KeyRow& row : xmpKeyRows()) {
-        const QVariant value = xmp.value(xmpKeys.at(row.row));
-        if (!value.isValid())
+        const PropertyValue& value = written.at(row);
+        if (value.isAbsent())
             continue;
         const QString text =
-            row.read == ReadKind::DateText ? xmpDateText(value.toString()) : value.toString();
-        xmpData[xmpKeys.at(row.row).toStdString()] = text.toStdString();
+            row.read == ReadKind::DateText ? xmpDateText(writtenText(value)) : writtenText(value);
+        xmpData[row.key] = text.toStdString();
     }
     PropertyWriter::eraseRows(xmpData, erased);
     image.setXmpData(xmpData);
 }
 
-void declareIptcCharset(Exiv2::Image& image, const QVariantMap& iptc) {
-    bool wide = false;
-    for (const QVariant& value : iptc) {
-        if (value.typeId() == QMetaType::QString && !isAscii(value.toString())) {
-            wide = true;
-            break;
-        }
-    }
-    if (!wide)
+void declareIptcCharset(Exiv2::Image& image, const WrittenProperties& written) {
+    const auto wide = [&](const KeyRow& row) {
+        const std::optional<QString> text = written.at(row).text();
+        return text && !isAscii(*text);
+    };
+    if (std::none_of(iptcKeyRows().begin(), iptcKeyRows().end(), wide))
         return;
     static const std::string utf8 = "\x1b%G";
     Exiv2::IptcData& iptcData = image.iptcData();

@@ -30,7 +30,7 @@ TEST(ParallelRead, ConcurrentReadersGiveTheRecordsOfOneReader) {
     std::atomic<bool> reading{true};
     std::thread writer([&] {
         for (int i = 0; reading.load(); ++i) {
-            const QVariantMap tags = properties(
+            const WrittenProperties tags = properties(
                 {}, {}, {{QStringLiteral("Xmp.aux.Lens"), QStringLiteral("Lens %1").arg(i)}});
             const WriteResult w = MetadataTest().setImagePropertiesAll(written, tags, {});
             EXPECT_TRUE(w.written()) << w.detail.toStdString();

@@ -20,7 +20,7 @@ namespace {
 
 using Step = SafeFileReplace::Step;
 
-const QVariantMap kArtist =
+const WrittenProperties kArtist =
     properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Ann")}});
 
 void writeArtist(const QString& path, const std::optional<FileStamp>& expected = std::nullopt) {

@@ -25,18 +25,13 @@ bool refusesIptc(const QString& name) {
 // up without a value listed for erasure (integer and rational rows are written as zero first).
 void writeLikeABatch(const QString& path, const MetadataFieldSet& edited) {
     MetadataTest bridge;
-    const QVariantMap merged = mergeForWriting(edited, path);
-    const auto absent = [&](const char* block, const QStringList& keys) {
-        QStringList out;
-        for (const QString& key : keys)
-            if (!merged.value(QLatin1String(block)).toMap().contains(key))
-                out << key;
-        return out;
-    };
-    bridge.setImagePropertiesAll(path, merged,
-                                 ErasedRows::ofKeys(absent("exif", exifKeyNames()) +
-                                                    absent("iptc", iptcKeyNames()) +
-                                                    absent("xmp", xmpKeyNames())));
+    const WrittenProperties merged = mergeForWriting(edited, path);
+    ErasedRows absent;
+    for (const KeyRow& row : allKeyRows()) {
+        if (!merged.has(row))
+            absent.add(row);
+    }
+    bridge.setImagePropertiesAll(path, merged, absent);
 }
 
 bool hasError(const LogCapture& log) {

@@ -5,6 +5,7 @@
 #include "TestSupport.h"
 
 #include "metadata/SafeFileReplace.h"
+#include "metadata/WrittenProperties.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -280,12 +281,29 @@ inline int runInChild(const std::function<int()>& body, const QString& logPath =
     return status;
 }
 
-// A property dictionary with the three blocks.
-inline QVariantMap properties(const QVariantMap& exif, const QVariantMap& iptc = {},
-                              const QVariantMap& xmp = {}) {
-    return {{QStringLiteral("exif"), exif},
-            {QStringLiteral("iptc"), iptc},
-            {QStringLiteral("xmp"), xmp}};
+// The values of a write, given by key text per block. A key that no row of its block has, or a
+// value that no row could hold, fails the test: the writer would never see it.
+inline WrittenProperties properties(const QVariantMap& exif, const QVariantMap& iptc = {},
+                                    const QVariantMap& xmp = {}) {
+    WrittenProperties written;
+    const auto add = [&](const QVariantMap& block, KeyBlock kind) {
+        for (auto it = block.begin(); it != block.end(); ++it) {
+            const KeyRow* row = findKeyRow(it.key());
+            QVariant value = it.value();
+            if (value.typeId() == QMetaType::Int)
+                value = QVariant::fromValue<qint64>(value.toInt());
+            const PropertyValue typed = PropertyValue::fromVariant(value);
+            if (!row || row->block != kind || typed.isAbsent()) {
+                ADD_FAILURE() << "not a value of a row: " << it.key().toStdString();
+                continue;
+            }
+            written.set(*row, typed);
+        }
+    };
+    add(exif, KeyBlock::Exif);
+    add(iptc, KeyBlock::Iptc);
+    add(xmp, KeyBlock::Xmp);
+    return written;
 }
 
 } // namespace tagmoor::test

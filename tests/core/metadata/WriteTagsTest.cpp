@@ -33,7 +33,7 @@ protected:
                             QStringLiteral("set Xmp.aux.Lens OldLens")});
     }
 
-    void write(const QVariantMap& props, const QStringList& eraseKeys = {}) {
+    void write(const WrittenProperties& props, const QStringList& eraseKeys = {}) {
         MetadataTest().setImagePropertiesAll(photo, props, ErasedRows::ofKeys(eraseKeys));
         EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
     }
