@@ -377,8 +377,23 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
             ::close(fd);
     });
 
-    int error = 0;
     const qint64 kept = keptFrom < 0 ? 0 : targetSize() - keptFrom;
+    if (!fillTemporary(fd, data, size, keptFrom, kept) || !verifyAndFlush(fd, verify))
+        return false;
+    struct stat written {};
+    if (::fstat(fd, &written) != 0)
+        return fail(QStringLiteral("Failed to examine the new file"), errno);
+    closed = true;
+    if (::close(fd) != 0)
+        return fail(QStringLiteral("Failed to close the new file"), errno);
+    if (written.st_size != off_t(qint64(size) + kept))
+        return fail(QStringLiteral("The new file is incomplete"), EIO);
+    return moveIntoPlace(folder);
+}
+
+bool SafeFileReplace::fillTemporary(int fd, const char* data, std::size_t size, qint64 keptFrom,
+                                    qint64 kept) {
+    int error = 0;
     const bool bytesWritten = keptFrom < 0
                                   ? writeNewBytes(fd, data, size, &error)
                                   : writeAll(fd, data, size, &error) &&
@@ -392,7 +407,10 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     if (::fchmod(fd, m_status.st_mode & 07777) != 0)
         return fail(QStringLiteral("Failed to keep the file's permissions"), errno);
     copyExtendedAttributes(m_encodedTarget.constData(), fd);
+    return true;
+}
 
+bool SafeFileReplace::verifyAndFlush(int fd, const std::function<bool(const QString&)>& verify) {
     // Start the write-back now, so that the disk works while the copy is being checked; the
     // flush below then only waits for what is left.
     if (m_flushToDisk)
@@ -408,15 +426,10 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
         if (::fdatasync(fd) != 0)
             return fail(QStringLiteral("Failed to flush the new file"), errno);
     }
-    struct stat written {};
-    if (::fstat(fd, &written) != 0)
-        return fail(QStringLiteral("Failed to examine the new file"), errno);
-    closed = true;
-    if (::close(fd) != 0)
-        return fail(QStringLiteral("Failed to close the new file"), errno);
-    if (written.st_size != off_t(qint64(size) + kept))
-        return fail(QStringLiteral("The new file is incomplete"), EIO);
+    return true;
+}
 
+bool SafeFileReplace::moveIntoPlace(const QString& folder) {
     if (const int injected = injectedError(Step::Rename))
         return fail(QStringLiteral("Failed to replace the file"), injected);
     // Someone may have replaced or changed the file while we wrote; their bytes win.

@@ -99,6 +99,11 @@ public:
 private:
     bool replace(const char* data, std::size_t size, qint64 keptFrom,
                  const std::function<bool(const QString& temporaryPath)>& verify);
+    // The steps of replace() on the temporary file `fd`: the new bytes with the target's
+    // owner, mode and attributes; the caller's check and the flush; the move over the target.
+    bool fillTemporary(int fd, const char* data, std::size_t size, qint64 keptFrom, qint64 kept);
+    bool verifyAndFlush(int fd, const std::function<bool(const QString& temporaryPath)>& verify);
+    bool moveIntoPlace(const QString& folder);
     bool writeNewBytes(int fd, const char* data, std::size_t size, int* error);
     bool copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error);
 
