@@ -78,7 +78,74 @@ private:
     std::map<int, PhotoPlan> m_paths;
 };
 
+// A run's problems by list position, so that any number of workers reports them in one order.
+class ProblemBook {
+public:
+    explicit ProblemBook(const std::function<void(const PhotoProblem&)>& sink) : m_sink(sink) {}
+
+    void report(int index, const QString& path, const QString& reason) {
+        std::lock_guard lock(m_mutex);
+        m_problems.emplace(index, PhotoProblem{path, reason});
+    }
+
+    // With a sink, the problems of the photos before `below` go out now: they are all done.
+    void handOver(int below) {
+        if (!m_sink)
+            return;
+        std::vector<PhotoProblem> ready;
+        {
+            std::lock_guard lock(m_mutex);
+            while (!m_problems.empty() && m_problems.begin()->first < below) {
+                ready.push_back(std::move(m_problems.begin()->second));
+                m_problems.erase(m_problems.begin());
+            }
+        }
+        for (const PhotoProblem& problem : ready)
+            m_sink(problem);
+    }
+
+    // The problems not handed over, in list order; once no worker is left.
+    void moveRestInto(QList<PhotoProblem>& list) {
+        for (auto& [index, problem] : m_problems)
+            list.append(std::move(problem));
+        m_problems.clear();
+    }
+
+private:
+    const std::function<void(const PhotoProblem&)>& m_sink;
+    std::mutex m_mutex;
+    std::map<int, PhotoProblem> m_problems;
+};
+
+int selectedCount(const PhotoSource& photos) {
+    int selected = 0;
+    for (int i = 0; i < photos.count(); ++i) {
+        if (photos.isSelected(i))
+            ++selected;
+    }
+    return selected;
+}
+
 } // namespace
+
+// What the photos of one run share while they are in work. The pool comes last, so that it
+// waits for its workers before anything they use goes.
+struct BatchDriver::RunState {
+    RunState(const PhotoSource& list, int threads,
+             const std::function<void(const PhotoProblem&)>& problemSink)
+        : photos(list), sources(list), inFlight(threads), problems(problemSink) {
+        pool.setMaxThreadCount(threads);
+    }
+
+    const PhotoSource& photos;
+    // The files of all selected photos, so that no photo's output ever takes another's place.
+    const BatchSources sources;
+    InFlight inFlight;
+    ProblemBook problems;
+    std::atomic<int> written{0};
+    std::atomic<int> withoutEdit{0};
+    QThreadPool pool;
+};
 
 BatchDriver::BatchDriver(const PhotoPipeline& pipeline, RenameNumbering& numbering,
                          StopControl& stop, BatchObserver* observer, int threads)
@@ -87,63 +154,31 @@ BatchDriver::BatchDriver(const PhotoPipeline& pipeline, RenameNumbering& numberi
 
 BatchResult BatchDriver::run(const PhotoSource& photos) {
     BatchResult result;
-    const int count = photos.count();
-    for (int i = 0; i < count; ++i) {
-        if (photos.isSelected(i))
-            ++result.total;
-    }
+    result.total = selectedCount(photos);
+    sweepOutputFolder();
+    RunState state(photos, m_threads, m_problemSink);
+    const int reached = startPhotos(state, result);
+    state.inFlight.waitAll();
+    state.pool.waitForDone();
+    result.totalProcessedPhotos = state.written.load();
+    result.processedWithoutEdit = state.withoutEdit.load();
+    state.problems.handOver(photos.count());
+    state.problems.moveRestInto(result.problems);
+    tellNotReached(photos, reached, result);
+    return result;
+}
+
+void BatchDriver::sweepOutputFolder() const {
     // What a killed run left in the output folder goes now, whether or not a photo of this
     // run gets as far as writing there.
     const auto& destination = m_pipeline.values().destinationFolder;
     if (!m_pipeline.values().isDestinationPathAsSource && destination && !destination->isEmpty())
         SafeFileReplace::sweepLeftovers(*destination);
+}
 
-    // The files of all selected photos, so that no photo's output ever takes another's place.
-    const BatchSources sources(photos);
-
-    std::atomic<int> written{0};
-    // The standard form calls only the photos that carry the edit saved; the described form
-    // every photo that has an output.
-    const bool standardForm = m_pipeline.values().writeOptions.standardForm;
-    std::atomic<int> withoutEdit{0};
-    InFlight inFlight(m_threads);
-    QThreadPool pool;
-    pool.setMaxThreadCount(m_threads);
-    // Problems by list position, so that any number of workers reports them in one order.
-    std::mutex problemsMutex;
-    std::map<int, PhotoProblem> problems;
-    const auto report = [&](int index, const QString& path, const QString& reason) {
-        std::lock_guard lock(problemsMutex);
-        problems.emplace(index, PhotoProblem{path, reason});
-    };
-    // With a sink, the problems of the photos before `below` go out now: they are all done.
-    const auto handOver = [&](int below) {
-        if (!m_problemSink)
-            return;
-        std::vector<PhotoProblem> ready;
-        {
-            std::lock_guard lock(problemsMutex);
-            while (!problems.empty() && problems.begin()->first < below) {
-                ready.push_back(std::move(problems.begin()->second));
-                problems.erase(problems.begin());
-            }
-        }
-        for (const PhotoProblem& problem : ready)
-            m_problemSink(problem);
-    };
-
-    auto work = [&](int index, const PhotoPlan& plan, const CGImageProperties& record) {
-        const PhotoResult outcome = m_pipeline.process(plan, record, &sources);
-        if (isCounted(outcome.outcome))
-            ++written;
-        if (standardForm && isCounted(outcome.outcome) && !outcome.carriesEdit())
-            ++withoutEdit;
-        if (!outcome.problem.isEmpty())
-            report(index, plan.hasUrl ? plan.sourcePath : photos.pathOf(index), outcome.problem);
-        if (m_observer)
-            m_observer->photoDone(plan, outcome.outcome);
-    };
-
+int BatchDriver::startPhotos(RunState& state, BatchResult& result) {
+    const PhotoSource& photos = state.photos;
+    const int count = photos.count();
     int i = 0;
     for (; i < count; ++i) {
         if (m_stop.waitBetweenPhotos()) {
@@ -162,28 +197,42 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         if (m_observer)
             m_observer->photoStarted(plan);
         if (m_threads == 1) {
-            work(i, plan, record);
+            processPhoto(state, i, plan, record);
         } else {
-            inFlight.admit(i, plan);
-            pool.start([&, i, plan = std::move(plan), record = std::move(record)] {
+            state.inFlight.admit(i, plan);
+            state.pool.start([this, &state, i, plan = std::move(plan), record = std::move(record)] {
                 lowerThisThreadsPriority();
-                work(i, plan, record);
-                inFlight.done(i);
+                processPhoto(state, i, plan, record);
+                state.inFlight.done(i);
             });
         }
         // A worker reports a photo's problem before it leaves the photos in work.
-        handOver(inFlight.first(i + 1));
+        state.problems.handOver(state.inFlight.first(i + 1));
     }
-    inFlight.waitAll();
-    pool.waitForDone();
-    result.totalProcessedPhotos = written.load();
-    result.processedWithoutEdit = withoutEdit.load();
-    handOver(count);
-    for (auto& [index, problem] : problems)
-        result.problems.append(std::move(problem));
+    return i;
+}
+
+void BatchDriver::processPhoto(RunState& state, int index, const PhotoPlan& plan,
+                               const CGImageProperties& record) const {
+    const PhotoResult outcome = m_pipeline.process(plan, record, &state.sources);
+    if (isCounted(outcome.outcome))
+        ++state.written;
+    // The standard form calls only the photos that carry the edit saved; the described form
+    // every photo that has an output.
+    const bool standardForm = m_pipeline.values().writeOptions.standardForm;
+    if (standardForm && isCounted(outcome.outcome) && !outcome.carriesEdit())
+        ++state.withoutEdit;
+    if (!outcome.problem.isEmpty())
+        state.problems.report(index, plan.hasUrl ? plan.sourcePath : state.photos.pathOf(index),
+                              outcome.problem);
+    if (m_observer)
+        m_observer->photoDone(plan, outcome.outcome);
+}
+
+void BatchDriver::tellNotReached(const PhotoSource& photos, int from, BatchResult& result) const {
     // After a stop, the photos not reached are told too, apart from those that failed:
     // nothing leaves a run unsaid.
-    for (; i < count; ++i) {
+    for (int i = from; i < photos.count(); ++i) {
         if (!photos.isSelected(i))
             continue;
         ++result.notReachedCount;
@@ -192,7 +241,6 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
         else
             result.notReached.append(photos.pathOf(i));
     }
-    return result;
 }
 
 } // namespace tagmoor

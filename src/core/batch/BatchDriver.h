@@ -46,6 +46,15 @@ public:
     }
 
 private:
+    struct RunState;
+    // Plans the selected photos in list order and hands each to the pipeline, on a worker when
+    // there are several, until the end of the list or a stop. Gives the index it stopped at.
+    int startPhotos(RunState& state, BatchResult& result);
+    void processPhoto(RunState& state, int index, const PhotoPlan& plan,
+                      const CGImageProperties& record) const;
+    void sweepOutputFolder() const;
+    void tellNotReached(const PhotoSource& photos, int from, BatchResult& result) const;
+
     const PhotoPipeline& m_pipeline;
     RenameNumbering& m_numbering;
     StopControl& m_stop;
