@@ -29,7 +29,6 @@ KNOWN_EXCEPTIONS = {
     "app/workingset/HomeScreen.cpp:HomeScreen::HomeScreen",
     "app/workingset/HomeScreen.cpp:HomeScreen::makeSidePane",
     "cli/DateRuleArgument.cpp:DateRuleArgument::parse",
-    "core/batch/PhotoPipeline.cpp:PhotoPipeline::process",
     "core/presets/PresetJson.cpp:fromJson",
     "core/presets/PresetMerge.cpp:mergePresetLists",
 }

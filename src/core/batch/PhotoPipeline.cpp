@@ -54,6 +54,13 @@ std::optional<QString> whyNotWritable(const QString& path) {
     return std::nullopt;
 }
 
+// A skipped photo's result: the outcome's text, with what it concerns in brackets.
+PhotoResult skipped(PhotoOutcome outcome, const QString& detail = {}) {
+    return PhotoResult{outcome, detail.isEmpty() ? describe(outcome)
+                                                 : describe(outcome) + QStringLiteral(" (") +
+                                                       detail + QLatin1Char(')')};
+}
+
 } // namespace
 
 PhotoPipeline::PhotoPipeline(RunValues values)
@@ -136,15 +143,10 @@ PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const CompactPathSet
 
 PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperties& record,
                                    const BatchSources* sources) const {
-    const auto skip = [](PhotoOutcome outcome, const QString& detail = {}) {
-        return PhotoResult{outcome, detail.isEmpty() ? describe(outcome)
-                                                     : describe(outcome) + QStringLiteral(" (") +
-                                                           detail + QLatin1Char(')')};
-    };
     if (!plan.hasUrl)
-        return skip(PhotoOutcome::SkippedNoUrl);
+        return skipped(PhotoOutcome::SkippedNoUrl);
     if (plan.unsafeName)
-        return skip(PhotoOutcome::SkippedUnsafeName, lastComponent(plan.finalPath));
+        return skipped(PhotoOutcome::SkippedUnsafeName, lastComponent(plan.finalPath));
     const QString& source = plan.sourcePath;
     const QString& target = plan.finalPath;
 
@@ -156,88 +158,107 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
     const bool taken = entryExists(target);
     const bool inPlace = m_values.isDestinationPathAsSource && sameFile;
     if (!inPlace && !m_values.overwriteExisting && taken)
-        return skip(PhotoOutcome::SkippedCollision);
+        return skipped(PhotoOutcome::SkippedCollision);
     if (!sourceId)
-        return skip(PhotoOutcome::SkippedNoSource);
+        return skipped(PhotoOutcome::SkippedNoSource);
     if (!sameFile && taken) {
         // A photo of this run is never in the way: removing it would lose it.
         if (sources && sources->contains(target))
-            return skip(PhotoOutcome::SkippedSourceInTheWay, target);
+            return skipped(PhotoOutcome::SkippedSourceInTheWay, target);
         if (!QFile::remove(target))
             qCDebug(lcBatch) << "could not remove the old output" << target;
     }
+    if (sameFile)
+        return editInPlace(target, record);
+    return editCopy(source, target, record, sources);
+}
 
+PhotoResult PhotoPipeline::editInPlace(const QString& target,
+                                       const CGImageProperties& record) const {
     // Onto itself there is nothing to copy: the metadata are written into the source.
-    if (sameFile) {
-        if (!QFileInfo(target).isFile())
-            return skip(PhotoOutcome::SkippedNoOutput, QStringLiteral("not a regular file"));
-        // A read-only photo stays as it is; it is not made writable.
-        if (const auto why = whyNotWritable(target))
-            return {PhotoOutcome::Written,
-                    writeStatusText(WriteStatus::NoPermission) + QStringLiteral(": ") + *why};
-        const MetadataStep step = changeMetadata(target, record);
-        const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
-        return {PhotoOutcome::Written, problemOf(step, target, dated)};
-    }
+    if (!QFileInfo(target).isFile())
+        return skipped(PhotoOutcome::SkippedNoOutput, QStringLiteral("not a regular file"));
+    // A read-only photo stays as it is; it is not made writable.
+    if (const auto why = whyNotWritable(target))
+        return {PhotoOutcome::Written,
+                writeStatusText(WriteStatus::NoPermission) + QStringLiteral(": ") + *why};
+    const MetadataStep step = changeMetadata(target, record);
+    const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
+    return {PhotoOutcome::Written, problemOf(step, target, dated)};
+}
 
+PhotoResult PhotoPipeline::editCopy(const QString& source, const QString& target,
+                                    const CGImageProperties& record,
+                                    const BatchSources* sources) const {
     // A new output is made beside its place, changed there and then moved in whole, so that a
     // file at the output path is never half made. The staged file starts as a link to the
     // source where possible: the writer replaces files rather than writing into them, and
     // whatever still shares the source's storage afterwards becomes a real copy.
-    QString error;
-    int errorCode = 0;
-    const QString staged = FileCopier::stage(source, folderOf(target), &error, &errorCode);
-    bool published = false;
-    MetadataStep step;
-    bool dated = true;
-    if (!staged.isEmpty()) {
-        // The staged file is the run's own hidden link beside the output: replacing it cannot
-        // touch anything of the user's, so it is not flushed to disk photo by photo.
-        step = changeMetadata(staged, record, /*flushToDisk=*/false);
-        // In the standard form a copy without its whole edit never takes the output's place,
-        // so that nothing in the output folder looks like a result that is not one. Only the
-        // run's own hidden name goes: while it is a link, the source keeps its bytes under its
-        // own name. (The described form lets such a copy stand.)
-        const bool onlyEditedCopies = m_values.writeOptions.standardForm;
-        const auto withoutEdit = [&] {
-            QFile::remove(staged);
-            return PhotoResult{PhotoOutcome::Written, problemOf(step, staged, dated)};
-        };
-        if (onlyEditedCopies && !step.write.written())
-            return withoutEdit();
-        const bool detached = FileCopier::detach(staged, source, &error, &errorCode);
-        // The file dates are set once the copy no longer shares the source's storage, and
-        // before it takes its place: the move keeps them.
-        if (detached && step.write.written())
-            dated = setFileDates(staged, step.modifyDate);
-        if (onlyEditedCopies && detached && !dated)
-            return withoutEdit();
-        published = detached && FileCopier::publish(staged, target, &error, &errorCode);
-        if (!published)
-            QFile::remove(staged);
+    StagedOutput output;
+    output.staged = FileCopier::stage(source, folderOf(target), &output.error, &output.errorCode);
+    if (!output.staged.isEmpty()) {
+        if (const std::optional<PhotoResult> dropped =
+                editAndPublish(output, source, target, record))
+            return *dropped;
     }
-    QString problem;
-    if (!published) {
-        if (m_values.processingMode != ProcessingMode::removeGroups)
-            qCWarning(lcBatch).noquote()
-                << "copy of" << source << "to" << target << "failed:" << error;
-        const QString cause = errorCode ? writeStatusText(writeStatusOfErrno(errorCode)) +
-                                              QStringLiteral(": ") + error
-                                        : error;
-        // An old output that could not be removed takes the photo's metadata instead; but
-        // not through a link, which may lead out of the output folder, nor into a photo of
-        // the run.
-        const QFileInfo old(target);
-        if (!old.isFile() || old.isSymLink() || (sources && sources->contains(target)))
-            return skip(PhotoOutcome::SkippedNoOutput, cause);
-        step = changeMetadata(target, record);
-        problem = QStringLiteral("the old output could not be replaced (%1)").arg(cause);
-        dated = !step.write.written() || setFileDates(target, step.modifyDate);
-    }
-    const QString stepProblem = problemOf(step, published ? staged : target, dated);
-    if (problem.isEmpty())
-        problem = stepProblem;
-    else if (!stepProblem.isEmpty())
+    if (!output.published)
+        return editOldOutput(output, source, target, record, sources);
+    return {PhotoOutcome::Written, problemOf(output.step, output.staged, output.dated)};
+}
+
+std::optional<PhotoResult> PhotoPipeline::editAndPublish(StagedOutput& output,
+                                                         const QString& source,
+                                                         const QString& target,
+                                                         const CGImageProperties& record) const {
+    // The staged file is the run's own hidden link beside the output: replacing it cannot
+    // touch anything of the user's, so it is not flushed to disk photo by photo.
+    output.step = changeMetadata(output.staged, record, /*flushToDisk=*/false);
+    // In the standard form a copy without its whole edit never takes the output's place,
+    // so that nothing in the output folder looks like a result that is not one. Only the
+    // run's own hidden name goes: while it is a link, the source keeps its bytes under its
+    // own name. (The described form lets such a copy stand.)
+    const bool onlyEditedCopies = m_values.writeOptions.standardForm;
+    const auto withoutEdit = [&] {
+        QFile::remove(output.staged);
+        return PhotoResult{PhotoOutcome::Written,
+                           problemOf(output.step, output.staged, output.dated)};
+    };
+    if (onlyEditedCopies && !output.step.write.written())
+        return withoutEdit();
+    const bool detached =
+        FileCopier::detach(output.staged, source, &output.error, &output.errorCode);
+    // The file dates are set once the copy no longer shares the source's storage, and
+    // before it takes its place: the move keeps them.
+    if (detached && output.step.write.written())
+        output.dated = setFileDates(output.staged, output.step.modifyDate);
+    if (onlyEditedCopies && detached && !output.dated)
+        return withoutEdit();
+    output.published =
+        detached && FileCopier::publish(output.staged, target, &output.error, &output.errorCode);
+    if (!output.published)
+        QFile::remove(output.staged);
+    return std::nullopt;
+}
+
+PhotoResult PhotoPipeline::editOldOutput(const StagedOutput& output, const QString& source,
+                                         const QString& target, const CGImageProperties& record,
+                                         const BatchSources* sources) const {
+    if (m_values.processingMode != ProcessingMode::removeGroups)
+        qCWarning(lcBatch).noquote()
+            << "copy of" << source << "to" << target << "failed:" << output.error;
+    const QString cause = output.errorCode ? writeStatusText(writeStatusOfErrno(output.errorCode)) +
+                                                 QStringLiteral(": ") + output.error
+                                           : output.error;
+    // An old output that could not be removed takes the photo's metadata instead; but
+    // not through a link, which may lead out of the output folder, nor into a photo of
+    // the run.
+    const QFileInfo old(target);
+    if (!old.isFile() || old.isSymLink() || (sources && sources->contains(target)))
+        return skipped(PhotoOutcome::SkippedNoOutput, cause);
+    const MetadataStep step = changeMetadata(target, record);
+    const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
+    QString problem = QStringLiteral("the old output could not be replaced (%1)").arg(cause);
+    if (const QString stepProblem = problemOf(step, target, dated); !stepProblem.isEmpty())
         problem += QStringLiteral("; ") + stepProblem;
     return {PhotoOutcome::Written, problem};
 }

@@ -11,6 +11,7 @@
 #include <QSet>
 
 #include <memory>
+#include <optional>
 
 namespace tagmoor {
 
@@ -66,6 +67,29 @@ private:
         // The new modify date text, if any.
         std::optional<QString> modifyDate;
     };
+    // A new output as it is made beside its place and moved in.
+    struct StagedOutput {
+        QString staged;
+        bool published = false;
+        MetadataStep step;
+        bool dated = true;
+        // Why making or moving it failed.
+        QString error;
+        int errorCode = 0;
+    };
+    // The steps of process() once the guard let a photo through: an output that is the
+    // source itself is edited where it is; any other is made as a staged copy, edited and
+    // moved in, or, when that fails, the old output in the way takes the edit.
+    PhotoResult editInPlace(const QString& target, const CGImageProperties& record) const;
+    PhotoResult editCopy(const QString& source, const QString& target,
+                         const CGImageProperties& record, const BatchSources* sources) const;
+    // A result when the copy is dropped for want of its edit.
+    std::optional<PhotoResult> editAndPublish(StagedOutput& output, const QString& source,
+                                              const QString& target,
+                                              const CGImageProperties& record) const;
+    PhotoResult editOldOutput(const StagedOutput& output, const QString& source,
+                              const QString& target, const CGImageProperties& record,
+                              const BatchSources* sources) const;
     // The mode's metadata step on one file.
     MetadataStep changeMetadata(const QString& path, const CGImageProperties& record,
                                 bool flushToDisk = true) const;
