@@ -41,14 +41,14 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
             const auto outcome = SafeMetadataEdit::run(
                 path, expected,
                 [&](Exiv2::Image& image) -> SafeMetadataEdit::LandedCheck {
-                    const WrittenProperties written = properties(image);
+                    const WrittenProperties values = properties(image);
                     const WriteOptions& options = bridge.writeOptions();
                     if (options.standardForm)
-                        applyStandardForm(image, written, erased);
+                        applyStandardForm(image, values, erased);
                     else
-                        PropertyWriter::apply(image, written, erased);
+                        PropertyWriter::apply(image, values, erased);
                     if (options.declareIptcCharset)
-                        declareIptcCharset(image, written);
+                        declareIptcCharset(image, values);
                     auto asked = std::make_shared<KeyListSnapshot>(image);
                     return [asked](Exiv2::Image& written) {
                         const QStringList missing = asked->differencesIn(written);
