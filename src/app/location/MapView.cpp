@@ -129,7 +129,7 @@ void MapView::configureTiles(const Settings& settings, const QString& cacheFolde
     const bool testRun = QStandardPaths::isTestModeEnabled();
     const bool online = settings.loadMapTilesFromInternetOrDefault();
     for (const MapType type : allMapTypes) {
-        const std::optional<QString> stored = settings.mapTileUrl(int(type));
+        const std::optional<QString> stored = settings.mapTileUrl(type);
         QString address = online ? stored.value_or(QString()) : QString();
         if (online && type == MapType::standard && !stored && !testRun)
             address = QString::fromLatin1(kOpenStreetMapTiles);

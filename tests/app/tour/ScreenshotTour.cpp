@@ -234,7 +234,7 @@ int main(int argc, char** argv) {
     settle();
 
     // The place of one marked photo, the picker offline and with tiles, and the preview.
-    t.app->settings().setMapTileUrl(0, QString());
+    t.app->settings().setMapTileUrl(MapType::standard, QString());
     home->locationView()->mapView()->setTileTemplate(MapType::standard, QString());
     home->clickedSelectUnselectAll(false);
     int gpsRow = 0;
