@@ -45,7 +45,7 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
                                           "ModifyDateXMP, CreateDatePhotoshop)")
                                .arg(fieldName));
     DateRuleArgument arg;
-    arg.field = *dateFieldAt(field->position);
+    arg.field = *dateFieldOf(field->field);
     DateTimeConfiguration& rule = arg.rule;
 
     const int colon = int(ruleText.indexOf(QLatin1Char(':')));

@@ -35,10 +35,10 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr int kLatitude = formPosition(Field::GPSLatitude);
-constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
-constexpr int kLongitude = formPosition(Field::GPSLongitude);
-constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
+constexpr Field kLatitude = Field::GPSLatitude;
+constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
+constexpr Field kLongitude = Field::GPSLongitude;
+constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 
 void retype(QLineEdit* field, const QString& text) {
     field->selectAll();

@@ -187,14 +187,14 @@ int main(int argc, char** argv) {
             row = i;
     home->clickedCheckBox(row, true);
     settle();
-    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
+    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(Field::Artist)->input());
     artist->setFocus();
     artist->selectAll();
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     shoot(out, QStringLiteral("editor-one.png"), window);
 
     // The date panel of that photo, shifting its original time by two hours.
-    FieldControl* date = home->metadataView()->control(formPosition(Field::DateTimeOriginal));
+    FieldControl* date = home->metadataView()->control(Field::DateTimeOriginal);
     home->metadataView()
         ->findChild<QScrollArea*>(QStringLiteral("scrollViewMetadataForm"))
         ->ensureWidgetVisible(date);
