@@ -28,7 +28,6 @@ KNOWN_EXCEPTIONS = {
     "app/presets/PresetsDetailsViewController.cpp:PresetsDetailsViewController::PresetsDetailsViewController",
     "app/workingset/HomeScreen.cpp:HomeScreen::HomeScreen",
     "app/workingset/HomeScreen.cpp:HomeScreen::makeSidePane",
-    "cli/DateRuleArgument.cpp:DateRuleArgument::parse",
     "core/batch/BatchDriver.cpp:BatchDriver::run",
     "core/batch/PhotoPipeline.cpp:PhotoPipeline::process",
     "core/metadata/SafeFileReplace.cpp:SafeFileReplace::replace",
