@@ -31,7 +31,6 @@ KNOWN_EXCEPTIONS = {
     "core/batch/BatchDriver.cpp:BatchDriver::run",
     "core/batch/PhotoPipeline.cpp:PhotoPipeline::process",
     "core/metadata/SafeFileReplace.cpp:SafeFileReplace::replace",
-    "core/presets/PresetJson.cpp:fromJson",
     "core/presets/PresetMerge.cpp:mergePresetLists",
 }
 
