@@ -31,7 +31,6 @@ KNOWN_EXCEPTIONS = {
     "core/batch/BatchDriver.cpp:BatchDriver::run",
     "core/batch/PhotoPipeline.cpp:PhotoPipeline::process",
     "core/metadata/SafeFileReplace.cpp:SafeFileReplace::replace",
-    "core/presets/PresetMerge.cpp:mergePresetLists",
 }
 
 SCOPE_WORDS = re.compile(r"\b(namespace|class|struct|union|enum)\b")
