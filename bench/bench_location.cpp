@@ -87,7 +87,7 @@ void gazetteer(int rounds) {
 void pan(int rounds) {
     QTemporaryDir dir;
     Settings settings(dir.filePath(QStringLiteral("s.ini")));
-    settings.setMapTileUrl(0, QString());
+    settings.setMapTileUrl(MapType::standard, QString());
     MapView map;
     map.configureTiles(settings);
     map.resize(1024, 768);
@@ -125,7 +125,7 @@ void preview() {
     }
     const auto record = loadImageProperties(QUrl::fromLocalFile(path));
     Settings settings(dir.filePath(QStringLiteral("s.ini")));
-    settings.setMapTileUrl(0, QString());
+    settings.setMapTileUrl(MapType::standard, QString());
     for (int round = 0; round < 3; ++round) {
         QElapsedTimer clock;
         clock.start();

@@ -52,11 +52,16 @@ int main(int argc, char** argv) {
     for (int i = 0; i < set.count(); ++i)
         all << i;
     home.metadataForm().updateMetadataInfo(0, all.size() > 1, all);
-    const std::pair<int, const char*> edits[] = {
-        {0, "Jane Doe"}, {2, "(c) Jane Doe"}, {1, "Harbour at dawn"}, {12, "400"},
-        {13, "2.8"},     {48, "Paris"},       {40, "Morning"},        {57, "Lens 50"}};
-    for (const auto& [position, text] : edits)
-        home.metadataForm().editText(position, QString::fromUtf8(text));
+    const std::pair<Field, const char*> edits[] = {{Field::Artist, "Jane Doe"},
+                                                   {Field::Copyright, "(c) Jane Doe"},
+                                                   {Field::ImageDescription, "Harbour at dawn"},
+                                                   {Field::ISO, "400"},
+                                                   {Field::FNumber, "2.8"},
+                                                   {Field::City, "Paris"},
+                                                   {Field::Headline, "Morning"},
+                                                   {Field::LensXMP, "Lens 50"}};
+    for (const auto& [field, text] : edits)
+        home.metadataForm().editText(field, QString::fromUtf8(text));
     const IDOT shift{1, 0, 0, false, true, true};
     home.metadataForm().commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
 

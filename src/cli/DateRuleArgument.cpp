@@ -6,6 +6,9 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <iterator>
+
 namespace tagmoor::cli {
 
 namespace {
@@ -30,6 +33,157 @@ std::optional<DateRuleArgument> fail(QString* error, const QString& message) {
     return std::nullopt;
 }
 
+// Each rule word's reading of the text after its colon: it fills the argument's rule (and
+// slot), or gives the message of what is wrong. `word` is the rule word as written, lowered.
+using RuleReader = std::optional<QString> (*)(DateRuleArgument& arg, const QString& word,
+                                              const QString& value);
+
+std::optional<QString> readKeep(DateRuleArgument& arg, const QString&, const QString&) {
+    arg.rule = KeepOriginal{};
+    return std::nullopt;
+}
+
+std::optional<QString> readEmpty(DateRuleArgument& arg, const QString&, const QString&) {
+    arg.rule = EmptyValue{};
+    return std::nullopt;
+}
+
+std::optional<QString> readSelect(DateRuleArgument& arg, const QString&, const QString& value) {
+    arg.slot = sharedDateFormatter().parse(value);
+    if (!arg.slot)
+        return QStringLiteral("select wants a date 'YYYY-MM-DD HH:MM:SS', not '%1'").arg(value);
+    arg.rule = SelectDate{arg.slot};
+    return std::nullopt;
+}
+
+// The new values of an update, with the date and time they make.
+struct UpdateParts {
+    UpdateDate rule;
+    int year = 2000;
+    int month = 1;
+    int day = 1;
+    QTime time{0, 0, 0};
+};
+
+// One "key=value" part of an update; false when the key or its value is not one it takes.
+bool readUpdatePart(UpdateParts& parts, const QString& part) {
+    const QString key = part.section(QLatin1Char('='), 0, 0).trimmed().toLower();
+    const QString v = part.section(QLatin1Char('='), 1).trimmed();
+    UpdateDate& u = parts.rule;
+    bool ok = false;
+    if (key == QLatin1String("time")) {
+        parts.time = QTime::fromString(v, QStringLiteral("HH:mm:ss"));
+        ok = parts.time.isValid();
+        u.isKeepOriginalTime = !ok;
+        u.changeHours = parts.time.hour();
+        u.changeMinutes = parts.time.minute();
+        u.changeSeconds = parts.time.second();
+        return ok;
+    }
+    const int n = v.toInt(&ok);
+    if (key == QLatin1String("day")) {
+        parts.day = n;
+        u.changeDays = n;
+        u.isKeepOriginalDays = false;
+    } else if (key == QLatin1String("month")) {
+        parts.month = n;
+        u.changeMonths = n;
+        u.isKeepOriginalMonths = false;
+    } else if (key == QLatin1String("year")) {
+        parts.year = n;
+        u.changeYears = n;
+        u.isKeepOriginalYears = false;
+    } else {
+        return false;
+    }
+    return ok;
+}
+
+// The parts given are the new values; the rest stay the photo's own. The slot holds the new
+// values, as the date panel leaves it.
+std::optional<QString> readUpdate(DateRuleArgument& arg, const QString&, const QString& value) {
+    UpdateParts parts;
+    UpdateDate& u = parts.rule;
+    u.isKeepOriginalDays = u.isKeepOriginalMonths = u.isKeepOriginalYears = true;
+    u.isKeepOriginalTime = true;
+    for (const QString& part : value.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        if (!readUpdatePart(parts, part))
+            return QStringLiteral("update takes day=D,month=M,year=Y,time=HH:MM:SS, not '%1'")
+                .arg(part);
+    }
+    if (u.isKeepOriginalDays && u.isKeepOriginalMonths && u.isKeepOriginalYears &&
+        u.isKeepOriginalTime)
+        return QStringLiteral("update needs at least one of day, month, year, time");
+    if (!u.isKeepOriginalYears) {
+        if (auto refused = refusedYear(arg.field, parts.year))
+            return refused;
+    }
+    const QDate date(parts.year, parts.month, parts.day);
+    if (!date.isValid())
+        return QStringLiteral("update: %1-%2-%3 is not a date")
+            .arg(parts.year)
+            .arg(parts.month)
+            .arg(parts.day);
+    arg.slot = QDateTime(date, parts.time);
+    arg.rule = u;
+    return std::nullopt;
+}
+
+std::optional<QString> shiftPartsError(const QString& word, const QString& value) {
+    return QStringLiteral("%1 wants three signed numbers like +1:0:-2, not '%2'").arg(word, value);
+}
+
+// A part of zero keeps the photo's own value.
+std::optional<QString> readShiftDate(DateRuleArgument& arg, const QString& word,
+                                     const QString& value) {
+    const auto parts = threeParts(value);
+    if (!parts)
+        return shiftPartsError(word, value);
+    IDOD d;
+    d.changeYears = (*parts)[0];
+    d.changeMonths = (*parts)[1];
+    d.changeDays = (*parts)[2];
+    d.isKeepOriginalYears = d.changeYears == 0;
+    d.isKeepOriginalMonths = d.changeMonths == 0;
+    d.isKeepOriginalDays = d.changeDays == 0;
+    arg.rule = d;
+    return std::nullopt;
+}
+
+std::optional<QString> readShiftTime(DateRuleArgument& arg, const QString& word,
+                                     const QString& value) {
+    const auto parts = threeParts(value);
+    if (!parts)
+        return shiftPartsError(word, value);
+    IDOT t;
+    t.changeHours = (*parts)[0];
+    t.changeMinutes = (*parts)[1];
+    t.changeSeconds = (*parts)[2];
+    t.isKeepOriginalHours = t.changeHours == 0;
+    t.isKeepOriginalMinutes = t.changeMinutes == 0;
+    t.isKeepOriginalSeconds = t.changeSeconds == 0;
+    arg.rule = t;
+    return std::nullopt;
+}
+
+struct RuleWord {
+    const char* word;
+    RuleReader read;
+};
+
+constexpr RuleWord kRuleWords[] = {
+    {"keep", readKeep},     {"empty", readEmpty},          {"select", readSelect},
+    {"update", readUpdate}, {"shift-date", readShiftDate}, {"shift-time", readShiftTime},
+};
+
+// The date field named before the "="; nothing when the name is no date field's.
+std::optional<DateField> dateFieldNamed(const QString& name) {
+    const FormField* field = findFormField(name);
+    if (!field || !field->isDate())
+        return std::nullopt;
+    return dateFieldOf(field->field);
+}
+
 } // namespace
 
 std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QString* error) {
@@ -38,120 +192,27 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
         return fail(error, QStringLiteral("--date wants FIELD=RULE, not '%1'").arg(text));
     const QString fieldName = text.left(eq);
     const QString ruleText = text.mid(eq + 1).trimmed();
-    const FormField* field = findFormField(fieldName);
-    if (!field || !field->isDate())
+    const auto field = dateFieldNamed(fieldName);
+    if (!field)
         return fail(error, QStringLiteral("'%1' is not a date field (DateTimeOriginal, "
                                           "CreationDate, ModifyDate, CreateDateXMP, "
                                           "ModifyDateXMP, CreateDatePhotoshop)")
                                .arg(fieldName));
     DateRuleArgument arg;
-    arg.field = *dateFieldAt(field->position);
-    DateTimeConfiguration& rule = arg.rule;
+    arg.field = *field;
 
     const int colon = int(ruleText.indexOf(QLatin1Char(':')));
-    const QString mode = (colon < 0 ? ruleText : ruleText.left(colon)).toLower();
+    const QString word = (colon < 0 ? ruleText : ruleText.left(colon)).toLower();
     const QString value = colon < 0 ? QString() : ruleText.mid(colon + 1).trimmed();
-
-    if (mode == QLatin1String("keep")) {
-        rule = KeepOriginal{};
-    } else if (mode == QLatin1String("empty")) {
-        rule = EmptyValue{};
-    } else if (mode == QLatin1String("select")) {
-        arg.slot = sharedDateFormatter().parse(value);
-        if (!arg.slot)
-            return fail(
-                error,
-                QStringLiteral("select wants a date 'YYYY-MM-DD HH:MM:SS', not '%1'").arg(value));
-        rule = SelectDate{arg.slot};
-    } else if (mode == QLatin1String("update")) {
-        // The parts given are the new values; the rest stay the photo's own. The slot holds
-        // the new values, as the date panel leaves it.
-        UpdateDate u;
-        u.isKeepOriginalDays = u.isKeepOriginalMonths = u.isKeepOriginalYears = true;
-        u.isKeepOriginalTime = true;
-        int year = 2000, month = 1, day = 1;
-        QTime time(0, 0, 0);
-        for (const QString& part : value.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-            const QString key = part.section(QLatin1Char('='), 0, 0).trimmed().toLower();
-            const QString v = part.section(QLatin1Char('='), 1).trimmed();
-            bool ok = false;
-            if (key == QLatin1String("time")) {
-                time = QTime::fromString(v, QStringLiteral("HH:mm:ss"));
-                ok = time.isValid();
-                u.isKeepOriginalTime = !ok;
-                u.changeHours = time.hour();
-                u.changeMinutes = time.minute();
-                u.changeSeconds = time.second();
-            } else {
-                const int n = v.toInt(&ok);
-                if (key == QLatin1String("day")) {
-                    day = n;
-                    u.changeDays = n;
-                    u.isKeepOriginalDays = false;
-                } else if (key == QLatin1String("month")) {
-                    month = n;
-                    u.changeMonths = n;
-                    u.isKeepOriginalMonths = false;
-                } else if (key == QLatin1String("year")) {
-                    year = n;
-                    u.changeYears = n;
-                    u.isKeepOriginalYears = false;
-                } else {
-                    ok = false;
-                }
-            }
-            if (!ok)
-                return fail(error,
-                            QStringLiteral("update takes day=D,month=M,year=Y,time=HH:MM:SS, "
-                                           "not '%1'")
-                                .arg(part));
-        }
-        if (u.isKeepOriginalDays && u.isKeepOriginalMonths && u.isKeepOriginalYears &&
-            u.isKeepOriginalTime)
-            return fail(error,
-                        QStringLiteral("update needs at least one of day, month, year, time"));
-        if (!u.isKeepOriginalYears) {
-            if (auto refused = refusedYear(arg.field, year))
-                return fail(error, *refused);
-        }
-        const QDate date(year, month, day);
-        if (!date.isValid())
-            return fail(
-                error,
-                QStringLiteral("update: %1-%2-%3 is not a date").arg(year).arg(month).arg(day));
-        arg.slot = QDateTime(date, time);
-        rule = u;
-    } else if (mode == QLatin1String("shift-date") || mode == QLatin1String("shift-time")) {
-        const auto parts = threeParts(value);
-        if (!parts)
-            return fail(error,
-                        QStringLiteral("%1 wants three signed numbers like +1:0:-2, not '%2'")
-                            .arg(mode, value));
-        // A part of zero keeps the photo's own value.
-        if (mode == QLatin1String("shift-date")) {
-            IDOD d;
-            d.changeYears = (*parts)[0];
-            d.changeMonths = (*parts)[1];
-            d.changeDays = (*parts)[2];
-            d.isKeepOriginalYears = d.changeYears == 0;
-            d.isKeepOriginalMonths = d.changeMonths == 0;
-            d.isKeepOriginalDays = d.changeDays == 0;
-            rule = d;
-        } else {
-            IDOT t;
-            t.changeHours = (*parts)[0];
-            t.changeMinutes = (*parts)[1];
-            t.changeSeconds = (*parts)[2];
-            t.isKeepOriginalHours = t.changeHours == 0;
-            t.isKeepOriginalMinutes = t.changeMinutes == 0;
-            t.isKeepOriginalSeconds = t.changeSeconds == 0;
-            rule = t;
-        }
-    } else {
+    const auto rule =
+        std::find_if(std::begin(kRuleWords), std::end(kRuleWords),
+                     [&](const RuleWord& r) { return word == QLatin1String(r.word); });
+    if (rule == std::end(kRuleWords))
         return fail(error, QStringLiteral("unknown date rule '%1' (keep, empty, select, update, "
                                           "shift-date, shift-time)")
                                .arg(ruleText));
-    }
+    if (auto problem = rule->read(arg, word, value))
+        return fail(error, *problem);
     if (auto refused = refusedDateRule(arg.field, arg.rule, arg.slot))
         return fail(error, *refused);
     return arg;

@@ -145,7 +145,7 @@ std::optional<ActualPreset> presetFromOptions(const QStringList& args, QString* 
                 *error = QStringLiteral("--set: %1").arg(*refused);
                 return std::nullopt;
             }
-            if (!presetHoldsValue(values, field->position)) {
+            if (!presetHoldsValue(values, field->field)) {
                 *error = QStringLiteral("--set %1: a preset keeps only fields with a value; an "
                                         "empty text or a zero would be lost")
                              .arg(value.left(eq));

@@ -53,7 +53,7 @@ private:
         [&] { QVERIFY(QTest::qWaitForWindowExposed(home->window())); }();
         return home;
     }
-    DateConfigurationPanel* open(HomeScreen* home, int position) {
+    DateConfigurationPanel* open(HomeScreen* home, Field position) {
         FieldControl* control = home->metadataView()->control(position);
         QTest::mouseClick(control->dateButton(), Qt::LeftButton);
         return home->metadataView()->datePanel();
@@ -63,7 +63,7 @@ private:
 void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
     TestApp t;
     HomeScreen* home = load(t, samplePhoto(t.dir("p")));
-    const int position = formPosition(Field::ModifyDate);
+    const Field position = Field::ModifyDate;
     auto* field = qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
     const QString before = field->text();
 
@@ -114,7 +114,7 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
 void DatePanelTest::photoWithoutTheDateOffersOnlyThreeModes() {
     TestApp t;
     HomeScreen* home = load(t, samplePhoto(t.dir("p"), QStringLiteral("Exif.Image.DateTime")));
-    const int position = formPosition(Field::ModifyDate);
+    const Field position = Field::ModifyDate;
     DateConfigurationPanel* panel = open(home, position);
     QVERIFY(panel);
     for (DateMode mode : {DateMode::keepOriginal, DateMode::emptyValue, DateMode::selectDate})

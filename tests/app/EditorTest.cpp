@@ -27,9 +27,9 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr int kArtist = 0;
-constexpr int kIso = 12;
-constexpr int kLongitudeRef = 34;
+constexpr Field kArtist = Field::Artist;
+constexpr Field kIso = Field::ISO;
+constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 
 // Copies of one sample, each given an Artist (an empty text removes the tag).
 QStringList photosWithArtists(const QString& dir, const QStringList& artists) {
@@ -70,7 +70,7 @@ private:
         QCoreApplication::processEvents();
         return t.window().homeScreen();
     }
-    QLineEdit* line(HomeScreen* home, int position) {
+    QLineEdit* line(HomeScreen* home, Field position) {
         return qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
     }
 };
@@ -138,7 +138,7 @@ void EditorTest::referenceChangeAsksWithItsExactText() {
     TestApp t;
     const QString photo = copySamples(t.dir("gps")).filter(QStringLiteral("et-GPS.jpg")).first();
     HomeScreen* home = load(t, {photo});
-    QVERIFY(!line(home, 33)->text().isEmpty());
+    QVERIFY(!line(home, Field::GPSLongitude)->text().isEmpty());
     auto* ref = qobject_cast<QComboBox*>(home->metadataView()->control(kLongitudeRef)->input());
     const int before = ref->currentIndex();
     const int other = before == 1 ? 2 : 1;

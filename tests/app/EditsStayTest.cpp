@@ -26,20 +26,20 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr int kArtist = 0;
-constexpr int kCopyright = 2;
-constexpr int kLatitude = formPosition(Field::GPSLatitude);
-constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
-constexpr int kLongitude = formPosition(Field::GPSLongitude);
-constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
+constexpr Field kArtist = Field::Artist;
+constexpr Field kCopyright = Field::Copyright;
+constexpr Field kLatitude = Field::GPSLatitude;
+constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
+constexpr Field kLongitude = Field::GPSLongitude;
+constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 
 const ValueForm kForms[] = {ValueForm::standard, ValueForm::described};
 
-QLineEdit* lineOf(HomeScreen* home, int position) {
+QLineEdit* lineOf(HomeScreen* home, Field position) {
     return qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
 }
 
-QComboBox* popupOf(HomeScreen* home, int position) {
+QComboBox* popupOf(HomeScreen* home, Field position) {
     return qobject_cast<QComboBox*>(home->metadataView()->control(position)->input());
 }
 
@@ -105,8 +105,8 @@ void EditsStayTest::modePopupKeepsTypedMapAndPresetValues() {
             QCOMPARE(editor.popupRow(kLatitudeRef), 1);  // North
             QCOMPARE(editor.popupRow(kLongitudeRef), 2); // West
             QCOMPARE(popupOf(home, kLongitudeRef)->currentIndex(), 2);
-            for (int position : {kArtist, kCopyright, kLatitude, kLongitude})
-                QVERIFY2(editor.isEdited(position), qPrintable(QString::number(position)));
+            for (Field position : {kArtist, kCopyright, kLatitude, kLongitude})
+                QVERIFY2(editor.isEdited(position), fieldName(position));
         };
         expectKept(0);
         // The same row again, the other editing row, and a round through the cleaning row.
@@ -251,7 +251,7 @@ void EditsStayTest::confirmingAnUnchangedReferenceMarksNothing() {
             home->clickedSelectUnselectAll(false);
             home->clickedCheckBox(row, true);
             const bool south = t.set().workingImages().at(row).path() == southWest;
-            for (const int reference : {kLatitudeRef, kLongitudeRef}) {
+            for (const Field reference : {kLatitudeRef, kLongitudeRef}) {
                 QComboBox* popup = popupOf(home, reference);
                 const int shown = popup->currentIndex();
                 QCOMPARE(shown, reference == kLatitudeRef && !south ? 1 : 2);
@@ -259,8 +259,8 @@ void EditsStayTest::confirmingAnUnchangedReferenceMarksNothing() {
                 emit popup->activated(shown);
                 QCOMPARE(editor.popupRow(reference), shown);
             }
-            for (int position : {kLatitude, kLatitudeRef, kLongitude, kLongitudeRef})
-                QVERIFY2(!editor.isEdited(position), qPrintable(QString::number(position)));
+            for (Field position : {kLatitude, kLatitudeRef, kLongitude, kLongitudeRef})
+                QVERIFY2(!editor.isEdited(position), fieldName(position));
             QVERIFY(!editor.hasEdits());
         }
     }

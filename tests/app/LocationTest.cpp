@@ -35,10 +35,10 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr int kLatitude = formPosition(Field::GPSLatitude);
-constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
-constexpr int kLongitude = formPosition(Field::GPSLongitude);
-constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
+constexpr Field kLatitude = Field::GPSLatitude;
+constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
+constexpr Field kLongitude = Field::GPSLongitude;
+constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 
 void retype(QLineEdit* field, const QString& text) {
     field->selectAll();
@@ -270,7 +270,7 @@ void LocationTest::mapDrawsTilesFromTheServerAndKeepsThemInItsCache() {
     QTemporaryDir cache;
     QTemporaryDir dir;
     Settings settings(dir.filePath(QStringLiteral("s.ini")));
-    settings.setMapTileUrl(0, server.urlTemplate());
+    settings.setMapTileUrl(MapType::standard, server.urlTemplate());
     int firstRequests = 0;
     int drawnFirst = 0;
     {
@@ -319,7 +319,7 @@ void LocationTest::preferencesTurnTilesOffAndEmptyTheirCache() {
     TestApp t;
     Settings& settings = t.app->settings();
     QCOMPARE(settings.loadMapTilesFromInternet().value_or(true), true);
-    settings.setMapTileUrl(0, server.urlTemplate());
+    settings.setMapTileUrl(MapType::standard, server.urlTemplate());
     MapView map;
     map.configureTiles(settings); // the user's cache folder, which Preferences empties
     map.resize(512, 384);
@@ -377,7 +377,7 @@ void LocationTest::aHugeTileNeitherStallsTheMapNorIsDrawn() {
     server.setTileMaker([&png](int, int, int) { return png; });
     QTemporaryDir dir;
     Settings settings(dir.filePath(QStringLiteral("s.ini")));
-    settings.setMapTileUrl(0, server.urlTemplate());
+    settings.setMapTileUrl(MapType::standard, server.urlTemplate());
     MapView map;
     map.configureTiles(settings, dir.filePath(QStringLiteral("cache")));
     map.resize(512, 384);

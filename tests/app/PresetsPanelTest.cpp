@@ -26,11 +26,11 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr int kArtist = 0;
-constexpr int kFNumber = 13;
+constexpr Field kArtist = Field::Artist;
+constexpr Field kFNumber = Field::FNumber;
 
-int positionOf(const char* name) {
-    return findFormField(QString::fromLatin1(name))->position;
+Field fieldNamed(const char* name) {
+    return findFormField(QString::fromLatin1(name))->field;
 }
 
 // An application whose settings lie where the command line looks for them.
@@ -242,7 +242,7 @@ void PresetsPanelTest::aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine() {
     QTest::keyClicks(qobject_cast<QLineEdit*>(panel->editor()->control(kFNumber)->input()),
                      QStringLiteral("2.8"));
     panel->clickedEditor(1); // the IPTC fields
-    const int city = positionOf("City");
+    const Field city = fieldNamed("City");
     QTest::keyClicks(qobject_cast<QLineEdit*>(panel->editor()->control(city)->input()),
                      QStringLiteral("Paris"));
     panel->clickedEditor(0);

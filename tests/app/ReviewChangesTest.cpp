@@ -65,7 +65,7 @@ private:
 void ReviewChangesTest::reviewListsTheChangesAndTouchesNothing() {
     TestApp t;
     HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg"), QStringLiteral("et-GPS.jpg")});
-    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
+    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(Field::Artist)->input());
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     const QByteArray before = folderHash(t.dir(QStringLiteral("photos")));
 
@@ -100,7 +100,7 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     TestApp t;
     HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg")});
 
-    FieldControl* date = home->metadataView()->control(formPosition(Field::ModifyDate));
+    FieldControl* date = home->metadataView()->control(Field::ModifyDate);
     QTest::mouseClick(date->dateButton(), Qt::LeftButton);
     DateConfigurationPanel* panel = home->metadataView()->datePanel();
     QVERIFY(panel && panel->carryBox());

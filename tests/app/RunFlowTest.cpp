@@ -80,7 +80,7 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     QCOMPARE(t.window().rootView()->selectedIndex(), 1);
 
     // The Artist typed into the form, the original date moved by one hour, names numbered.
-    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
+    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(Field::Artist)->input());
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     IDOT shift;
     shift.changeHours = 1;
@@ -177,7 +177,7 @@ void RunFlowTest::stopAnsweredNoGoesOnAndYesEndsTheRun() {
         t.app->scans().addFromDrop({folder});
         QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 120, 30000);
         HomeScreen* home = t.window().homeScreen();
-        home->metadataForm().editText(0, QStringLiteral("Jane Doe"));
+        home->metadataForm().editText(Field::Artist, QStringLiteral("Jane Doe"));
         const QString out = m_home->filePath(yes ? "OutYes" : "OutNo");
         QDir().mkpath(out);
         t.prompt.answers = {0, yes ? 0 : 1}; // YES to start; then the stop question

@@ -18,10 +18,10 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr int kLatitude = formPosition(Field::GPSLatitude);
-constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
-constexpr int kLongitude = formPosition(Field::GPSLongitude);
-constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
+constexpr Field kLatitude = Field::GPSLatitude;
+constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
+constexpr Field kLongitude = Field::GPSLongitude;
+constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 
 struct Place {
     const char* name;
@@ -126,7 +126,7 @@ void WrittenFromWindowTest::timeShiftMovesEachMarkedPhotosOwnDate() {
     QVERIFY(QTest::qWaitForWindowExposed(home->window()));
 
     // The panel of the original date, opened on the eight marked photos: one hour later.
-    FieldControl* control = home->metadataView()->control(formPosition(Field::DateTimeOriginal));
+    FieldControl* control = home->metadataView()->control(Field::DateTimeOriginal);
     QTest::mouseClick(control->dateButton(), Qt::LeftButton);
     DateConfigurationPanel* panel = home->metadataView()->datePanel();
     QVERIFY(panel && panel->isVisible());

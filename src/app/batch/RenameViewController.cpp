@@ -61,6 +61,26 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
     setWindowTitle(tr("Rename"));
     setWindowModality(Qt::WindowModal);
 
+    makeOptions();
+    fillChoices();
+    connectInputs();
+    QGridLayout* grid = makeGrid();
+    QLabel* title = makeTitle();
+    QHBoxLayout* buttons = makeButtons();
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(22, 18, 22, 16);
+    layout->addWidget(title);
+    layout->addWidget(label("lblConfigureSettingsToRename",
+                            tr("Configure Settings to Rename the selected files")));
+    layout->addSpacing(6);
+    layout->addLayout(grid);
+    layout->addSpacing(8);
+    layout->addLayout(buttons);
+    setMinimumWidth(520);
+}
+
+void RenameViewController::makeOptions() {
     const char* optionNames[] = {"btnKeepOriginal", "btnAddText", "btnReplaceText",
                                  "btnChangeFileNameFormat", "btnCaptureDateName"};
     const QString optionTexts[] = {tr("Keep Original File Names"), tr("Add Text:"),
@@ -75,6 +95,10 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
         m_panel.clickOption(Option(id));
         refreshControls();
     });
+}
+
+// The rows of the popups, and what the start number takes.
+void RenameViewController::fillChoices() {
     m_addPosition->addItems({tr("before name"), tr("after name")});
     m_where->addItems({tr("before name"), tr("after name")});
     m_nameFormat->addItems({tr("Name and Index"), tr("Name and Counter"), tr("Name and Date")});
@@ -84,7 +108,10 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
     // Any number as typed, with a sign or a decimal point; its integer value counts.
     m_startNumber->setValidator(new QRegularExpressionValidator(
         QRegularExpression(QStringLiteral("[+-]?[0-9]*\\.?[0-9]*")), m_startNumber));
+}
 
+// Every input hands its change to the panel at once, and the examples follow.
+void RenameViewController::connectInputs() {
     const auto onText = [this](QLineEdit* field, auto setter) {
         connect(field, &QLineEdit::textEdited, this, [this, setter](const QString& text) {
             (m_panel.*setter)(text);
@@ -119,7 +146,10 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
         m_panel.setMinDigitsRow(row);
         refreshExamples();
     });
+}
 
+// The options in a column, each with its inputs and example below it.
+QGridLayout* RenameViewController::makeGrid() {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(10);
     grid->setVerticalSpacing(6);
@@ -154,12 +184,19 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
     grid->addWidget(m_capturePattern, r++, 2);
     grid->addWidget(m_captureExample, r++, 1, 1, 2);
     grid->setColumnStretch(2, 1);
+    return grid;
+}
 
+QLabel* RenameViewController::makeTitle() {
     auto* title = label("lblRename", tr("Rename"));
     QFont font = title->font();
     font.setBold(true);
     font.setPointSizeF(font.pointSizeF() * 1.3);
     title->setFont(font);
+    return title;
+}
+
+QHBoxLayout* RenameViewController::makeButtons() {
     auto* save = named(new QPushButton(tr("Save")), "btnNext");
     auto* close = named(new QPushButton(tr("Close")), "btnClose");
     save->setDefault(true);
@@ -169,17 +206,7 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
     buttons->addStretch(1);
     buttons->addWidget(close);
     buttons->addWidget(save);
-
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(22, 18, 22, 16);
-    layout->addWidget(title);
-    layout->addWidget(label("lblConfigureSettingsToRename",
-                            tr("Configure Settings to Rename the selected files")));
-    layout->addSpacing(6);
-    layout->addLayout(grid);
-    layout->addSpacing(8);
-    layout->addLayout(buttons);
-    setMinimumWidth(520);
+    return buttons;
 }
 
 QLabel* RenameViewController::example(Option option) const {

@@ -5,6 +5,8 @@
 #include <QDialog>
 
 class QComboBox;
+class QGridLayout;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QRadioButton;
@@ -39,6 +41,14 @@ protected:
     void reject() override { clickedClose(); }
 
 private:
+    // The builders of the sheet, called in this order by the constructor.
+    void makeOptions();
+    void fillChoices();
+    void connectInputs();
+    QGridLayout* makeGrid();
+    QLabel* makeTitle();
+    QHBoxLayout* makeButtons();
+
     void resetAllComponents();
     void refreshControls();
     void refreshExamples();

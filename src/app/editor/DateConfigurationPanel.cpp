@@ -28,7 +28,7 @@ DatePanelState::Opening openingOf(const MetadataForm& form, DateField field) {
     opening.date = form.photoDate(field);
     opening.isMultipleSelected = form.isMultipleSelected();
     opening.isAllEmpty =
-        form.isEmptyInAllSelected(dateFieldsInRunOrder()[std::size_t(field)]->position);
+        form.isEmptyInAllSelected(dateFieldsInRunOrder()[std::size_t(field)]->field);
     opening.rule = form.dateRule(field);
     opening.slot = form.dateSlot(field);
     opening.isTouched = form.isDateRuleTouched(field);

@@ -1,6 +1,5 @@
 #include "app/editor/FieldControl.h"
 
-#include "editor/FormPopups.h"
 #include "editor/MetadataForm.h"
 #include "model/FormFieldTable.h"
 
@@ -37,7 +36,7 @@ QString dateButtonName(Field field) {
 } // namespace
 
 FieldControl::FieldControl(const FormField& field, QWidget* parent)
-    : QWidget(parent), m_position(field.position) {
+    : QWidget(parent), m_field(field.field) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
@@ -45,13 +44,13 @@ FieldControl::FieldControl(const FormField& field, QWidget* parent)
     if (field.kind == FormKind::Popup) {
         m_popup = new QComboBox;
         m_popup->setObjectName(name);
-        m_popup->addItems(FormPopups::rowTexts(field.position));
+        m_popup->addItems(FormPopups::rowTexts(field.field));
         m_popup->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         m_popup->setMinimumContentsLength(8);
         connect(m_popup, &QComboBox::activated, this, [this](int row) {
             const int previous = m_shownRow;
             m_shownRow = row;
-            emit rowChosen(m_position, row, previous);
+            emit rowChosen(m_field, row, previous);
         });
         layout->addWidget(m_popup, 1);
     } else if (field.field == Field::UserComment) {
@@ -60,14 +59,14 @@ FieldControl::FieldControl(const FormField& field, QWidget* parent)
         m_multiLine->setTabChangesFocus(true);
         m_multiLine->setFixedHeight(m_multiLine->fontMetrics().lineSpacing() * 3 + 12);
         connect(m_multiLine, &QPlainTextEdit::textChanged, this,
-                [this] { emit textEdited(m_position, m_multiLine->toPlainText()); });
+                [this] { emit textEdited(m_field, m_multiLine->toPlainText()); });
         layout->addWidget(m_multiLine, 1);
     } else {
         m_line = new QLineEdit;
         m_line->setObjectName(name);
         m_line->setClearButtonEnabled(false);
         connect(m_line, &QLineEdit::textEdited, this,
-                [this](const QString& text) { emit textEdited(m_position, text); });
+                [this](const QString& text) { emit textEdited(m_field, text); });
         layout->addWidget(m_line, 1);
         if (field.isDate()) {
             m_dateButton = new QToolButton;
@@ -75,7 +74,7 @@ FieldControl::FieldControl(const FormField& field, QWidget* parent)
             m_dateButton->setText(tr("Set..."));
             m_dateButton->setToolTip(tr("Choose the rule of this date"));
             connect(m_dateButton, &QToolButton::clicked, this,
-                    [this] { emit dateButtonClicked(m_position); });
+                    [this] { emit dateButtonClicked(m_field); });
             layout->addWidget(m_dateButton);
         }
     }
@@ -92,13 +91,13 @@ QWidget* FieldControl::input() const {
 
 void FieldControl::showValue(const MetadataForm& form) {
     if (m_popup) {
-        m_shownRow = form.popupRow(m_position);
+        m_shownRow = form.popupRow(m_field);
         const QSignalBlocker block(m_popup);
         m_popup->setCurrentIndex(m_shownRow);
         return;
     }
-    const QString text = form.text(m_position);
-    const QString placeholder = form.placeholderText(m_position);
+    const QString text = form.text(m_field);
+    const QString placeholder = form.placeholderText(m_field);
     if (m_multiLine) {
         const QSignalBlocker block(m_multiLine);
         if (m_multiLine->toPlainText() != text)

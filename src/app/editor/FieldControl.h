@@ -1,5 +1,8 @@
 #pragma once
 
+#include "editor/FormPopups.h"
+#include "model/Field.h"
+
 #include <QWidget>
 
 class QComboBox;
@@ -20,13 +23,13 @@ class FieldControl : public QWidget {
 public:
     FieldControl(const FormField& field, QWidget* parent = nullptr);
 
-    int position() const { return m_position; }
+    Field field() const { return m_field; }
     // The widget that takes the input (for tests, focus and the limit popover).
     QWidget* input() const;
     // The button that opens the date panel; none for other fields.
     QToolButton* dateButton() const { return m_dateButton; }
 
-    // Shows the form's text or row and placeholder for this position.
+    // Shows the form's text or row and placeholder for this field.
     void showValue(const MetadataForm& form);
     // The edited mark: a 1-pixel border in the accent colour.
     void setEdited(bool edited);
@@ -34,17 +37,17 @@ public:
     void restoreRow(int row);
 
 signals:
-    void textEdited(int position, const QString& text);
-    void rowChosen(int position, int row, int previousRow);
-    void dateButtonClicked(int position);
+    void textEdited(Field field, const QString& text);
+    void rowChosen(Field field, int row, int previousRow);
+    void dateButtonClicked(Field field);
 
 private:
-    int m_position;
+    Field m_field;
     QLineEdit* m_line = nullptr;
     QPlainTextEdit* m_multiLine = nullptr;
     QComboBox* m_popup = nullptr;
     QToolButton* m_dateButton = nullptr;
-    int m_shownRow = 0;
+    int m_shownRow = FormPopups::kBlankRow;
 };
 
 } // namespace tagmoor

@@ -10,12 +10,6 @@
 
 namespace tagmoor {
 
-namespace {
-
-constexpr int kKeywords = 46;
-
-} // namespace
-
 FormSectionView::FormSectionView(const FormSection& section, QWidget* parent)
     : QWidget(parent), m_title(new QLabel) {
     setObjectName(QStringLiteral("section_") + QString::fromLatin1(section.titleControl));
@@ -33,21 +27,20 @@ FormSectionView::FormSectionView(const FormSection& section, QWidget* parent)
     grid->addWidget(m_title, 0, 0, 1, 2);
     int row = 1;
     for (const FormLine& line : section.lines) {
-        const FormField* field = formFieldAt(line.position);
-        if (!field)
-            continue;
-        auto* control = new FieldControl(*field);
-        auto* label = new QLabel(labelOf(line.position));
-        label->setObjectName(QStringLiteral("lbl") + field->name());
+        const FormField& field = formField(line.field);
+        auto* control = new FieldControl(field);
+        auto* label = new QLabel(labelOf(line.field));
+        label->setObjectName(QStringLiteral("lbl") + field.name());
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         label->setWordWrap(true);
         label->setFixedWidth(128);
         label->setBuddy(control->input());
-        grid->addWidget(label, row, 0, field->position == 4 ? Qt::AlignTop : Qt::Alignment());
+        grid->addWidget(label, row, 0,
+                        line.field == Field::UserComment ? Qt::AlignTop : Qt::Alignment());
         grid->addWidget(control, row, 1);
         m_controls.append(control);
         ++row;
-        if (field->position == kKeywords) {
+        if (line.field == Field::Keywords) {
             auto* hint = new QLabel(tr("Enter keywords separated by commas"));
             hint->setObjectName(QStringLiteral("lblEnterKeywordsCommaSep"));
             hint->setForegroundRole(QPalette::PlaceholderText);

@@ -11,7 +11,7 @@ class FieldControl;
 struct FormSection;
 
 // One titled section of the editor form ("Camera Settings"): its title and one row of label
-// and control per position of the section's table.
+// and control per field of the section's table.
 class FormSectionView : public QWidget {
     Q_OBJECT
 public:

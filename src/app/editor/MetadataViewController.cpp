@@ -20,9 +20,6 @@ namespace tagmoor {
 
 namespace {
 
-constexpr int kLatitudeRef = 32;
-constexpr int kLongitudeRef = 34;
-
 const char* kBoxNames[] = {"boxExif", "boxPICT", "boxXMP"};
 
 // The edited mark, drawn on any input whose "edited" property is true.
@@ -66,7 +63,7 @@ MetadataViewController::MetadataViewController(MetadataForm& form, AppEvents& ev
             boxLayout->addWidget(view);
             m_sections.append(view);
             for (FieldControl* control : view->controls()) {
-                m_controls.insert(control->position(), control);
+                m_controls[control->field()] = control;
                 connect(control, &FieldControl::textEdited, this,
                         &MetadataViewController::textEdited);
                 connect(control, &FieldControl::rowChosen, this,
@@ -135,48 +132,52 @@ void MetadataViewController::setHideGeneral(bool hide) {
 }
 
 void MetadataViewController::refreshAll() {
-    for (FieldControl* control : std::as_const(m_controls))
-        control->showValue(m_form);
+    for (FieldControl* control : std::as_const(m_controls)) {
+        if (control)
+            control->showValue(m_form);
+    }
     highlightEditedFields();
 }
 
-void MetadataViewController::refreshField(int position) {
-    if (FieldControl* control = m_controls.value(position))
+void MetadataViewController::refreshField(Field field) {
+    if (FieldControl* control = m_controls[field])
         control->showValue(m_form);
 }
 
 void MetadataViewController::highlightEditedFields() {
-    for (FieldControl* control : std::as_const(m_controls))
-        control->setEdited(m_form.isHome() && m_form.isEdited(control->position()));
+    for (FieldControl* control : std::as_const(m_controls)) {
+        if (control)
+            control->setEdited(m_form.isHome() && m_form.isEdited(control->field()));
+    }
 }
 
-void MetadataViewController::textEdited(int position, const QString& text) {
-    const FieldInputResult result = m_form.editText(position, text);
-    FieldControl* control = m_controls.value(position);
+void MetadataViewController::textEdited(Field field, const QString& text) {
+    const FieldInputResult result = m_form.editText(field, text);
+    FieldControl* control = m_controls[field];
     if (result.text != text && control)
         control->showValue(m_form);
     if (result.limitMessage && control)
         showLimitMessage(control, *result.limitMessage);
 }
 
-void MetadataViewController::rowChosen(int position, int row, int previousRow) {
-    if (position == kLatitudeRef || position == kLongitudeRef) {
-        if (!m_form.chooseReferenceRow(position, row)) {
-            if (FieldControl* control = m_controls.value(position))
+void MetadataViewController::rowChosen(Field field, int row, int previousRow) {
+    if (field == Field::GPSLatitudeRef || field == Field::GPSLongitudeRef) {
+        if (!m_form.chooseReferenceRow(field, row)) {
+            if (FieldControl* control = m_controls[field])
                 control->restoreRow(previousRow);
         }
         return;
     }
-    m_form.choosePopupRow(position, row);
+    m_form.choosePopupRow(field, row);
 }
 
-void MetadataViewController::dateButtonClicked(int position) {
-    const auto field = dateFieldAt(position);
-    if (!field)
+void MetadataViewController::dateButtonClicked(Field field) {
+    const auto date = dateFieldOf(field);
+    if (!date)
         return;
-    auto* panel = new DateConfigurationPanel(m_form, *field, this);
+    auto* panel = new DateConfigurationPanel(m_form, *date, this);
     m_datePanel = panel;
-    FieldControl* control = m_controls.value(position);
+    FieldControl* control = m_controls[field];
     panel->popupAt(control && control->dateButton() ? static_cast<QWidget*>(control->dateButton())
                                                     : control);
 }

@@ -2,8 +2,8 @@
 
 #include "app/editor/DateConfigurationPanel.h"
 #include "editor/FormSections.h"
+#include "editor/PerField.h"
 
-#include <QHash>
 #include <QPointer>
 #include <QWidget>
 
@@ -35,7 +35,7 @@ public:
     void setHideGeneral(bool hide);
     bool isHideGeneral() const { return m_hideGeneral; }
 
-    FieldControl* control(int position) const { return m_controls.value(position); }
+    FieldControl* control(Field field) const { return m_controls[field]; }
     QWidget* box(Editor editor) const;
     // The limit popover, while it shows a message.
     QFrame* popoverDetails() const { return m_popover; }
@@ -45,11 +45,11 @@ public:
 
 private:
     void refreshAll();
-    void refreshField(int position);
+    void refreshField(Field field);
     void highlightEditedFields();
-    void textEdited(int position, const QString& text);
-    void rowChosen(int position, int row, int previousRow);
-    void dateButtonClicked(int position);
+    void textEdited(Field field, const QString& text);
+    void rowChosen(Field field, int row, int previousRow);
+    void dateButtonClicked(Field field);
     void showLimitMessage(FieldControl* control, const QString& message);
 
     MetadataForm& m_form;
@@ -57,7 +57,8 @@ private:
     QWidget* m_boxes[3] = {};
     QLabel* m_boxTitles[3] = {};
     QList<FormSectionView*> m_sections;
-    QHash<int, FieldControl*> m_controls;
+    // Every field has its control once the sections are built.
+    PerField<FieldControl*> m_controls;
     QFrame* m_popover;
     QLabel* m_popoverMessage;
     QPointer<DateConfigurationPanel> m_datePanel;

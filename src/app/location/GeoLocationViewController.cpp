@@ -42,12 +42,33 @@ GeoLocationViewController::GeoLocationViewController(AppEvents& events, const Se
     resize(720, 560);
     m_map->configureTiles(settings);
 
+    QLabel* heading = makeHeading();
+    setUpFields();
+    QHBoxLayout* coordinates = makeCoordinateRow();
+    QHBoxLayout* name = makeNameRow();
+    QHBoxLayout* bottom = makeBottomRow();
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 14, 16, 14);
+    layout->setSpacing(10);
+    layout->addWidget(heading);
+    layout->addLayout(coordinates);
+    layout->addLayout(name);
+    layout->addWidget(m_map, 1);
+    layout->addLayout(bottom);
+    connectControls();
+}
+
+QLabel* GeoLocationViewController::makeHeading() {
     auto* heading = new QLabel(tr("Change the location of the selected photos"));
     heading->setObjectName(QStringLiteral("lblChangeTheLocationOfTheSelected"));
     QFont bold = heading->font();
     bold.setBold(true);
     heading->setFont(bold);
+    return heading;
+}
 
+void GeoLocationViewController::setUpFields() {
     m_latitudeField->setObjectName(QStringLiteral("txtFieldLatitude"));
     m_longitudeField->setObjectName(QStringLiteral("txtFieldLongitude"));
     m_nameField->setObjectName(QStringLiteral("txtFieldName"));
@@ -62,25 +83,42 @@ GeoLocationViewController::GeoLocationViewController(AppEvents& events, const Se
     m_completer->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
     m_completer->popup()->setObjectName(QStringLiteral("namePlaces"));
     m_nameField->setCompleter(m_completer);
-    auto* latitudeLabel = new QLabel(tr("Latitude:"));
-    latitudeLabel->setObjectName(QStringLiteral("lblLatitude"));
-    auto* longitudeLabel = new QLabel(tr("Longitude:"));
-    longitudeLabel->setObjectName(QStringLiteral("lblLongitude"));
-    auto* nameLabel = new QLabel(tr("Place:"));
-    nameLabel->setObjectName(QStringLiteral("lblName"));
-    auto* viewLabel = new QLabel(tr("View:"));
-    viewLabel->setObjectName(QStringLiteral("lblView"));
+}
 
+namespace {
+
+QLabel* fieldLabel(const QString& text, const char* name, QWidget* buddy) {
+    auto* label = new QLabel(text);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setBuddy(buddy);
+    return label;
+}
+
+} // namespace
+
+QHBoxLayout* GeoLocationViewController::makeCoordinateRow() {
+    auto* latitudeLabel = fieldLabel(tr("Latitude:"), "lblLatitude", m_latitudeField);
+    auto* longitudeLabel = fieldLabel(tr("Longitude:"), "lblLongitude", m_longitudeField);
     auto* coordinates = new QHBoxLayout;
     coordinates->addWidget(latitudeLabel);
     coordinates->addWidget(m_latitudeField, 1);
     coordinates->addSpacing(12);
     coordinates->addWidget(longitudeLabel);
     coordinates->addWidget(m_longitudeField, 1);
-    auto* name = new QHBoxLayout;
-    name->addWidget(nameLabel);
-    name->addWidget(m_nameField, 1);
+    return coordinates;
+}
 
+QHBoxLayout* GeoLocationViewController::makeNameRow() {
+    auto* name = new QHBoxLayout;
+    name->addWidget(fieldLabel(tr("Place:"), "lblName", m_nameField));
+    name->addWidget(m_nameField, 1);
+    return name;
+}
+
+// The map type segment and the Done button.
+QHBoxLayout* GeoLocationViewController::makeBottomRow() {
+    auto* viewLabel = new QLabel(tr("View:"));
+    viewLabel->setObjectName(QStringLiteral("lblView"));
     auto* segment = new MapTypeSegment(QStringLiteral("segmentControl"));
     m_segment = segment->group();
     auto* bottom = new QHBoxLayout;
@@ -91,19 +129,10 @@ GeoLocationViewController::GeoLocationViewController(AppEvents& events, const Se
     m_close->setObjectName(QStringLiteral("btnCancel"));
     m_close->setDefault(true);
     bottom->addWidget(m_close);
+    return bottom;
+}
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(16, 14, 16, 14);
-    layout->setSpacing(10);
-    layout->addWidget(heading);
-    layout->addLayout(coordinates);
-    layout->addLayout(name);
-    layout->addWidget(m_map, 1);
-    layout->addLayout(bottom);
-    latitudeLabel->setBuddy(m_latitudeField);
-    longitudeLabel->setBuddy(m_longitudeField);
-    nameLabel->setBuddy(m_nameField);
-
+void GeoLocationViewController::connectControls() {
     connect(m_segment, &QButtonGroup::idClicked, this,
             &GeoLocationViewController::clickedOnSegment);
     for (QLineEdit* field : {m_latitudeField, m_longitudeField, m_nameField})

@@ -8,6 +8,7 @@
 
 class QButtonGroup;
 class QCompleter;
+class QHBoxLayout;
 class QStringListModel;
 class QLabel;
 class QLineEdit;
@@ -63,6 +64,14 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    // The builders of the dialog, called in this order by the constructor.
+    QLabel* makeHeading();
+    void setUpFields();
+    QHBoxLayout* makeCoordinateRow();
+    QHBoxLayout* makeNameRow();
+    QHBoxLayout* makeBottomRow();
+    void connectControls();
+
     void writeFields();
     void startReverseGeocoding();
 

@@ -129,7 +129,7 @@ void MapView::configureTiles(const Settings& settings, const QString& cacheFolde
     const bool testRun = QStandardPaths::isTestModeEnabled();
     const bool online = settings.loadMapTilesFromInternetOrDefault();
     for (const MapType type : allMapTypes) {
-        const std::optional<QString> stored = settings.mapTileUrl(int(type));
+        const std::optional<QString> stored = settings.mapTileUrl(type);
         QString address = online ? stored.value_or(QString()) : QString();
         if (online && type == MapType::standard && !stored && !testRun)
             address = QString::fromLatin1(kOpenStreetMapTiles);
@@ -324,13 +324,26 @@ void MapView::tileArrived(MapType type, int zoom, int x, int y, const QImage& im
 
 void MapView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    painter.fillRect(rect(), kSea);
+    if (paintTiles(painter))
+        QTimer::singleShot(0, this, qOverload<>(&QWidget::update));
+
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_pin)
+        paintPin(painter, pinPoint());
+    paintCaptions(painter);
+    painter.setPen(QPen(palette().color(QPalette::Mid), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+bool MapView::paintTiles(QPainter& painter) {
     const QPointF topLeft = topLeftWorld();
     const int count = 1 << m_zoom;
     const int firstX = int(std::floor(topLeft.x() / kTile));
     const int lastX = int(std::floor((topLeft.x() + width()) / kTile));
     const int firstY = int(std::floor(topLeft.y() / kTile));
     const int lastY = int(std::floor((topLeft.y() + height()) / kTile));
-    painter.fillRect(rect(), kSea);
     TileLoader* loader = m_loaders[std::size_t(m_mapType)];
     if (loader)
         loader->clearQueue();
@@ -362,29 +375,27 @@ void MapView::paintEvent(QPaintEvent*) {
             }
         }
     }
+    return pending;
+}
 
-    if (pending)
-        QTimer::singleShot(0, this, qOverload<>(&QWidget::update));
+void MapView::paintPin(QPainter& painter, QPointF tip) {
+    QPainterPath pin;
+    pin.moveTo(tip);
+    pin.cubicTo(tip + QPointF(-4, -8), tip + QPointF(-11, -14), tip + QPointF(-11, -23));
+    pin.arcTo(QRectF(tip + QPointF(-11, -34), QSizeF(22, 22)), 180, -180);
+    pin.cubicTo(tip + QPointF(11, -14), tip + QPointF(4, -8), tip);
+    painter.setPen(QPen(kPin.darker(140), 1));
+    painter.setBrush(kPin);
+    painter.drawPath(pin);
+    painter.setBrush(Qt::white);
+    painter.setPen(Qt::NoPen);
+    painter.drawEllipse(tip + QPointF(0, -23), 4, 4);
+    painter.setBrush(QColor(0, 0, 0, 60));
+    painter.drawEllipse(tip, 4, 1.5);
+}
 
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (m_pin) {
-        const QPointF tip = pinPoint();
-        QPainterPath pin;
-        pin.moveTo(tip);
-        pin.cubicTo(tip + QPointF(-4, -8), tip + QPointF(-11, -14), tip + QPointF(-11, -23));
-        pin.arcTo(QRectF(tip + QPointF(-11, -34), QSizeF(22, 22)), 180, -180);
-        pin.cubicTo(tip + QPointF(11, -14), tip + QPointF(4, -8), tip);
-        painter.setPen(QPen(kPin.darker(140), 1));
-        painter.setBrush(kPin);
-        painter.drawPath(pin);
-        painter.setBrush(Qt::white);
-        painter.setPen(Qt::NoPen);
-        painter.drawEllipse(tip + QPointF(0, -23), 4, 4);
-        painter.setBrush(QColor(0, 0, 0, 60));
-        painter.drawEllipse(tip, 4, 1.5);
-    }
-
-    // The credit of what is drawn, bottom right; the note of a map type without tiles on top.
+// The credit of what is drawn, bottom right; the note of a map type without tiles on top.
+void MapView::paintCaptions(QPainter& painter) {
     const QString credit = attribution();
     QFont small = font();
     small.setPointSizeF(small.pointSizeF() * 0.85);
@@ -398,19 +409,16 @@ void MapView::paintEvent(QPaintEvent*) {
     painter.setPen(QColor(60, 60, 60));
     painter.drawText(creditRect, Qt::AlignCenter, credit);
     const QString text = note();
-    if (!text.isEmpty()) {
-        QRect noteRect = metrics.boundingRect(rect().adjusted(40, 8, -40, 0),
-                                              Qt::AlignHCenter | Qt::TextWordWrap, text);
-        noteRect.adjust(-8, -4, 8, 4);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor(40, 40, 40, 190));
-        painter.drawRoundedRect(noteRect, 6, 6);
-        painter.setPen(Qt::white);
-        painter.drawText(noteRect, Qt::AlignCenter | Qt::TextWordWrap, text);
-    }
-    painter.setPen(QPen(palette().color(QPalette::Mid), 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    if (text.isEmpty())
+        return;
+    QRect noteRect = metrics.boundingRect(rect().adjusted(40, 8, -40, 0),
+                                          Qt::AlignHCenter | Qt::TextWordWrap, text);
+    noteRect.adjust(-8, -4, 8, 4);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(40, 40, 40, 190));
+    painter.drawRoundedRect(noteRect, 6, 6);
+    painter.setPen(Qt::white);
+    painter.drawText(noteRect, Qt::AlignCenter | Qt::TextWordWrap, text);
 }
 
 void MapView::mousePressEvent(QMouseEvent* event) {

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 
+class QPainter;
 class QToolButton;
 
 namespace tagmoor {
@@ -111,6 +112,11 @@ private:
     QPointF topLeftWorld() const;
     void setZoomAround(int zoom, QPointF anchor);
     QString attribution() const;
+    // The steps of a paint: the outline and web tiles (true while some outline tile is still
+    // to be drawn), the pin with its tip at `tip`, and the credit and note.
+    bool paintTiles(QPainter& painter);
+    static void paintPin(QPainter& painter, QPointF tip);
+    void paintCaptions(QPainter& painter);
 
     std::shared_ptr<const WorldOutline> m_outline;
     MapType m_mapType = MapType::standard;

@@ -179,7 +179,7 @@ QWidget* PreviewViewController::makeMetadata() {
             value->setTextInteractionFlags(Qt::TextSelectableByMouse);
             value->setWordWrap(true);
             form->addRow(QCoreApplication::translate("Form", line.label) + QLatin1Char(':'), value);
-            m_values.append({line.position, value});
+            m_values.append({line.field, value});
         }
     }
     layout->addWidget(m_boxes, 1);
@@ -205,25 +205,25 @@ void PreviewViewController::showEvent(QShowEvent* event) {
     setWindowTitle(tr("Tagmoor - Preview"));
 }
 
-QString PreviewViewController::valueText(int position) const {
+QString PreviewViewController::valueText(Field field) const {
     for (const auto& [at, label] : m_values) {
-        if (at == position)
+        if (at == field)
             return label->text();
     }
     return {};
 }
 
 void PreviewViewController::fillMetadata() {
-    for (const auto& [position, label] : std::as_const(m_values)) {
-        const FormField* field = formFieldAt(position);
+    for (const auto& [shown, label] : std::as_const(m_values)) {
+        const FormField& field = formField(shown);
         QString text;
-        if (field && m_record) {
-            if (field->kind == FormKind::Popup) {
-                const int row = FieldDisplay::popupRow(*m_record, *field);
-                const QStringList rows = FormPopups::rowTexts(position);
-                text = row > 0 && row < rows.size() ? rows[row] : QString();
+        if (m_record) {
+            if (field.kind == FormKind::Popup) {
+                const int row = FieldDisplay::popupRow(*m_record, field);
+                const QStringList rows = FormPopups::rowTexts(shown);
+                text = row > FormPopups::kBlankRow && row < rows.size() ? rows[row] : QString();
             } else {
-                text = FieldDisplay::text(*m_record, *field);
+                text = FieldDisplay::text(*m_record, field);
             }
         }
         label->setText(text);

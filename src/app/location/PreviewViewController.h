@@ -3,6 +3,7 @@
 #include "app/location/MapView.h"
 #include "geo/MapProjection.h"
 #include "model/CGImageProperties.h"
+#include "model/Field.h"
 #include "workingset/ThumbnailLoader.h"
 
 #include <QFutureWatcher>
@@ -59,7 +60,7 @@ public:
     // True while the picture is being decoded.
     bool isLoadingPicture() const { return m_loader.isRunning(); }
     // The value a metadata row shows (tests).
-    QString valueText(int position) const;
+    QString valueText(Field field) const;
 
 signals:
     void pictureShown();
@@ -83,7 +84,7 @@ private:
     QButtonGroup* m_segment = nullptr;
     QButtonGroup* m_tabs = nullptr;
     QStackedWidget* m_boxes = nullptr;
-    QList<QPair<int, QLabel*>> m_values;
+    QList<QPair<Field, QLabel*>> m_values;
     QList<PinAnnotation> m_mapAnnotations;
     float m_latitude = 0;
     float m_longitude = 0;

@@ -1,6 +1,7 @@
 #include "app/presets/PresetsDetailsViewController.h"
 
 #include "app/editor/MetadataViewController.h"
+#include "app/presets/PresetMenuRow.h"
 #include "app/widgets/GroupTabs.h"
 #include "editor/EditorState.h"
 #include "editor/FormSections.h"
@@ -58,7 +59,22 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
       m_cancel(makeButton(QStringLiteral("btnCancel"), tr("Cancel"))),
       m_tabs(new QButtonGroup(this)), m_hint(new QLabel) {
     setObjectName(QStringLiteral("PresetsDetailsViewController"));
+    setUpControls();
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(18, 14, 18, 14);
+    layout->setSpacing(10);
+    layout->addLayout(makePanes(), 1);
+    auto* line = new QFrame;
+    line->setFrameShape(QFrame::HLine);
+    line->setFrameShadow(QFrame::Sunken);
+    layout->addWidget(line);
+    layout->addLayout(makeBottomRow());
+    connectControls();
+    reloadTable();
+    selectionChanged();
+}
 
+void PresetsDetailsViewController::setUpControls() {
     m_title->setObjectName(QStringLiteral("lblPresets"));
     QFont titleFont = m_title->font();
     titleFont.setBold(true);
@@ -76,7 +92,10 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     m_hint->setText(tr("Double-click a name to rename it."));
     m_hint->setForegroundRole(QPalette::PlaceholderText);
     m_hint->setWordWrap(true);
+}
 
+// The presets, with Add and Remove below them.
+QVBoxLayout* PresetsDetailsViewController::makeListSide() {
     auto* listButtons = new QHBoxLayout;
     listButtons->addWidget(m_add);
     listButtons->addWidget(m_remove);
@@ -87,7 +106,11 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     listSide->addWidget(m_table, 1);
     listSide->addLayout(listButtons);
     listSide->addWidget(m_hint);
+    return listSide;
+}
 
+// The family tabs over the preset's form.
+QVBoxLayout* PresetsDetailsViewController::makeFormSide() {
     auto* tabs = new QHBoxLayout;
     for (QToolButton* tab : addGroupTabs(m_tabs, tabs))
         tab->setStyleSheet(QString::fromLatin1(kTabStyle));
@@ -96,16 +119,22 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     formSide->setSpacing(8);
     formSide->addLayout(tabs);
     formSide->addWidget(m_editor, 1);
+    return formSide;
+}
 
+QHBoxLayout* PresetsDetailsViewController::makePanes() {
     auto* panes = new QHBoxLayout;
     panes->setSpacing(16);
-    panes->addLayout(listSide, 0);
+    panes->addLayout(makeListSide(), 0);
     auto* divider = new QFrame;
     divider->setFrameShape(QFrame::VLine);
     divider->setFrameShadow(QFrame::Sunken);
     panes->addWidget(divider);
-    panes->addLayout(formSide, 1);
+    panes->addLayout(makeFormSide(), 1);
+    return panes;
+}
 
+QHBoxLayout* PresetsDetailsViewController::makeBottomRow() {
     auto* bottom = new QHBoxLayout;
     bottom->addStretch(1);
     bottom->addWidget(m_cancel);
@@ -113,17 +142,10 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     m_save->setDefault(true);
     m_save->setMinimumWidth(110);
     m_cancel->setMinimumWidth(110);
+    return bottom;
+}
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(18, 14, 18, 14);
-    layout->setSpacing(10);
-    layout->addLayout(panes, 1);
-    auto* line = new QFrame;
-    line->setFrameShape(QFrame::HLine);
-    line->setFrameShadow(QFrame::Sunken);
-    layout->addWidget(line);
-    layout->addLayout(bottom);
-
+void PresetsDetailsViewController::connectControls() {
     connect(m_add, &QPushButton::clicked, this, &PresetsDetailsViewController::addPreset);
     connect(m_remove, &QPushButton::clicked, this, &PresetsDetailsViewController::removePreset);
     connect(m_save, &QPushButton::clicked, this, &PresetsDetailsViewController::clickedSave);
@@ -134,18 +156,16 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     connect(m_table, &QListWidget::currentRowChanged, this,
             &PresetsDetailsViewController::selectionChanged);
     connect(m_table, &QListWidget::itemChanged, this, &PresetsDetailsViewController::itemChanged);
-    connect(&objects.events, &AppEvents::PresetsDetailsOTM, this,
+    connect(&m_objects.events, &AppEvents::PresetsDetailsOTM, this,
             &PresetsDetailsViewController::presetsDetailsRequested);
-    reloadTable();
-    selectionChanged();
 }
 
 void PresetsDetailsViewController::presetsDetailsRequested(int row) {
     m_isPresetLoaded = false;
-    const int last = int(m_objects.presets.size()) + 1;
-    if (row != 0 && row != last)
+    const PresetMenuRow kind = presetMenuRow(row, m_objects.presets.size());
+    if (kind != PresetMenuRow::newConfiguration && kind != PresetMenuRow::editPresets)
         return; // a saved preset: the home form takes it, the panel stays closed
-    m_isNewPreset = row == 0;
+    m_isNewPreset = kind == PresetMenuRow::newConfiguration;
     QTimer::singleShot(kOpenDelayMs, this,
                        [this] { emit m_objects.events.UpdateVCOTM(RootPage::presetsDetails); });
 }

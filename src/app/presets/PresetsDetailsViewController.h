@@ -3,10 +3,12 @@
 #include <QWidget>
 
 class QButtonGroup;
+class QHBoxLayout;
 class QLabel;
 class QListWidget;
 class QListWidgetItem;
 class QPushButton;
+class QVBoxLayout;
 
 namespace tagmoor {
 
@@ -65,6 +67,14 @@ public:
     MetadataViewController* editor() const { return m_editor; }
 
 private:
+    // The builders of the panel, called by the constructor.
+    void setUpControls();
+    QVBoxLayout* makeListSide();
+    QVBoxLayout* makeFormSide();
+    QHBoxLayout* makePanes();
+    QHBoxLayout* makeBottomRow();
+    void connectControls();
+
     void reloadTable();
     // The list changed in another program: the table follows, and the preset on display
     // stays chosen (found by its name) with what the form holds.

@@ -1,5 +1,6 @@
 #include "app/presets/PresetsViewController.h"
 
+#include "app/presets/PresetMenuRow.h"
 #include "editor/MetadataForm.h"
 #include "foundation/AppEvents.h"
 #include "presets/PresetStore.h"
@@ -46,10 +47,11 @@ void PresetsViewController::reloadRows() {
     m_table->clear();
     const QList<ActualPreset> rows = m_objects.presets.menuRows();
     for (qsizetype i = 0; i < rows.size(); ++i) {
-        const bool fixed = i == 0 || i == rows.size() - 1;
+        const PresetMenuRow kind = presetMenuRow(i, rows.size() - 2);
+        const bool fixed = kind != PresetMenuRow::savedPreset;
         // The fixed rows are translated; saved names are shown as the user wrote them.
-        const QString name = i == 0  ? tr("New Configuration")
-                             : fixed ? tr("Edit Presets...")
+        const QString name = kind == PresetMenuRow::newConfiguration ? tr("New Configuration")
+                             : fixed                                 ? tr("Edit Presets...")
                                      : rows[i].name.value_or(QString());
         auto* item = new QListWidgetItem(name, m_table);
         if (fixed) {
@@ -82,15 +84,15 @@ void PresetsViewController::showAt(QWidget* anchor) {
 }
 
 void PresetsViewController::chooseRow(int row) {
-    const qsizetype count = m_objects.presets.size() + 2;
-    if (row < 0 || row >= count)
+    const PresetMenuRow kind = presetMenuRow(row, m_objects.presets.size());
+    if (kind == PresetMenuRow::outside)
         return;
     hide();
     emit m_objects.events.PresetsDetailsOTM(row);
     // A saved preset goes into the home form at once; the fixed rows open the panel, which
     // watches the same notification.
-    if (row > 0 && row < count - 1) {
-        const ActualPreset preset = m_objects.presets.preset(row - 1);
+    if (kind == PresetMenuRow::savedPreset) {
+        const ActualPreset preset = m_objects.presets.preset(presetOfMenuRow(row));
         m_objects.homeForm.showPreset(preset.properties.value_or(makeEmptyRecord(std::nullopt)),
                                       preset.timeSetting.value_or(OriginalFinalDate{}));
     }

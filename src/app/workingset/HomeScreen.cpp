@@ -762,7 +762,7 @@ void HomeScreen::showInfo(int row) {
          {Field::Make, Field::CameraModalName, Field::DateTimeOriginal, Field::Artist}) {
         const QString value = FieldDisplay::text(record, formField(field));
         if (!value.isEmpty())
-            facts.append({labelOf(formPosition(field)), value});
+            facts.append({labelOf(field), value});
     }
     auto* dialog = new FileInfoDialog(record.path(), facts, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);

@@ -37,10 +37,10 @@ const char* dateRuleName(DateField field) {
     return rowOf(field).ruleName;
 }
 
-std::optional<DateField> dateFieldAt(int formPosition) {
+std::optional<DateField> dateFieldOf(Field field) {
     const auto fields = dateFieldsInRunOrder();
     for (std::size_t i = 0; i < fields.size(); ++i) {
-        if (fields[i]->position == formPosition)
+        if (fields[i]->field == field)
             return allDateFields[i];
     }
     return std::nullopt;

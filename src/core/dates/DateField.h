@@ -5,6 +5,8 @@
 
 namespace tagmoor {
 
+enum class Field;
+
 // The six date fields of a photo that carry a rule, in the order in which they are stored
 // and handled: the one table that everything about them is derived from. Each row gives
 //   - the field's name: its enumerator, the member that holds its date, its stored name;
@@ -39,7 +41,7 @@ const char* dateFieldName(DateField field);
 // The name of the field's rule in the stored rules, e.g. "configurationTimeOriginal".
 const char* dateRuleName(DateField field);
 
-// The date field shown at a position of the editor form, if one is.
-std::optional<DateField> dateFieldAt(int formPosition);
+// The date field a field of the editor form shows, if it shows one.
+std::optional<DateField> dateFieldOf(Field field);
 
 } // namespace tagmoor

@@ -6,7 +6,7 @@
 
 namespace tagmoor {
 
-// The edit state that the editor writes and a run reads: which form positions were edited,
+// The edit state that the editor writes and a run reads: which form fields were edited,
 // the date rules of the main form and of the preset panel's form, the photo on display and
 // its own dates. One object for the application, owned by the shell and handed to the editor
 // and (as a copy) to the run.

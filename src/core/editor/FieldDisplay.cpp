@@ -8,13 +8,13 @@
 
 namespace tagmoor {
 
-bool presetHoldsValue(const CGImageProperties& values, int position) {
-    const FormField* field = formFieldAt(position);
-    if (!field || field->isDate())
+bool presetHoldsValue(const CGImageProperties& values, Field field) {
+    const FormField& row = formField(field);
+    if (row.isDate())
         return false;
-    if (field->kind == FormKind::Popup)
-        return FieldDisplay::popupRow(values, *field) != 0;
-    return !FieldDisplay::text(values, *field).isEmpty();
+    if (row.kind == FormKind::Popup)
+        return FieldDisplay::popupRow(values, row) != FormPopups::kBlankRow;
+    return !FieldDisplay::text(values, row).isEmpty();
 }
 
 namespace {
@@ -95,7 +95,7 @@ QString text(const CGImageProperties& record, const FormField& field) {
 }
 
 int popupRow(const CGImageProperties& record, const FormField& field) {
-    return FormPopups::rowOf(field.position, valueOf(record, field));
+    return FormPopups::rowOf(field.field, valueOf(record, field));
 }
 
 bool isEmpty(const CGImageProperties& record, const FormField& field) {
@@ -113,7 +113,8 @@ bool agree(const CGImageProperties& a, const CGImageProperties& b, const FormFie
     if (va == vb)
         return true;
     if (field.kind == FormKind::Popup)
-        return popupRow(a, field) == popupRow(b, field) && popupRow(a, field) != 0;
+        return popupRow(a, field) == popupRow(b, field) &&
+               popupRow(a, field) != FormPopups::kBlankRow;
     if (field.kind == FormKind::Date) {
         const auto da = va.date();
         const auto db = vb.date();

@@ -7,9 +7,9 @@
 
 namespace tagmoor {
 
-// Whether a preset's record holds a value the form shows for the field at `position`: a text
-// that shows, a number other than zero, a popup off its blank row.
-bool presetHoldsValue(const CGImageProperties& values, int position);
+// Whether a preset's record holds a value the form shows for the field: a text that shows, a
+// number other than zero, a popup off its blank row.
+bool presetHoldsValue(const CGImageProperties& values, Field field);
 
 // How one record's value of a form field looks in its control, and when two records agree
 // on a field. Main thread; pure.
@@ -20,7 +20,7 @@ namespace FieldDisplay {
 // by the shared rule formatter. Popups have no text: see popupRow.
 QString text(const CGImageProperties& record, const FormField& field);
 
-// The row a popup shows for the record (0 when the value stands in no row).
+// The row a popup shows for the record (the blank row when the value stands in no row).
 int popupRow(const CGImageProperties& record, const FormField& field);
 
 // Whether the field counts as empty in the record: no text to show, or no popup value.

@@ -40,41 +40,41 @@ QString plainNumber(float value) {
 
 } // namespace
 
-NumericClass numericClassOf(int position) {
-    switch (position) {
-    case 12: // ISO
+NumericClass numericClassOf(Field field) {
+    switch (field) {
+    case Field::ISO:
         return NumericClass::IntegerWithLimit;
-    case 15: // focal length in 35 mm
-    case 23: // white balance
-    case 24: // saturation
-    case 26: // sharpness
-    case 79: // standard output sensitivity
-    case 82: // colour space
+    case Field::FocalLengthIn35mmFormat:
+    case Field::WhiteBalance:
+    case Field::Saturation:
+    case Field::Sharpness:
+    case Field::StandardOutputSensitivityOthers:
+    case Field::ColorSpaceOthers:
         return NumericClass::Integer;
-    case 13: // F number
-    case 14: // focal length
-    case 20: // exposure time
-    case 63: // X resolution
-    case 64: // Y resolution
-    case 80: // compressed bits per pixel
-    case 81: // max aperture value
-    case 89: // digital zoom ratio
+    case Field::FNumber:
+    case Field::FocalLength:
+    case Field::ExposureTime:
+    case Field::FXResolutionTiffData:
+    case Field::FYResolutionTiffData:
+    case Field::CompressedBitsPerPixelOthers:
+    case Field::MaxApertureValueOthers:
+    case Field::DigitalZoomRatioOthers:
         return NumericClass::DecimalWithLimit;
-    case 31: // GPS latitude
-    case 33: // GPS longitude
-    case 35: // GPS altitude
-    case 66: // primary chromaticities
+    case Field::GPSLatitude:
+    case Field::GPSLongitude:
+    case Field::GPSAltitude:
+    case Field::PrimaryChromaticitiesTiffData:
         return NumericClass::Decimal;
     default:
         return NumericClass::None;
     }
 }
 
-float limitOf(int position) {
-    switch (position) {
-    case 13:
+float limitOf(Field field) {
+    switch (field) {
+    case Field::FNumber:
         return 1024.0f;
-    case 14:
+    case Field::FocalLength:
         return std::numeric_limits<float>::max();
     default:
         return kDefaultLimit;
@@ -116,8 +116,8 @@ QString limitMessageFor(float limit) {
            floatText(limit);
 }
 
-FieldInputResult checkFieldInput(int position, const QString& typed) {
-    const NumericClass kind = numericClassOf(position);
+FieldInputResult checkFieldInput(Field field, const QString& typed) {
+    const NumericClass kind = numericClassOf(field);
     FieldInputResult result{typed, std::nullopt};
     if (kind == NumericClass::None)
         return result;
@@ -128,7 +128,7 @@ FieldInputResult checkFieldInput(int position, const QString& typed) {
     const bool limited = kind == NumericClass::IntegerWithLimit ||
                          kind == NumericClass::DecimalWithLimit || kind == NumericClass::Decimal;
     if (limited) {
-        const float limit = limitOf(position);
+        const float limit = limitOf(field);
         if (leadingFloat(result.text) > limit) {
             result.limitMessage = limitMessageFor(limit);
             result.text.chop(1);

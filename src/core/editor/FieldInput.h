@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/Field.h"
+
 #include <QString>
 
 #include <optional>
@@ -15,10 +17,10 @@ enum class NumericClass {
     DecimalWithLimit, // the same, with the limit check in between
 };
 
-NumericClass numericClassOf(int position);
+NumericClass numericClassOf(Field field);
 
 // The largest value a field takes (a 32-bit float).
-float limitOf(int position);
+float limitOf(Field field);
 
 // What the text change path makes of a typed text: the text the control then holds, and the
 // message of the limit popover when the value went over the limit.
@@ -28,9 +30,9 @@ struct FieldInputResult {
     bool operator==(const FieldInputResult&) const = default;
 };
 
-// Runs the numeric checks of the field at `position` on `typed`: parse, limit check, filter.
-// A field that is not numeric gets its text back unchanged.
-FieldInputResult checkFieldInput(int position, const QString& typed);
+// Runs the numeric checks of the field on `typed`: parse, limit check, filter. A field that
+// is not numeric gets its text back unchanged.
+FieldInputResult checkFieldInput(Field field, const QString& typed);
 
 // Keeps "0" to "9" and, in decimal mode, the first ".".
 QString filterDigits(const QString& text, bool decimal);

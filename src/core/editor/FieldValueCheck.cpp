@@ -37,13 +37,13 @@ QString numberText(double value) {
 }
 
 std::optional<QString> refusedCode(const FormField& field, const PropertyValue& value) {
-    if (field.kind != FormKind::Popup || !FormPopups::isPopup(field.position) ||
-        FormPopups::rowOf(field.position, value) > 0)
+    if (field.kind != FormKind::Popup || !FormPopups::isPopup(field.field) ||
+        FormPopups::rowOf(field.field, value) > FormPopups::kBlankRow)
         return std::nullopt;
-    const QStringList texts = FormPopups::rowTexts(field.position);
+    const QStringList texts = FormPopups::rowTexts(field.field);
     QStringList allowed;
-    for (int row = 1; row < texts.size(); ++row) {
-        const auto stored = FormPopups::valueOfRow(field.position, row);
+    for (int row = FormPopups::kBlankRow + 1; row < texts.size(); ++row) {
+        const auto stored = FormPopups::valueOfRow(field.field, row);
         if (!stored)
             continue;
         if (allowed.size() == kListedValues) {
@@ -160,7 +160,7 @@ std::optional<QString> refusedNumber(const FormField& field, double number) {
 // The name the command line and the form give a date field ("DateTimeOriginal").
 QString formNameOf(DateField field) {
     for (const FormField* f : dateFieldsInRunOrder()) {
-        if (dateFieldAt(f->position) == field)
+        if (dateFieldOf(f->field) == field)
             return f->name();
     }
     return {};
@@ -237,7 +237,7 @@ std::optional<QString> refusedRunValue(const CGImageProperties& editedProperties
         if (!flags.test(field.field))
             continue;
         if (field.isDate()) {
-            const auto dateField = dateFieldAt(field.position);
+            const auto dateField = dateFieldOf(field.field);
             if (!dateField)
                 continue;
             if (auto refused =

@@ -13,11 +13,8 @@ namespace {
 struct CountryList {};
 using Source = std::variant<std::monostate, CodeTable, LetterTable, CountryList>;
 
-Source sourceOf(int position) {
-    const auto field = fieldAtPosition(position);
-    if (!field)
-        return std::monostate{};
-    switch (*field) {
+Source sourceOf(Field field) {
+    switch (field) {
     case Field::Flash:
         return CodeTable::Flash;
     case Field::Orientation:
@@ -61,11 +58,11 @@ template <class... Ts> Overloaded(Ts...) -> Overloaded<Ts...>;
 
 namespace FormPopups {
 
-bool isPopup(int position) {
-    return !std::holds_alternative<std::monostate>(sourceOf(position));
+bool isPopup(Field field) {
+    return !std::holds_alternative<std::monostate>(sourceOf(field));
 }
 
-QStringList rowTexts(int position) {
+QStringList rowTexts(Field field) {
     QStringList texts;
     std::visit(Overloaded{
                    [](std::monostate) {},
@@ -82,25 +79,25 @@ QStringList rowTexts(int position) {
                            texts << r.name;
                    },
                },
-               sourceOf(position));
+               sourceOf(field));
     return texts;
 }
 
-int rowOf(int position, const PropertyValue& value) {
+int rowOf(Field field, const PropertyValue& value) {
     return std::visit(Overloaded{
-                          [](std::monostate) { return 0; },
+                          [](std::monostate) { return kBlankRow; },
                           [&](CodeTable t) { return rowOfValue(t, value); },
                           [&](LetterTable t) { return rowOfValue(t, value); },
                           [&](CountryList) {
                               const auto code = value.text();
-                              return code ? CountryHelper::indexOfCountry(*code) : 0;
+                              return code ? CountryHelper::indexOfCountry(*code) : kBlankRow;
                           },
                       },
-                      sourceOf(position));
+                      sourceOf(field));
 }
 
-std::optional<PropertyValue> valueOfRow(int position, int row) {
-    if (row <= 0)
+std::optional<PropertyValue> valueOfRow(Field field, int row) {
+    if (row <= kBlankRow)
         return std::nullopt;
     return std::visit(Overloaded{
                           [](std::monostate) -> std::optional<PropertyValue> { return {}; },
@@ -121,7 +118,7 @@ std::optional<PropertyValue> valueOfRow(int position, int row) {
                               return PropertyValue(rows[std::size_t(row)].code);
                           },
                       },
-                      sourceOf(position));
+                      sourceOf(field));
 }
 
 } // namespace FormPopups

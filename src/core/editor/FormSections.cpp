@@ -8,80 +8,96 @@ namespace tagmoor {
 
 namespace {
 
-constexpr FormLine kGeneral[] = {{0, QT_TRANSLATE_NOOP("Form", "Artist")},
-                                 {1, QT_TRANSLATE_NOOP("Form", "Image Description")},
-                                 {2, QT_TRANSLATE_NOOP("Form", "Copyright")},
-                                 {3, QT_TRANSLATE_NOOP("Form", "Software")},
-                                 {4, QT_TRANSLATE_NOOP("Form", "User Comment")}};
-constexpr FormLine kCamera[] = {{5, QT_TRANSLATE_NOOP("Form", "Make")},
-                                {6, QT_TRANSLATE_NOOP("Form", "Camera Model")},
-                                {7, QT_TRANSLATE_NOOP("Form", "Owner Name")},
-                                {8, QT_TRANSLATE_NOOP("Form", "Serial Number")}};
-constexpr FormLine kDate[] = {{9, QT_TRANSLATE_NOOP("Form", "Date Time Original")},
-                              {10, QT_TRANSLATE_NOOP("Form", "Creation Date")},
-                              {11, QT_TRANSLATE_NOOP("Form", "Modify Date")}};
-constexpr FormLine kCameraSettings[] = {{12, QT_TRANSLATE_NOOP("Form", "ISO")},
-                                        {13, QT_TRANSLATE_NOOP("Form", "F Number")},
-                                        {14, QT_TRANSLATE_NOOP("Form", "Focal Length")},
-                                        {15, QT_TRANSLATE_NOOP("Form", "Focal Length (35 mm)")},
-                                        {16, QT_TRANSLATE_NOOP("Form", "Flash")},
-                                        {17, QT_TRANSLATE_NOOP("Form", "Orientation")}};
+constexpr FormLine kGeneral[] = {
+    {Field::Artist, QT_TRANSLATE_NOOP("Form", "Artist")},
+    {Field::ImageDescription, QT_TRANSLATE_NOOP("Form", "Image Description")},
+    {Field::Copyright, QT_TRANSLATE_NOOP("Form", "Copyright")},
+    {Field::Software, QT_TRANSLATE_NOOP("Form", "Software")},
+    {Field::UserComment, QT_TRANSLATE_NOOP("Form", "User Comment")}};
+constexpr FormLine kCamera[] = {{Field::Make, QT_TRANSLATE_NOOP("Form", "Make")},
+                                {Field::CameraModalName, QT_TRANSLATE_NOOP("Form", "Camera Model")},
+                                {Field::OwnerName, QT_TRANSLATE_NOOP("Form", "Owner Name")},
+                                {Field::SerialNumber, QT_TRANSLATE_NOOP("Form", "Serial Number")}};
+constexpr FormLine kDate[] = {
+    {Field::DateTimeOriginal, QT_TRANSLATE_NOOP("Form", "Date Time Original")},
+    {Field::CreationDate, QT_TRANSLATE_NOOP("Form", "Creation Date")},
+    {Field::ModifyDate, QT_TRANSLATE_NOOP("Form", "Modify Date")}};
+constexpr FormLine kCameraSettings[] = {
+    {Field::ISO, QT_TRANSLATE_NOOP("Form", "ISO")},
+    {Field::FNumber, QT_TRANSLATE_NOOP("Form", "F Number")},
+    {Field::FocalLength, QT_TRANSLATE_NOOP("Form", "Focal Length")},
+    {Field::FocalLengthIn35mmFormat, QT_TRANSLATE_NOOP("Form", "Focal Length (35 mm)")},
+    {Field::Flash, QT_TRANSLATE_NOOP("Form", "Flash")},
+    {Field::Orientation, QT_TRANSLATE_NOOP("Form", "Orientation")}};
 constexpr FormLine kAdvancedCameraSettings[] = {
-    {18, QT_TRANSLATE_NOOP("Form", "Exposure Mode")},
-    {19, QT_TRANSLATE_NOOP("Form", "Exposure Program")},
-    {20, QT_TRANSLATE_NOOP("Form", "Exposure Time")},
-    {21, QT_TRANSLATE_NOOP("Form", "Metering Mode")},
-    {22, QT_TRANSLATE_NOOP("Form", "Scene Capture Type")},
-    {23, QT_TRANSLATE_NOOP("Form", "White Balance")},
-    {24, QT_TRANSLATE_NOOP("Form", "Saturation")},
-    {25, QT_TRANSLATE_NOOP("Form", "Sensing Method")},
-    {26, QT_TRANSLATE_NOOP("Form", "Sharpness")},
-    {27, QT_TRANSLATE_NOOP("Form", "Subject Distance Range")}};
-constexpr FormLine kLens[] = {{28, QT_TRANSLATE_NOOP("Form", "Lens Make")},
-                              {29, QT_TRANSLATE_NOOP("Form", "Lens Model")},
-                              {30, QT_TRANSLATE_NOOP("Form", "Lens Serial Number")}};
-constexpr FormLine kGps[] = {
-    {31, QT_TRANSLATE_NOOP("Form", "Latitude")},  {32, QT_TRANSLATE_NOOP("Form", "Latitude Ref.")},
-    {33, QT_TRANSLATE_NOOP("Form", "Longitude")}, {34, QT_TRANSLATE_NOOP("Form", "Longitude Ref.")},
-    {35, QT_TRANSLATE_NOOP("Form", "Altitude")},  {36, QT_TRANSLATE_NOOP("Form", "Altitude Ref.")}};
-constexpr FormLine kTiffData[] = {{61, QT_TRANSLATE_NOOP("Form", "Compression")},
-                                  {62, QT_TRANSLATE_NOOP("Form", "Document Name")},
-                                  {63, QT_TRANSLATE_NOOP("Form", "X Resolution")},
-                                  {64, QT_TRANSLATE_NOOP("Form", "Y Resolution")},
-                                  {65, QT_TRANSLATE_NOOP("Form", "Host Computer")},
-                                  {66, QT_TRANSLATE_NOOP("Form", "Primary Chromaticities")}};
-constexpr FormLine kOthers[] = {{77, QT_TRANSLATE_NOOP("Form", "Spectral Sensitivity")},
-                                {78, QT_TRANSLATE_NOOP("Form", "Sensitivity Type")},
-                                {79, QT_TRANSLATE_NOOP("Form", "Standard Output Sensitivity")},
-                                {80, QT_TRANSLATE_NOOP("Form", "Compressed Bits per Pixel")},
-                                {81, QT_TRANSLATE_NOOP("Form", "Max Aperture Value")},
-                                {82, QT_TRANSLATE_NOOP("Form", "Color Space")},
-                                {83, QT_TRANSLATE_NOOP("Form", "Light Source")},
-                                {89, QT_TRANSLATE_NOOP("Form", "Digital Zoom Ratio")}};
-constexpr FormLine kAuthor[] = {{37, QT_TRANSLATE_NOOP("Form", "By-line")},
-                                {38, QT_TRANSLATE_NOOP("Form", "By-line Title")},
-                                {39, QT_TRANSLATE_NOOP("Form", "Copyright Notice")}};
-constexpr FormLine kInformation[] = {{40, QT_TRANSLATE_NOOP("Form", "Headline")},
-                                     {41, QT_TRANSLATE_NOOP("Form", "Caption/Abstract")},
-                                     {42, QT_TRANSLATE_NOOP("Form", "Writer/Editor")},
-                                     {43, QT_TRANSLATE_NOOP("Form", "Object Name")}};
-constexpr FormLine kCategory[] = {{44, QT_TRANSLATE_NOOP("Form", "Category")},
-                                  {45, QT_TRANSLATE_NOOP("Form", "Supplemental Categories")}};
-constexpr FormLine kKeywords[] = {{46, QT_TRANSLATE_NOOP("Form", "Keywords")}};
-constexpr FormLine kLocation[] = {{47, QT_TRANSLATE_NOOP("Form", "Sub-location")},
-                                  {48, QT_TRANSLATE_NOOP("Form", "City")},
-                                  {49, QT_TRANSLATE_NOOP("Form", "Province/State")},
-                                  {50, QT_TRANSLATE_NOOP("Form", "Country Name")},
-                                  {51, QT_TRANSLATE_NOOP("Form", "Country Code")}};
-constexpr FormLine kWorkflow[] = {{52, QT_TRANSLATE_NOOP("Form", "Transmission Reference")},
-                                  {53, QT_TRANSLATE_NOOP("Form", "Special Instructions")},
-                                  {54, QT_TRANSLATE_NOOP("Form", "Credit")},
-                                  {55, QT_TRANSLATE_NOOP("Form", "Source")}};
-constexpr FormLine kGeneralXmp[] = {{56, QT_TRANSLATE_NOOP("Form", "Serial Number")},
-                                    {57, QT_TRANSLATE_NOOP("Form", "Lens")},
-                                    {58, QT_TRANSLATE_NOOP("Form", "Create Date")},
-                                    {59, QT_TRANSLATE_NOOP("Form", "Modify Date")}};
-constexpr FormLine kPhotoshop[] = {{60, QT_TRANSLATE_NOOP("Form", "Date Created")}};
+    {Field::ExposureMode, QT_TRANSLATE_NOOP("Form", "Exposure Mode")},
+    {Field::ExposureProgram, QT_TRANSLATE_NOOP("Form", "Exposure Program")},
+    {Field::ExposureTime, QT_TRANSLATE_NOOP("Form", "Exposure Time")},
+    {Field::MeteringMode, QT_TRANSLATE_NOOP("Form", "Metering Mode")},
+    {Field::SceneCaptureType, QT_TRANSLATE_NOOP("Form", "Scene Capture Type")},
+    {Field::WhiteBalance, QT_TRANSLATE_NOOP("Form", "White Balance")},
+    {Field::Saturation, QT_TRANSLATE_NOOP("Form", "Saturation")},
+    {Field::SensingMethod, QT_TRANSLATE_NOOP("Form", "Sensing Method")},
+    {Field::Sharpness, QT_TRANSLATE_NOOP("Form", "Sharpness")},
+    {Field::SubjectDistanceRange, QT_TRANSLATE_NOOP("Form", "Subject Distance Range")}};
+constexpr FormLine kLens[] = {
+    {Field::LensMake, QT_TRANSLATE_NOOP("Form", "Lens Make")},
+    {Field::LensModel, QT_TRANSLATE_NOOP("Form", "Lens Model")},
+    {Field::LensSerialNumber, QT_TRANSLATE_NOOP("Form", "Lens Serial Number")}};
+constexpr FormLine kGps[] = {{Field::GPSLatitude, QT_TRANSLATE_NOOP("Form", "Latitude")},
+                             {Field::GPSLatitudeRef, QT_TRANSLATE_NOOP("Form", "Latitude Ref.")},
+                             {Field::GPSLongitude, QT_TRANSLATE_NOOP("Form", "Longitude")},
+                             {Field::GPSLongitudeRef, QT_TRANSLATE_NOOP("Form", "Longitude Ref.")},
+                             {Field::GPSAltitude, QT_TRANSLATE_NOOP("Form", "Altitude")},
+                             {Field::GPSAltitudeRef, QT_TRANSLATE_NOOP("Form", "Altitude Ref.")}};
+constexpr FormLine kTiffData[] = {
+    {Field::CompressionTiffData, QT_TRANSLATE_NOOP("Form", "Compression")},
+    {Field::DocumentNameTiffData, QT_TRANSLATE_NOOP("Form", "Document Name")},
+    {Field::FXResolutionTiffData, QT_TRANSLATE_NOOP("Form", "X Resolution")},
+    {Field::FYResolutionTiffData, QT_TRANSLATE_NOOP("Form", "Y Resolution")},
+    {Field::HostComputerTiffData, QT_TRANSLATE_NOOP("Form", "Host Computer")},
+    {Field::PrimaryChromaticitiesTiffData, QT_TRANSLATE_NOOP("Form", "Primary Chromaticities")}};
+constexpr FormLine kOthers[] = {
+    {Field::SpectralSensitivityOthers, QT_TRANSLATE_NOOP("Form", "Spectral Sensitivity")},
+    {Field::SensitivityTypeOthers, QT_TRANSLATE_NOOP("Form", "Sensitivity Type")},
+    {Field::StandardOutputSensitivityOthers,
+     QT_TRANSLATE_NOOP("Form", "Standard Output Sensitivity")},
+    {Field::CompressedBitsPerPixelOthers, QT_TRANSLATE_NOOP("Form", "Compressed Bits per Pixel")},
+    {Field::MaxApertureValueOthers, QT_TRANSLATE_NOOP("Form", "Max Aperture Value")},
+    {Field::ColorSpaceOthers, QT_TRANSLATE_NOOP("Form", "Color Space")},
+    {Field::LightSourceOthers, QT_TRANSLATE_NOOP("Form", "Light Source")},
+    {Field::DigitalZoomRatioOthers, QT_TRANSLATE_NOOP("Form", "Digital Zoom Ratio")}};
+constexpr FormLine kAuthor[] = {
+    {Field::ByLine, QT_TRANSLATE_NOOP("Form", "By-line")},
+    {Field::ByLineTitle, QT_TRANSLATE_NOOP("Form", "By-line Title")},
+    {Field::CopyrightNotice, QT_TRANSLATE_NOOP("Form", "Copyright Notice")}};
+constexpr FormLine kInformation[] = {
+    {Field::Headline, QT_TRANSLATE_NOOP("Form", "Headline")},
+    {Field::CaptionAbstract, QT_TRANSLATE_NOOP("Form", "Caption/Abstract")},
+    {Field::WriterEditor, QT_TRANSLATE_NOOP("Form", "Writer/Editor")},
+    {Field::ObjectName, QT_TRANSLATE_NOOP("Form", "Object Name")}};
+constexpr FormLine kCategory[] = {
+    {Field::Category, QT_TRANSLATE_NOOP("Form", "Category")},
+    {Field::SupplementalCategories, QT_TRANSLATE_NOOP("Form", "Supplemental Categories")}};
+constexpr FormLine kKeywords[] = {{Field::Keywords, QT_TRANSLATE_NOOP("Form", "Keywords")}};
+constexpr FormLine kLocation[] = {
+    {Field::SubLocation, QT_TRANSLATE_NOOP("Form", "Sub-location")},
+    {Field::City, QT_TRANSLATE_NOOP("Form", "City")},
+    {Field::ProvinceState, QT_TRANSLATE_NOOP("Form", "Province/State")},
+    {Field::CountryPrimaryLocationName, QT_TRANSLATE_NOOP("Form", "Country Name")},
+    {Field::CountryPrimaryLocationCode, QT_TRANSLATE_NOOP("Form", "Country Code")}};
+constexpr FormLine kWorkflow[] = {
+    {Field::OriginalTransmissionRef, QT_TRANSLATE_NOOP("Form", "Transmission Reference")},
+    {Field::SpecialInstructions, QT_TRANSLATE_NOOP("Form", "Special Instructions")},
+    {Field::Credit, QT_TRANSLATE_NOOP("Form", "Credit")},
+    {Field::Source, QT_TRANSLATE_NOOP("Form", "Source")}};
+constexpr FormLine kGeneralXmp[] = {
+    {Field::SerialNumberXMP, QT_TRANSLATE_NOOP("Form", "Serial Number")},
+    {Field::LensXMP, QT_TRANSLATE_NOOP("Form", "Lens")},
+    {Field::CreateDateXMP, QT_TRANSLATE_NOOP("Form", "Create Date")},
+    {Field::ModifyDateXMP, QT_TRANSLATE_NOOP("Form", "Modify Date")}};
+constexpr FormLine kPhotoshop[] = {
+    {Field::CreateDatePhotoshop, QT_TRANSLATE_NOOP("Form", "Date Created")}};
 
 using E = Editor;
 const std::array<FormSection, 17> kSections{{
@@ -135,10 +151,10 @@ const char* editorTitle(Editor editor) {
     return QT_TRANSLATE_NOOP("Form", "XMP Editor");
 }
 
-QString labelOf(int position) {
+QString labelOf(Field field) {
     for (const FormSection& section : kSections) {
         for (const FormLine& line : section.lines) {
-            if (line.position == position)
+            if (line.field == field)
                 return QCoreApplication::translate("Form", line.label);
         }
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/Field.h"
+
 #include <QString>
 
 #include <algorithm>
@@ -16,9 +18,9 @@ inline Editor editorOfTab(int id) {
     return Editor(std::clamp(id, 0, 2));
 }
 
-// One row of the form as it is laid out: its position and its label.
+// One row of the form as it is laid out: its field and its label.
 struct FormLine {
-    int position;
+    Field field;
     const char* label;
 };
 
@@ -31,14 +33,14 @@ struct FormSection {
 };
 
 // Every section of the form, family by family, in the order shown. Together they hold each
-// of the 75 keyed positions once.
+// of the 75 fields once.
 std::span<const FormSection> formSections();
 
 // The title control and text of a family's box ("lblExifEditor", "EXIF Editor").
 const char* editorTitleControl(Editor editor);
 const char* editorTitle(Editor editor);
 
-// The label of a position ("Artist"), as the form shows it; empty for a position without one.
-QString labelOf(int position);
+// The label of a field ("Artist"), as the form shows it.
+QString labelOf(Field field);
 
 } // namespace tagmoor

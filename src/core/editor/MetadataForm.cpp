@@ -16,8 +16,9 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <tuple>
+#include <utility>
 
 namespace tagmoor {
 
@@ -27,13 +28,9 @@ QString tr(const char* text) {
     return QCoreApplication::translate("MetadataForm", text);
 }
 
-constexpr int kLatitude = formPosition(Field::GPSLatitude);
-constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
-constexpr int kLongitude = formPosition(Field::GPSLongitude);
-constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
-
-int positionOf(DateField field) {
-    return formPosition(formFieldOf(field));
+// The reference popup that signs a coordinate field.
+Field referenceOf(Field coordinate) {
+    return coordinate == Field::GPSLatitude ? Field::GPSLatitudeRef : Field::GPSLongitudeRef;
 }
 
 } // namespace
@@ -57,8 +54,8 @@ void MetadataForm::setEnableComponents(bool on) {
     emit enableComponentsChanged(on);
 }
 
-QString MetadataForm::placeholderText(int position) const {
-    switch (placeholder(position)) {
+QString MetadataForm::placeholderText(Field field) const {
+    switch (placeholder(field)) {
     case Placeholder::MultipleValues:
         return multipleValuesText();
     case Placeholder::EmptyInAllImages:
@@ -69,9 +66,8 @@ QString MetadataForm::placeholderText(int position) const {
     return {};
 }
 
-bool MetadataForm::isEdited(int position) const {
-    const auto field = fieldAtPosition(position);
-    return m_isHome && field && m_state.fieldEditedFlags.test(*field);
+bool MetadataForm::isEdited(Field field) const {
+    return m_isHome && m_state.fieldEditedFlags.test(field);
 }
 
 DateRuleStore& MetadataForm::dateStore() const {
@@ -96,7 +92,7 @@ void MetadataForm::setPlaceholders(Placeholder placeholder) {
 void MetadataForm::clearFields(bool resetDates) {
     for (QString& text : m_texts)
         text.clear();
-    m_rows.fill(0);
+    m_rows.fill(FormPopups::kBlankRow);
     if (resetDates) {
         m_state.originalDates = OriginalDate{};
         dateStore().reset();
@@ -144,9 +140,7 @@ void MetadataForm::updateMetadataInfo(int index, bool isMultipleSelected,
         MergedSelection merged = mergeSelection(records);
         showSelection(index, std::move(merged.record), merged.placeholders);
     } else {
-        std::array<Placeholder, 90> none;
-        none.fill(Placeholder::None);
-        showSelection(index, images[index], none);
+        showSelection(index, images[index], PerField<Placeholder>{});
     }
 }
 
@@ -184,14 +178,14 @@ void MetadataForm::continueMerge(quint64 choice) {
 }
 
 void MetadataForm::showSelection(int index, CGImageProperties record,
-                                 const std::array<Placeholder, 90>& placeholders) {
+                                 const PerField<Placeholder>& placeholders) {
     // What the user typed stays: an edited field keeps its text whatever the photos hold, so
     // that marking another photo never loses an edit the run is to write.
     const auto texts = m_texts;
     const auto rows = m_rows;
     for (QString& text : m_texts)
         text.clear();
-    m_rows.fill(0);
+    m_rows.fill(FormPopups::kBlankRow);
     m_placeholders = placeholders;
     m_tempProperty = std::move(record);
     showRecord(m_tempProperty);
@@ -206,17 +200,17 @@ void MetadataForm::showSelection(int index, CGImageProperties record,
 
     if (m_isHome) {
         for (const FormField& field : formFields()) {
-            const std::size_t p = std::size_t(field.position);
             if (!field.isDate() && m_state.fieldEditedFlags.test(field.field)) {
-                m_texts[p] = texts[p];
-                m_rows[p] = rows[p];
+                m_texts[field.field] = texts[field.field];
+                m_rows[field.field] = rows[field.field];
             }
         }
         // An edited position, typed or picked, is where the picker opens next.
-        for (const int position : {kLatitude, kLongitude}) {
-            const auto coordinate = formCoordinate(position);
-            if (coordinate && isEdited(position))
-                (position == kLatitude ? m_selectedLatitude : m_selectedLongitude) = *coordinate;
+        for (const Field field : {Field::GPSLatitude, Field::GPSLongitude}) {
+            const auto coordinate = formCoordinate(field);
+            if (coordinate && isEdited(field))
+                (field == Field::GPSLatitude ? m_selectedLatitude : m_selectedLongitude) =
+                    *coordinate;
         }
     }
     refreshDateSummaries();
@@ -225,14 +219,13 @@ void MetadataForm::showSelection(int index, CGImageProperties record,
 
 void MetadataForm::showRecord(const CGImageProperties& record) {
     for (const FormField& field : formFields()) {
-        const std::size_t p = std::size_t(field.position);
         if (field.kind == FormKind::Popup) {
-            m_rows[p] = FieldDisplay::popupRow(record, field);
+            m_rows[field.field] = FieldDisplay::popupRow(record, field);
             continue;
         }
         const QString text = FieldDisplay::text(record, field);
         if (!text.isEmpty())
-            m_texts[p] = text;
+            m_texts[field.field] = text;
     }
 }
 
@@ -242,13 +235,13 @@ void MetadataForm::showPreset(const CGImageProperties& values, const OriginalFin
     m_heldEdits.reset();
     for (QString& text : m_texts)
         text.clear();
-    m_rows.fill(0);
+    m_rows.fill(FormPopups::kBlankRow);
     showRecord(values);
     dateStore().replace(rules);
     if (m_isHome) {
         m_state.fieldEditedFlags.clearAll();
         for (const FormField& field : formFields()) {
-            if (presetHoldsValue(values, field.position))
+            if (presetHoldsValue(values, field.field))
                 m_state.fieldEditedFlags.set(field.field, true);
         }
     }
@@ -263,13 +256,13 @@ void MetadataForm::refreshDateSummaries() {
     for (DateField field : allDateFields) {
         if (!rules.alive(field))
             continue;
-        const int position = positionOf(field);
-        if (m_isHome && !m_state.fieldEditedFlags.test(formFieldOf(field))) {
-            m_state.fieldEditedFlags.set(formFieldOf(field), true);
+        const Field shown = formFieldOf(field);
+        if (m_isHome && !m_state.fieldEditedFlags.test(shown)) {
+            m_state.fieldEditedFlags.set(shown, true);
             flagged = true;
         }
-        m_texts[std::size_t(position)] = dateSummary(rules.rule(field), rules.slot(field));
-        emit fieldChanged(position);
+        m_texts[shown] = dateSummary(rules.rule(field), rules.slot(field));
+        emit fieldChanged(shown);
     }
     if (flagged)
         emit editedFlagsChanged();
@@ -279,24 +272,23 @@ CGImageProperties MetadataForm::readForm() const {
     CGImageProperties record = FormSnapshot::empty();
     const OriginalFinalDate& rules = dateStore().rules();
     for (const FormField& field : formFields()) {
-        const std::size_t p = std::size_t(field.position);
         PropertyValue& value = *field.keyRow().field(record);
         switch (field.kind) {
         case FormKind::Text:
         case FormKind::Integer:
         case FormKind::Decimal:
             // A text the field cannot take leaves the empty form's value (0 for numbers).
-            FormSnapshot::setText(record, field, m_texts[p]);
+            FormSnapshot::setText(record, field, m_texts[field.field]);
             break;
         case FormKind::Popup:
-            if (auto chosen = FormPopups::valueOfRow(field.position, m_rows[p]))
+            if (auto chosen = FormPopups::valueOfRow(field.field, m_rows[field.field]))
                 value = *chosen;
-            else if (isEdited(field.position))
+            else if (isEdited(field.field))
                 value.clear(); // the blank row chosen on purpose: no value
             break;
         case FormKind::Date:
-            if (!m_texts[p].isEmpty()) {
-                if (const auto date = dateFieldAt(field.position); date && rules.slot(*date))
+            if (!m_texts[field.field].isEmpty()) {
+                if (const auto date = dateFieldOf(field.field); date && rules.slot(*date))
                     value = PropertyValue(*rules.slot(*date));
             }
             break;
@@ -306,71 +298,68 @@ CGImageProperties MetadataForm::readForm() const {
     return record;
 }
 
-bool MetadataForm::selectionHoldsText(int position, const QString& text) const {
-    const FormField* field = formFieldAt(position);
+bool MetadataForm::selectionHoldsText(Field field, const QString& text) const {
     const QList<const CGImageProperties*> records = selectedRecords();
-    if (!field || records.isEmpty())
+    if (records.isEmpty())
         return text.isEmpty();
     for (const CGImageProperties* record : records) {
-        if (FieldDisplay::text(*record, *field) != text)
+        if (FieldDisplay::text(*record, formField(field)) != text)
             return false;
     }
     return true;
 }
 
-bool MetadataForm::selectionHoldsRow(int position, int row) const {
-    const FormField* field = formFieldAt(position);
+bool MetadataForm::selectionHoldsRow(Field field, int row) const {
     const QList<const CGImageProperties*> records = selectedRecords();
-    if (!field || records.isEmpty())
-        return row == 0;
+    if (records.isEmpty())
+        return row == FormPopups::kBlankRow;
     for (const CGImageProperties* record : records) {
-        if (FieldDisplay::popupRow(*record, *field) != row)
+        if (FieldDisplay::popupRow(*record, formField(field)) != row)
             return false;
     }
     return true;
 }
 
-void MetadataForm::setFlag(int position, bool edited) {
-    const auto field = fieldAtPosition(position);
-    if (!m_isHome || !field || m_state.fieldEditedFlags.test(*field) == edited)
+void MetadataForm::setFlag(Field field, bool edited) {
+    if (!m_isHome || m_state.fieldEditedFlags.test(field) == edited)
         return;
-    m_state.fieldEditedFlags.set(*field, edited);
+    m_state.fieldEditedFlags.set(field, edited);
     emit editedFlagsChanged();
 }
 
-FieldInputResult MetadataForm::editText(int position, const QString& typed) {
-    const FormField* field = formFieldAt(position);
-    if (!field || field->kind == FormKind::Popup)
+FieldInputResult MetadataForm::editText(Field field, const QString& typed) {
+    const FormKind kind = formKind(field);
+    if (kind == FormKind::Popup)
         return {typed, std::nullopt};
-    if (field->isDate()) {
+    if (kind == FormKind::Date) {
         // Date fields are filled by the date panel; typing in them is no edit.
-        m_texts[std::size_t(position)] = typed;
+        m_texts[field] = typed;
         return {typed, std::nullopt};
     }
-    const FieldInputResult result = checkFieldInput(position, typed);
-    m_texts[std::size_t(position)] = result.text;
+    const FieldInputResult result = checkFieldInput(field, typed);
+    m_texts[field] = result.text;
     if (result.text != typed)
-        emit fieldChanged(position);
+        emit fieldChanged(field);
     if (m_isHome)
-        setFlag(position, !selectionHoldsText(position, result.text));
+        setFlag(field, !selectionHoldsText(field, result.text));
     return result;
 }
 
-void MetadataForm::choosePopupRow(int position, int row) {
-    if (!FormPopups::isPopup(position))
+void MetadataForm::choosePopupRow(Field field, int row) {
+    if (!FormPopups::isPopup(field))
         return;
-    m_rows[std::size_t(position)] = row;
+    m_rows[field] = row;
     if (m_isHome)
-        setFlag(position, !selectionHoldsRow(position, row));
+        setFlag(field, !selectionHoldsRow(field, row));
 }
 
-bool MetadataForm::chooseReferenceRow(int position, int row) {
-    const bool latitude = position == kLatitudeRef;
-    const int coordinate = latitude ? kLatitude : kLongitude;
+bool MetadataForm::chooseReferenceRow(Field field, int row) {
+    const bool latitude = field == Field::GPSLatitudeRef;
+    const Field coordinate = latitude ? Field::GPSLatitude : Field::GPSLongitude;
     const auto& images = m_set.workingImages();
     const int current = m_state.currentImageIndex;
     if (m_isHome && current >= 0 && current < images.size() &&
-        !FieldDisplay::isEmpty(images[current], *formFieldAt(coordinate))) {
+        !FieldDisplay::isEmpty(images[current], formField(coordinate))) {
         const QString text =
             latitude ? tr("Changing the value of GPS Latitude Ref. will change the current "
                           "selected location. You may edit the correct location using 'Edit "
@@ -381,39 +370,38 @@ bool MetadataForm::chooseReferenceRow(int position, int row) {
         if (!m_prompt.askYesNo(tr("Location coordinates will change"), text))
             return false;
     }
-    m_rows[std::size_t(position)] = row;
+    m_rows[field] = row;
     if (m_isHome && FormPopups::referenceOfRow(row) != FormPopups::ReferenceRow::blank)
-        setFlag(position, !selectionHoldsRow(position, row));
+        setFlag(field, !selectionHoldsRow(field, row));
     updateCoordinateFlag(coordinate);
     return true;
 }
 
 void MetadataForm::takeLocation(double latitude, double longitude) {
-    const std::array<std::tuple<int, int, double>, 2> coordinates{
-        std::tuple{kLatitude, kLatitudeRef, latitude},
-        std::tuple{kLongitude, kLongitudeRef, longitude}};
-    for (const auto& [position, reference, degrees] : coordinates) {
+    const std::array<std::pair<Field, double>, 2> coordinates{
+        std::pair{Field::GPSLatitude, latitude}, std::pair{Field::GPSLongitude, longitude}};
+    for (const auto& [coordinate, degrees] : coordinates) {
+        const Field reference = referenceOf(coordinate);
         const int row =
             FormPopups::rowOfReference(degrees < 0 ? FormPopups::ReferenceRow::southOrWest
                                                    : FormPopups::ReferenceRow::northOrEast);
-        m_rows[std::size_t(reference)] = row;
+        m_rows[reference] = row;
         if (m_isHome)
             setFlag(reference, !selectionHoldsRow(reference, row));
         emit fieldChanged(reference);
-        editText(position, coordinateText(float(std::fabs(degrees))));
-        emit fieldChanged(position);
+        editText(coordinate, coordinateText(float(std::fabs(degrees))));
+        emit fieldChanged(coordinate);
         if (m_isHome)
-            updateCoordinateFlag(position);
+            updateCoordinateFlag(coordinate);
     }
 }
 
-std::optional<double> MetadataForm::formCoordinate(int position) const {
+std::optional<double> MetadataForm::formCoordinate(Field coordinate) const {
     bool ok = false;
-    const double degrees = m_texts[std::size_t(position)].trimmed().toDouble(&ok);
+    const double degrees = m_texts[coordinate].trimmed().toDouble(&ok);
     if (!ok || !std::isfinite(degrees))
         return std::nullopt;
-    const int row = m_rows[std::size_t(position == kLatitude ? kLatitudeRef : kLongitudeRef)];
-    switch (FormPopups::referenceOfRow(row)) {
+    switch (FormPopups::referenceOfRow(m_rows[referenceOf(coordinate)])) {
     case FormPopups::ReferenceRow::northOrEast:
         return std::fabs(degrees);
     case FormPopups::ReferenceRow::southOrWest:
@@ -424,20 +412,20 @@ std::optional<double> MetadataForm::formCoordinate(int position) const {
     return degrees;
 }
 
-void MetadataForm::updateCoordinateFlag(int position) {
-    const auto coordinate = formCoordinate(position);
-    if (m_texts[std::size_t(position)].isEmpty() || !coordinate) {
-        setFlag(position, false);
+void MetadataForm::updateCoordinateFlag(Field field) {
+    const auto coordinate = formCoordinate(field);
+    if (m_texts[field].isEmpty() || !coordinate) {
+        setFlag(field, false);
         return;
     }
     // Each photo's coordinate is compared in the precision it was read with, its sign
     // included: a reference chosen anew changes the position the run writes.
-    const FormField* field = formFieldAt(position);
+    const KeyRow& row = formField(field).keyRow();
     const QList<const CGImageProperties*> records = selectedRecords();
     const bool allHold =
         !records.isEmpty() &&
         std::all_of(records.begin(), records.end(), [&](const CGImageProperties* record) {
-            const PropertyValue* value = field->keyRow().peek(*record);
+            const PropertyValue* value = row.peek(*record);
             if (!value)
                 return false;
             if (const auto d = value->float64())
@@ -446,31 +434,31 @@ void MetadataForm::updateCoordinateFlag(int position) {
             return f && *f == float(*coordinate);
         });
     if (allHold) {
-        setFlag(position, false);
+        setFlag(field, false);
         return;
     }
-    setFlag(position, true);
-    (position == kLatitude ? m_selectedLatitude : m_selectedLongitude) = *coordinate;
+    setFlag(field, true);
+    (field == Field::GPSLatitude ? m_selectedLatitude : m_selectedLongitude) = *coordinate;
 }
 
 void MetadataForm::commitDateRule(DateField field, const DateTimeConfiguration& rule,
                                   const std::optional<QDateTime>& slot) {
     dateStore().commitPanel(field, rule, slot);
     if (m_textBeforeSummary && m_textBeforeSummary->first == field && !isDateRuleTouched(field)) {
-        const int position = positionOf(field);
-        m_texts[std::size_t(position)] = m_textBeforeSummary->second;
-        emit fieldChanged(position);
+        const Field shown = formFieldOf(field);
+        m_texts[shown] = m_textBeforeSummary->second;
+        emit fieldChanged(shown);
     }
     m_textBeforeSummary.reset();
     refreshDateSummaries();
 }
 
 void MetadataForm::showDateSummary(DateField field, const QString& text) {
-    const int position = positionOf(field);
+    const Field shown = formFieldOf(field);
     if (!m_textBeforeSummary || m_textBeforeSummary->first != field)
-        m_textBeforeSummary.emplace(field, m_texts[std::size_t(position)]);
-    m_texts[std::size_t(position)] = text;
-    emit fieldChanged(position);
+        m_textBeforeSummary.emplace(field, m_texts[shown]);
+    m_texts[shown] = text;
+    emit fieldChanged(shown);
 }
 
 bool MetadataForm::isDateRuleTouched(DateField field) const {
@@ -489,12 +477,9 @@ std::optional<QDateTime> MetadataForm::photoDate(DateField field) const {
     return m_state.originalDates.get(field);
 }
 
-bool MetadataForm::isEmptyInAllSelected(int position) const {
-    const FormField* field = formFieldAt(position);
-    if (!field)
-        return true;
+bool MetadataForm::isEmptyInAllSelected(Field field) const {
     for (const CGImageProperties* record : selectedRecords()) {
-        if (!FieldDisplay::isEmpty(*record, *field))
+        if (!FieldDisplay::isEmpty(*record, formField(field)))
             return false;
     }
     return true;
@@ -518,11 +503,10 @@ void MetadataForm::returnToEditingMode() {
         return;
     m_isCheckToEditable = true;
     for (const FormField& field : formFields()) {
-        if (field.isDate() || !isEdited(field.position))
+        if (field.isDate() || !isEdited(field.field))
             continue;
-        const std::size_t p = std::size_t(field.position);
-        m_texts[p] = m_heldEdits->texts[p];
-        m_rows[p] = m_heldEdits->rows[p];
+        m_texts[field.field] = m_heldEdits->texts[field.field];
+        m_rows[field.field] = m_heldEdits->rows[field.field];
     }
     m_heldEdits.reset();
     m_isCheckToEditable = false;

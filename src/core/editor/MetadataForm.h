@@ -4,14 +4,15 @@
 #include "dates/DateTimeConfiguration.h"
 #include "dates/OriginalFinalDate.h"
 #include "editor/FieldInput.h"
+#include "editor/PerField.h"
 #include "editor/SelectionMerge.h"
 #include "model/CGImageProperties.h"
+#include "model/Field.h"
 
 #include <QList>
 #include <QObject>
 #include <QString>
 
-#include <array>
 #include <optional>
 #include <utility>
 
@@ -39,15 +40,15 @@ public:
     void setEnableComponents(bool on);
 
     // What the controls hold.
-    QString text(int position) const { return m_texts[std::size_t(position)]; }
-    int popupRow(int position) const { return m_rows[std::size_t(position)]; }
-    Placeholder placeholder(int position) const { return m_placeholders[std::size_t(position)]; }
-    QString placeholderText(int position) const;
-    bool isEdited(int position) const;
+    QString text(Field field) const { return m_texts[field]; }
+    int popupRow(Field field) const { return m_rows[field]; }
+    Placeholder placeholder(Field field) const { return m_placeholders[field]; }
+    QString placeholderText(Field field) const;
+    bool isEdited(Field field) const;
 
     // Shows the photo `index`, alone or as the first of the marked `indexes`.
     void updateMetadataInfo(int index, bool isMultipleSelected, const QList<int>& indexes);
-    // Empties every control and puts every popup on row 0; with `resetDates` the photo's
+    // Empties every control and puts every popup on its blank row; with `resetDates` the photo's
     // dates and the date rules are emptied too.
     void clearFields(bool resetDates);
     // Puts a record's values into the controls: texts where the record has one, numbers
@@ -65,12 +66,12 @@ public:
 
     // The text change path: numeric check, comparison with the photos, edit flag. Gives the
     // text the control is to hold, and the limit message when there is one.
-    FieldInputResult editText(int position, const QString& typed);
+    FieldInputResult editText(Field field, const QString& typed);
     // The popup path, for every popup but the two GPS references.
-    void choosePopupRow(int position, int row);
+    void choosePopupRow(Field field, int row);
     // The GPS reference path: asks first when the photo on display has that coordinate.
     // False when the user said "NO": the popup is to go back to its previous row.
-    bool chooseReferenceRow(int position, int row);
+    bool chooseReferenceRow(Field field, int row);
 
     // The date panel's hand-over: the field's rule and date slot are stored, and the field's
     // summary and edit flag follow.
@@ -86,7 +87,7 @@ public:
     // field is empty in every marked photo.
     std::optional<QDateTime> photoDate(DateField field) const;
     const DateTimeConfiguration& dateRule(DateField field) const;
-    bool isEmptyInAllSelected(int position) const;
+    bool isEmptyInAllSelected(Field field) const;
     bool isMultipleSelected() const { return m_selection.size() > 1; }
 
     // UpdateMultipleValuesOTM: every control shows "Multiple Values" when it has no text.
@@ -125,7 +126,7 @@ signals:
     // Every control is to be shown anew (texts, rows, placeholders, marks).
     void formReset();
     // One control changed its text or row from the core's side.
-    void fieldChanged(int position);
+    void fieldChanged(Field field);
     // Edit flags changed: the marks are to be drawn anew.
     void editedFlagsChanged();
     void enableComponentsChanged(bool on);
@@ -133,18 +134,18 @@ signals:
 private:
     DateRuleStore& dateStore() const;
     void setPlaceholders(Placeholder placeholder);
-    void setFlag(int position, bool edited);
-    bool selectionHoldsText(int position, const QString& text) const;
-    bool selectionHoldsRow(int position, int row) const;
-    void updateCoordinateFlag(int position);
+    void setFlag(Field field, bool edited);
+    bool selectionHoldsText(Field field, const QString& text) const;
+    bool selectionHoldsRow(Field field, int row) const;
+    void updateCoordinateFlag(Field coordinate);
     // The latitude or longitude of the form as a run writes it: the degrees typed, signed by
     // the reference popup when it names a hemisphere. Nothing when the text is no number.
-    std::optional<double> formCoordinate(int position) const;
+    std::optional<double> formCoordinate(Field coordinate) const;
     QList<const CGImageProperties*> selectedRecords() const;
     // Puts `record` (the photo `index` alone, or the merge of the marked photos) into the
     // controls, keeping what the user typed into edited fields.
     void showSelection(int index, CGImageProperties record,
-                       const std::array<Placeholder, 90>& placeholders);
+                       const PerField<Placeholder>& placeholders);
     // One turn's part of a long selection's merge; the last part shows the merge.
     void continueMerge(quint64 choice);
 
@@ -162,9 +163,9 @@ private:
     UserPrompt& m_prompt;
     const bool m_isHome;
     bool m_isEnableComponents = true;
-    std::array<QString, 90> m_texts;
-    std::array<int, 90> m_rows{};
-    std::array<Placeholder, 90> m_placeholders{};
+    PerField<QString> m_texts;
+    PerField<int> m_rows;
+    PerField<Placeholder> m_placeholders;
     QList<int> m_selection;
     CGImageProperties m_tempProperty;
     std::optional<double> m_selectedLatitude;
@@ -172,8 +173,8 @@ private:
     bool m_isCheckToEditable = false;
     // The controls as they stood when the editing mode was left for cleaning.
     struct HeldEdits {
-        std::array<QString, 90> texts;
-        std::array<int, 90> rows;
+        PerField<QString> texts;
+        PerField<int> rows;
     };
     std::optional<HeldEdits> m_heldEdits;
     // The text a date field showed before the panel's live summary replaced it.

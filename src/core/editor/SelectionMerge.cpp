@@ -1,6 +1,7 @@
 #include "editor/SelectionMerge.h"
 
 #include "editor/FieldDisplay.h"
+#include "model/FormFieldTable.h"
 
 #include <QMutex>
 #include <QtConcurrent>
@@ -72,7 +73,7 @@ MergedSelection SelectionMerger::result() const {
         const FormField& field = fields[i];
         if (m_firstEmpty[i]) {
             if (m_same[i])
-                merged.placeholders[std::size_t(field.position)] = Placeholder::EmptyInAllImages;
+                merged.placeholders[field.field] = Placeholder::EmptyInAllImages;
         } else if (!m_same[i]) {
             field.keyRow().field(merged.record)->clear();
         }

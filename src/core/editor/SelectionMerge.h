@@ -1,11 +1,10 @@
 #pragma once
 
+#include "editor/PerField.h"
 #include "model/CGImageProperties.h"
-#include "model/FormFieldTable.h"
 
 #include <QList>
 
-#include <array>
 #include <vector>
 
 namespace tagmoor {
@@ -21,7 +20,7 @@ enum class Placeholder {
 // agrees, and each field's placeholder.
 struct MergedSelection {
     CGImageProperties record;
-    std::array<Placeholder, kFormPositionCount> placeholders{};
+    PerField<Placeholder> placeholders;
 };
 
 // Merges the records of `selected`, the first of which is the photo on display. A field keeps

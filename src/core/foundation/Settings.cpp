@@ -267,17 +267,23 @@ TAGMOOR_SETTINGS_KEYS(TAGMOOR_SETTING_DEFINITIONS, TAGMOOR_SETTING_DEFINITIONS_W
 #undef TAGMOOR_SETTING_DEFINITIONS_WITH_DEFAULT
 
 namespace {
-const char* mapTileKey(int mapType) {
-    return mapType == 1   ? Settings::MapTileURLSatellite
-           : mapType == 2 ? Settings::MapTileURLHybrid
-                          : Settings::MapTileURLStandard;
+const char* mapTileKey(MapType mapType) {
+    switch (mapType) {
+    case MapType::satellite:
+        return Settings::MapTileURLSatellite;
+    case MapType::hybrid:
+        return Settings::MapTileURLHybrid;
+    case MapType::standard:
+        break;
+    }
+    return Settings::MapTileURLStandard;
 }
 } // namespace
 
-std::optional<QString> Settings::mapTileUrl(int mapType) const {
+std::optional<QString> Settings::mapTileUrl(MapType mapType) const {
     return read<QString>(mapTileKey(mapType));
 }
-void Settings::setMapTileUrl(int mapType, const QString& v) {
+void Settings::setMapTileUrl(MapType mapType, const QString& v) {
     write(mapTileKey(mapType), v);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/MapType.h"
 #include "foundation/ValueForm.h"
 
 #include <QByteArray>
@@ -80,9 +81,9 @@ public:
     Settings(const Settings&) = delete;
     Settings& operator=(const Settings&) = delete;
 
-    // The tile address of a map type (0 standard, 1 satellite, 2 hybrid).
-    std::optional<QString> mapTileUrl(int mapType) const;
-    void setMapTileUrl(int mapType, const QString& v);
+    // The tile address of a map type.
+    std::optional<QString> mapTileUrl(MapType mapType) const;
+    void setMapTileUrl(MapType mapType, const QString& v);
 
     // The default of a key from the table; nothing for keys without one.
     static std::optional<QVariant> defaultFor(const QString& key);

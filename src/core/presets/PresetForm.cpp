@@ -13,8 +13,9 @@ namespace tagmoor {
 CGImageProperties presetValuesOf(const MetadataForm& form) {
     CGImageProperties values = form.readForm();
     for (const FormField& field : formFields()) {
-        const bool held = field.kind == FormKind::Popup ? form.popupRow(field.position) != 0
-                                                        : !form.text(field.position).isEmpty();
+        const bool held = field.kind == FormKind::Popup
+                              ? form.popupRow(field.field) != FormPopups::kBlankRow
+                              : !form.text(field.field).isEmpty();
         if (!held)
             field.keyRow().field(values)->clear();
     }
@@ -31,7 +32,7 @@ PresetRunEdits presetRunEdits(const ActualPreset& preset) {
     for (const FormField& field : formFields()) {
         PropertyValue& value = *field.keyRow().field(out.editedProperties);
         if (field.isDate()) {
-            const auto date = dateFieldAt(field.position);
+            const auto date = dateFieldOf(field.field);
             if (!date || !out.editorDates.alive(*date))
                 continue;
             out.fieldEditedFlags.set(field.field);
@@ -41,11 +42,11 @@ PresetRunEdits presetRunEdits(const ActualPreset& preset) {
                 value = PropertyValue(*slot);
             continue;
         }
-        if (!presetHoldsValue(values, field.position))
+        if (!presetHoldsValue(values, field.field))
             continue;
         if (field.kind == FormKind::Popup) {
             if (auto chosen =
-                    FormPopups::valueOfRow(field.position, FieldDisplay::popupRow(values, field)))
+                    FormPopups::valueOfRow(field.field, FieldDisplay::popupRow(values, field)))
                 value = *chosen;
         } else {
             FormSnapshot::setText(out.editedProperties, field, FieldDisplay::text(values, field));

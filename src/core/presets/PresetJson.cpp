@@ -165,6 +165,136 @@ std::optional<float> float32Of(const QJsonValue& v) {
     return f;
 }
 
+// The readers of the values of one kind each: the value, or nothing when the JSON does not
+// read as one.
+using ValueReader = std::optional<QVariant> (*)(const QJsonValue& v);
+
+template <class T> std::optional<QVariant> variantOf(const std::optional<T>& value) {
+    return value ? std::optional<QVariant>(QVariant(*value)) : std::nullopt;
+}
+
+std::optional<QVariant> readInt64(const QJsonValue& v) {
+    return variantOf(integerOf(v));
+}
+
+std::optional<QVariant> readInt32(const QJsonValue& v) {
+    const auto n = integerOf(v);
+    if (!n || *n < std::numeric_limits<int>::min() || *n > std::numeric_limits<int>::max())
+        return std::nullopt;
+    return QVariant(int(*n));
+}
+
+std::optional<QVariant> readUint32(const QJsonValue& v) {
+    const auto n = integerOf(v);
+    if (!n || *n < 0 || *n > qint64(std::numeric_limits<uint>::max()))
+        return std::nullopt;
+    return QVariant(uint(*n));
+}
+
+std::optional<QVariant> readUint64(const QJsonValue& v) {
+    bool ok = v.isString();
+    quint64 n = 0;
+    if (ok)
+        n = v.toString().toULongLong(&ok);
+    else if (const auto small = integerOf(v); small && *small >= 0) {
+        n = quint64(*small);
+        ok = true;
+    }
+    return ok ? std::optional<QVariant>(QVariant(n)) : std::nullopt;
+}
+
+std::optional<QVariant> readUint8(const QJsonValue& v) {
+    const auto n = integerOf(v);
+    if (!n || *n < 0 || *n > 255)
+        return std::nullopt;
+    return QVariant::fromValue(uchar(*n));
+}
+
+std::optional<QVariant> readFloat32(const QJsonValue& v) {
+    return variantOf(float32Of(v));
+}
+
+std::optional<QVariant> readFloat64(const QJsonValue& v) {
+    return variantOf(floatingOf(v));
+}
+
+std::optional<QVariant> readBool(const QJsonValue& v) {
+    return v.isBool() ? std::optional<QVariant>(QVariant(v.toBool())) : std::nullopt;
+}
+
+std::optional<QVariant> readDate(const QJsonValue& v) {
+    if (!v.isString())
+        return std::nullopt;
+    if (v.toString().isEmpty())
+        return QVariant(QDateTime());
+    const QDateTime d = QDateTime::fromString(v.toString(), Qt::ISODateWithMs);
+    return d.isValid() ? std::optional<QVariant>(QVariant(d)) : std::nullopt;
+}
+
+std::optional<QVariant> readDay(const QJsonValue& v) {
+    const QDate d = QDate::fromString(v.toString(), Qt::ISODate);
+    return v.isString() && (d.isValid() || v.toString().isEmpty())
+               ? std::optional<QVariant>(QVariant(d))
+               : std::nullopt;
+}
+
+std::optional<QVariant> readBytes(const QJsonValue& v) {
+    if (!v.isString())
+        return std::nullopt;
+    const auto decoded = QByteArray::fromBase64Encoding(v.toString().toLatin1(),
+                                                        QByteArray::AbortOnBase64DecodingErrors);
+    return decoded ? std::optional<QVariant>(QVariant(*decoded)) : std::nullopt;
+}
+
+std::optional<QVariant> readTexts(const QJsonValue& v) {
+    if (!v.isArray())
+        return std::nullopt;
+    QStringList texts;
+    for (const QJsonValue& element : v.toArray()) {
+        if (!element.isString())
+            return std::nullopt;
+        texts << element.toString();
+    }
+    return QVariant(texts);
+}
+
+struct ValueKind {
+    const char* kind;
+    ValueReader read;
+};
+
+// The kinds that hold no other values; "list" and "map" are read by fromJson itself.
+constexpr ValueKind kValueKinds[] = {
+    {"int64", readInt64},     {"int32", readInt32}, {"uint32", readUint32},
+    {"uint64", readUint64},   {"uint8", readUint8}, {"float32", readFloat32},
+    {"float64", readFloat64}, {"bool", readBool},   {"date", readDate},
+    {"day", readDay},         {"bytes", readBytes}, {"texts", readTexts},
+};
+
+std::optional<QVariant> fromJson(const QJsonValue& json, int depth, QString* error);
+
+std::optional<QVariant> readList(const QJsonArray& elements, int depth, QString* error) {
+    QVariantList list;
+    for (const QJsonValue& element : elements) {
+        auto value = fromJson(element, depth + 1, error);
+        if (!value)
+            return std::nullopt;
+        list << *value;
+    }
+    return QVariant(list);
+}
+
+std::optional<QVariant> readMap(const QJsonObject& entries, int depth, QString* error) {
+    QVariantMap map;
+    for (auto it = entries.begin(); it != entries.end(); ++it) {
+        auto value = fromJson(it.value(), depth + 1, error);
+        if (!value)
+            return std::nullopt;
+        map.insert(it.key(), *value);
+    }
+    return QVariant(map);
+}
+
 std::optional<QVariant> fromJson(const QJsonValue& json, int depth, QString* error) {
     const auto refuse = [&](const QString& why) -> std::optional<QVariant> {
         *error = why;
@@ -182,106 +312,15 @@ std::optional<QVariant> fromJson(const QJsonValue& json, int depth, QString* err
     const auto bad = [&] {
         return refuse(QStringLiteral("a value of kind \"%1\" does not read as one").arg(kind));
     };
-    if (kind == QLatin1String("int64")) {
-        const auto n = integerOf(v);
-        return n ? std::optional<QVariant>(QVariant(*n)) : bad();
-    }
-    if (kind == QLatin1String("int32")) {
-        const auto n = integerOf(v);
-        if (!n || *n < std::numeric_limits<int>::min() || *n > std::numeric_limits<int>::max())
-            return bad();
-        return QVariant(int(*n));
-    }
-    if (kind == QLatin1String("uint32")) {
-        const auto n = integerOf(v);
-        if (!n || *n < 0 || *n > qint64(std::numeric_limits<uint>::max()))
-            return bad();
-        return QVariant(uint(*n));
-    }
-    if (kind == QLatin1String("uint64")) {
-        bool ok = v.isString();
-        quint64 n = 0;
-        if (ok)
-            n = v.toString().toULongLong(&ok);
-        else if (const auto small = integerOf(v); small && *small >= 0) {
-            n = quint64(*small);
-            ok = true;
+    if (kind == QLatin1String("list"))
+        return v.isArray() ? readList(v.toArray(), depth, error) : bad();
+    if (kind == QLatin1String("map"))
+        return v.isObject() ? readMap(v.toObject(), depth, error) : bad();
+    for (const ValueKind& known : kValueKinds) {
+        if (kind == QLatin1String(known.kind)) {
+            auto value = known.read(v);
+            return value ? value : bad();
         }
-        return ok ? std::optional<QVariant>(QVariant(n)) : bad();
-    }
-    if (kind == QLatin1String("uint8")) {
-        const auto n = integerOf(v);
-        if (!n || *n < 0 || *n > 255)
-            return bad();
-        return QVariant::fromValue(uchar(*n));
-    }
-    if (kind == QLatin1String("float32")) {
-        const auto f = float32Of(v);
-        return f ? std::optional<QVariant>(QVariant(*f)) : bad();
-    }
-    if (kind == QLatin1String("float64")) {
-        const auto d = floatingOf(v);
-        return d ? std::optional<QVariant>(QVariant(*d)) : bad();
-    }
-    if (kind == QLatin1String("bool")) {
-        return v.isBool() ? std::optional<QVariant>(QVariant(v.toBool())) : bad();
-    }
-    if (kind == QLatin1String("date")) {
-        if (!v.isString())
-            return bad();
-        if (v.toString().isEmpty())
-            return QVariant(QDateTime());
-        const QDateTime d = QDateTime::fromString(v.toString(), Qt::ISODateWithMs);
-        return d.isValid() ? std::optional<QVariant>(QVariant(d)) : bad();
-    }
-    if (kind == QLatin1String("day")) {
-        const QDate d = QDate::fromString(v.toString(), Qt::ISODate);
-        return v.isString() && (d.isValid() || v.toString().isEmpty())
-                   ? std::optional<QVariant>(QVariant(d))
-                   : bad();
-    }
-    if (kind == QLatin1String("bytes")) {
-        if (!v.isString())
-            return bad();
-        const auto decoded = QByteArray::fromBase64Encoding(
-            v.toString().toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
-        return decoded ? std::optional<QVariant>(QVariant(*decoded)) : bad();
-    }
-    if (kind == QLatin1String("texts")) {
-        if (!v.isArray())
-            return bad();
-        QStringList texts;
-        for (const QJsonValue& element : v.toArray()) {
-            if (!element.isString())
-                return bad();
-            texts << element.toString();
-        }
-        return QVariant(texts);
-    }
-    if (kind == QLatin1String("list")) {
-        if (!v.isArray())
-            return bad();
-        QVariantList list;
-        for (const QJsonValue& element : v.toArray()) {
-            auto value = fromJson(element, depth + 1, error);
-            if (!value)
-                return std::nullopt;
-            list << *value;
-        }
-        return QVariant(list);
-    }
-    if (kind == QLatin1String("map")) {
-        if (!v.isObject())
-            return bad();
-        QVariantMap map;
-        const QJsonObject entries = v.toObject();
-        for (auto it = entries.begin(); it != entries.end(); ++it) {
-            auto value = fromJson(it.value(), depth + 1, error);
-            if (!value)
-                return std::nullopt;
-            map.insert(it.key(), *value);
-        }
-        return QVariant(map);
     }
     return refuse(QStringLiteral("unknown value kind \"%1\"").arg(kind));
 }

@@ -187,14 +187,14 @@ int main(int argc, char** argv) {
             row = i;
     home->clickedCheckBox(row, true);
     settle();
-    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
+    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(Field::Artist)->input());
     artist->setFocus();
     artist->selectAll();
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     shoot(out, QStringLiteral("editor-one.png"), window);
 
     // The date panel of that photo, shifting its original time by two hours.
-    FieldControl* date = home->metadataView()->control(formPosition(Field::DateTimeOriginal));
+    FieldControl* date = home->metadataView()->control(Field::DateTimeOriginal);
     home->metadataView()
         ->findChild<QScrollArea*>(QStringLiteral("scrollViewMetadataForm"))
         ->ensureWidgetVisible(date);
@@ -234,7 +234,7 @@ int main(int argc, char** argv) {
     settle();
 
     // The place of one marked photo, the picker offline and with tiles, and the preview.
-    t.app->settings().setMapTileUrl(0, QString());
+    t.app->settings().setMapTileUrl(MapType::standard, QString());
     home->locationView()->mapView()->setTileTemplate(MapType::standard, QString());
     home->clickedSelectUnselectAll(false);
     int gpsRow = 0;

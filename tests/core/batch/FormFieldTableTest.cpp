@@ -101,7 +101,7 @@ TEST(FieldEditedFlags, ADateFieldFlagsTheFormFieldOfItsKey) {
     for (const DateField date : allDateFields) {
         const FormField& shown = formField(formFieldOf(date));
         EXPECT_STREQ(shown.keyRow().key, dateFieldKey(date));
-        EXPECT_EQ(dateFieldAt(shown.position), date);
+        EXPECT_EQ(dateFieldOf(shown.field), date);
     }
 }
 

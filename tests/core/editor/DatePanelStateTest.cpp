@@ -189,7 +189,7 @@ TEST(MetadataForm, LiveDateSummaryIsUndoneWhenTheRuleStaysUntouched) {
     MetadataForm form{set, state, prompt, true};
     set.appendImages({withKeyGroups(makeEmptyRecord(QUrl::fromLocalFile("/p/a.jpg")))});
     form.updateMetadataInfo(0, false, {0});
-    const int position = formPosition(Field::ModifyDate);
+    const Field position = Field::ModifyDate;
     const QString before = form.text(position);
 
     form.showDateSummary(DateField::modifyDate, "Empty Value");

@@ -14,10 +14,10 @@
 namespace tagmoor {
 namespace {
 
-constexpr int kLatitude = formPosition(Field::GPSLatitude);
-constexpr int kLatitudeRef = formPosition(Field::GPSLatitudeRef);
-constexpr int kLongitude = formPosition(Field::GPSLongitude);
-constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
+constexpr Field kLatitude = Field::GPSLatitude;
+constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
+constexpr Field kLongitude = Field::GPSLongitude;
+constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 
 CGImageProperties withLatitude(PropertyValue degrees, const char* ref) {
     CGImageProperties r = withKeyGroups(makeEmptyRecord(QUrl::fromLocalFile("/p/a.jpg")));

@@ -21,14 +21,14 @@
 namespace tagmoor {
 namespace {
 
-constexpr int kArtist = 0;
-constexpr int kCopyright = 2;
-constexpr int kIso = 12;
-constexpr int kFNumber = 13;
-constexpr int kFlash = 16;
-constexpr int kLatitude = formPosition(Field::GPSLatitude);
-constexpr int kLongitude = formPosition(Field::GPSLongitude);
-constexpr int kLongitudeRef = formPosition(Field::GPSLongitudeRef);
+constexpr Field kArtist = Field::Artist;
+constexpr Field kCopyright = Field::Copyright;
+constexpr Field kIso = Field::ISO;
+constexpr Field kFNumber = Field::FNumber;
+constexpr Field kFlash = Field::Flash;
+constexpr Field kLatitude = Field::GPSLatitude;
+constexpr Field kLongitude = Field::GPSLongitude;
+constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 
 CGImageProperties photo(const QString& name, const QString& artist = {}) {
     CGImageProperties r = makeEmptyRecord(QUrl::fromLocalFile("/p/" + name));
@@ -40,7 +40,7 @@ CGImageProperties photo(const QString& name, const QString& artist = {}) {
 
 TEST(FieldInput, FiltersLimitsAndCommas) {
     struct Case {
-        int position;
+        Field field;
         QString typed;
         QString text;
         QString message;
@@ -62,7 +62,7 @@ TEST(FieldInput, FiltersLimitsAndCommas) {
         {kArtist, "a,b.c", "a,b.c", {}}, // text fields are not checked
     };
     for (const Case& c : cases) {
-        const FieldInputResult r = checkFieldInput(c.position, c.typed);
+        const FieldInputResult r = checkFieldInput(c.field, c.typed);
         EXPECT_EQ(r.text, c.text) << c.typed.toStdString();
         EXPECT_EQ(r.limitMessage.value_or(QString()), c.message) << c.typed.toStdString();
     }
@@ -90,8 +90,7 @@ TEST(SelectionMerge, AgreementPlaceholdersAndOrder) {
     // The outcome does not depend on which photo comes first.
     const MergedSelection other = mergeSelection({&b, &c, &a});
     for (const FormField& field : formFields())
-        EXPECT_EQ(other.placeholders[field.position], m.placeholders[field.position])
-            << field.control;
+        EXPECT_EQ(other.placeholders[field.field], m.placeholders[field.field]) << field.control;
 }
 
 // A selection long enough to be compared in parts: a single photo that differs, wherever it
@@ -181,7 +180,7 @@ TEST(MetadataForm, ShowsMergeAndTracksEditsAgainstEveryMarkedPhoto) {
     f.form.resetAll();
     EXPECT_FALSE(f.form.hasEdits());
     for (const FormField& field : formFields())
-        EXPECT_TRUE(f.form.text(field.position).isEmpty()) << field.control;
+        EXPECT_TRUE(f.form.text(field.field).isEmpty()) << field.control;
 }
 
 // A long marked list may be merged over several turns of the event loop: the result is the
@@ -276,25 +275,48 @@ TEST(MetadataForm, DateRulesShowTheirSummaryAndCountAsEdits) {
     EXPECT_FALSE(f.form.hasEdits()) << "an untouched store stays untouched";
     const DateTimeConfiguration empty = EmptyValue{};
     f.form.commitDateRule(DateField::createDateXMP, empty, std::nullopt);
-    EXPECT_TRUE(f.form.isEdited(formPosition(Field::CreateDateXMP)));
-    EXPECT_EQ(f.form.text(formPosition(Field::CreateDateXMP)), "Empty Value");
+    EXPECT_TRUE(f.form.isEdited(Field::CreateDateXMP));
+    EXPECT_EQ(f.form.text(Field::CreateDateXMP), "Empty Value");
 }
 
-TEST(FormLayout, SectionsHoldEveryPositionOnceAndPopupsHaveRows) {
-    std::set<int> seen;
+// The rows that stand for no value and for the signs of the GPS references; any other row of a
+// reference popup is blank.
+TEST(FormPopups, TheBlankRowAndTheReferenceRows) {
+    using FormPopups::ReferenceRow;
+    for (const FormField& field : formFields()) {
+        if (field.kind != FormKind::Popup)
+            continue;
+        EXPECT_FALSE(FormPopups::valueOfRow(field.field, FormPopups::kBlankRow)) << field.control;
+        EXPECT_EQ(FormPopups::rowOf(field.field, PropertyValue()), FormPopups::kBlankRow)
+            << field.control;
+    }
+    EXPECT_EQ(FormPopups::referenceOfRow(-1), ReferenceRow::blank);
+    EXPECT_EQ(FormPopups::referenceOfRow(3), ReferenceRow::blank);
+    for (const ReferenceRow r :
+         {ReferenceRow::blank, ReferenceRow::northOrEast, ReferenceRow::southOrWest})
+        EXPECT_EQ(FormPopups::referenceOfRow(FormPopups::rowOfReference(r)), r);
+    const auto letter = [](Field field, ReferenceRow r) {
+        return FormPopups::valueOfRow(field, FormPopups::rowOfReference(r))->text();
+    };
+    EXPECT_EQ(letter(Field::GPSLatitudeRef, ReferenceRow::northOrEast), "N");
+    EXPECT_EQ(letter(Field::GPSLatitudeRef, ReferenceRow::southOrWest), "S");
+    EXPECT_EQ(letter(Field::GPSLongitudeRef, ReferenceRow::northOrEast), "E");
+    EXPECT_EQ(letter(Field::GPSLongitudeRef, ReferenceRow::southOrWest), "W");
+}
+
+TEST(FormLayout, SectionsHoldEveryFieldOnceAndPopupsHaveRows) {
+    std::set<Field> seen;
     for (const FormSection& section : formSections()) {
         for (const FormLine& line : section.lines) {
-            EXPECT_TRUE(seen.insert(line.position).second) << line.position;
-            ASSERT_NE(formFieldAt(line.position), nullptr) << line.position;
-            EXPECT_FALSE(labelOf(line.position).isEmpty());
+            EXPECT_TRUE(seen.insert(line.field).second) << fieldName(line.field);
+            EXPECT_FALSE(labelOf(line.field).isEmpty());
         }
     }
     EXPECT_EQ(seen.size(), formFields().size());
     for (const FormField& field : formFields()) {
-        EXPECT_EQ(field.kind == FormKind::Popup, FormPopups::isPopup(field.position))
-            << field.control;
+        EXPECT_EQ(field.kind == FormKind::Popup, FormPopups::isPopup(field.field)) << field.control;
         if (field.kind == FormKind::Popup) {
-            EXPECT_GT(FormPopups::rowTexts(field.position).size(), 1) << field.control;
+            EXPECT_GT(FormPopups::rowTexts(field.field).size(), 1) << field.control;
         }
     }
 }

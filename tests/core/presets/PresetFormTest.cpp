@@ -12,8 +12,8 @@
 namespace tagmoor {
 namespace {
 
-int at(const char* name) {
-    return findFormField(QString::fromLatin1(name))->position;
+Field at(const char* name) {
+    return findFormField(QString::fromLatin1(name))->field;
 }
 
 TEST(PresetForm, TheMainFormAndTheCommandLineGetTheSameEdits) {
@@ -23,7 +23,7 @@ TEST(PresetForm, TheMainFormAndTheCommandLineGetTheSameEdits) {
     values.tiffProperties->copyRight = QString(); // an empty text is no value
     values.exifProperties->fNumber = 2.8f;
     values.exifProperties->isoSpeedRating = qint64(400);
-    *formFieldAt(at("FocalLength"))->keyRow().field(values) = PropertyValue(0.0f); // nor a zero
+    *formField(at("FocalLength")).keyRow().field(values) = PropertyValue(0.0f); // nor a zero
     values.tiffProperties->orientation = qint64(6);
     OriginalFinalDate& rules = *preset.timeSetting;
     rules.dateTimeOriginal = QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC);

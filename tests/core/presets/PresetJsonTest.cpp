@@ -72,6 +72,10 @@ TEST(PresetJson, WhatIsNotAPresetFileIsRefusedWithItsReason) {
     outOfRange.replace(R"("uint8": 1)", R"("uint8": 300)");
     QByteArray laterVersion = good;
     laterVersion.replace(R"("tagmoorPreset": 1)", R"("tagmoorPreset": 2)");
+    QByteArray nestedOutOfRange = good; // a list's element: its own reason, not the list's
+    nestedOutOfRange.replace(R"("uint32": 8)", R"("uint32": -8)");
+    QByteArray listOfNoArray = good;
+    listOfNoArray.replace(R"("bool": true)", R"("list": true)");
     QByteArray badRules = good;
     badRules.replace(R"("isSelectDate": true)", R"("isSelectDate": "yes")");
     const QList<std::pair<QByteArray, QString>> cases = {
@@ -82,6 +86,8 @@ TEST(PresetJson, WhatIsNotAPresetFileIsRefusedWithItsReason) {
         {R"({"tagmoorPreset": 1, "preset": {"index": {"int64": 1}}})", "has no name"},
         {otherKind, "unknown value kind \"float128\""},
         {outOfRange, "\"uint8\" does not read"},
+        {nestedOutOfRange, "a value of kind \"uint32\" does not read as one"},
+        {listOfNoArray, "a value of kind \"list\" does not read as one"},
         {laterVersion, "version 2"},
         {badRules, "date rules"},
     };

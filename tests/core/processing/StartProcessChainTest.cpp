@@ -127,7 +127,7 @@ TEST(StartProcessChain, PresetSheetRefusesEmptyAndTakenNamesThenAFolderOutsideHo
     f.chain.setPresetHooks({[] { return QStringLiteral("Preset 1"); },
                             [](const QString& n) { return n == "Taken"; },
                             [&](const QString& n) { saved << n; }});
-    f.form.editText(0, "Jane Doe");
+    f.form.editText(Field::Artist, "Jane Doe");
     f.prompt.answerNext("YES");
     f.prompt.textAnswers = {{0, "  ", false}, {0, "Taken", false}, {0, "Trip", true}};
     QTemporaryDir elsewhere; // not within the home folder
@@ -154,7 +154,7 @@ TEST(StartProcessChain, PresetSheetRefusesEmptyAndTakenNamesThenAFolderOutsideHo
 
 TEST(StartProcessChain, OverwriteQuestionOnlyWhenAFileIsInTheWay) {
     ChainFixture f;
-    f.form.editText(0, "Jane Doe");
+    f.form.editText(Field::Artist, "Jane Doe");
     f.prompt.panelAnswers = {{f.out}};
     auto values = f.run();
     ASSERT_TRUE(values);
@@ -173,7 +173,7 @@ TEST(StartProcessChain, OverwriteQuestionOnlyWhenAFileIsInTheWay) {
 
 TEST(StartProcessChain, KeepingTheSourceFolderAsksForTheHomeFolderOnce) {
     ChainFixture f;
-    f.form.editText(0, "Jane Doe");
+    f.form.editText(Field::Artist, "Jane Doe");
     f.prompt.accessoryAnswers = {true};
     f.prompt.answers = {0, 1}; // YES, then Cancel at the grant
     EXPECT_FALSE(f.run());
@@ -201,7 +201,7 @@ TEST(StartProcessChain, KeepingTheSourceFolderAsksForTheHomeFolderOnce) {
 TEST(StartProcessChain, NothingMarkedIsToldBeforeThePanel) {
     ChainFixture f;
     f.set.setAllSelected(false);
-    f.form.editText(0, "x");
+    f.form.editText(Field::Artist, "x");
     EXPECT_FALSE(f.run());
     EXPECT_EQ(f.titles().last(), "There are no photos selected");
     EXPECT_TRUE(f.prompt.panels.isEmpty());
@@ -211,7 +211,7 @@ TEST(StartProcessChain, NothingMarkedIsToldBeforeThePanel) {
 // the limit the chain goes on to its confirmation.
 TEST(StartProcessChain, AKeywordTooLongIsRefusedBeforeAnyQuestion) {
     ChainFixture f;
-    const int keywords = findFormField("Keywords")->position;
+    const Field keywords = findFormField("Keywords")->field;
     f.form.editText(keywords, "harbour, " + QString(30, QChar(0x00e9))); // 60 bytes: fits
     f.prompt.answerNext("NO");
     EXPECT_FALSE(f.run());
