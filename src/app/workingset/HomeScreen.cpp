@@ -687,7 +687,7 @@ void HomeScreen::finishRun() {
     m_objects.renameSettings = live.renameSettings;
     if (m_runSheet)
         m_runSheet->hide();
-    emit m_objects.events.HideUnhideTopLayerTM(true);
+    m_chain->runClosed();
     // The list empties, so the edits and the options start anew; the add screen comes back.
     m_objects.workingSet.clearImages();
     emit m_objects.events.UpdateVCOTM(RootPage::addFiles);
