@@ -26,8 +26,6 @@ KNOWN_EXCEPTIONS = {
     "app/location/GeoLocationViewController.cpp:GeoLocationViewController::GeoLocationViewController",
     "app/location/MapView.cpp:MapView::paintEvent",
     "app/presets/PresetsDetailsViewController.cpp:PresetsDetailsViewController::PresetsDetailsViewController",
-    "app/workingset/HomeScreen.cpp:HomeScreen::HomeScreen",
-    "app/workingset/HomeScreen.cpp:HomeScreen::makeSidePane",
     "cli/DateRuleArgument.cpp:DateRuleArgument::parse",
     "core/batch/BatchDriver.cpp:BatchDriver::run",
     "core/batch/PhotoPipeline.cpp:PhotoPipeline::process",

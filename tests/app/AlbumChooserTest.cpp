@@ -117,8 +117,8 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 1 && t.scanIdle(), 10000);
 
     HomeScreen* home = t.window().homeScreen();
-    QTest::mouseClick(home->btnAddMore(), Qt::LeftButton);
-    AlbumChooser* chooser = home->albumChooser();
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
+    AlbumChooser* chooser = named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary"));
     QVERIFY(chooser->isVisible());
     QCOMPARE(chooser->face(), AlbumChooser::Face::Home);
     QVERIFY(chooser->btnAddFoldersnPhotosHomeVC()->isChecked());
@@ -135,7 +135,7 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
     QCOMPARE(t.set().imagePaths(), (QStringList{loose, p.a, p.b, p.c}));
 
     // A second time, all albums: "b" is in both and everything is in the list already.
-    QTest::mouseClick(home->btnAddMore(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
     chooser->btnAddPhotosLibHomeVC()->click();
     QTest::mouseClick(chooser->btnOkHomeVC(), Qt::LeftButton);
     chooser->btnAddAblumsAddFilesVC()->click();

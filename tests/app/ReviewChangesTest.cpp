@@ -65,7 +65,10 @@ private:
 void ReviewChangesTest::reviewListsTheChangesAndTouchesNothing() {
     TestApp t;
     HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg"), QStringLiteral("et-GPS.jpg")});
-    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(0)->input());
+    auto* artist = qobject_cast<QLineEdit*>(
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(0)
+            ->input());
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     const QByteArray before = folderHash(t.dir(QStringLiteral("photos")));
 
@@ -100,9 +103,12 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     TestApp t;
     HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg")});
 
-    FieldControl* date = home->metadataView()->control(formPosition(Field::ModifyDate));
+    FieldControl* date =
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(formPosition(Field::ModifyDate));
     QTest::mouseClick(date->dateButton(), Qt::LeftButton);
-    DateConfigurationPanel* panel = home->metadataView()->datePanel();
+    DateConfigurationPanel* panel =
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))->datePanel();
     QVERIFY(panel && panel->carryBox());
     QCOMPARE(panel->carryBox()->text(), QStringLiteral("Carry into days, months and years"));
     QVERIFY(!panel->carryBox()->isChecked());
@@ -110,8 +116,9 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     QVERIFY(t.app->editorState().carryShifts);
     panel->close();
 
-    QTest::mouseClick(home->btnRename(), Qt::LeftButton);
-    RenameViewController* rename = home->renamePanel();
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnRename")), Qt::LeftButton);
+    RenameViewController* rename =
+        named<RenameViewController>(home, QStringLiteral("RenameViewController"));
     QRadioButton* capture = rename->option(RenamePanel::Option::capture);
     QCOMPARE(capture->text(), QStringLiteral("Name From the Capture Date:"));
     QVERIFY(!rename->txtFieldCapturePattern()->isEnabled());
