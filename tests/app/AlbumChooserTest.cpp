@@ -69,9 +69,10 @@ void AlbumChooserTest::addScreenChosenAlbumsEnterTheList() {
     TestApp t;
     const Package p = makePackage(t.dir("lib"));
     AddFilesScreen* add = t.window().addFilesScreen();
-    AlbumChooser* chooser = add->albumChooser();
+    AlbumChooser* chooser = named<AlbumChooser>(add, QStringLiteral("AddAlbumsPhotosLibrary"));
 
-    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
+                      Qt::LeftButton);
     QVERIFY(chooser->isVisible());
     QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
     QVERIFY(chooser->btnAddEntireLibAddFilesVC()->isChecked());
@@ -113,7 +114,9 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
     // A first photo by the usual panel, which puts the home screen up.
     const QString loose = place("et-IPTC.jpg", t.dir("loose") + "/loose.jpg");
     t.prompt.panelAnswers.append({loose});
-    QTest::mouseClick(t.window().addFilesScreen()->btnAddPhotos(), Qt::LeftButton);
+    QTest::mouseClick(
+        named<QPushButton>(t.window().addFilesScreen(), QStringLiteral("btnAddPhotos")),
+        Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 1 && t.scanIdle(), 10000);
 
     HomeScreen* home = t.window().homeScreen();
@@ -152,10 +155,11 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
 void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     TestApp t;
     AddFilesScreen* add = t.window().addFilesScreen();
-    AlbumChooser* chooser = add->albumChooser();
+    AlbumChooser* chooser = named<AlbumChooser>(add, QStringLiteral("AddAlbumsPhotosLibrary"));
 
     // A cancelled panel in the album path opens no list.
-    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
+                      Qt::LeftButton);
     chooser->btnAddAblumsAddFilesVC()->click();
     QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
     QVERIFY(!chooser->isVisible());
@@ -163,7 +167,8 @@ void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
 
     // A library without albums shows so; "Add" then adds nothing and stays on this screen.
     const Package bare = makePackage(t.dir("bare"), false);
-    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
+                      Qt::LeftButton);
     t.prompt.panelAnswers.append({bare.path});
     QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
     QTRY_VERIFY(!chooser->isBusy());
@@ -175,7 +180,8 @@ void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     QCOMPARE(t.window().rootView()->selectedIndex(), 0);
 
     // A folder that is no library: the list says why.
-    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
+                      Qt::LeftButton);
     t.prompt.panelAnswers.append({t.dir("plain")});
     QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
     QTRY_VERIFY(!chooser->isBusy());

@@ -218,8 +218,8 @@ void EditorTest::tutorialShowsOnceAndEndsOnSkip() {
     QTRY_VERIFY(named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->isVisibleTo(home));
     QCOMPARE(named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->tutorialStep(), 1);
     QCOMPARE(t.app->settings().tutorialShow(), std::optional<bool>(true));
-    named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))
-        ->timerTutorial()
+    named<QTimer>(named<TutorialOverlay>(home, QStringLiteral("boxTutorial")),
+                  QStringLiteral("timerTutorial"))
         ->start(20); // the tour moves on by itself
     QTRY_VERIFY(named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->tutorialStep() >= 2);
     named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->clickedHideTutorial();

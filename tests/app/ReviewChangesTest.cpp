@@ -143,7 +143,8 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
 
     t.app->showPreferences();
     PreferencesWindow* preferences = t.app->preferencesWindow();
-    QCheckBox* standard = preferences->btnWriteTagsInStandardForm();
+    QCheckBox* standard =
+        named<QCheckBox>(preferences, QStringLiteral("btnWriteTagsInStandardForm"));
     QCOMPARE(standard->text(), QStringLiteral("Write tags in their standard form"));
     QVERIFY(!standard->isChecked());
     standard->click();

@@ -109,7 +109,7 @@ void ScreenFlowTest::droppedFolderLandsOnTheHomeScreen() {
     const int expected = readableCount(copySamples(folder));
     QVERIFY(expected > 20);
 
-    dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {folder});
     QTRY_COMPARE(root->selectedIndex(), 1);
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == expected, 20000);
     HomeScreen* home = t.window().homeScreen();
@@ -126,8 +126,8 @@ void ScreenFlowTest::droppedFolderLandsOnTheHomeScreen() {
     QVERIFY(named<QPushButton>(home, QStringLiteral("btnAddMore"))->isEnabled());
     QCOMPARE(t.prompt.alerts.size(), 0);
     // The last progress shown counted every file of the folder.
-    const QString objects = named<ScanProgressBox>(home, QStringLiteral("boxLoader"))
-                                ->lblObjectSelectedScanning()
+    const QString objects = named<QLabel>(named<ScanProgressBox>(home, QStringLiteral("boxLoader")),
+                                          QStringLiteral("lblObjectSelectedScanning"))
                                 ->text();
     QVERIFY2(objects.startsWith(QStringLiteral("Objects Selected: ")), qPrintable(objects));
 }
@@ -137,7 +137,9 @@ void ScreenFlowTest::sameFileTwiceGivesOneEntryAndAnAlert() {
     const QString photo = copySamples(t.dir("one")).filter(QStringLiteral("Reagan.jpg")).first();
 
     t.prompt.panelAnswers.append({photo, photo});
-    QTest::mouseClick(t.window().addFilesScreen()->btnAddPhotos(), Qt::LeftButton);
+    QTest::mouseClick(
+        named<QPushButton>(t.window().addFilesScreen(), QStringLiteral("btnAddPhotos")),
+        Qt::LeftButton);
     QCOMPARE(t.prompt.panels.size(), 1);
     QCOMPARE(t.prompt.panels[0].prompt, QStringLiteral("Add Photos"));
     QVERIFY(!t.prompt.panels[0].allowedExtensions.contains(QStringLiteral("photoslibrary")));
@@ -168,7 +170,7 @@ void ScreenFlowTest::folderOfTextFilesGoesBackToTheAddScreen() {
     for (int i = 0; i < 3; ++i)
         writeText(folder + QStringLiteral("/note%1.txt").arg(i), "just words");
 
-    dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {folder});
     QTRY_COMPARE(t.prompt.alerts.size(), 1);
     QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Some items could not be added"));
     QCOMPARE(t.prompt.alerts[0].text,
@@ -181,7 +183,7 @@ void ScreenFlowTest::folderOfTextFilesGoesBackToTheAddScreen() {
 
     // An empty folder: the other end-of-scan alert, and still the add screen.
     const QString empty = t.dir("empty");
-    dropPaths(t.window().addFilesScreen()->dropView(), {empty});
+    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {empty});
     QTRY_COMPARE(t.prompt.alerts.size(), 2);
     QCOMPARE(t.prompt.alerts[1].title,
              QStringLiteral("No images were found in the selected folder"));
@@ -196,13 +198,14 @@ void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
         t.app->scans().setReaderThreads(1);
         const QString folder = t.dir("many");
         makeCopies(folder, total);
-        dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+        dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")),
+                  {folder});
         HomeScreen* home = t.window().homeScreen();
         QTRY_VERIFY(t.set().count() >= 3);
         QVERIFY(named<ScanProgressBox>(home, QStringLiteral("boxLoader"))->isVisible());
         QVERIFY(!named<QPushButton>(home, QStringLiteral("btnAddMore"))->isEnabled());
-        QVERIFY(named<ScanProgressBox>(home, QStringLiteral("boxLoader"))
-                    ->lblPathScanning()
+        QVERIFY(named<QLabel>(named<ScanProgressBox>(home, QStringLiteral("boxLoader")),
+                              QStringLiteral("lblPathScanning"))
                     ->toolTip()
                     .startsWith(QStringLiteral("Path: ")));
 
@@ -223,7 +226,8 @@ void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
         t.app->scans().setReaderThreads(1);
         const QString folder = t.dir("many");
         makeCopies(folder, total);
-        dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+        dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")),
+                  {folder});
         HomeScreen* home = t.window().homeScreen();
         QTRY_VERIFY(t.set().count() >= 3);
         t.prompt.answerNext(QStringLiteral("YES"));
@@ -251,7 +255,7 @@ void ScreenFlowTest::filesOpenedDuringAScanAreAddedAfterIt() {
     const QString late = t.dir("late") + QStringLiteral("/late.jpg");
     QVERIFY(QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), late));
 
-    dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {folder});
     QTRY_VERIFY(t.set().isScanning() && t.set().count() >= 1);
     t.app->openFiles({late, late});
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 26 && t.scanIdle(), 20000);
@@ -265,7 +269,7 @@ void ScreenFlowTest::marksSurviveSwitchingBetweenGridAndTable() {
     QVERIFY(QTest::qWaitForWindowExposed(&t.window()));
     const QString folder = t.dir("marks");
     makeCopies(folder, 6);
-    dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {folder});
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 6, 10000);
     HomeScreen* home = t.window().homeScreen();
     QAbstractItemView* grid = named<PhotoGridView>(home, QStringLiteral("collectionView"));
@@ -350,13 +354,13 @@ void ScreenFlowTest::dropIsIgnoredWhileAnOverlayIsUp() {
     const QString photo = copySamples(t.dir("one")).filter(QStringLiteral("Reagan.jpg")).first();
     t.window().setOverlayMenusEnabled(false);
     QVERIFY(!t.window().menuItemPreferences()->isEnabled());
-    dropPaths(t.window().addFilesScreen()->dropView(), {photo});
+    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {photo});
     QTest::qWait(100);
     QVERIFY(t.set().stagedURLs().isEmpty());
     QCOMPARE(t.window().rootView()->selectedIndex(), 0);
 
     t.window().setOverlayMenusEnabled(true);
-    dropPaths(t.window().addFilesScreen()->dropView(), {photo});
+    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {photo});
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 1, 10000);
     QCOMPARE(t.window().rootView()->selectedIndex(), 1);
 }

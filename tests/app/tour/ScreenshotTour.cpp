@@ -146,12 +146,15 @@ int main(int argc, char** argv) {
     QTemporaryDir libraries;
     const QStringList libraryPaths = makeTourLibraries(libraries.path());
     AddFilesScreen* addScreen = t.window().addFilesScreen();
-    AlbumChooser* chooser = addScreen->albumChooser();
+    AlbumChooser* chooser =
+        test::named<AlbumChooser>(addScreen, QStringLiteral("AddAlbumsPhotosLibrary"));
     addScreen->clickedAddPhotosLibrary();
     shoot(out, QStringLiteral("chooser-add-screen.png"), window, chooser);
     const QStringList albumShots{"chooser-albums.png", "chooser-albums-digikam.png"};
     for (int i = 0; i < albumShots.size(); ++i) {
-        chooser->showAlbumList(libraryPaths[i], addScreen->btnAddPhotosLibrary());
+        chooser->showAlbumList(
+            libraryPaths[i],
+            test::named<QPushButton>(addScreen, QStringLiteral("btnAddPhotosLibrary")));
         while (chooser->isBusy())
             settle(20);
         if (i == 0)
@@ -316,10 +319,10 @@ int main(int argc, char** argv) {
     // The preference of the standard form.
     t.app->showPreferences();
     PreferencesWindow* preferences = t.app->preferencesWindow();
-    preferences->btnWriteTagsInStandardForm()->setFocus();
+    test::named<QCheckBox>(preferences, QStringLiteral("btnWriteTagsInStandardForm"))->setFocus();
     shoot(out, QStringLiteral("preferences-standard-form.png"), preferences);
     // The map tiles' switch and their cache.
-    preferences->btnLoadMapTiles()->setFocus();
+    test::named<QCheckBox>(preferences, QStringLiteral("btnLoadMapTiles"))->setFocus();
     shoot(out, QStringLiteral("preferences-map-tiles.png"), preferences);
     preferences->close();
     settle();
