@@ -68,7 +68,7 @@ private slots:
 void AlbumChooserTest::addScreenChosenAlbumsEnterTheList() {
     TestApp t;
     const Package p = makePackage(t.dir("lib"));
-    AddFilesScreen* add = t.window().addFilesScreen();
+    AddFilesScreen* add = named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles"));
     AlbumChooser* chooser = named<AlbumChooser>(add, QStringLiteral("AddAlbumsPhotosLibrary"));
 
     QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
@@ -115,11 +115,12 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
     const QString loose = place("et-IPTC.jpg", t.dir("loose") + "/loose.jpg");
     t.prompt.panelAnswers.append({loose});
     QTest::mouseClick(
-        named<QPushButton>(t.window().addFilesScreen(), QStringLiteral("btnAddPhotos")),
+        named<QPushButton>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                           QStringLiteral("btnAddPhotos")),
         Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 1 && t.scanIdle(), 10000);
 
-    HomeScreen* home = t.window().homeScreen();
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
     AlbumChooser* chooser = named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary"));
     QVERIFY(chooser->isVisible());
@@ -154,7 +155,7 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
 
 void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     TestApp t;
-    AddFilesScreen* add = t.window().addFilesScreen();
+    AddFilesScreen* add = named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles"));
     AlbumChooser* chooser = named<AlbumChooser>(add, QStringLiteral("AddAlbumsPhotosLibrary"));
 
     // A cancelled panel in the album path opens no list.

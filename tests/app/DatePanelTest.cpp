@@ -48,7 +48,7 @@ private:
         t.app->scans().addFromDrop({path});
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 1, 20000); }();
         QCoreApplication::processEvents();
-        HomeScreen* home = t.window().homeScreen();
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         home->window()->show();
         [&] { QVERIFY(QTest::qWaitForWindowExposed(home->window())); }();
         return home;

@@ -70,7 +70,7 @@ private:
         t.app->scans().addFromDrop(paths);
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == paths.size(), 20000); }();
         QCoreApplication::processEvents();
-        return t.window().homeScreen();
+        return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     }
     QLineEdit* line(HomeScreen* home, int position) {
         return qobject_cast<QLineEdit*>(

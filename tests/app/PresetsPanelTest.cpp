@@ -52,7 +52,7 @@ struct PresetApp {
         QCoreApplication::processEvents();
     }
     RootView* root() { return app->mainWindow()->rootView(); }
-    HomeScreen* home_() { return app->mainWindow()->homeScreen(); }
+    HomeScreen* home_() { return named<HomeScreen>(app->mainWindow(), QStringLiteral("Home")); }
     PresetsDetailsViewController* panel() { return root()->presetsPanel(); }
     PresetStore& presets() { return app->presets(); }
 

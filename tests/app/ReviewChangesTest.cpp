@@ -56,7 +56,7 @@ private:
         t.app->scans().addFromDrop({folder});
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == names.size(), 20000); }();
         QCoreApplication::processEvents();
-        HomeScreen* home = t.window().homeScreen();
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         home->window()->show();
         return home;
     }

@@ -68,7 +68,7 @@ private:
         t.app->scans().addFromDrop({folder});
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 6, 20000); }();
         QCoreApplication::processEvents();
-        return t.window().homeScreen();
+        return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     }
 };
 
@@ -184,7 +184,7 @@ void RunFlowTest::stopAnsweredNoGoesOnAndYesEndsTheRun() {
         }
         t.app->scans().addFromDrop({folder});
         QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 120, 30000);
-        HomeScreen* home = t.window().homeScreen();
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         t.app->homeSession().form().editText(0, QStringLiteral("Jane Doe"));
         const QString out = m_home->filePath(yes ? "OutYes" : "OutNo");
         QDir().mkpath(out);

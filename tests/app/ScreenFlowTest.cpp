@@ -103,16 +103,19 @@ void ScreenFlowTest::droppedFolderLandsOnTheHomeScreen() {
     QVERIFY(QTest::qWaitForWindowExposed(&t.window()));
     QCOMPARE(t.window().windowTitle(), QStringLiteral("Tagmoor"));
     RootView* root = t.window().rootView();
-    QCOMPARE(root->currentChild(), static_cast<QWidget*>(t.window().addFilesScreen()));
+    QCOMPARE(root->currentChild(),
+             static_cast<QWidget*>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles"))));
 
     const QString folder = t.dir("photos");
     const int expected = readableCount(copySamples(folder));
     QVERIFY(expected > 20);
 
-    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {folder});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {folder});
     QTRY_COMPARE(root->selectedIndex(), 1);
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == expected, 20000);
-    HomeScreen* home = t.window().homeScreen();
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     QTRY_VERIFY(!named<ScanProgressBox>(home, QStringLiteral("boxLoader"))->isVisible());
     QCOMPARE(named<QLabel>(home, QStringLiteral("lblTotalPhotos"))->text(),
              QStringLiteral("%1 Photos").arg(expected));
@@ -138,7 +141,8 @@ void ScreenFlowTest::sameFileTwiceGivesOneEntryAndAnAlert() {
 
     t.prompt.panelAnswers.append({photo, photo});
     QTest::mouseClick(
-        named<QPushButton>(t.window().addFilesScreen(), QStringLiteral("btnAddPhotos")),
+        named<QPushButton>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                           QStringLiteral("btnAddPhotos")),
         Qt::LeftButton);
     QCOMPARE(t.prompt.panels.size(), 1);
     QCOMPARE(t.prompt.panels[0].prompt, QStringLiteral("Add Photos"));
@@ -150,7 +154,7 @@ void ScreenFlowTest::sameFileTwiceGivesOneEntryAndAnAlert() {
     QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Some images cannot be added"));
 
     // Adding it once more from the home screen is caught against the list.
-    HomeScreen* home = t.window().homeScreen();
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     t.prompt.panelAnswers.append({photo});
     QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
     QTest::mouseClick(
@@ -170,7 +174,9 @@ void ScreenFlowTest::folderOfTextFilesGoesBackToTheAddScreen() {
     for (int i = 0; i < 3; ++i)
         writeText(folder + QStringLiteral("/note%1.txt").arg(i), "just words");
 
-    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {folder});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {folder});
     QTRY_COMPARE(t.prompt.alerts.size(), 1);
     QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Some items could not be added"));
     QCOMPARE(t.prompt.alerts[0].text,
@@ -178,12 +184,15 @@ void ScreenFlowTest::folderOfTextFilesGoesBackToTheAddScreen() {
                             "for processing."));
     QTRY_COMPARE(t.window().rootView()->selectedIndex(), 0);
     QCOMPARE(t.set().count(), 0);
-    QVERIFY(
-        !named<ScanProgressBox>(t.window().homeScreen(), QStringLiteral("boxLoader"))->isVisible());
+    QVERIFY(!named<ScanProgressBox>(named<HomeScreen>(&t.window(), QStringLiteral("Home")),
+                                    QStringLiteral("boxLoader"))
+                 ->isVisible());
 
     // An empty folder: the other end-of-scan alert, and still the add screen.
     const QString empty = t.dir("empty");
-    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {empty});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {empty});
     QTRY_COMPARE(t.prompt.alerts.size(), 2);
     QCOMPARE(t.prompt.alerts[1].title,
              QStringLiteral("No images were found in the selected folder"));
@@ -198,9 +207,10 @@ void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
         t.app->scans().setReaderThreads(1);
         const QString folder = t.dir("many");
         makeCopies(folder, total);
-        dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")),
+        dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                                  QStringLiteral("dropView")),
                   {folder});
-        HomeScreen* home = t.window().homeScreen();
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         QTRY_VERIFY(t.set().count() >= 3);
         QVERIFY(named<ScanProgressBox>(home, QStringLiteral("boxLoader"))->isVisible());
         QVERIFY(!named<QPushButton>(home, QStringLiteral("btnAddMore"))->isEnabled());
@@ -226,9 +236,10 @@ void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
         t.app->scans().setReaderThreads(1);
         const QString folder = t.dir("many");
         makeCopies(folder, total);
-        dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")),
+        dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                                  QStringLiteral("dropView")),
                   {folder});
-        HomeScreen* home = t.window().homeScreen();
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         QTRY_VERIFY(t.set().count() >= 3);
         t.prompt.answerNext(QStringLiteral("YES"));
         QTest::mouseClick(
@@ -255,7 +266,9 @@ void ScreenFlowTest::filesOpenedDuringAScanAreAddedAfterIt() {
     const QString late = t.dir("late") + QStringLiteral("/late.jpg");
     QVERIFY(QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), late));
 
-    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {folder});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {folder});
     QTRY_VERIFY(t.set().isScanning() && t.set().count() >= 1);
     t.app->openFiles({late, late});
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 26 && t.scanIdle(), 20000);
@@ -269,9 +282,11 @@ void ScreenFlowTest::marksSurviveSwitchingBetweenGridAndTable() {
     QVERIFY(QTest::qWaitForWindowExposed(&t.window()));
     const QString folder = t.dir("marks");
     makeCopies(folder, 6);
-    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {folder});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {folder});
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 6, 10000);
-    HomeScreen* home = t.window().homeScreen();
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     QAbstractItemView* grid = named<PhotoGridView>(home, QStringLiteral("collectionView"));
     QAbstractItemView* table = named<PhotoTableView>(home, QStringLiteral("tableView"));
     QTRY_VERIFY(grid->isVisible());
@@ -353,14 +368,18 @@ void ScreenFlowTest::dropIsIgnoredWhileAnOverlayIsUp() {
     QVERIFY(QTest::qWaitForWindowExposed(&t.window()));
     const QString photo = copySamples(t.dir("one")).filter(QStringLiteral("Reagan.jpg")).first();
     t.window().setOverlayMenusEnabled(false);
-    QVERIFY(!t.window().menuItemPreferences()->isEnabled());
-    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {photo});
+    QVERIFY(!named<QAction>(&t.window(), QStringLiteral("menuItemPreferences"))->isEnabled());
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {photo});
     QTest::qWait(100);
     QVERIFY(t.set().stagedURLs().isEmpty());
     QCOMPARE(t.window().rootView()->selectedIndex(), 0);
 
     t.window().setOverlayMenusEnabled(true);
-    dropPaths(named<DropView>(t.window().addFilesScreen(), QStringLiteral("dropView")), {photo});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {photo});
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 1, 10000);
     QCOMPARE(t.window().rootView()->selectedIndex(), 1);
 }

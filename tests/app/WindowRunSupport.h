@@ -69,7 +69,7 @@ inline HomeScreen* dropPhotos(TestApp& t, const QStringList& paths, int count) {
     t.app->scans().addFromDrop(paths);
     [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == count, 20000); }();
     QCoreApplication::processEvents();
-    return t.window().homeScreen();
+    return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
 }
 
 // Start Process into `out` with every question answered by its first button, up to the

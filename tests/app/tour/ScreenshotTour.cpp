@@ -145,7 +145,8 @@ int main(int argc, char** argv) {
     // The album chooser on the add screen, then the albums of a package and of a collection.
     QTemporaryDir libraries;
     const QStringList libraryPaths = makeTourLibraries(libraries.path());
-    AddFilesScreen* addScreen = t.window().addFilesScreen();
+    AddFilesScreen* addScreen =
+        test::named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles"));
     AlbumChooser* chooser =
         test::named<AlbumChooser>(addScreen, QStringLiteral("AddAlbumsPhotosLibrary"));
     addScreen->clickedAddPhotosLibrary();
@@ -167,7 +168,7 @@ int main(int argc, char** argv) {
     while (!t.scanIdle() || t.set().count() == 0)
         settle(100);
     settle(1500);
-    HomeScreen* home = t.window().homeScreen();
+    HomeScreen* home = test::named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     // The tour of the screen comes up after the first scan.
     shoot(out, QStringLiteral("tutorial.png"), window);
     test::named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->clickedHideTutorial();
