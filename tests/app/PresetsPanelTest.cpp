@@ -53,7 +53,9 @@ struct PresetApp {
     }
     RootView* root() { return app->mainWindow()->rootView(); }
     HomeScreen* home_() { return named<HomeScreen>(app->mainWindow(), QStringLiteral("Home")); }
-    PresetsDetailsViewController* panel() { return root()->presetsPanel(); }
+    PresetsDetailsViewController* panel() {
+        return named<PresetsDetailsViewController>(root(), QStringLiteral("presetsDetails"));
+    }
     PresetStore& presets() { return app->presets(); }
 
     QString loadPhotos() {

@@ -4,6 +4,7 @@
 #include "AppTestSupport.h"
 
 #include "app/photolibrary/AlbumChooser.h"
+#include "app/presets/PresetsDetailsViewController.h"
 #include "app/shell/RootView.h"
 #include "app/workingset/AddFilesScreen.h"
 #include "app/workingset/DropView.h"
@@ -356,11 +357,13 @@ void ScreenFlowTest::rootShowsTheChildOfTheIndex() {
     TestApp t;
     RootView* root = t.window().rootView();
     emit t.app->events().UpdateVCOTM(RootPage::presetsDetails);
-    QCOMPARE(root->currentChild(), root->presetsDetails());
+    QCOMPARE(root->currentChild(), static_cast<QWidget*>(named<PresetsDetailsViewController>(
+                                       root, QStringLiteral("presetsDetails"))));
     emit t.app->events().UpdateVCOTM(RootPage::none);
     QCOMPARE(root->currentChild(), nullptr);
     emit t.app->events().UpdateVCOTM(RootPage::addFiles);
-    QCOMPARE(root->currentChild(), static_cast<QWidget*>(root->addFilesScreen()));
+    QCOMPARE(root->currentChild(),
+             static_cast<QWidget*>(named<AddFilesScreen>(root, QStringLiteral("AddFiles"))));
 }
 
 void ScreenFlowTest::dropIsIgnoredWhileAnOverlayIsUp() {

@@ -20,9 +20,9 @@ class WelcomeWindow;
 class WorkingListModel;
 
 // The application object: the core's application shell plus what the screens add to it (the
-// list model, the scan controller, the thumbnails), and the windows. It carries out the start
-// plan and routes files handed over by the desktop. Tests make one with a ScriptedPrompt and
-// a settings file of their own and drive its windows.
+// list model, the scan controller, the thumbnails, the home screen's session), and the
+// windows. It carries out the start plan and routes files handed over by the desktop. Tests
+// make one with a ScriptedPrompt and a settings file of their own and drive its windows.
 class AppDelegate : public QObject {
     Q_OBJECT
 public:

@@ -48,10 +48,6 @@ void RootView::updateVC(RootPage page) {
     }
 }
 
-QWidget* RootView::presetsDetails() const {
-    return m_presetsDetails;
-}
-
 QWidget* RootView::currentChild() const {
     QWidget* current = m_stack->currentWidget();
     return current == m_empty ? nullptr : current;

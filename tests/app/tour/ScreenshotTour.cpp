@@ -395,7 +395,8 @@ int main(int argc, char** argv) {
     presetsMenu->chooseRow(int(t.app->presets().size()) + 1); // "Edit Presets..."
     while (t.window().rootView()->selectedIndex() != 2)
         settle(20);
-    PresetsDetailsViewController* presetsPanel = t.window().rootView()->presetsPanel();
+    PresetsDetailsViewController* presetsPanel = test::named<PresetsDetailsViewController>(
+        t.window().rootView(), QStringLiteral("presetsDetails"));
     presetsPanel->tableView()->setCurrentRow(1);
     shoot(out, QStringLiteral("presets-panel.png"), window);
     presetsPanel->clickedCancel();
