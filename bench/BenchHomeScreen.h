@@ -10,6 +10,7 @@
 #include "foundation/Settings.h"
 #include "presets/PresetStore.h"
 #include "processing/FolderAccess.h"
+#include "processing/HomeSession.h"
 #include "processing/ProcessingOptions.h"
 #include "rename/Rename.h"
 #include "rename/RenameNumbering.h"
@@ -25,8 +26,9 @@ struct BenchHomeScreen {
     // `settingsFile` holds the bench's own settings; `homeFolder` is where outputs may go.
     BenchHomeScreen(WorkingSet& set, const QString& settingsFile, const QString& homeFolder)
         : settings(settingsFile), folders(homeFolder), model(set), scans(set, prompt, events),
-          presets(settings), home({set, model, thumbnails, scans, events, prompt, state, settings,
-                                   options, folders, rename, numbering, presets}) {
+          presets(settings), session({set, scans, events, prompt, state, settings, options, folders,
+                                      rename, numbering, presets}),
+          home({session, model, thumbnails}) {
         settings.setTutorialShow(true);
         settings.setIsPresetSavingSettingInHome(true);
         home.resize(1280, 800);
@@ -46,6 +48,7 @@ struct BenchHomeScreen {
     ThumbnailProvider thumbnails;
     ScanController scans;
     PresetStore presets;
+    HomeSession session;
     HomeScreen home;
 };
 

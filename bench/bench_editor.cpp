@@ -48,7 +48,8 @@ void measure(const QList<CGImageProperties>& samples, int count) {
     const double markMs = clock.nsecsElapsed() / 1e6;
     QCoreApplication::processEvents();
 
-    auto* artist = qobject_cast<QLineEdit*>(home.metadataView()->control(Field::Artist)->input());
+    auto* artist = qobject_cast<QLineEdit*>(
+        home.findChild<MetadataViewController*>()->control(Field::Artist)->input());
     double worstKeyMs = 0;
     double totalKeyMs = 0;
     const QString typed = QStringLiteral("Jane Photographer");

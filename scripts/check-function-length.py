@@ -22,8 +22,6 @@ LIMIT = 80
 # "path:qualified name". This list only shrinks: a function that gets under the limit is taken
 # out of it, and no new function is ever added to it.
 KNOWN_EXCEPTIONS = {
-    "app/workingset/HomeScreen.cpp:HomeScreen::HomeScreen",
-    "app/workingset/HomeScreen.cpp:HomeScreen::makeSidePane",
 }
 
 SCOPE_WORDS = re.compile(r"\b(namespace|class|struct|union|enum)\b")

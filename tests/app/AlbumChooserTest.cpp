@@ -68,10 +68,11 @@ private slots:
 void AlbumChooserTest::addScreenChosenAlbumsEnterTheList() {
     TestApp t;
     const Package p = makePackage(t.dir("lib"));
-    AddFilesScreen* add = t.window().addFilesScreen();
-    AlbumChooser* chooser = add->albumChooser();
+    AddFilesScreen* add = named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles"));
+    AlbumChooser* chooser = named<AlbumChooser>(add, QStringLiteral("AddAlbumsPhotosLibrary"));
 
-    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
+                      Qt::LeftButton);
     QVERIFY(chooser->isVisible());
     QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
     QVERIFY(chooser->btnAddEntireLibAddFilesVC()->isChecked());
@@ -113,12 +114,15 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
     // A first photo by the usual panel, which puts the home screen up.
     const QString loose = place("et-IPTC.jpg", t.dir("loose") + "/loose.jpg");
     t.prompt.panelAnswers.append({loose});
-    QTest::mouseClick(t.window().addFilesScreen()->btnAddPhotos(), Qt::LeftButton);
+    QTest::mouseClick(
+        named<QPushButton>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                           QStringLiteral("btnAddPhotos")),
+        Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 1 && t.scanIdle(), 10000);
 
-    HomeScreen* home = t.window().homeScreen();
-    QTest::mouseClick(home->btnAddMore(), Qt::LeftButton);
-    AlbumChooser* chooser = home->albumChooser();
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
+    AlbumChooser* chooser = named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary"));
     QVERIFY(chooser->isVisible());
     QCOMPARE(chooser->face(), AlbumChooser::Face::Home);
     QVERIFY(chooser->btnAddFoldersnPhotosHomeVC()->isChecked());
@@ -135,7 +139,7 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
     QCOMPARE(t.set().imagePaths(), (QStringList{loose, p.a, p.b, p.c}));
 
     // A second time, all albums: "b" is in both and everything is in the list already.
-    QTest::mouseClick(home->btnAddMore(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
     chooser->btnAddPhotosLibHomeVC()->click();
     QTest::mouseClick(chooser->btnOkHomeVC(), Qt::LeftButton);
     chooser->btnAddAblumsAddFilesVC()->click();
@@ -151,11 +155,12 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
 
 void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     TestApp t;
-    AddFilesScreen* add = t.window().addFilesScreen();
-    AlbumChooser* chooser = add->albumChooser();
+    AddFilesScreen* add = named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles"));
+    AlbumChooser* chooser = named<AlbumChooser>(add, QStringLiteral("AddAlbumsPhotosLibrary"));
 
     // A cancelled panel in the album path opens no list.
-    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
+                      Qt::LeftButton);
     chooser->btnAddAblumsAddFilesVC()->click();
     QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
     QVERIFY(!chooser->isVisible());
@@ -163,7 +168,8 @@ void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
 
     // A library without albums shows so; "Add" then adds nothing and stays on this screen.
     const Package bare = makePackage(t.dir("bare"), false);
-    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
+                      Qt::LeftButton);
     t.prompt.panelAnswers.append({bare.path});
     QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
     QTRY_VERIFY(!chooser->isBusy());
@@ -175,7 +181,8 @@ void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     QCOMPARE(t.window().rootView()->selectedIndex(), 0);
 
     // A folder that is no library: the list says why.
-    QTest::mouseClick(add->btnAddPhotosLibrary(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
+                      Qt::LeftButton);
     t.prompt.panelAnswers.append({t.dir("plain")});
     QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
     QTRY_VERIFY(!chooser->isBusy());

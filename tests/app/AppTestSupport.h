@@ -8,6 +8,7 @@
 #include "foundation/Settings.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
+#include "processing/HomeSession.h"
 #include "workingset/WorkingSet.h"
 
 #include <QDir>
@@ -45,6 +46,19 @@ inline int readableCount(const QStringList& paths) {
     for (const QString& path : paths)
         n += loadImageProperties(QUrl::fromLocalFile(path)).has_value() ? 1 : 0;
     return n;
+}
+
+// The one object of type T named `name` (any name when empty) under `root`, as a user finds a
+// control by what it is called; nothing when there is none yet (a sheet made on first use).
+// Two of them fail the test: a lookup never guesses.
+template <typename T = QWidget> T* named(const QObject* root, const QString& name = QString()) {
+    const QList<T*> found = root->findChildren<T*>(name);
+    if (found.size() > 1)
+        QTest::qFail(qPrintable(QStringLiteral("%1 objects named \"%2\" of the type asked for")
+                                    .arg(found.size())
+                                    .arg(name)),
+                     __FILE__, __LINE__);
+    return found.value(0);
 }
 
 inline void writeText(const QString& path, const QByteArray& bytes) {

@@ -48,15 +48,18 @@ private:
         t.app->scans().addFromDrop({path});
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 1, 20000); }();
         QCoreApplication::processEvents();
-        HomeScreen* home = t.window().homeScreen();
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         home->window()->show();
         [&] { QVERIFY(QTest::qWaitForWindowExposed(home->window())); }();
         return home;
     }
     DateConfigurationPanel* open(HomeScreen* home, Field position) {
-        FieldControl* control = home->metadataView()->control(position);
+        FieldControl* control =
+            named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+                ->control(position);
         QTest::mouseClick(control->dateButton(), Qt::LeftButton);
-        return home->metadataView()->datePanel();
+        return named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->datePanel();
     }
 };
 
@@ -64,7 +67,10 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
     TestApp t;
     HomeScreen* home = load(t, samplePhoto(t.dir("p")));
     const Field position = Field::ModifyDate;
-    auto* field = qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
+    auto* field = qobject_cast<QLineEdit*>(
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(position)
+            ->input());
     const QString before = field->text();
 
     DateConfigurationPanel* panel = open(home, position);
@@ -92,7 +98,8 @@ void DatePanelTest::timeShiftShowsLiveAndIsStoredOnClose() {
     QVERIFY(field->text() != before);
 
     panel->close();
-    QTRY_VERIFY(!home->metadataView()->datePanel());
+    QTRY_VERIFY(!named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+                     ->datePanel());
     const DateTimeConfiguration& rule =
         t.app->editorState().dateStores.editorDates.rules().rule(DateField::modifyDate);
     QVERIFY(rule.is<IDOT>());

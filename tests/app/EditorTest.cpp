@@ -1,6 +1,7 @@
 // The editor on the real home screen: what several marked photos show, edits and their
 // marks, the numeric checks, the GPS reference question, Reset All, and the list's menu.
 #include "AppTestSupport.h"
+#include "app/batch/ProcessingControls.h"
 #include "app/editor/FieldControl.h"
 #include "app/editor/MetadataViewController.h"
 #include "app/widgets/DesktopActions.h"
@@ -12,6 +13,7 @@
 #include "workingset/WorkingListModel.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFrame>
 #include <QLabel>
@@ -68,10 +70,13 @@ private:
         t.app->scans().addFromDrop(paths);
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == paths.size(), 20000); }();
         QCoreApplication::processEvents();
-        return t.window().homeScreen();
+        return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     }
     QLineEdit* line(HomeScreen* home, Field position) {
-        return qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
+        return qobject_cast<QLineEdit*>(
+            named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+                ->control(position)
+                ->input());
     }
 };
 
@@ -83,8 +88,11 @@ void EditorTest::severalPhotosShowAgreementOrPlaceholders() {
     QCOMPARE(artist->text(), QString());
     QCOMPARE(artist->placeholderText(), QStringLiteral("Multiple Values"));
     // The table's second line gives the pixel size and the file's real size.
-    const QString subtitle =
-        home->tableView()->model()->index(0, 0).data(WorkingListModel::SubtitleRole).toString();
+    const QString subtitle = named<PhotoTableView>(home, QStringLiteral("tableView"))
+                                 ->model()
+                                 ->index(0, 0)
+                                 .data(WorkingListModel::SubtitleRole)
+                                 .toString();
     QVERIFY2(subtitle.startsWith(QStringLiteral("200 x 130 - ")) &&
                  !subtitle.endsWith(QStringLiteral(" 0 bytes")),
              qPrintable(subtitle));
@@ -106,12 +114,12 @@ void EditorTest::typingMarksTheFieldAndResetAllClearsIt() {
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     QVERIFY(t.app->editorState().fieldEditedFlags.test(Field::Artist));
     QVERIFY(artist->property("edited").toBool());
-    QVERIFY(home->metadataForm().hasEdits());
-    QCOMPARE(home->metadataForm().readForm().tiffProperties->artist.text(),
+    QVERIFY(t.app->homeSession().form().hasEdits());
+    QCOMPARE(t.app->homeSession().form().readForm().tiffProperties->artist.text(),
              QStringLiteral("Jane Doe"));
 
-    QTest::mouseClick(home->btnResetAll(), Qt::LeftButton);
-    QVERIFY(!home->metadataForm().hasEdits());
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnResetAll")), Qt::LeftButton);
+    QVERIFY(!t.app->homeSession().form().hasEdits());
     QCOMPARE(artist->text(), QString());
     QVERIFY(!artist->property("edited").toBool());
     QCOMPARE(artist->placeholderText(), QStringLiteral("Multiple Values"));
@@ -128,9 +136,12 @@ void EditorTest::numericFieldsRefuseLettersAndShowTheirLimit() {
     QCOMPARE(iso->text(), QString());
     QTest::keyClicks(iso, QStringLiteral("70000"));
     QCOMPARE(iso->text(), QStringLiteral("7000"));
-    QFrame* popover = home->metadataView()->popoverDetails();
+    QFrame* popover = named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+                          ->popoverDetails();
     QVERIFY(popover->isVisible());
-    QCOMPARE(home->metadataView()->popoverMessage()->text(),
+    QCOMPARE(named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+                 ->popoverMessage()
+                 ->text(),
              QStringLiteral("Value can not be greater than 65535.0"));
 }
 
@@ -139,7 +150,10 @@ void EditorTest::referenceChangeAsksWithItsExactText() {
     const QString photo = copySamples(t.dir("gps")).filter(QStringLiteral("et-GPS.jpg")).first();
     HomeScreen* home = load(t, {photo});
     QVERIFY(!line(home, Field::GPSLongitude)->text().isEmpty());
-    auto* ref = qobject_cast<QComboBox*>(home->metadataView()->control(kLongitudeRef)->input());
+    auto* ref = qobject_cast<QComboBox*>(
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(kLongitudeRef)
+            ->input());
     const int before = ref->currentIndex();
     const int other = before == 1 ? 2 : 1;
     t.prompt.answerNext(QStringLiteral("NO"));
@@ -153,17 +167,27 @@ void EditorTest::referenceChangeAsksWithItsExactText() {
                             "Location' from the right pane. Are you sure you want to continue?"));
     QCOMPARE(t.prompt.alerts[0].buttons, (QStringList{"YES", "NO"}));
     QCOMPARE(ref->currentIndex(), before);
-    QVERIFY(!home->metadataForm().hasEdits());
+    QVERIFY(!t.app->homeSession().form().hasEdits());
 }
 
 void EditorTest::unmarkingTheLastPhotoDisablesTheBatchControls() {
     TestApp t;
     HomeScreen* home = load(t, photosWithArtists(t.dir("p"), {"Ann", "Bob"}));
     home->clickedCheckBox(0, false);
-    QVERIFY(home->btnStartProcess()->isEnabled());
+    QVERIFY(named<QPushButton>(home, QStringLiteral("btnStartProcess"))->isEnabled());
     home->clickedCheckBox(1, false);
-    for (const QPointer<QWidget>& control : home->batchControls())
+    QList<QWidget*> batchControls;
+    for (const char* name : {"btnRemove", "btnExif", "btnIPTC", "btnXMP", "btnShowEditorGPS",
+                             "btnResetAll", "btnRename", "btnPreset", "btnReviewChanges",
+                             "btnStartProcess", "btnPopUpChooseEditingOptions"})
+        batchControls.append(named<QWidget>(home, QString::fromLatin1(name)));
+    for (int box = 0; box < 5; ++box)
+        batchControls.append(
+            named<ProcessingControls>(home)->checkBox(ProcessingOptions::Box(box)));
+    for (QWidget* control : batchControls) {
+        QVERIFY(control);
         QVERIFY2(!control->isEnabled(), qPrintable(control->objectName()));
+    }
     QVERIFY(!line(home, kArtist)->isEnabled());
     QCOMPARE(line(home, kArtist)->text(), QString());
 }
@@ -191,18 +215,20 @@ void EditorTest::tutorialShowsOnceAndEndsOnSkip() {
     TestApp t;
     QVERIFY(!t.app->settings().tutorialShow().has_value());
     HomeScreen* home = load(t, photosWithArtists(t.dir("p"), {"Ann"}));
-    QTRY_VERIFY(home->tutorial()->isVisibleTo(home));
-    QCOMPARE(home->tutorial()->tutorialStep(), 1);
+    QTRY_VERIFY(named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->isVisibleTo(home));
+    QCOMPARE(named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->tutorialStep(), 1);
     QCOMPARE(t.app->settings().tutorialShow(), std::optional<bool>(true));
-    home->tutorial()->timerTutorial()->start(20); // the tour moves on by itself
-    QTRY_VERIFY(home->tutorial()->tutorialStep() >= 2);
-    home->tutorial()->clickedHideTutorial();
-    QVERIFY(!home->tutorial()->isVisibleTo(home));
+    named<QTimer>(named<TutorialOverlay>(home, QStringLiteral("boxTutorial")),
+                  QStringLiteral("timerTutorial"))
+        ->start(20); // the tour moves on by itself
+    QTRY_VERIFY(named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->tutorialStep() >= 2);
+    named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->clickedHideTutorial();
+    QVERIFY(!named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->isVisibleTo(home));
 
     // A later scan does not bring the tour back.
     t.app->scans().addFromDrop(photosWithArtists(t.dir("more"), {"Bob"}));
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 2, 20000);
-    QVERIFY(!home->tutorial()->isVisibleTo(home));
+    QVERIFY(!named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->isVisibleTo(home));
 }
 
 void EditorTest::aFailedOpenIsToldToTheUser() {

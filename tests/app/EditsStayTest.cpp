@@ -20,6 +20,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPushButton>
 
 using namespace tagmoor;
 using namespace tagmoor::test;
@@ -36,17 +37,24 @@ constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 const ValueForm kForms[] = {ValueForm::standard, ValueForm::described};
 
 QLineEdit* lineOf(HomeScreen* home, Field position) {
-    return qobject_cast<QLineEdit*>(home->metadataView()->control(position)->input());
+    return qobject_cast<QLineEdit*>(
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(position)
+            ->input());
 }
 
 QComboBox* popupOf(HomeScreen* home, Field position) {
-    return qobject_cast<QComboBox*>(home->metadataView()->control(position)->input());
+    return qobject_cast<QComboBox*>(
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(position)
+            ->input());
 }
 
 // The picker opened from the home screen, the position typed, Done.
 void pickLocation(HomeScreen* home, double latitude, double longitude) {
     home->clickShowEditorGPS();
-    GeoLocationViewController* picker = home->locationPicker();
+    GeoLocationViewController* picker =
+        named<GeoLocationViewController>(home, QStringLiteral("GeoLocation"));
     QVERIFY(picker && picker->isVisible());
     for (auto [field, value] : {std::pair{picker->txtFieldLatitude(), latitude},
                                 std::pair{picker->txtFieldLongitude(), longitude}}) {
@@ -90,13 +98,13 @@ void EditsStayTest::modePopupKeepsTypedMapAndPresetValues() {
         CGImageProperties values = makeEmptyRecord(std::nullopt);
         values.tiffProperties->copyRight = QStringLiteral("Studio Nine");
         presets.replaceValues(studio, values, OriginalFinalDate{});
-        home->presetsMenu()->chooseRow(1);
+        named<PresetsViewController>(home, QStringLiteral("PresetsViewController"))->chooseRow(1);
         QTest::keyClicks(lineOf(home, kArtist), QStringLiteral("Jane Doe"));
         pickLocation(home, 38.717, -9.133);
 
-        MetadataForm& editor = home->metadataForm();
+        MetadataForm& editor = t.app->homeSession().form();
         const auto expectKept = [&](int row) {
-            QCOMPARE(home->processingControls().popup()->currentIndex(), row);
+            QCOMPARE(named<ProcessingControls>(home)->popup()->currentIndex(), row);
             QCOMPARE(editor.text(kArtist), QStringLiteral("Jane Doe"));
             QCOMPARE(lineOf(home, kArtist)->text(), QStringLiteral("Jane Doe"));
             QCOMPARE(editor.text(kCopyright), QStringLiteral("Studio Nine"));
@@ -111,7 +119,7 @@ void EditsStayTest::modePopupKeepsTypedMapAndPresetValues() {
         expectKept(0);
         // The same row again, the other editing row, and a round through the cleaning row.
         for (int row : {0, 1, 1, 0, 2, 2, 1, 0}) {
-            home->processingControls().clickedChooseEditingOptions(row);
+            named<ProcessingControls>(home)->clickedChooseEditingOptions(row);
             if (row != 2)
                 expectKept(row);
             if (QTest::currentTestFailed())
@@ -144,14 +152,14 @@ void EditsStayTest::newListStartsClean() {
         HomeScreen* home = nullptr;
         const auto editEverything = [&] {
             home = dropPhotos(t, photos, 2);
-            editor = &home->metadataForm();
+            editor = &t.app->homeSession().form();
             editor->editText(kArtist, QStringLiteral("Old Artist"));
             IDOT shift;
             shift.changeHours = 1;
             editor->commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
             t.app->renameSettings() = AddText{QStringLiteral("Old-")};
             pickLocation(home, -33.9628, 18.4098);
-            home->processingControls().clickedChooseEditingOptions(1);
+            named<ProcessingControls>(home)->clickedChooseEditingOptions(1);
             QVERIFY(editor->hasEdits());
         };
         const auto expectClean = [&](const char* after) {
@@ -162,15 +170,20 @@ void EditsStayTest::newListStartsClean() {
                 QVERIFY2(!state.editorDates().rules().alive(field), after);
             QVERIFY2(t.app->renameSettings() == Rename{}, after);
             QVERIFY2(t.app->processingOptions().row() == 0, after);
-            QVERIFY2(home->processingControls().popup()->currentIndex() == 0, after);
+            QVERIFY2(named<ProcessingControls>(home)->popup()->currentIndex() == 0, after);
             // Neither the picker nor the location view starts from the last list's pin.
             QVERIFY2(!editor->selectedLatitude(), after);
-            QVERIFY2(SharedLocation::instance().latitude == 0, after);
-            QVERIFY2(home->locationView()->mapView()->annotation()->latitude == 0, after);
+            QVERIFY2(t.app->homeSession().location().latitude() == 0, after);
+            QVERIFY2(named<LocationView>(home, QStringLiteral("locationView"))
+                             ->mapView()
+                             ->annotation()
+                             ->latitude == 0,
+                     after);
             // And a run of the new list finds nothing to write.
             t.prompt.alerts.clear();
             t.prompt.answerNext(QStringLiteral("NO"));
-            QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+            QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")),
+                              Qt::LeftButton);
             QVERIFY2(!t.prompt.alerts.isEmpty() &&
                          t.prompt.alerts.first().title ==
                              QStringLiteral("No Changes in Metadata found"),
@@ -194,7 +207,7 @@ void EditsStayTest::newListStartsClean() {
             return;
 
         editEverything();
-        home->processingControls().clickedChooseEditingOptions(0);
+        named<ProcessingControls>(home)->clickedChooseEditingOptions(0);
         runInto(t, home, m_home->filePath(QStringLiteral("NewOut-%1").arg(int(form))));
         finish(home);
         QTRY_COMPARE(t.window().rootView()->selectedIndex(), 0);
@@ -210,20 +223,21 @@ void EditsStayTest::resetAllChoosesTheFirstRowAndClearsTheBoxes() {
         const QString pictures = m_home->filePath(QStringLiteral("Reset-%1").arg(int(form)));
         HomeScreen* home = dropPhotos(
             t, {copySample(pictures, QStringLiteral("Reagan.jpg"), QStringLiteral("a.jpg"))}, 1);
-        ProcessingControls& controls = home->processingControls();
+        ProcessingControls& controls = *named<ProcessingControls>(home);
         ProcessingOptions& options = t.app->processingOptions();
-        home->metadataForm().editText(kArtist, QStringLiteral("Someone"));
+        t.app->homeSession().form().editText(kArtist, QStringLiteral("Someone"));
         controls.clickedChooseEditingOptions(2);
         controls.checkBox(ProcessingOptions::Box::Exif)->click();
         QVERIFY(options.clean().cleanExif && options.clean().cleanGPS);
 
-        QTest::mouseClick(home->btnResetAll(), Qt::LeftButton);
+        QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnResetAll")), Qt::LeftButton);
         QCOMPARE(options.row(), 0);
         QCOMPARE(controls.popup()->currentIndex(), 0);
-        QVERIFY(home->metadataView()->isVisibleTo(home));
+        QVERIFY(named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+                    ->isVisibleTo(home));
         QVERIFY(!controls.cleanBox()->isVisibleTo(home));
-        QVERIFY(!home->metadataForm().hasEdits());
-        QVERIFY(home->btnStartProcess()->isEnabled());
+        QVERIFY(!t.app->homeSession().form().hasEdits());
+        QVERIFY(named<QPushButton>(home, QStringLiteral("btnStartProcess"))->isEnabled());
         // The boxes are off, and so are the values behind them: ticking IPTC alone now
         // removes IPTC alone.
         QVERIFY(!options.clean().any());
@@ -246,7 +260,7 @@ void EditsStayTest::confirmingAnUnchangedReferenceMarksNothing() {
             copySample(pictures, QStringLiteral("et-GPS.jpg"), QStringLiteral("b.jpg"));
         QVERIFY(modifyWithExiv2(southWest, {QStringLiteral("set Exif.GPSInfo.GPSLatitudeRef S")}));
         HomeScreen* home = dropPhotos(t, {northWest, southWest}, 2);
-        MetadataForm& editor = home->metadataForm();
+        MetadataForm& editor = t.app->homeSession().form();
         for (int row = 0; row < 2; ++row) {
             home->clickedSelectUnselectAll(false);
             home->clickedCheckBox(row, true);

@@ -55,15 +55,13 @@ void mouse(QWidget* widget, QEvent::Type type, QPointF at) {
 
 // A picker over its own settings, opened at `at` (what the editor hands it).
 struct OpenPicker {
-    explicit OpenPicker(SharedLocation at) {
-        SharedLocation::instance() = at;
-        picker.show();
-    }
+    explicit OpenPicker(SharedLocation at) : location(at) { picker.show(); }
     AppEvents events;
     QTemporaryDir dir;
     Settings settings{dir.filePath(QStringLiteral("s.ini"))};
     ScriptedPrompt prompt;
-    GeoLocationViewController picker{events, settings, prompt};
+    SharedLocation location;
+    GeoLocationViewController picker{events, settings, prompt, location};
 };
 
 } // namespace
@@ -86,13 +84,13 @@ private:
         t.app->scans().addFromDrop(paths);
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == paths.size(), 20000); }();
         QCoreApplication::processEvents();
-        return t.window().homeScreen();
+        return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     }
 };
 
 void LocationTest::pickerTakesTypedCoordinatesAsTheyAre() {
     OpenPicker open(SharedLocation{48.8584, 2.2945});
-    auto& [events, dir, settings, prompt, picker] = open;
+    auto& [events, dir, settings, prompt, location, picker] = open;
     QCOMPARE(picker.txtFieldLatitude()->text(), QStringLiteral("48.8584"));
     QCOMPARE(picker.txtFieldLongitude()->text(), QStringLiteral("2.2945"));
     QCOMPARE(picker.segmentControl()->checkedId(), 0);
@@ -127,7 +125,7 @@ void LocationTest::pickerTakesTypedCoordinatesAsTheyAre() {
 
 void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
     OpenPicker open(SharedLocation{0, 0});
-    auto& [events, dir, settings, prompt, picker] = open;
+    auto& [events, dir, settings, prompt, location, picker] = open;
     picker.resize(720, 560);
     QVERIFY(QTest::qWaitForWindowExposed(&picker));
 
@@ -169,7 +167,7 @@ void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
 
 void LocationTest::pickerKeepsATypedNameOverALateAnswer() {
     OpenPicker open(SharedLocation{48.8584, 2.2945});
-    auto& [events, dir, settings, prompt, picker] = open;
+    auto& [events, dir, settings, prompt, location, picker] = open;
     // The opening asked for the name of the Paris position; the user types before it is told.
     QTest::keyClicks(picker.txtFieldName(), QStringLiteral("Paris, Tex"));
     QTRY_VERIFY(qAbs(picker.latitude() - 33.66f) < 0.05f);
@@ -200,17 +198,23 @@ void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
     QFile::copy(formatsDir() + QStringLiteral("/et-GPS.jpg"), dir + QStringLiteral("/a.jpg"));
     HomeScreen* home = load(t, {dir + QStringLiteral("/a.jpg")});
     // The one marked photo's place, with its pin.
-    QVERIFY(home->locationView()->mapView()->isVisibleTo(home));
-    QCOMPARE(home->locationView()->mapView()->annotationCount(), 1);
-    QTRY_VERIFY(home->lblLocation()->text().endsWith(QStringLiteral(", England, United Kingdom")));
-    const SharedLocation photo = SharedLocation::instance();
-    QVERIFY(qAbs(photo.latitude - 54.99) < 0.01 && qAbs(photo.longitude + 1.92) < 0.01);
+    QVERIFY(
+        named<LocationView>(home, QStringLiteral("locationView"))->mapView()->isVisibleTo(home));
+    QCOMPARE(
+        named<LocationView>(home, QStringLiteral("locationView"))->mapView()->annotationCount(), 1);
+    QTRY_VERIFY(named<QLabel>(named<LocationView>(home, QStringLiteral("locationView")),
+                              QStringLiteral("lblLocation"))
+                    ->text()
+                    .endsWith(QStringLiteral(", England, United Kingdom")));
+    const SharedLocation photo = t.app->homeSession().location();
+    QVERIFY(qAbs(photo.latitude() - 54.99) < 0.01 && qAbs(photo.longitude() + 1.92) < 0.01);
 
     home->clickShowEditorGPS();
-    GeoLocationViewController* picker = home->locationPicker();
+    GeoLocationViewController* picker =
+        named<GeoLocationViewController>(home, QStringLiteral("GeoLocation"));
     QVERIFY(picker && picker->isVisible());
-    QCOMPARE(picker->latitude(), float(photo.latitude));
-    QCOMPARE(picker->longitude(), float(photo.longitude));
+    QCOMPARE(picker->latitude(), float(photo.latitude()));
+    QCOMPARE(picker->longitude(), float(photo.longitude()));
 
     QSignalSpy told(&t.app->events(), &AppEvents::UpdateLocationFromGeoLocationOTM);
     retype(picker->txtFieldLatitude(), QStringLiteral("-33.9628"));
@@ -219,7 +223,7 @@ void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
     QCOMPARE(told.size(), 1);
     QVERIFY(!picker->isVisible());
 
-    const MetadataForm& form = home->metadataForm();
+    const MetadataForm& form = t.app->homeSession().form();
     QCOMPARE(form.text(kLatitude), QStringLiteral("33.9628"));
     QCOMPARE(form.popupRow(kLatitudeRef), 2); // South
     QCOMPARE(form.text(kLongitude), QStringLiteral("18.4098"));
@@ -227,7 +231,10 @@ void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
     QVERIFY(form.isEdited(kLatitude));
     QVERIFY(form.isEdited(kLatitudeRef));
     QVERIFY(form.hasEdits());
-    QTRY_COMPARE(home->lblLocation()->text(), QStringLiteral("Cape Town, South Africa"));
+    QTRY_COMPARE(named<QLabel>(named<LocationView>(home, QStringLiteral("locationView")),
+                               QStringLiteral("lblLocation"))
+                     ->text(),
+                 QStringLiteral("Cape Town, South Africa"));
 }
 
 void LocationTest::locationViewStandsOnTheDefaultUnlessOneIsMarked() {
@@ -239,30 +246,41 @@ void LocationTest::locationViewStandsOnTheDefaultUnlessOneIsMarked() {
     QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), without);
     const SharedLocation capeTown{-33.9628, 18.4098};
     const SharedLocation tokyo{35.6586, 139.7454};
-    SharedLocation::instance() = capeTown;
+    t.app->homeSession().location() = capeTown;
     HomeScreen* home = load(t, {withGps, without});
     const int a = t.set().workingImages().at(0).url->toLocalFile() == withGps ? 0 : 1;
     const int b = 1 - a;
-    LocationView* view = home->locationView();
+    LocationView* view = named<LocationView>(home, QStringLiteral("locationView"));
     auto pinLatitude = [view] { return view->mapView()->annotation()->latitude; };
 
     // Both arrive marked: the view stands on the default coordinate and names its region.
     QVERIFY(view->mapView()->isVisibleTo(home));
-    QCOMPARE(pinLatitude(), capeTown.latitude);
-    QTRY_COMPARE(home->lblLocation()->text(),
+    QCOMPARE(pinLatitude(), capeTown.latitude());
+    QTRY_COMPARE(named<QLabel>(named<LocationView>(home, QStringLiteral("locationView")),
+                               QStringLiteral("lblLocation"))
+                     ->text(),
                  QStringLiteral("Cape Town, Western Cape, South Africa"));
 
     // The one marked photo has no position; with none marked the default is back, its numbers
     // standing in until its name is known.
     home->clickedCheckBox(a, false);
-    QCOMPARE(home->lblLocation()->text(), QStringLiteral("No location"));
+    QCOMPARE(named<QLabel>(named<LocationView>(home, QStringLiteral("locationView")),
+                           QStringLiteral("lblLocation"))
+                 ->text(),
+             QStringLiteral("No location"));
     QVERIFY(!view->mapView()->isVisibleTo(home));
-    SharedLocation::instance() = tokyo;
+    t.app->homeSession().location() = tokyo;
     home->clickedCheckBox(b, false);
     QVERIFY(view->mapView()->isVisibleTo(home));
-    QCOMPARE(pinLatitude(), tokyo.latitude);
-    QCOMPARE(home->lblLocation()->text(), QStringLiteral("35.6586, 139.7454"));
-    QTRY_COMPARE(home->lblLocation()->text(), QStringLiteral("Tokyo, Japan"));
+    QCOMPARE(pinLatitude(), tokyo.latitude());
+    QCOMPARE(named<QLabel>(named<LocationView>(home, QStringLiteral("locationView")),
+                           QStringLiteral("lblLocation"))
+                 ->text(),
+             QStringLiteral("35.6586, 139.7454"));
+    QTRY_COMPARE(named<QLabel>(named<LocationView>(home, QStringLiteral("locationView")),
+                               QStringLiteral("lblLocation"))
+                     ->text(),
+                 QStringLiteral("Tokyo, Japan"));
 }
 
 void LocationTest::mapDrawsTilesFromTheServerAndKeepsThemInItsCache() {
@@ -412,9 +430,10 @@ void LocationTest::previewShowsThePhotoItsFactsAndItsPosition() {
     QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), dir + QStringLiteral("/b.jpg"));
     HomeScreen* home = load(t, {dir + QStringLiteral("/a.jpg"), dir + QStringLiteral("/b.jpg")});
 
-    QAbstractItemView* grid = home->collectionView();
+    QAbstractItemView* grid = named<PhotoGridView>(home, QStringLiteral("collectionView"));
     emit grid->doubleClicked(grid->model()->index(0, 0));
-    PreviewViewController* preview = home->previewWindow();
+    PreviewViewController* preview =
+        named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
     QVERIFY(preview && preview->isVisible());
     QCOMPARE(preview->windowTitle(), QStringLiteral("Tagmoor - Preview"));
     QCOMPARE(preview->lblName()->text(), QStringLiteral("a.jpg"));
@@ -430,7 +449,7 @@ void LocationTest::previewShowsThePhotoItsFactsAndItsPosition() {
 
     // The second photo has no position: the map stays where the first one put it.
     home->openPreview(1);
-    QCOMPARE(home->previewWindow(), preview);
+    QCOMPARE(named<PreviewViewController>(home, QStringLiteral("PreviewViewController")), preview);
     QCOMPARE(preview->lblName()->text(), QStringLiteral("b.jpg"));
     QCOMPARE(preview->latitude(), latitude);
     QCOMPARE(preview->valueText(kLatitude), QString());

@@ -52,8 +52,10 @@ struct PresetApp {
         QCoreApplication::processEvents();
     }
     RootView* root() { return app->mainWindow()->rootView(); }
-    HomeScreen* home_() { return app->mainWindow()->homeScreen(); }
-    PresetsDetailsViewController* panel() { return root()->presetsPanel(); }
+    HomeScreen* home_() { return named<HomeScreen>(app->mainWindow(), QStringLiteral("Home")); }
+    PresetsDetailsViewController* panel() {
+        return named<PresetsDetailsViewController>(root(), QStringLiteral("presetsDetails"));
+    }
     PresetStore& presets() { return app->presets(); }
 
     QString loadPhotos() {
@@ -75,7 +77,8 @@ struct PresetApp {
 
     // Opens the panel through a fixed row of the menu, as a click does.
     void openPanelThrough(int row) {
-        home_()->presetsMenu()->chooseRow(row);
+        named<PresetsViewController>(home_(), QStringLiteral("PresetsViewController"))
+            ->chooseRow(row);
         QTRY_COMPARE(root()->selectedIndex(), 2);
     }
 };
@@ -196,15 +199,16 @@ void PresetsPanelTest::menuRowsFillTheFormOrOpenThePanel() {
     t.presets().addPreset(QStringLiteral("City"));
 
     HomeScreen* home = t.home_();
-    PresetsViewController* menu = home->presetsMenu();
-    menu->showAt(home->btnStartProcess());
+    PresetsViewController* menu =
+        named<PresetsViewController>(home, QStringLiteral("PresetsViewController"));
+    menu->showAt(named<QPushButton>(home, QStringLiteral("btnStartProcess")));
     QCOMPARE(namesIn(menu->tableView()),
              (QStringList{"New Configuration", "Beach", "City", "Edit Presets..."}));
 
     // A saved preset fills the home form, flags and date rules with it; no panel opens.
     menu->chooseRow(1);
     QVERIFY(!menu->isVisible());
-    MetadataForm& form = home->metadataForm();
+    MetadataForm& form = t.app->homeSession().form();
     QCOMPARE(form.text(kArtist), QStringLiteral("Ann Lee"));
     QCOMPARE(form.text(kFNumber), QStringLiteral("5.6"));
     const FieldEditedFlags& flags = t.app->editorState().fieldEditedFlags;
@@ -253,14 +257,17 @@ void PresetsPanelTest::aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine() {
 
     // The window: the preset from the menu, then Start Process into a folder.
     HomeScreen* home = t.home_();
-    home->presetsMenu()->chooseRow(1);
+    named<PresetsViewController>(home, QStringLiteral("PresetsViewController"))->chooseRow(1);
     const QString windowOut = t.home.filePath(QStringLiteral("Window"));
     QDir().mkpath(windowOut);
     t.prompt.alerts.clear();
     t.prompt.answerNext(QStringLiteral("YES"));
     t.prompt.panelAnswers = {{windowOut}};
-    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(home->runSheet() && home->runSheet()->isShowingResult(), 60000);
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")) &&
+            named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isShowingResult(),
+        60000);
     QCOMPARE(t.prompt.alerts.value(0).title,
              QStringLiteral("Are you sure to edit metadata of all the selected images?"));
 

@@ -56,7 +56,7 @@ private:
         t.app->scans().addFromDrop({folder});
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == names.size(), 20000); }();
         QCoreApplication::processEvents();
-        HomeScreen* home = t.window().homeScreen();
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         home->window()->show();
         return home;
     }
@@ -65,7 +65,10 @@ private:
 void ReviewChangesTest::reviewListsTheChangesAndTouchesNothing() {
     TestApp t;
     HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg"), QStringLiteral("et-GPS.jpg")});
-    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(Field::Artist)->input());
+    auto* artist = qobject_cast<QLineEdit*>(
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(Field::Artist)
+            ->input());
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     const QByteArray before = folderHash(t.dir(QStringLiteral("photos")));
 
@@ -100,9 +103,12 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     TestApp t;
     HomeScreen* home = load(t, {QStringLiteral("Reagan.jpg")});
 
-    FieldControl* date = home->metadataView()->control(Field::ModifyDate);
+    FieldControl* date =
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(Field::ModifyDate);
     QTest::mouseClick(date->dateButton(), Qt::LeftButton);
-    DateConfigurationPanel* panel = home->metadataView()->datePanel();
+    DateConfigurationPanel* panel =
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))->datePanel();
     QVERIFY(panel && panel->carryBox());
     QCOMPARE(panel->carryBox()->text(), QStringLiteral("Carry into days, months and years"));
     QVERIFY(!panel->carryBox()->isChecked());
@@ -110,8 +116,9 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     QVERIFY(t.app->editorState().carryShifts);
     panel->close();
 
-    QTest::mouseClick(home->btnRename(), Qt::LeftButton);
-    RenameViewController* rename = home->renamePanel();
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnRename")), Qt::LeftButton);
+    RenameViewController* rename =
+        named<RenameViewController>(home, QStringLiteral("RenameViewController"));
     QRadioButton* capture = rename->option(RenamePanel::Option::capture);
     QCOMPARE(capture->text(), QStringLiteral("Name From the Capture Date:"));
     QVERIFY(!rename->txtFieldCapturePattern()->isEnabled());
@@ -136,7 +143,8 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
 
     t.app->showPreferences();
     PreferencesWindow* preferences = t.app->preferencesWindow();
-    QCheckBox* standard = preferences->btnWriteTagsInStandardForm();
+    QCheckBox* standard =
+        named<QCheckBox>(preferences, QStringLiteral("btnWriteTagsInStandardForm"));
     QCOMPARE(standard->text(), QStringLiteral("Write tags in their standard form"));
     QVERIFY(!standard->isChecked());
     standard->click();

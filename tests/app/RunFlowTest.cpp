@@ -68,7 +68,7 @@ private:
         t.app->scans().addFromDrop({folder});
         [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 6, 20000); }();
         QCoreApplication::processEvents();
-        return t.window().homeScreen();
+        return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     }
 };
 
@@ -80,14 +80,18 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     QCOMPARE(t.window().rootView()->selectedIndex(), 1);
 
     // The Artist typed into the form, the original date moved by one hour, names numbered.
-    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(Field::Artist)->input());
+    auto* artist = qobject_cast<QLineEdit*>(
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(Field::Artist)
+            ->input());
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     IDOT shift;
     shift.changeHours = 1;
-    home->metadataForm().commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
+    t.app->homeSession().form().commitDateRule(DateField::dateTimeOriginal, shift, std::nullopt);
     // The rename sheet: add "Trip-" before each name, and no overwriting.
-    QTest::mouseClick(home->btnRename(), Qt::LeftButton);
-    RenameViewController* renamePanel = home->renamePanel();
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnRename")), Qt::LeftButton);
+    RenameViewController* renamePanel =
+        named<RenameViewController>(home, QStringLiteral("RenameViewController"));
     QVERIFY(renamePanel && renamePanel->isVisible());
     renamePanel->option(RenamePanel::Option::add)->click();
     QTest::keyClicks(renamePanel->txtFieldAddText(), QStringLiteral("Trip-"));
@@ -105,8 +109,11 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     t.prompt.answerNext(QStringLiteral("YES"));
     t.prompt.textAnswers = {{0, QStringLiteral("Holiday"), false}};
     t.prompt.panelAnswers = {{out}};
-    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(home->runSheet() && home->runSheet()->isShowingResult(), 60000);
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")) &&
+            named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isShowingResult(),
+        60000);
     QCOMPARE(t.prompt.alerts.at(0).title,
              QStringLiteral("Are you sure to edit metadata of all the selected images?"));
     QCOMPARE(t.prompt.textQuestions.size(), 1);
@@ -117,7 +124,7 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     QVERIFY(saved.timeSetting->configurationTimeOriginal.is<IDOT>());
     QCOMPARE(t.prompt.panels.at(0).prompt, QStringLiteral("Choose Destination Folder"));
 
-    FinalProcessedVC* sheet = home->runSheet();
+    FinalProcessedVC* sheet = named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"));
     QCOMPARE(sheet->lblPhotosSavedSuccessfully()->text(),
              QStringLiteral("6 Photos saved successfully!"));
     QCOMPARE(sheet->lblBatchProcessCompleted()->text(), QStringLiteral("Batch Process Completed!"));
@@ -143,22 +150,23 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
 void RunFlowTest::removeRowWithoutABoxAndNoAtTheConfirmation() {
     TestApp t;
     HomeScreen* home = loadPhotos(t);
-    ProcessingControls& controls = home->processingControls();
+    ProcessingControls& controls = *named<ProcessingControls>(home);
     controls.clickedChooseEditingOptions(2);
     QVERIFY(controls.cleanBox()->isVisibleTo(home));
-    QVERIFY(!home->metadataView()->isVisibleTo(home));
-    QVERIFY(home->btnStartProcess()->isEnabled());
-    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+    QVERIFY(!named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+                 ->isVisibleTo(home));
+    QVERIFY(named<QPushButton>(home, QStringLiteral("btnStartProcess"))->isEnabled());
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")), Qt::LeftButton);
     QCOMPARE(t.prompt.alerts.size(), 1);
     QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("No options selected for removing metadata"));
 
     // Ticking a box turns Start Process on; the run then asks before it removes anything.
     controls.checkBox(ProcessingOptions::Box::Iptc)->click();
-    QVERIFY(home->btnStartProcess()->isEnabled());
+    QVERIFY(named<QPushButton>(home, QStringLiteral("btnStartProcess"))->isEnabled());
     t.prompt.answerNext(QStringLiteral("NO"));
-    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")), Qt::LeftButton);
     QCOMPARE(t.prompt.alerts.last(), StartProcessChain::removeConfirmation());
-    QVERIFY(!home->runSheet());
+    QVERIFY(!named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")));
     QCOMPARE(t.set().count(), 6);
 }
 
@@ -176,19 +184,27 @@ void RunFlowTest::stopAnsweredNoGoesOnAndYesEndsTheRun() {
         }
         t.app->scans().addFromDrop({folder});
         QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 120, 30000);
-        HomeScreen* home = t.window().homeScreen();
-        home->metadataForm().editText(Field::Artist, QStringLiteral("Jane Doe"));
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
+        t.app->homeSession().form().editText(Field::Artist, QStringLiteral("Jane Doe"));
         const QString out = m_home->filePath(yes ? "OutYes" : "OutNo");
         QDir().mkpath(out);
         t.prompt.answers = {0, yes ? 0 : 1}; // YES to start; then the stop question
         t.prompt.panelAnswers = {{out}};
-        QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
-        QTRY_VERIFY(home->runSheet() && home->runSheet()->isVisible());
-        QTest::mouseClick(home->runSheet()->btnStop(), Qt::LeftButton);
-        QTRY_VERIFY_WITH_TIMEOUT(home->runSheet()->isShowingResult(), 60000);
+        QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")),
+                          Qt::LeftButton);
+        QTRY_VERIFY(named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")) &&
+                    named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isVisible());
+        QTest::mouseClick(
+            named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->btnStop(),
+            Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isShowingResult(),
+            60000);
         QCOMPARE(t.prompt.alerts.last().title,
                  QStringLiteral("Do you want to cancel exif details editing?"));
-        const QString completed = home->runSheet()->lblBatchProcessCompleted()->text();
+        const QString completed = named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))
+                                      ->lblBatchProcessCompleted()
+                                      ->text();
         QCOMPARE(completed, yes ? QStringLiteral("Batch Process Partially Completed!")
                                 : QStringLiteral("Batch Process Completed!"));
         QCOMPARE(QDir(out).entryList(QDir::Files).size() < 120, yes);

@@ -4,6 +4,7 @@
 #include "AppTestSupport.h"
 
 #include "app/photolibrary/AlbumChooser.h"
+#include "app/presets/PresetsDetailsViewController.h"
 #include "app/shell/RootView.h"
 #include "app/workingset/AddFilesScreen.h"
 #include "app/workingset/DropView.h"
@@ -103,27 +104,35 @@ void ScreenFlowTest::droppedFolderLandsOnTheHomeScreen() {
     QVERIFY(QTest::qWaitForWindowExposed(&t.window()));
     QCOMPARE(t.window().windowTitle(), QStringLiteral("Tagmoor"));
     RootView* root = t.window().rootView();
-    QCOMPARE(root->currentChild(), static_cast<QWidget*>(t.window().addFilesScreen()));
+    QCOMPARE(root->currentChild(),
+             static_cast<QWidget*>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles"))));
 
     const QString folder = t.dir("photos");
     const int expected = readableCount(copySamples(folder));
     QVERIFY(expected > 20);
 
-    dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {folder});
     QTRY_COMPARE(root->selectedIndex(), 1);
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == expected, 20000);
-    HomeScreen* home = t.window().homeScreen();
-    QTRY_VERIFY(!home->boxLoader()->isVisible());
-    QCOMPARE(home->lblTotalPhotos()->text(), QStringLiteral("%1 Photos").arg(expected));
-    QCOMPARE(home->collectionView()->model()->rowCount(), expected);
-    QCOMPARE(home->tableView()->model()->rowCount(), expected);
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
+    QTRY_VERIFY(!named<ScanProgressBox>(home, QStringLiteral("boxLoader"))->isVisible());
+    QCOMPARE(named<QLabel>(home, QStringLiteral("lblTotalPhotos"))->text(),
+             QStringLiteral("%1 Photos").arg(expected));
+    QCOMPARE(named<PhotoGridView>(home, QStringLiteral("collectionView"))->model()->rowCount(),
+             expected);
+    QCOMPARE(named<PhotoTableView>(home, QStringLiteral("tableView"))->model()->rowCount(),
+             expected);
     // Every photo arrives marked, so the batch controls are on and "Select All" is checked.
-    QVERIFY(home->btnSelectUnselectAllInInTabColl()->isChecked());
-    QVERIFY(home->btnStartProcess()->isEnabled());
-    QVERIFY(home->btnAddMore()->isEnabled());
+    QVERIFY(named<QCheckBox>(home, QStringLiteral("btnSelectUnselectAllInInTabColl"))->isChecked());
+    QVERIFY(named<QPushButton>(home, QStringLiteral("btnStartProcess"))->isEnabled());
+    QVERIFY(named<QPushButton>(home, QStringLiteral("btnAddMore"))->isEnabled());
     QCOMPARE(t.prompt.alerts.size(), 0);
     // The last progress shown counted every file of the folder.
-    const QString objects = home->boxLoader()->lblObjectSelectedScanning()->text();
+    const QString objects = named<QLabel>(named<ScanProgressBox>(home, QStringLiteral("boxLoader")),
+                                          QStringLiteral("lblObjectSelectedScanning"))
+                                ->text();
     QVERIFY2(objects.startsWith(QStringLiteral("Objects Selected: ")), qPrintable(objects));
 }
 
@@ -132,7 +141,10 @@ void ScreenFlowTest::sameFileTwiceGivesOneEntryAndAnAlert() {
     const QString photo = copySamples(t.dir("one")).filter(QStringLiteral("Reagan.jpg")).first();
 
     t.prompt.panelAnswers.append({photo, photo});
-    QTest::mouseClick(t.window().addFilesScreen()->btnAddPhotos(), Qt::LeftButton);
+    QTest::mouseClick(
+        named<QPushButton>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                           QStringLiteral("btnAddPhotos")),
+        Qt::LeftButton);
     QCOMPARE(t.prompt.panels.size(), 1);
     QCOMPARE(t.prompt.panels[0].prompt, QStringLiteral("Add Photos"));
     QVERIFY(!t.prompt.panels[0].allowedExtensions.contains(QStringLiteral("photoslibrary")));
@@ -143,10 +155,12 @@ void ScreenFlowTest::sameFileTwiceGivesOneEntryAndAnAlert() {
     QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Some images cannot be added"));
 
     // Adding it once more from the home screen is caught against the list.
-    HomeScreen* home = t.window().homeScreen();
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     t.prompt.panelAnswers.append({photo});
-    QTest::mouseClick(home->btnAddMore(), Qt::LeftButton);
-    QTest::mouseClick(home->albumChooser()->btnOkHomeVC(), Qt::LeftButton); // folders and photos
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
+    QTest::mouseClick(
+        named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary"))->btnOkHomeVC(),
+        Qt::LeftButton); // folders and photos
     QVERIFY(t.prompt.panels[1].allowedExtensions.contains(QStringLiteral("photoslibrary")));
     QTRY_COMPARE(t.prompt.alerts.size(), 2);
     QCOMPARE(t.prompt.alerts[1].text,
@@ -161,7 +175,9 @@ void ScreenFlowTest::folderOfTextFilesGoesBackToTheAddScreen() {
     for (int i = 0; i < 3; ++i)
         writeText(folder + QStringLiteral("/note%1.txt").arg(i), "just words");
 
-    dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {folder});
     QTRY_COMPARE(t.prompt.alerts.size(), 1);
     QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Some items could not be added"));
     QCOMPARE(t.prompt.alerts[0].text,
@@ -169,11 +185,15 @@ void ScreenFlowTest::folderOfTextFilesGoesBackToTheAddScreen() {
                             "for processing."));
     QTRY_COMPARE(t.window().rootView()->selectedIndex(), 0);
     QCOMPARE(t.set().count(), 0);
-    QVERIFY(!t.window().homeScreen()->boxLoader()->isVisible());
+    QVERIFY(!named<ScanProgressBox>(named<HomeScreen>(&t.window(), QStringLiteral("Home")),
+                                    QStringLiteral("boxLoader"))
+                 ->isVisible());
 
     // An empty folder: the other end-of-scan alert, and still the add screen.
     const QString empty = t.dir("empty");
-    dropPaths(t.window().addFilesScreen()->dropView(), {empty});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {empty});
     QTRY_COMPARE(t.prompt.alerts.size(), 2);
     QCOMPARE(t.prompt.alerts[1].title,
              QStringLiteral("No images were found in the selected folder"));
@@ -188,16 +208,22 @@ void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
         t.app->scans().setReaderThreads(1);
         const QString folder = t.dir("many");
         makeCopies(folder, total);
-        dropPaths(t.window().addFilesScreen()->dropView(), {folder});
-        HomeScreen* home = t.window().homeScreen();
+        dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                                  QStringLiteral("dropView")),
+                  {folder});
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         QTRY_VERIFY(t.set().count() >= 3);
-        QVERIFY(home->boxLoader()->isVisible());
-        QVERIFY(!home->btnAddMore()->isEnabled());
-        QVERIFY(
-            home->boxLoader()->lblPathScanning()->toolTip().startsWith(QStringLiteral("Path: ")));
+        QVERIFY(named<ScanProgressBox>(home, QStringLiteral("boxLoader"))->isVisible());
+        QVERIFY(!named<QPushButton>(home, QStringLiteral("btnAddMore"))->isEnabled());
+        QVERIFY(named<QLabel>(named<ScanProgressBox>(home, QStringLiteral("boxLoader")),
+                              QStringLiteral("lblPathScanning"))
+                    ->toolTip()
+                    .startsWith(QStringLiteral("Path: ")));
 
         t.prompt.answerNext(QStringLiteral("NO"));
-        QTest::mouseClick(home->boxLoader()->btnStopScanning(), Qt::LeftButton);
+        QTest::mouseClick(
+            named<ScanProgressBox>(home, QStringLiteral("boxLoader"))->btnStopScanning(),
+            Qt::LeftButton);
         QCOMPARE(t.prompt.alerts.size(), 1);
         QCOMPARE(t.prompt.alerts[0],
                  Alert::yesNo(QStringLiteral("Stop adding images?"),
@@ -211,18 +237,23 @@ void ScreenFlowTest::stopAnsweredNoGoesOnAndYesKeepsWhatWasAdded() {
         t.app->scans().setReaderThreads(1);
         const QString folder = t.dir("many");
         makeCopies(folder, total);
-        dropPaths(t.window().addFilesScreen()->dropView(), {folder});
-        HomeScreen* home = t.window().homeScreen();
+        dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                                  QStringLiteral("dropView")),
+                  {folder});
+        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
         QTRY_VERIFY(t.set().count() >= 3);
         t.prompt.answerNext(QStringLiteral("YES"));
-        QTest::mouseClick(home->boxLoader()->btnStopScanning(), Qt::LeftButton);
+        QTest::mouseClick(
+            named<ScanProgressBox>(home, QStringLiteral("boxLoader"))->btnStopScanning(),
+            Qt::LeftButton);
         QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle(), 20000);
         const int kept = t.set().count();
         QVERIFY2(kept >= 3 && kept < total, qPrintable(QString::number(kept)));
         QVERIFY(t.set().stagedURLs().isEmpty());
         QCOMPARE(t.window().rootView()->selectedIndex(), 1);
-        QTRY_VERIFY(!home->boxLoader()->isVisible());
-        QCOMPARE(home->lblTotalPhotos()->text(), QStringLiteral("%1 Photos").arg(kept));
+        QTRY_VERIFY(!named<ScanProgressBox>(home, QStringLiteral("boxLoader"))->isVisible());
+        QCOMPARE(named<QLabel>(home, QStringLiteral("lblTotalPhotos"))->text(),
+                 QStringLiteral("%1 Photos").arg(kept));
     }
 }
 
@@ -236,7 +267,9 @@ void ScreenFlowTest::filesOpenedDuringAScanAreAddedAfterIt() {
     const QString late = t.dir("late") + QStringLiteral("/late.jpg");
     QVERIFY(QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), late));
 
-    dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {folder});
     QTRY_VERIFY(t.set().isScanning() && t.set().count() >= 1);
     t.app->openFiles({late, late});
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 26 && t.scanIdle(), 20000);
@@ -250,11 +283,13 @@ void ScreenFlowTest::marksSurviveSwitchingBetweenGridAndTable() {
     QVERIFY(QTest::qWaitForWindowExposed(&t.window()));
     const QString folder = t.dir("marks");
     makeCopies(folder, 6);
-    dropPaths(t.window().addFilesScreen()->dropView(), {folder});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {folder});
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 6, 10000);
-    HomeScreen* home = t.window().homeScreen();
-    QAbstractItemView* grid = home->collectionView();
-    QAbstractItemView* table = home->tableView();
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
+    QAbstractItemView* grid = named<PhotoGridView>(home, QStringLiteral("collectionView"));
+    QAbstractItemView* table = named<PhotoTableView>(home, QStringLiteral("tableView"));
     QTRY_VERIFY(grid->isVisible());
 
     QList<Told> told;
@@ -266,14 +301,15 @@ void ScreenFlowTest::marksSurviveSwitchingBetweenGridAndTable() {
     clickCheckBox(grid, 2);
     QVERIFY(!t.set().workingImages()[2].isSelected);
     QVERIFY(!shownMark(grid, 2));
-    QVERIFY(!home->btnSelectUnselectAllInInTabColl()->isChecked());
+    QVERIFY(
+        !named<QCheckBox>(home, QStringLiteral("btnSelectUnselectAllInInTabColl"))->isChecked());
     QCOMPARE(told.size(), 1);
     QCOMPARE(told[0].indexes, (QList<int>{0, 1, 3, 4, 5}));
     QVERIFY(told[0].multiple);
 
     QTest::mouseClick(home->findChild<QToolButton*>(QStringLiteral("segmentTable")),
                       Qt::LeftButton);
-    QCOMPARE(home->segmentIndex(), 1);
+    QVERIFY(named<QToolButton>(home, QStringLiteral("segmentTable"))->isChecked());
     QTRY_VERIFY(table->isVisible());
     QVERIFY(!shownMark(table, 2));
     QVERIFY(shownMark(table, 0));
@@ -286,41 +322,48 @@ void ScreenFlowTest::marksSurviveSwitchingBetweenGridAndTable() {
     QCOMPARE(t.set().markedCount(), 4);
 
     // Unmarking all turns the batch controls off; marking all turns them on again.
-    QTest::mouseClick(home->btnSelectUnselectAllInInTabColl(), Qt::LeftButton);
-    QVERIFY(home->btnSelectUnselectAllInInTabColl()->isChecked());
+    QTest::mouseClick(named<QCheckBox>(home, QStringLiteral("btnSelectUnselectAllInInTabColl")),
+                      Qt::LeftButton);
+    QVERIFY(named<QCheckBox>(home, QStringLiteral("btnSelectUnselectAllInInTabColl"))->isChecked());
     QCOMPARE(t.set().markedCount(), 6);
-    QTest::mouseClick(home->btnSelectUnselectAllInInTabColl(), Qt::LeftButton);
+    QTest::mouseClick(named<QCheckBox>(home, QStringLiteral("btnSelectUnselectAllInInTabColl")),
+                      Qt::LeftButton);
     QCOMPARE(t.set().markedCount(), 0);
-    QVERIFY(!home->btnStartProcess()->isEnabled());
-    QVERIFY(!home->btnRemove()->isEnabled());
+    QVERIFY(!named<QPushButton>(home, QStringLiteral("btnStartProcess"))->isEnabled());
+    QVERIFY(!named<QPushButton>(home, QStringLiteral("btnRemove"))->isEnabled());
     clickCheckBox(grid, 5);
-    QVERIFY(home->btnStartProcess()->isEnabled());
+    QVERIFY(named<QPushButton>(home, QStringLiteral("btnStartProcess"))->isEnabled());
     QCOMPARE(told.last().index, 5);
     QVERIFY(!told.last().multiple);
-    QCOMPARE(home->lblImageName()->text(), t.set().workingImages()[5].path());
+    QCOMPARE(named<QLabel>(home, QStringLiteral("lblImageName"))->text(),
+             t.set().workingImages()[5].path());
 
     // A plain click selects a row for the preview and changes no mark.
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
                       grid->visualRect(grid->model()->index(3, 0)).center() + QPoint(0, 30));
-    QCOMPARE(home->lblImageName()->text(), t.set().workingImages()[3].path());
+    QCOMPARE(named<QLabel>(home, QStringLiteral("lblImageName"))->text(),
+             t.set().workingImages()[3].path());
     QCOMPARE(t.set().markedCount(), 1);
 
     // Remove takes the marked photo away without a question.
-    QTest::mouseClick(home->btnRemove(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnRemove")), Qt::LeftButton);
     QCOMPARE(t.set().count(), 5);
     QCOMPARE(t.prompt.alerts.size(), 0);
-    QCOMPARE(home->lblTotalPhotos()->text(), QStringLiteral("5 Photos"));
+    QCOMPARE(named<QLabel>(home, QStringLiteral("lblTotalPhotos"))->text(),
+             QStringLiteral("5 Photos"));
 }
 
 void ScreenFlowTest::rootShowsTheChildOfTheIndex() {
     TestApp t;
     RootView* root = t.window().rootView();
     emit t.app->events().UpdateVCOTM(RootPage::presetsDetails);
-    QCOMPARE(root->currentChild(), root->presetsDetails());
+    QCOMPARE(root->currentChild(), static_cast<QWidget*>(named<PresetsDetailsViewController>(
+                                       root, QStringLiteral("presetsDetails"))));
     emit t.app->events().UpdateVCOTM(RootPage::none);
     QCOMPARE(root->currentChild(), nullptr);
     emit t.app->events().UpdateVCOTM(RootPage::addFiles);
-    QCOMPARE(root->currentChild(), static_cast<QWidget*>(root->addFilesScreen()));
+    QCOMPARE(root->currentChild(),
+             static_cast<QWidget*>(named<AddFilesScreen>(root, QStringLiteral("AddFiles"))));
 }
 
 void ScreenFlowTest::dropIsIgnoredWhileAnOverlayIsUp() {
@@ -328,14 +371,18 @@ void ScreenFlowTest::dropIsIgnoredWhileAnOverlayIsUp() {
     QVERIFY(QTest::qWaitForWindowExposed(&t.window()));
     const QString photo = copySamples(t.dir("one")).filter(QStringLiteral("Reagan.jpg")).first();
     t.window().setOverlayMenusEnabled(false);
-    QVERIFY(!t.window().menuItemPreferences()->isEnabled());
-    dropPaths(t.window().addFilesScreen()->dropView(), {photo});
+    QVERIFY(!named<QAction>(&t.window(), QStringLiteral("menuItemPreferences"))->isEnabled());
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {photo});
     QTest::qWait(100);
     QVERIFY(t.set().stagedURLs().isEmpty());
     QCOMPARE(t.window().rootView()->selectedIndex(), 0);
 
     t.window().setOverlayMenusEnabled(true);
-    dropPaths(t.window().addFilesScreen()->dropView(), {photo});
+    dropPaths(named<DropView>(named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles")),
+                              QStringLiteral("dropView")),
+              {photo});
     QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 1, 10000);
     QCOMPARE(t.window().rootView()->selectedIndex(), 1);
 }

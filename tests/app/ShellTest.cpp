@@ -55,8 +55,8 @@ void ShellTest::welcomeWindowComesFirstAndStoresTheChoice() {
     QTest::qWait(50);
     QVERIFY(t.set().pendingOpenURLs().isEmpty());
 
-    welcome->launchAtLoginBox()->setChecked(true);
-    QTest::mouseClick(welcome->startButton(), Qt::LeftButton);
+    named<QCheckBox>(welcome, QStringLiteral("btnLaunchAutomatically"))->setChecked(true);
+    QTest::mouseClick(named<QPushButton>(welcome, QStringLiteral("btnGetStarted")), Qt::LeftButton);
     QTRY_VERIFY(t.window().isVisible());
     QCOMPARE(t.app->settings().startup(), std::optional<bool>(true));
     QCOMPARE(t.app->settings().loginStartStatus(), std::optional<bool>(true));
@@ -70,31 +70,36 @@ void ShellTest::preferencesStoreEachBoxAsItChanges() {
     t.app->showPreferences();
     PreferencesWindow* prefs = t.app->preferencesWindow();
     QVERIFY(prefs && prefs->isVisible());
-    QCOMPARE(prefs->tabs()->count(), 1);
-    QCOMPARE(prefs->tabs()->tabText(0), QStringLiteral("General"));
-    QCOMPARE(prefs->comboBoxLanguage()->count(), 1);
-    QCOMPARE(prefs->comboBoxLanguage()->currentText(), QStringLiteral("English"));
+    QCOMPARE(named<QTabWidget>(prefs)->count(), 1);
+    QCOMPARE(named<QTabWidget>(prefs)->tabText(0), QStringLiteral("General"));
+    QCOMPARE(named<QComboBox>(prefs, QStringLiteral("comboBoxLanguage"))->count(), 1);
+    QCOMPARE(named<QComboBox>(prefs, QStringLiteral("comboBoxLanguage"))->currentText(),
+             QStringLiteral("English"));
     // Opening the window applies the stored login choice to the autostart entry.
-    QVERIFY(prefs->btnLaunchAutomatically()->isChecked());
+    QVERIFY(named<QCheckBox>(prefs, QStringLiteral("btnLaunchAutomatically"))->isChecked());
     QVERIFY(QFileInfo::exists(LoginItem::entryPath()));
 
-    QTest::mouseClick(prefs->btnLaunchAutomatically(), Qt::LeftButton);
+    QTest::mouseClick(named<QCheckBox>(prefs, QStringLiteral("btnLaunchAutomatically")),
+                      Qt::LeftButton);
     QCOMPARE(t.app->settings().loginStartStatus(), std::optional<bool>(false));
     QVERIFY(!QFileInfo::exists(LoginItem::entryPath()));
     prefs->clickedAutomatically(false); // twice off: nothing to remove, nothing raised
     QVERIFY(!QFileInfo::exists(LoginItem::entryPath()));
 
-    QTest::mouseClick(prefs->btnOverwriteIfAFileWithASameName(), Qt::LeftButton);
+    QTest::mouseClick(named<QCheckBox>(prefs, QStringLiteral("btnOverwriteIfAFileWithASameName")),
+                      Qt::LeftButton);
     QCOMPARE(t.app->settings().isOverwriteIfAFileWithASameName(), std::optional<bool>(true));
     QVERIFY(t.app->launchState().isOverwriteIfAFileWithASameName);
 
-    const bool presetBefore = prefs->btnShowPresetSavingSettingInHome()->isChecked();
-    QTest::mouseClick(prefs->btnShowPresetSavingSettingInHome(), Qt::LeftButton);
+    const bool presetBefore =
+        named<QCheckBox>(prefs, QStringLiteral("btnShowPresetSavingSettingInHome"))->isChecked();
+    QTest::mouseClick(named<QCheckBox>(prefs, QStringLiteral("btnShowPresetSavingSettingInHome")),
+                      Qt::LeftButton);
     QCOMPARE(t.app->settings().isPresetSavingSettingInHome(), std::optional<bool>(!presetBefore));
 
     // The update box changes nothing that is stored.
     const auto updateBefore = t.app->settings().autoCheckForUpdate();
-    QTest::mouseClick(prefs->btnAutoUpdate(), Qt::LeftButton);
+    QTest::mouseClick(named<QCheckBox>(prefs, QStringLiteral("btnAutoUpdate")), Qt::LeftButton);
     QCOMPARE(t.app->settings().autoCheckForUpdate(), updateBefore);
 }
 

@@ -55,7 +55,7 @@ private slots:
 
 void UpdateMenuTest::checkForUpdatesAlwaysAnswersTheUser() {
     TestApp t;
-    QAction* check = t.window().menuItemCheckForUpdates();
+    QAction* check = named<QAction>(&t.window(), QStringLiteral("menuItemCheckForUpdates"));
     QVERIFY(check);
     const auto lastTitle = [&] {
         return t.prompt.alerts.isEmpty() ? QString() : t.prompt.alerts.last().title;

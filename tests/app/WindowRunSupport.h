@@ -69,7 +69,7 @@ inline HomeScreen* dropPhotos(TestApp& t, const QStringList& paths, int count) {
     t.app->scans().addFromDrop(paths);
     [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == count, 20000); }();
     QCoreApplication::processEvents();
-    return t.window().homeScreen();
+    return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
 }
 
 // Start Process into `out` with every question answered by its first button, up to the
@@ -79,18 +79,23 @@ inline FinalProcessedVC* runInto(TestApp& t, HomeScreen* home, const QString& ou
     QDir().mkpath(out);
     t.app->settings().setIsPresetSavingSettingInHome(true);
     t.prompt.panelAnswers = {{out}};
-    QTest::mouseClick(home->btnStartProcess(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")), Qt::LeftButton);
     [&] {
-        QTRY_VERIFY_WITH_TIMEOUT(home->runSheet() && home->runSheet()->isVisible() &&
-                                     home->runSheet()->isShowingResult(),
-                                 60000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")) &&
+                named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isVisible() &&
+                named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))
+                    ->isShowingResult(),
+            60000);
     }();
-    return home->runSheet();
+    return named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"));
 }
 
 // Finish on the result: the list empties and the add screen comes back.
 inline void finish(HomeScreen* home) {
-    QTest::mouseClick(home->runSheet()->btnFinish(), Qt::LeftButton);
+    QTest::mouseClick(
+        named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->btnFinish(),
+        Qt::LeftButton);
 }
 
 } // namespace tagmoor::test

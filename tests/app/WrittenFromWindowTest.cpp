@@ -74,12 +74,13 @@ void WrittenFromWindowTest::pickedPositionReachesTheFormAndTheFileInEachHemisphe
             HomeScreen* home = dropPhotos(
                 t, {copySample(folder, QStringLiteral("et-GPS.jpg"), QStringLiteral("a.jpg"))}, 1);
             home->clickShowEditorGPS();
-            GeoLocationViewController* picker = home->locationPicker();
+            GeoLocationViewController* picker =
+                named<GeoLocationViewController>(home, QStringLiteral("GeoLocation"));
             retype(picker->txtFieldLatitude(), QString::number(place.latitude, 'g', 10));
             retype(picker->txtFieldLongitude(), QString::number(place.longitude, 'g', 10));
             picker->btnCancel()->click();
 
-            const MetadataForm& editor = home->metadataForm();
+            const MetadataForm& editor = t.app->homeSession().form();
             QCOMPARE(editor.text(kLatitude).toFloat(), std::fabs(float(place.latitude)));
             QCOMPARE(editor.text(kLongitude).toFloat(), std::fabs(float(place.longitude)));
             QCOMPARE(editor.popupRow(kLatitudeRef), place.latitude < 0 ? 2 : 1);
@@ -126,9 +127,12 @@ void WrittenFromWindowTest::timeShiftMovesEachMarkedPhotosOwnDate() {
     QVERIFY(QTest::qWaitForWindowExposed(home->window()));
 
     // The panel of the original date, opened on the eight marked photos: one hour later.
-    FieldControl* control = home->metadataView()->control(Field::DateTimeOriginal);
+    FieldControl* control =
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(Field::DateTimeOriginal);
     QTest::mouseClick(control->dateButton(), Qt::LeftButton);
-    DateConfigurationPanel* panel = home->metadataView()->datePanel();
+    DateConfigurationPanel* panel =
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))->datePanel();
     QVERIFY(panel && panel->isVisible());
     QTest::mouseClick(panel->modeButton(DateMode::incrementTime), Qt::LeftButton);
     QLineEdit* hours = panel->numberField(DatePart::incrementHour);
@@ -136,7 +140,8 @@ void WrittenFromWindowTest::timeShiftMovesEachMarkedPhotosOwnDate() {
     QTest::keyClicks(hours, QStringLiteral("1"));
     QTest::keyClick(hours, Qt::Key_Return);
     panel->close();
-    QTRY_VERIFY(!home->metadataView()->datePanel());
+    QTRY_VERIFY(!named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+                     ->datePanel());
 
     const QString out = m_home->filePath(QStringLiteral("ShiftOut"));
     runInto(t, home, out);

@@ -32,10 +32,12 @@ constexpr double kSpan = 1.0;
 } // namespace
 
 GeoLocationViewController::GeoLocationViewController(AppEvents& events, const Settings& settings,
-                                                     UserPrompt& prompt, QWidget* parent)
-    : QDialog(parent), m_events(events), m_prompt(prompt), m_geocoder(new Geocoder(this)),
-      m_map(new MapView), m_latitudeField(new QLineEdit), m_longitudeField(new QLineEdit),
-      m_nameField(new QLineEdit), m_completions(new QStringListModel(this)) {
+                                                     UserPrompt& prompt, SharedLocation& location,
+                                                     QWidget* parent)
+    : QDialog(parent), m_events(events), m_prompt(prompt), m_location(location),
+      m_geocoder(new Geocoder(this)), m_map(new MapView), m_latitudeField(new QLineEdit),
+      m_longitudeField(new QLineEdit), m_nameField(new QLineEdit),
+      m_completions(new QStringListModel(this)) {
     setObjectName(QStringLiteral("GeoLocation"));
     setWindowTitle(tr("Location"));
     setWindowModality(Qt::WindowModal);
@@ -157,9 +159,8 @@ void GeoLocationViewController::showEvent(QShowEvent* event) {
 }
 
 void GeoLocationViewController::viewWillAppear() {
-    const SharedLocation& shared = SharedLocation::instance();
-    m_latitude = float(shared.latitude);
-    m_longitude = float(shared.longitude);
+    m_latitude = float(m_location.latitude());
+    m_longitude = float(m_location.longitude());
     m_nameField->clear();
     updateMap(QString(), QString(), mapTypeOfSegment(m_segment->checkedId()), m_latitude,
               m_longitude);
@@ -228,9 +229,7 @@ void GeoLocationViewController::showMoreInfo() {
 }
 
 void GeoLocationViewController::clickedCancel() {
-    SharedLocation& shared = SharedLocation::instance();
-    shared.latitude = m_latitude;
-    shared.longitude = m_longitude;
+    m_location.set(m_latitude, m_longitude);
     emit m_events.UpdateLocationFromGeoLocationOTM();
     accept();
 }

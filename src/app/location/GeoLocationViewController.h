@@ -19,17 +19,18 @@ namespace tagmoor {
 class AppEvents;
 class Geocoder;
 class Settings;
+class SharedLocation;
 class UserPrompt;
 
 // The location picker: a sheet over the editor where a position is chosen by typing its
 // coordinates, by typing a place name (the offline gazetteer finds it), or by dragging the
-// pin. Closing hands the position to the process-wide pair that the editor's GPS fields take,
+// pin. Closing hands the position to the SharedLocation that the editor's GPS fields take,
 // and tells them so (UpdateLocationFromGeoLocationOTM). It writes no metadata itself.
 class GeoLocationViewController : public QDialog {
     Q_OBJECT
 public:
     GeoLocationViewController(AppEvents& events, const Settings& settings, UserPrompt& prompt,
-                              QWidget* parent = nullptr);
+                              SharedLocation& location, QWidget* parent = nullptr);
     ~GeoLocationViewController() override;
 
     // Opening: the map, the fields and the name from the shared position.
@@ -77,6 +78,7 @@ private:
 
     AppEvents& m_events;
     UserPrompt& m_prompt;
+    SharedLocation& m_location;
     Geocoder* m_geocoder;
     MapView* m_map;
     QLineEdit* m_latitudeField;

@@ -5,6 +5,7 @@
 #include "app/shell/WelcomeWindow.h"
 #include "app/workingset/ThumbnailProvider.h"
 #include "foundation/UserPrompt.h"
+#include "processing/HomeSession.h"
 #include "workingset/ScanController.h"
 #include "workingset/WorkingListModel.h"
 
@@ -31,6 +32,10 @@ AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* pa
     m_listModel = new WorkingListModel(workingSet(), this);
     m_scans = new ScanController(workingSet(), m_prompt, events(), this);
     m_thumbnails = new ThumbnailProvider(this);
+    m_homeSession = new HomeSession({workingSet(), *m_scans, events(), m_prompt, editorState(),
+                                     settings(), processingOptions(), folderAccess(),
+                                     renameSettings(), renameNumbering(), presets()},
+                                    this);
     m_mainWindow = std::make_unique<MainWindow>(*this);
 
     connect(&events(), &AppEvents::showMainWindowRequested, this, &AppDelegate::showMainWindow);

@@ -10,6 +10,7 @@
 
 namespace tagmoor {
 
+class HomeSession;
 class MainWindow;
 class PreferencesWindow;
 class ScanController;
@@ -19,9 +20,9 @@ class WelcomeWindow;
 class WorkingListModel;
 
 // The application object: the core's application shell plus what the screens add to it (the
-// list model, the scan controller, the thumbnails), and the windows. It carries out the start
-// plan and routes files handed over by the desktop. Tests make one with a ScriptedPrompt and
-// a settings file of their own and drive its windows.
+// list model, the scan controller, the thumbnails, the home screen's session), and the
+// windows. It carries out the start plan and routes files handed over by the desktop. Tests
+// make one with a ScriptedPrompt and a settings file of their own and drive its windows.
 class AppDelegate : public QObject {
     Q_OBJECT
 public:
@@ -64,6 +65,8 @@ public:
     WorkingListModel& listModel() { return *m_listModel; }
     ScanController& scans() { return *m_scans; }
     ThumbnailProvider& thumbnails() { return *m_thumbnails; }
+    // The home screen's form, Start Process chain, run and shared position.
+    HomeSession& homeSession() { return *m_homeSession; }
     UserPrompt& prompt() { return m_prompt; }
 
     MainWindow* mainWindow() const { return m_mainWindow.get(); }
@@ -85,6 +88,7 @@ private:
     WorkingListModel* m_listModel = nullptr;
     ScanController* m_scans = nullptr;
     ThumbnailProvider* m_thumbnails = nullptr;
+    HomeSession* m_homeSession = nullptr;
     std::unique_ptr<MainWindow> m_mainWindow;
     QPointer<WelcomeWindow> m_welcome;
     QPointer<PreferencesWindow> m_preferences;

@@ -24,6 +24,7 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     connect(addPhotos, &QAction::triggered, m_root, &RootView::addFiles);
     file->addSeparator();
     m_preferences = file->addAction(QStringLiteral("&Preferences..."));
+    m_preferences->setObjectName(QStringLiteral("menuItemPreferences"));
     m_preferences->setShortcut(QKeySequence::Preferences);
     m_preferences->setMenuRole(QAction::PreferencesRole);
     connect(m_preferences, &QAction::triggered, &app, &AppDelegate::showPreferences);
@@ -34,17 +35,11 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     m_checkForUpdates = help->addAction(tr("Check for &Updates..."));
+    m_checkForUpdates->setObjectName(QStringLiteral("menuItemCheckForUpdates"));
     connect(m_checkForUpdates, &QAction::triggered, &app, &AppDelegate::checkForUpdate);
     m_about = help->addAction(QStringLiteral("&About Tagmoor"));
+    m_about->setObjectName(QStringLiteral("menuItemAbout"));
     connect(m_about, &QAction::triggered, this, &MainWindow::tappedAbout);
-}
-
-AddFilesScreen* MainWindow::addFilesScreen() const {
-    return m_root->addFilesScreen();
-}
-
-HomeScreen* MainWindow::homeScreen() const {
-    return m_root->homeScreen();
 }
 
 void MainWindow::setOverlayMenusEnabled(bool enabled) {

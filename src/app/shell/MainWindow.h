@@ -6,9 +6,7 @@ class QAction;
 
 namespace tagmoor {
 
-class AddFilesScreen;
 class AppDelegate;
-class HomeScreen;
 class RootView;
 
 // The one main window: the root view in the middle, the application menu above.
@@ -18,12 +16,7 @@ public:
     explicit MainWindow(AppDelegate& app, QWidget* parent = nullptr);
 
     RootView* rootView() const { return m_root; }
-    AddFilesScreen* addFilesScreen() const;
-    HomeScreen* homeScreen() const;
 
-    QAction* menuItemPreferences() const { return m_preferences; }
-    QAction* menuItemCheckForUpdates() const { return m_checkForUpdates; }
-    QAction* menuItemAbout() const { return m_about; }
     // Enables or disables the three overlay-sensitive entries together.
     void setOverlayMenusEnabled(bool enabled);
 

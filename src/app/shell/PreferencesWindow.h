@@ -25,16 +25,6 @@ public:
     // Loads the boxes from the settings and applies the login setting to the login item.
     void reload();
 
-    QTabWidget* tabs() const { return m_tabs; }
-    QCheckBox* btnLaunchAutomatically() const { return m_launch; }
-    QComboBox* comboBoxLanguage() const { return m_language; }
-    QCheckBox* btnOverwriteIfAFileWithASameName() const { return m_overwrite; }
-    QCheckBox* btnShowPresetSavingSettingInHome() const { return m_presetSaving; }
-    QCheckBox* btnAutoUpdate() const { return m_autoUpdate; }
-    QCheckBox* btnWriteTagsInStandardForm() const { return m_standardForm; }
-    QCheckBox* btnLoadMapTiles() const { return m_mapTiles; }
-    QPushButton* btnClearMapCache() const { return m_clearMapCache; }
-
     void clickedAutomatically(bool on);
     void clickedOverwriteIfAFileWithASameName(bool on);
     void clickedShowPresetSettingInHome(bool on);

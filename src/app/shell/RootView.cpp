@@ -12,10 +12,7 @@ namespace tagmoor {
 RootView::RootView(AppDelegate& app, QWidget* parent)
     : QWidget(parent), m_stack(new QStackedLayout(this)),
       m_addFiles(new AddFilesScreen({app.events(), app.scans(), app.prompt(), app.settings()})),
-      m_home(new HomeScreen({app.workingSet(), app.listModel(), app.thumbnails(), app.scans(),
-                             app.events(), app.prompt(), app.editorState(), app.settings(),
-                             app.processingOptions(), app.folderAccess(), app.renameSettings(),
-                             app.renameNumbering(), app.presets()})),
+      m_home(new HomeScreen({app.homeSession(), app.listModel(), app.thumbnails()})),
       m_presetsDetails(new PresetsDetailsViewController(
           {app.presets(), app.events(), app.prompt(), app.workingSet(), app.editorState()})),
       m_empty(new QWidget) {
@@ -49,10 +46,6 @@ void RootView::updateVC(RootPage page) {
         m_stack->setCurrentWidget(m_empty);
         break;
     }
-}
-
-QWidget* RootView::presetsDetails() const {
-    return m_presetsDetails;
 }
 
 QWidget* RootView::currentChild() const {

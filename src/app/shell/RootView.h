@@ -28,11 +28,6 @@ public:
     // The child now shown, or nullptr when the container is empty.
     QWidget* currentChild() const;
 
-    AddFilesScreen* addFilesScreen() const { return m_addFiles; }
-    HomeScreen* homeScreen() const { return m_home; }
-    QWidget* presetsDetails() const;
-    PresetsDetailsViewController* presetsPanel() const { return m_presetsDetails; }
-
     // "Add Photos" of the menu: the panel of the screen on show.
     void addFiles();
 

@@ -14,9 +14,6 @@ class WelcomeWindow : public QWidget {
 public:
     explicit WelcomeWindow(QWidget* parent = nullptr);
 
-    QCheckBox* launchAtLoginBox() const { return m_launchAtLogin; }
-    QPushButton* startButton() const { return m_start; }
-
 signals:
     void left(bool launchAtLogin);
 

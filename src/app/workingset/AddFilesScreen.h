@@ -35,11 +35,6 @@ public:
     // DropViewOTM: dropped paths go to the staged files unfiltered, then on to the home screen.
     void getDropViewItems(const QStringList& paths);
 
-    QPushButton* btnAddPhotos() const { return m_addPhotos; }
-    QPushButton* btnAddPhotosLibrary() const { return m_addLibrary; }
-    DropView* dropView() const { return m_dropView; }
-    AlbumChooser* albumChooser() const { return m_chooser; }
-
 private:
     bool isBlockedByOverlay() const;
 

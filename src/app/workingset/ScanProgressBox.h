@@ -21,12 +21,6 @@ public:
     void apply(const ScanProgressView& view);
 
     QPushButton* btnStopScanning() const { return m_stop; }
-    QLabel* lblPercentageLoader() const { return m_percent; }
-    QLabel* lblPathScanning() const { return m_path; }
-    QLabel* lblImagesSelectedScanning() const { return m_imagesSelected; }
-    QLabel* lblObjectSelectedScanning() const { return m_objectsSelected; }
-    QProgressBar* loader() const { return m_loader; }
-    QProgressBar* spinnerLoader() const { return m_spinner; }
     // The path line before it was shortened to fit.
     const QString& pathText() const { return m_fullPath; }
 

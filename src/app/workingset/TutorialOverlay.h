@@ -24,8 +24,6 @@ public:
     void clickedHideTutorial();
 
     int tutorialStep() const { return m_step; }
-    QLabel* currentText() const { return m_text; }
-    QTimer* timerTutorial() const { return m_timer; }
 
 signals:
     void finished();

@@ -117,13 +117,22 @@ OpenPanelRequest StartProcessChain::destinationPanel(bool keepSourceOffered) {
 StartProcessChain::StartProcessChain(const Objects& objects, QObject* parent)
     : QObject(parent), m_objects(objects) {}
 
+// Out of line so that a cover still held goes while the chain is whole.
+StartProcessChain::~StartProcessChain() {
+    m_cover.reset();
+}
+
+void StartProcessChain::runClosed() {
+    m_cover.reset();
+}
+
 void StartProcessChain::later(int ms, void (StartProcessChain::*step)()) {
     QTimer::singleShot(ms, this, step);
 }
 
 void StartProcessChain::end() {
     m_running = false;
-    emit coverChanged(false);
+    m_cover.reset();
     emit cancelled();
 }
 
@@ -175,9 +184,10 @@ void StartProcessChain::clickedStartProcess() {
         confirmation = removeConfirmation();
         break;
     }
-    emit coverChanged(true);
-    const bool yes = m_objects.prompt.ask(confirmation) == 0;
-    emit coverChanged(false);
+    const bool yes = [&] {
+        const Cover cover(*this);
+        return m_objects.prompt.ask(confirmation) == 0;
+    }();
     if (!yes) {
         end();
         return;
@@ -205,7 +215,7 @@ void StartProcessChain::chooseSaveOption() {
 void StartProcessChain::showPresetSheet() {
     const QString proposed = m_presets.defaultName ? m_presets.defaultName() : QString();
     QString text = proposed;
-    emit coverChanged(true);
+    m_cover.emplace(*this);
     while (true) {
         const TextAnswer answer = m_objects.prompt.askForText(presetSheet(text));
         if (answer.button != 0) {
@@ -235,7 +245,7 @@ void StartProcessChain::showPresetSheet() {
 void StartProcessChain::skipAndProcessed(bool suppressed) {
     if (suppressed)
         m_objects.settings.setIsPresetSavingSettingInHome(true);
-    emit coverChanged(false);
+    m_cover.reset();
     later(100, &StartProcessChain::startProcessing);
 }
 
@@ -251,7 +261,7 @@ void StartProcessChain::startProcessing() {
         if (record.isSelected && isInPhotoLibrary(record.path()))
             offerKeepSource = false;
     }
-    emit coverChanged(true);
+    m_cover.emplace(*this);
     const PanelAnswer answer =
         m_objects.prompt.openPanelWithAccessory(destinationPanel(offerKeepSource));
     if (answer.accessoryClicked) {
@@ -270,26 +280,26 @@ void StartProcessChain::startProcessing() {
     m_objects.folders.grant(folder);
     m_values.destinationFolder = QFileInfo(folder).absoluteFilePath();
     m_values.isDestinationPathAsSource = false;
-    emit coverChanged(false);
+    m_cover.reset();
     later(100, &StartProcessChain::finalProcess);
 }
 
 void StartProcessChain::reopenDestination() {
     m_objects.prompt.ask(outsideHomeAlert());
-    emit coverChanged(false);
+    m_cover.reset();
     later(100, &StartProcessChain::startProcessing);
 }
 
 void StartProcessChain::keepSourceFolderPath() {
-    emit coverChanged(false);
+    m_cover.reset();
     if (!m_objects.folders.homeAccessGranted()) {
-        emit coverChanged(true);
+        m_cover.emplace(*this);
         if (!m_objects.folders.askForHomeAccess(m_objects.prompt)) {
             // A cancelled grant leaves the user at the main screen, free to try again.
             end();
             return;
         }
-        emit coverChanged(false);
+        m_cover.reset();
     }
     m_values.destinationFolder.reset();
     m_values.isDestinationPathAsSource = true;
@@ -303,10 +313,9 @@ void StartProcessChain::finalProcess() {
         return;
     }
     if (!m_values.isDestinationPathAsSource && !m_values.overwriteExisting && collisionForecast()) {
-        emit coverChanged(true);
+        const Cover cover(*this);
         if (m_objects.prompt.ask(overwriteQuestion()) == 0)
             m_values.overwriteExisting = true;
-        emit coverChanged(false);
     }
     // The snapshot: the form as it stands, the flags and the date rules.
     m_values.editedProperties = m_objects.form.readForm();
@@ -318,7 +327,8 @@ void StartProcessChain::finalProcess() {
 
 void StartProcessChain::executeFinalProcess() {
     m_running = false;
-    emit coverChanged(true);
+    // The cover stays over the run screen until runClosed().
+    m_cover.emplace(*this);
     emit runReady(m_values);
 }
 

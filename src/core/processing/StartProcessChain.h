@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 namespace tagmoor {
 
@@ -46,11 +47,15 @@ public:
     };
 
     explicit StartProcessChain(const Objects& objects, QObject* parent = nullptr);
+    ~StartProcessChain() override;
 
     void setPresetHooks(PresetHooks hooks) { m_presets = std::move(hooks); }
 
     // The click on Start Process.
     void clickedStartProcess();
+
+    // The run sheet closed: the cover the chain left over the run goes.
+    void runClosed();
 
     // The run values being settled (the chain fills them in as it goes).
     const RunValues& values() const { return m_values; }
@@ -72,7 +77,8 @@ public:
     static OpenPanelRequest destinationPanel(bool keepSourceOffered);
 
 signals:
-    // The cover over the window during the chain: on while a question stands.
+    // The cover over the window during the chain: on while a question stands, and over the
+    // run until its sheet closes. Every on is followed by exactly one off.
     void coverChanged(bool on);
     // Everything is settled: the run screen is to appear and start this run.
     void runReady(const tagmoor::RunValues& values);
@@ -80,6 +86,19 @@ signals:
     void cancelled();
 
 private:
+    // The cover, held while it lives. A span inside one step is a local; a span that crosses
+    // steps (the panel reopened after a refused folder, the grant, the run) lives in m_cover.
+    class Cover {
+    public:
+        explicit Cover(StartProcessChain& chain) : m_chain(chain) { emit chain.coverChanged(true); }
+        ~Cover() { emit m_chain.coverChanged(false); }
+        Cover(const Cover&) = delete;
+        Cover& operator=(const Cover&) = delete;
+
+    private:
+        StartProcessChain& m_chain;
+    };
+
     // Why the edited keywords cannot be written (one is too long for IPTC), or nothing.
     QString keywordsRefusal() const;
     void later(int ms, void (StartProcessChain::*step)());
@@ -98,6 +117,7 @@ private:
     PresetHooks m_presets;
     RunValues m_values;
     bool m_running = false;
+    std::optional<Cover> m_cover;
 };
 
 } // namespace tagmoor

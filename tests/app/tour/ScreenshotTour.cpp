@@ -145,13 +145,17 @@ int main(int argc, char** argv) {
     // The album chooser on the add screen, then the albums of a package and of a collection.
     QTemporaryDir libraries;
     const QStringList libraryPaths = makeTourLibraries(libraries.path());
-    AddFilesScreen* addScreen = t.window().addFilesScreen();
-    AlbumChooser* chooser = addScreen->albumChooser();
+    AddFilesScreen* addScreen =
+        test::named<AddFilesScreen>(&t.window(), QStringLiteral("AddFiles"));
+    AlbumChooser* chooser =
+        test::named<AlbumChooser>(addScreen, QStringLiteral("AddAlbumsPhotosLibrary"));
     addScreen->clickedAddPhotosLibrary();
     shoot(out, QStringLiteral("chooser-add-screen.png"), window, chooser);
     const QStringList albumShots{"chooser-albums.png", "chooser-albums-digikam.png"};
     for (int i = 0; i < albumShots.size(); ++i) {
-        chooser->showAlbumList(libraryPaths[i], addScreen->btnAddPhotosLibrary());
+        chooser->showAlbumList(
+            libraryPaths[i],
+            test::named<QPushButton>(addScreen, QStringLiteral("btnAddPhotosLibrary")));
         while (chooser->isBusy())
             settle(20);
         if (i == 0)
@@ -164,13 +168,14 @@ int main(int argc, char** argv) {
     while (!t.scanIdle() || t.set().count() == 0)
         settle(100);
     settle(1500);
-    HomeScreen* home = t.window().homeScreen();
+    HomeScreen* home = test::named<HomeScreen>(&t.window(), QStringLiteral("Home"));
     // The tour of the screen comes up after the first scan.
     shoot(out, QStringLiteral("tutorial.png"), window);
-    home->tutorial()->clickedHideTutorial();
+    test::named<TutorialOverlay>(home, QStringLiteral("boxTutorial"))->clickedHideTutorial();
     home->clickedAddMore();
-    shoot(out, QStringLiteral("chooser-home-screen.png"), window, home->albumChooser());
-    home->albumChooser()->clickedCancel();
+    shoot(out, QStringLiteral("chooser-home-screen.png"), window,
+          test::named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary")));
+    test::named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary"))->clickedCancel();
 
     shoot(out, QStringLiteral("editor-several.png"), window);
     home->clickedEditorTab(1);
@@ -187,20 +192,27 @@ int main(int argc, char** argv) {
             row = i;
     home->clickedCheckBox(row, true);
     settle();
-    auto* artist = qobject_cast<QLineEdit*>(home->metadataView()->control(Field::Artist)->input());
+    auto* artist = qobject_cast<QLineEdit*>(
+        test::named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(Field::Artist)
+            ->input());
     artist->setFocus();
     artist->selectAll();
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     shoot(out, QStringLiteral("editor-one.png"), window);
 
     // The date panel of that photo, shifting its original time by two hours.
-    FieldControl* date = home->metadataView()->control(Field::DateTimeOriginal);
-    home->metadataView()
+    FieldControl* date =
+        test::named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->control(Field::DateTimeOriginal);
+    test::named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
         ->findChild<QScrollArea*>(QStringLiteral("scrollViewMetadataForm"))
         ->ensureWidgetVisible(date);
     date->dateButton()->click();
     settle();
-    DateConfigurationPanel* panel = home->metadataView()->datePanel();
+    DateConfigurationPanel* panel =
+        test::named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
+            ->datePanel();
     panel->modeButton(DateMode::incrementTime)->click();
     QLineEdit* hours = panel->numberField(DatePart::incrementHour);
     hours->setFocus();
@@ -216,7 +228,7 @@ int main(int argc, char** argv) {
     // The list's menu over the first photo.
     home->clickedSelectUnselectAll(true);
     settle();
-    QAbstractItemView* grid = home->collectionView();
+    QAbstractItemView* grid = test::named<PhotoGridView>(home, QStringLiteral("collectionView"));
     const QRect item = grid->visualRect(grid->model()->index(0, 0));
     QMenu* menu = home->buildContextMenu(0, home);
     menu->popup(grid->viewport()->mapToGlobal(item.center()));
@@ -226,7 +238,8 @@ int main(int argc, char** argv) {
 
     // The rename sheet, adding a text before each name.
     home->clickedRename();
-    RenameViewController* rename = home->renamePanel();
+    RenameViewController* rename =
+        test::named<RenameViewController>(home, QStringLiteral("RenameViewController"));
     rename->option(RenamePanel::Option::add)->click();
     QTest::keyClicks(rename->txtFieldAddText(), QStringLiteral("Iceland-"));
     shoot(out, QStringLiteral("rename-panel.png"), window);
@@ -235,7 +248,9 @@ int main(int argc, char** argv) {
 
     // The place of one marked photo, the picker offline and with tiles, and the preview.
     t.app->settings().setMapTileUrl(MapType::standard, QString());
-    home->locationView()->mapView()->setTileTemplate(MapType::standard, QString());
+    test::named<LocationView>(home, QStringLiteral("locationView"))
+        ->mapView()
+        ->setTileTemplate(MapType::standard, QString());
     home->clickedSelectUnselectAll(false);
     int gpsRow = 0;
     for (int i = 0; i < t.set().count(); ++i)
@@ -245,7 +260,8 @@ int main(int argc, char** argv) {
     settle(800);
     shoot(out, QStringLiteral("home-location.png"), window);
     home->clickShowEditorGPS();
-    GeoLocationViewController* picker = home->locationPicker();
+    GeoLocationViewController* picker =
+        test::named<GeoLocationViewController>(home, QStringLiteral("GeoLocation"));
     picker->mapView()->zoomOut();
     picker->mapView()->zoomOut();
     picker->mapView()->zoomOut();
@@ -266,7 +282,8 @@ int main(int argc, char** argv) {
     picker->reject();
     settle();
     home->openPreview(gpsRow);
-    PreviewViewController* preview = home->previewWindow();
+    PreviewViewController* preview =
+        test::named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
     preview->move(60, 30);
     preview->mapView()->zoomOut();
     preview->mapView()->zoomOut();
@@ -303,10 +320,10 @@ int main(int argc, char** argv) {
     // The preference of the standard form.
     t.app->showPreferences();
     PreferencesWindow* preferences = t.app->preferencesWindow();
-    preferences->btnWriteTagsInStandardForm()->setFocus();
+    test::named<QCheckBox>(preferences, QStringLiteral("btnWriteTagsInStandardForm"))->setFocus();
     shoot(out, QStringLiteral("preferences-standard-form.png"), preferences);
     // The map tiles' switch and their cache.
-    preferences->btnLoadMapTiles()->setFocus();
+    test::named<QCheckBox>(preferences, QStringLiteral("btnLoadMapTiles"))->setFocus();
     shoot(out, QStringLiteral("preferences-map-tiles.png"), preferences);
     preferences->close();
     settle();
@@ -371,13 +388,15 @@ int main(int argc, char** argv) {
         rules.dateTimeOriginalAlive = p.fNumber > 0;
         store.replaceValues(at, values, rules);
     }
-    PresetsViewController* presetsMenu = home->presetsMenu();
+    PresetsViewController* presetsMenu =
+        test::named<PresetsViewController>(home, QStringLiteral("PresetsViewController"));
     presetsMenu->showAt(home->findChild<QPushButton*>(QStringLiteral("btnPreset")));
     shoot(out, QStringLiteral("presets-menu.png"), window, presetsMenu);
     presetsMenu->chooseRow(int(t.app->presets().size()) + 1); // "Edit Presets..."
     while (t.window().rootView()->selectedIndex() != 2)
         settle(20);
-    PresetsDetailsViewController* presetsPanel = t.window().rootView()->presetsPanel();
+    PresetsDetailsViewController* presetsPanel = test::named<PresetsDetailsViewController>(
+        t.window().rootView(), QStringLiteral("presetsDetails"));
     presetsPanel->tableView()->setCurrentRow(1);
     shoot(out, QStringLiteral("presets-panel.png"), window);
     presetsPanel->clickedCancel();
@@ -389,11 +408,12 @@ int main(int argc, char** argv) {
     t.prompt.answers = {0};
     t.prompt.panelAnswers = {{target}};
     home->clickedStartProcess();
-    while (!home->runSheet())
+    while (!test::named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")))
         settle(20);
     settle(60);
     shoot(out, QStringLiteral("run-progress.png"), window, nullptr, 0);
-    while (!home->runSheet()->isShowingResult())
+    while (
+        !test::named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isShowingResult())
         settle(50);
     shoot(out, QStringLiteral("run-result.png"), window);
     return 0;

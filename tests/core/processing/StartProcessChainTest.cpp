@@ -13,6 +13,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <string>
+
 namespace tagmoor {
 namespace {
 
@@ -56,6 +58,18 @@ struct ChainFixture {
         if (ready.isEmpty())
             return std::nullopt;
         return ready.first().first().value<RunValues>();
+    }
+
+    // The chain's cover and questions in order: "+" cover on, "-" cover off, "a" a question,
+    // "x" the chain ended without a run, "!" the run is ready.
+    std::string trace;
+    void startTrace() {
+        trace.clear();
+        QObject::connect(&chain, &StartProcessChain::coverChanged, &chain,
+                         [this](bool on) { trace += on ? '+' : '-'; });
+        QObject::connect(&chain, &StartProcessChain::cancelled, &chain, [this] { trace += 'x'; });
+        QObject::connect(&chain, &StartProcessChain::runReady, &chain, [this] { trace += '!'; });
+        prompt.onAlert = [this](const Alert&) { trace += 'a'; };
     }
 
     QStringList titles() const {
@@ -223,6 +237,60 @@ TEST(StartProcessChain, AKeywordTooLongIsRefusedBeforeAnyQuestion) {
     ASSERT_EQ(f.titles(), QStringList{"Keyword too long"});
     EXPECT_TRUE(f.prompt.alerts.first().text.contains("66 bytes"));
     EXPECT_FALSE(f.chain.isRunning());
+}
+
+// The cover goes on and off in pairs on every branch: never off while it is off, held while a
+// question that it covers stands (across the steps that reopen the folder panel), and handed
+// over to the run, to be taken off only when the run sheet closes.
+TEST(StartProcessChain, TheCoverComesAndGoesInPairsOnEveryBranch) {
+    {
+        ChainFixture f;
+        f.startTrace();
+        f.prompt.answerNext("NO");
+        EXPECT_FALSE(f.run());
+        EXPECT_EQ(f.trace, "+a-x") << "a No at the confirmation";
+    }
+    {
+        ChainFixture f;
+        f.startTrace();
+        f.set.setAllSelected(false);
+        EXPECT_FALSE(f.run());
+        EXPECT_EQ(f.trace, "+a-ax") << "nothing marked is told without the cover";
+    }
+    {
+        ChainFixture f;
+        f.settings.setIsPresetSavingSettingInHome(false);
+        f.chain.setPresetHooks({[] { return QStringLiteral("Preset 1"); },
+                                [](const QString&) { return false; }, [](const QString&) {}});
+        f.startTrace();
+        f.prompt.textAnswers = {{0, " ", false}, {1, "", false}};
+        QTemporaryDir elsewhere;
+        f.prompt.panelAnswers = {{elsewhere.path()}, {}};
+        EXPECT_FALSE(f.run());
+        EXPECT_EQ(f.trace, "+a-+aaa-+a-+-x")
+            << "the preset sheet, then a folder outside home and a cancelled panel";
+    }
+    {
+        ChainFixture f;
+        f.startTrace();
+        f.prompt.accessoryAnswers = {true};
+        f.prompt.answers = {0, 1}; // YES, then Cancel at the grant
+        EXPECT_FALSE(f.run());
+        EXPECT_EQ(f.trace, "+a-+-+a-x") << "the home folder grant refused";
+    }
+    {
+        ChainFixture f;
+        f.form.editText(Field::Artist, "Jane Doe");
+        QFile::copy(f.set.workingImages().at(1).path(), f.out + "/et-GPS.jpg");
+        f.startTrace();
+        f.prompt.panelAnswers = {{f.out}};
+        EXPECT_TRUE(f.run());
+        EXPECT_EQ(f.trace, "+a-+-+a-+!") << "the overwrite question, then the run";
+        f.chain.runClosed();
+        EXPECT_EQ(f.trace, "+a-+-+a-+!-") << "the run's cover goes when its sheet closes";
+        f.chain.runClosed();
+        EXPECT_EQ(f.trace, "+a-+-+a-+!-") << "and only once";
+    }
 }
 
 } // namespace

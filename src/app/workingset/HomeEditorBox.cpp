@@ -1,0 +1,100 @@
+#include "app/workingset/HomeEditorBox.h"
+
+#include "app/batch/ProcessingControls.h"
+#include "app/editor/MetadataViewController.h"
+#include "app/presets/PresetsViewController.h"
+#include "app/widgets/GroupTabs.h"
+#include "app/workingset/HomePaneParts.h"
+#include "editor/FormSections.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace tagmoor {
+
+HomeEditorBox::HomeEditorBox(const Objects& objects, QWidget* parent)
+    : QWidget(parent), m_objects(objects), m_tabs(new QButtonGroup(this)),
+      m_markedSummary(new QLabel),
+      m_editor(new MetadataViewController(objects.form, objects.events)),
+      m_gps(makePaneButton(QStringLiteral("btnShowEditorGPS"), tr("Location..."))),
+      m_resetAll(makePaneButton(QStringLiteral("btnResetAll"), tr("Reset All"))),
+      m_rename(makePaneButton(QStringLiteral("btnRename"), tr("Rename..."))),
+      m_preset(makePaneButton(QStringLiteral("btnPreset"), tr("Presets..."))) {
+    setObjectName(QStringLiteral("homeEditorBox"));
+    auto* host = new QWidget;
+    host->setObjectName(QStringLiteral("scrollViewMetadata"));
+    auto* hostLayout = new QVBoxLayout(host);
+    hostLayout->setContentsMargins(0, 0, 0, 0);
+    hostLayout->addWidget(m_editor, 1);
+    hostLayout->addWidget(objects.processing.cleanBox(), 1);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(10);
+    layout->addLayout(makeTabs());
+    layout->addWidget(host, 1);
+    layout->addLayout(makeButtons());
+}
+
+QLayout* HomeEditorBox::makeTabs() {
+    auto* tabs = new QHBoxLayout;
+    for (QToolButton* tab : addGroupTabs(m_tabs, tabs))
+        m_tabButtons.append(tab);
+    tabs->addStretch(1);
+    tabs->addWidget(m_markedSummary);
+    connect(m_tabs, &QButtonGroup::idClicked, this, &HomeEditorBox::tabClicked);
+    m_markedSummary->setObjectName(QStringLiteral("lblMarkedSummary"));
+    m_markedSummary->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_markedSummary->setForegroundRole(QPalette::PlaceholderText);
+    return tabs;
+}
+
+QLayout* HomeEditorBox::makeButtons() {
+    connect(m_rename, &QPushButton::clicked, this, &HomeEditorBox::renameClicked);
+    connect(m_resetAll, &QPushButton::clicked, this, &HomeEditorBox::resetAllClicked);
+    m_presetsMenu =
+        new PresetsViewController({m_objects.presets, m_objects.events, m_objects.form}, this);
+    connect(m_preset, &QPushButton::clicked, this, [this] { m_presetsMenu->showAt(m_preset); });
+    connect(m_gps, &QPushButton::clicked, this, &HomeEditorBox::locationClicked);
+
+    auto* buttons = new QGridLayout;
+    buttons->setSpacing(8);
+    buttons->addWidget(m_gps, 0, 0);
+    buttons->addWidget(m_resetAll, 0, 1);
+    buttons->addWidget(m_rename, 1, 0);
+    buttons->addWidget(m_preset, 1, 1);
+    return buttons;
+}
+
+void HomeEditorBox::showTab(int editor) {
+    if (QAbstractButton* tab = m_tabs->button(editor))
+        tab->setChecked(true);
+    m_editor->showEditor(editorOfTab(editor));
+}
+
+void HomeEditorBox::setMarkedSummary(int marked, int count) {
+    m_markedSummary->setText(tr("%1 of %2 marked").arg(marked).arg(count));
+    m_markedSummary->setToolTip(marked == 0
+                                    ? tr("Mark photos in the list to edit their metadata.")
+                                    : tr("The editor and a run work on the marked photos."));
+}
+
+void HomeEditorBox::showRemoving(bool removing) {
+    m_editor->setVisible(!removing);
+    m_objects.processing.cleanBox()->setVisible(removing);
+}
+
+QList<QWidget*> HomeEditorBox::batchControls() const {
+    return m_tabButtons + QList<QWidget*>{m_gps, m_resetAll, m_rename, m_preset};
+}
+
+QList<QWidget*> HomeEditorBox::editingOnlyControls() const {
+    return m_tabButtons + QList<QWidget*>{m_gps};
+}
+
+} // namespace tagmoor

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QWidget>
+
+class QButtonGroup;
+class QLabel;
+class QPushButton;
+
+namespace tagmoor {
+
+class AppEvents;
+class MetadataForm;
+class MetadataViewController;
+class PresetStore;
+class PresetsViewController;
+class ProcessingControls;
+
+// The middle of the home screen's side pane: the EXIF, IPTC and XMP tabs with the count of
+// marked photos, the editor (or, on the remove row, the clean boxes in its place), and the
+// buttons under it: Location..., Reset All, Rename... and Presets....
+class HomeEditorBox : public QWidget {
+    Q_OBJECT
+public:
+    struct Objects {
+        MetadataForm& form;
+        AppEvents& events;
+        PresetStore& presets;
+        ProcessingControls& processing;
+    };
+
+    explicit HomeEditorBox(const Objects& objects, QWidget* parent = nullptr);
+
+    // The tab of the EXIF, IPTC or XMP editor: 0, 1, 2.
+    void showTab(int editor);
+    void setMarkedSummary(int marked, int count);
+    // The remove row shows the clean boxes instead of the editor.
+    void showRemoving(bool removing);
+    // The controls that are on only while a photo is marked, and those of them that are off
+    // on the remove row as well.
+    QList<QWidget*> batchControls() const;
+    QList<QWidget*> editingOnlyControls() const;
+
+signals:
+    void tabClicked(int editor);
+    void locationClicked();
+    void resetAllClicked();
+    void renameClicked();
+
+private:
+    QLayout* makeTabs();
+    QLayout* makeButtons();
+
+    Objects m_objects;
+    QButtonGroup* m_tabs;
+    QList<QWidget*> m_tabButtons;
+    QLabel* m_markedSummary;
+    MetadataViewController* m_editor;
+    QPushButton* m_gps;
+    QPushButton* m_resetAll;
+    QPushButton* m_rename;
+    QPushButton* m_preset;
+    PresetsViewController* m_presetsMenu = nullptr;
+};
+
+} // namespace tagmoor

@@ -1,0 +1,94 @@
+#include "app/workingset/HomePreviewPane.h"
+
+#include "app/location/LocationView.h"
+#include "app/workingset/ThumbnailProvider.h"
+
+#include <QFileInfo>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace tagmoor {
+
+namespace {
+
+constexpr int kPreviewSide = 208;
+
+} // namespace
+
+HomePreviewPane::HomePreviewPane(ThumbnailProvider& thumbnails, const Settings& settings,
+                                 QWidget* parent)
+    : QWidget(parent), m_thumbnails(thumbnails), m_preview(new QLabel), m_imageName(new QLabel),
+      m_locationView(new LocationView(settings)) {
+    setObjectName(QStringLiteral("homePreviewPane"));
+    m_preview->setObjectName(QStringLiteral("imgViewPreview"));
+    m_preview->setAlignment(Qt::AlignCenter);
+    m_preview->setFrameShape(QFrame::StyledPanel);
+    m_imageName->setObjectName(QStringLiteral("lblImageName"));
+    m_imageName->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    m_imageName->setTextInteractionFlags(Qt::TextSelectableByMouse);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(10);
+    layout->addWidget(m_preview, 0, Qt::AlignHCenter);
+    layout->addWidget(m_imageName);
+    layout->addWidget(m_locationView);
+
+    connect(&thumbnails, &ThumbnailProvider::thumbnailReady, this,
+            [this](const QString& path, int side) {
+                if (path == m_path && (side == kPreviewSide || side == 0))
+                    refreshPicture();
+            });
+    clear();
+    m_preview->setForegroundRole(QPalette::PlaceholderText);
+}
+
+void HomePreviewPane::showPhoto(const QString& path) {
+    m_path = path;
+    // One line: the middle of a long path gives way, the whole path is in the tooltip.
+    m_imageName->setText(
+        m_imageName->fontMetrics().elidedText(m_path, Qt::ElideMiddle, m_imageName->width() - 4));
+    m_imageName->setToolTip(m_path);
+    refreshPicture();
+}
+
+void HomePreviewPane::clear() {
+    m_path.clear();
+    m_preview->clear();
+    m_preview->setText(tr("No photo selected"));
+    m_imageName->clear();
+    m_imageName->setToolTip(QString());
+    m_locationView->clear();
+}
+
+void HomePreviewPane::fitToHeight(int screenHeight) {
+    // Below about 920 pixels the preview gives up height, down to a small square, so that the
+    // editor keeps room for several rows beside the location view.
+    constexpr int kRestOfThePane = 712;
+    const int side = std::clamp(screenHeight - kRestOfThePane, 96, kPreviewSide);
+    if (side == m_side)
+        return;
+    m_side = side;
+    m_preview->setFixedSize(side + 16, side + 16);
+    if (!m_path.isEmpty())
+        refreshPicture();
+}
+
+void HomePreviewPane::refreshPicture() {
+    if (m_path.isEmpty()) {
+        clear();
+        return;
+    }
+    const QImage image = m_thumbnails.thumbnail(m_path, kPreviewSide);
+    if (image.isNull())
+        m_preview->setText(QFileInfo(m_path).suffix().toUpper());
+    else if (std::max(image.width(), image.height()) > m_side)
+        m_preview->setPixmap(QPixmap::fromImage(
+            image.scaled(m_side, m_side, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    else
+        m_preview->setPixmap(QPixmap::fromImage(image));
+}
+
+} // namespace tagmoor

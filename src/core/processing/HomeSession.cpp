@@ -1,0 +1,97 @@
+#include "processing/HomeSession.h"
+
+#include "editor/EditorState.h"
+#include "foundation/AppEvents.h"
+#include "foundation/Settings.h"
+#include "presets/PresetForm.h"
+#include "presets/PresetStore.h"
+#include "processing/ProcessingOptions.h"
+#include "processing/ReviewValues.h"
+#include "rename/Rename.h"
+#include "workingset/WorkingSet.h"
+
+namespace tagmoor {
+
+HomeSession::HomeSession(const Objects& objects, QObject* parent)
+    : QObject(parent), m_objects(objects),
+      m_form(objects.workingSet, objects.editorState, objects.prompt, true),
+      m_chain({objects.workingSet, m_form, objects.editorState, objects.processingOptions,
+               objects.folderAccess, objects.settings, objects.prompt, objects.renameNumbering,
+               objects.renameSettings}),
+      m_batch(objects.prompt, objects.renameNumbering) {
+    // The chain's preset sheet saves the form and its date rules as a new preset.
+    PresetStore& presets = objects.presets;
+    m_chain.setPresetHooks({[&presets] { return presets.defaultName(); },
+                            [&presets](const QString& name) {
+                                return presets.checkName(name) == PresetStore::NameCheck::Taken;
+                            },
+                            [this, &presets](const QString& name) {
+                                const qsizetype position = presets.addPreset(name);
+                                presets.replaceValues(position, presetValuesOf(m_form),
+                                                      m_objects.editorState.editorDates().rules());
+                            }});
+    connect(&objects.events, &AppEvents::UpdateMetadataInfoOTM, &m_form,
+            [this](const QList<int>& indexes, bool isMultipleSelected, int index) {
+                m_form.updateMetadataInfo(index, isMultipleSelected, indexes);
+            });
+    connect(&objects.workingSet, &WorkingSet::imagesReset, this, [this] {
+        if (m_objects.workingSet.isEmpty())
+            startNewList();
+    });
+}
+
+void HomeSession::startProcess() {
+    if (m_objects.workingSet.isScanning())
+        return;
+    m_chain.clickedStartProcess();
+}
+
+RunValues HomeSession::reviewValues() {
+    return reviewRunValues(m_objects.processingOptions, m_objects.settings,
+                           m_objects.renameSettings, m_form, m_objects.editorState);
+}
+
+void HomeSession::resetAll() {
+    m_form.resetAll();
+    m_objects.processingOptions.clearChoices();
+}
+
+void HomeSession::startNewList() {
+    m_form.resetAll();
+    m_objects.renameSettings = Rename{};
+    m_objects.processingOptions.reset();
+    m_location.reset();
+    emit newListStarted();
+}
+
+void HomeSession::finishRun() {
+    RunValues live;
+    m_batch.clickedFinish(live, m_objects.editorState.editorDates(),
+                          m_objects.settings.isOverwriteIfAFileWithASameNameOrDefault());
+    m_objects.renameSettings = live.renameSettings;
+    m_chain.runClosed();
+    // The list empties, so the edits and the options start anew; the add screen comes back.
+    m_objects.workingSet.clearImages();
+    emit m_objects.events.UpdateVCOTM(RootPage::addFiles);
+    emit m_objects.events.AfterFinishOTM();
+}
+
+std::optional<SharedLocation> HomeSession::takePositionOf(const CGImageProperties& record) {
+    const auto lat = record.gpsProperties ? record.gpsProperties->latitude.real() : std::nullopt;
+    const auto lon = record.gpsProperties ? record.gpsProperties->longitude.real() : std::nullopt;
+    if (!lat || !lon)
+        return std::nullopt;
+    m_location.set(*lat, *lon);
+    return m_location;
+}
+
+void HomeSession::locationPickerOpening() {
+    if (m_form.selectedLatitude() && m_form.selectedLongitude())
+        m_location.set(*m_form.selectedLatitude(), *m_form.selectedLongitude());
+}
+
+void HomeSession::takePickedLocation() {
+    m_form.takeLocation(m_location.latitude(), m_location.longitude());
+}
+
+} // namespace tagmoor

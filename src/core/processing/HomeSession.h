@@ -1,0 +1,89 @@
+#pragma once
+
+#include "batch/BatchController.h"
+#include "editor/MetadataForm.h"
+#include "geo/SharedLocation.h"
+#include "processing/StartProcessChain.h"
+
+#include <QObject>
+
+#include <optional>
+
+namespace tagmoor {
+
+class AppEvents;
+class FolderAccess;
+class PresetStore;
+class ProcessingOptions;
+class Rename;
+class RenameNumbering;
+class ScanController;
+class Settings;
+class UserPrompt;
+class WorkingSet;
+struct CGImageProperties;
+struct EditorState;
+
+// The home screen's state without its widgets: the editor's form, the chain of questions of
+// Start Process, the controller of the run and the position the location picker shares, over
+// the application's working set, options and presets. The shell makes one and hands it to the
+// screen, whose panes show its state and forward their actions here.
+class HomeSession : public QObject {
+    Q_OBJECT
+public:
+    struct Objects {
+        WorkingSet& workingSet;
+        ScanController& scans;
+        AppEvents& events;
+        UserPrompt& prompt;
+        EditorState& editorState;
+        Settings& settings;
+        ProcessingOptions& processingOptions;
+        FolderAccess& folderAccess;
+        Rename& renameSettings;
+        RenameNumbering& renameNumbering;
+        PresetStore& presets;
+    };
+
+    explicit HomeSession(const Objects& objects, QObject* parent = nullptr);
+
+    const Objects& objects() const { return m_objects; }
+    MetadataForm& form() { return m_form; }
+    StartProcessChain& chain() { return m_chain; }
+    BatchController& batch() { return m_batch; }
+    SharedLocation& location() { return m_location; }
+
+    // Start Process: the chain of questions, unless a scan is still adding photos.
+    void startProcess();
+    // The plan of the run as Start Process would make it now, before any question.
+    RunValues reviewValues();
+    // Reset All: the form, its flags and date rules emptied, the mode back on its first row
+    // with the clean boxes off.
+    void resetAll();
+    // Finish on the run sheet: the edit state reset, the rename rule back to its default, the
+    // run's cover gone, the list emptied and the add screen back.
+    void finishRun();
+
+    // The one marked photo's position, which becomes the shared one; nothing when it has none.
+    std::optional<SharedLocation> takePositionOf(const CGImageProperties& record);
+    // The picker is about to open: it starts from the form's position when both parts are set.
+    void locationPickerOpening();
+    // The picker closed: the form's GPS fields take the shared position as edits.
+    void takePickedLocation();
+
+signals:
+    // The list became empty and everything of the last one was let go: no edit, date rule,
+    // rename rule, mode or picked position reaches the next photos.
+    void newListStarted();
+
+private:
+    void startNewList();
+
+    Objects m_objects;
+    MetadataForm m_form;
+    StartProcessChain m_chain;
+    BatchController m_batch;
+    SharedLocation m_location;
+};
+
+} // namespace tagmoor
