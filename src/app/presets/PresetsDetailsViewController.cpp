@@ -140,12 +140,11 @@ PresetsDetailsViewController::PresetsDetailsViewController(const Objects& object
     selectionChanged();
 }
 
-void PresetsDetailsViewController::presetsDetailsRequested(int row) {
+void PresetsDetailsViewController::presetsDetailsRequested(const PresetsMenuChoice& choice) {
     m_isPresetLoaded = false;
-    const int last = int(m_objects.presets.size()) + 1;
-    if (row != 0 && row != last)
-        return; // a saved preset: the home form takes it, the panel stays closed
-    m_isNewPreset = row == 0;
+    if (choice.row == PresetsMenuChoice::Row::savedPreset)
+        return; // the home form takes it, the panel stays closed
+    m_isNewPreset = choice.row == PresetsMenuChoice::Row::newConfiguration;
     QTimer::singleShot(kOpenDelayMs, this,
                        [this] { emit m_objects.events.UpdateVCOTM(RootPage::presetsDetails); });
 }

@@ -17,6 +17,16 @@ namespace {
 // The list grows with its rows up to this many, then scrolls.
 constexpr int kMostRowsShown = 12;
 
+// The first and the last row are fixed; the saved presets sit between them.
+PresetsMenuChoice choiceOfRow(int row, qsizetype count) {
+    using Row = PresetsMenuChoice::Row;
+    if (row == 0)
+        return {Row::newConfiguration};
+    if (row == count - 1)
+        return {Row::editPresets};
+    return {Row::savedPreset, row - 1};
+}
+
 } // namespace
 
 PresetsViewController::PresetsViewController(const Objects& objects, QWidget* parent)
@@ -86,11 +96,12 @@ void PresetsViewController::chooseRow(int row) {
     if (row < 0 || row >= count)
         return;
     hide();
-    emit m_objects.events.PresetsDetailsOTM(row);
+    const PresetsMenuChoice choice = choiceOfRow(row, count);
+    emit m_objects.events.PresetsDetailsOTM(choice);
     // A saved preset goes into the home form at once; the fixed rows open the panel, which
     // watches the same notification.
-    if (row > 0 && row < count - 1) {
-        const ActualPreset preset = m_objects.presets.preset(row - 1);
+    if (choice.row == PresetsMenuChoice::Row::savedPreset) {
+        const ActualPreset preset = m_objects.presets.preset(choice.presetIndex);
         m_objects.homeForm.showPreset(preset.properties.value_or(makeEmptyRecord(std::nullopt)),
                                       preset.timeSetting.value_or(OriginalFinalDate{}));
     }
