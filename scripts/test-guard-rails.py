@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Plants one fault at a time in a copy of the sources and checks that its guard rail fails,
 and that the rails pass on the unchanged copy: an include of a folder above the includer, an
-Exiv2 include in the app, a function over the limit, an unformatted file, no clang-format.
+Exiv2 include in the app, a function over the limit, an unformatted file, no clang-format, a
+notification that nobody posts.
 Usage: test-guard-rails.py [CLANG_FORMAT]"""
 import shutil
 import subprocess
@@ -45,7 +46,7 @@ def main():
     with tempfile.TemporaryDirectory() as scratch:
         clean = Path(scratch) / "clean"
         copy_tree(clean)
-        for name in ("layers", "libraries", "function-length", "format"):
+        for name in ("layers", "libraries", "function-length", "format", "events"):
             expect(clean, name, False, "the sources as they are")
         expect(clean, "format", True, "without clang-format", "missing",
                {"CLANG_FORMAT": "/nonexistent/clang-format"})
@@ -78,6 +79,14 @@ def main():
             else:
                 target.write_text(text, encoding="utf-8")
             expect(copy, name, True, f"planted in {file}", needle)
+
+        copy = Path(scratch) / "plant-event"
+        copy_tree(copy)
+        header = copy / "src/core/foundation/AppEvents.h"
+        header.write_text(header.read_text(encoding="utf-8").replace(
+            "signals:\n", "signals:\n    void PlantedOTM();\n", 1), encoding="utf-8")
+        expect(copy, "events", True, "a signal in AppEvents that nobody posts",
+               "PlantedOTM is never posted")
 
     for failure in failures:
         print(failure)

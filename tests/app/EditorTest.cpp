@@ -9,6 +9,8 @@
 #include "app/workingset/PhotoListViews.h"
 #include "app/workingset/TutorialOverlay.h"
 #include "editor/MetadataForm.h"
+#include "foundation/AppEvents.h"
+#include "photolibrary/PhotoLibraryTypes.h"
 #include "workingset/ScanController.h"
 #include "workingset/WorkingListModel.h"
 
@@ -57,6 +59,7 @@ class EditorTest : public QObject {
     Q_OBJECT
 private slots:
     void severalPhotosShowAgreementOrPlaceholders();
+    void libraryOriginalsRefreshThePlaceholdersByForm();
     void typingMarksTheFieldAndResetAllClearsIt();
     void numericFieldsRefuseLettersAndShowTheirLimit();
     void referenceChangeAsksWithItsExactText();
@@ -104,6 +107,29 @@ void EditorTest::severalPhotosShowAgreementOrPlaceholders() {
     TestApp v;
     home = load(v, photosWithArtists(v.dir("same"), {"Dee", "Dee", "Dee"}));
     QCOMPARE(line(home, kArtist)->text(), QStringLiteral("Dee"));
+}
+
+// Originals merged from a library bring the editor up to date once more at the end of the
+// scan: the described form then says "Multiple Values" on every empty field, the standard form
+// keeps saying that a field is empty in every photo.
+void EditorTest::libraryOriginalsRefreshThePlaceholdersByForm() {
+    for (const ValueForm form : {ValueForm::described, ValueForm::standard}) {
+        TestApp t(true, form);
+        LibraryRead read;
+        for (const QString& path : photosWithArtists(t.dir("library"), {"", ""}))
+            read.items << LibraryItem{path, std::nullopt};
+        QSignalSpy refreshed(&t.app->events(), &AppEvents::UpdateMultipleValuesOTM);
+        t.app->scans().addLibraryItems(PanelScreen::AddScreen, read);
+        QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 2, 20000);
+        QCoreApplication::processEvents();
+        QCOMPARE(refreshed.count(), 1);
+        auto* artist = named<HomeScreen>(&t.window(), QStringLiteral("Home"))
+                           ->findChild<QLineEdit*>(QStringLiteral("txtFieldArtist"));
+        QVERIFY(artist);
+        QCOMPARE(artist->placeholderText(), form == ValueForm::described
+                                                ? QStringLiteral("Multiple Values")
+                                                : QStringLiteral("Empty value in all images"));
+    }
 }
 
 void EditorTest::typingMarksTheFieldAndResetAllClearsIt() {

@@ -105,8 +105,6 @@ MetadataViewController::MetadataViewController(MetadataForm& form, AppEvents& ev
     connect(&m_form, &MetadataForm::enableComponentsChanged, this, &QWidget::setEnabled);
     connect(&events, &AppEvents::UpdateMultipleValuesOTM, &m_form,
             &MetadataForm::updateMultipleValues);
-    connect(&events, &AppEvents::UpdateEditorOTM, this,
-            [this](int editor) { showEditor(editorOfTab(editor)); });
 
     showEditor(Editor::exif);
     refreshAll();

@@ -28,7 +28,7 @@ public:
 
     MetadataForm& form() const { return m_form; }
 
-    // UpdateEditorOTM: shows the box of that family, hides the other two, scrolls to its top.
+    // Shows the box of that family, hides the other two, scrolls to its top.
     void showEditor(Editor editor);
     Editor currentEditor() const { return m_current; }
     // Hides the section titles, so the sub-forms move up.

@@ -266,7 +266,7 @@ void AlbumChooser::readEntireLibrary(const QString& path) {
 void AlbumChooser::handOver(const LibraryRead& read) {
     if (read.items.isEmpty() && !read.note.isEmpty())
         m_prompt.tell(tr("Nothing was added"), read.note);
-    m_scans.addLibraryItems(m_screen, read.items);
+    m_scans.addLibraryItems(m_screen, read);
     emit itemsHandedOver(int(read.items.size()));
 }
 

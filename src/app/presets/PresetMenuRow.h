@@ -1,13 +1,13 @@
 #pragma once
 
+#include "foundation/AppEvents.h"
+
 #include <QtGlobal>
 
 namespace tagmoor {
 
-// What a row of the preset menu stands for: "New Configuration" first, then the saved presets
-// in their order, "Edit Presets..." last. The rows are the numbers PresetsDetailsOTM carries.
-enum class PresetMenuRow { newConfiguration, savedPreset, editPresets, outside };
-
+// The menu's rows by number: "New Configuration" is row 0, the saved presets follow, and
+// "Edit Presets..." is the last.
 inline PresetMenuRow presetMenuRow(qsizetype row, qsizetype presetCount) {
     if (row == 0)
         return PresetMenuRow::newConfiguration;
@@ -19,6 +19,11 @@ inline PresetMenuRow presetMenuRow(qsizetype row, qsizetype presetCount) {
 // The store's position of the saved preset on a menu row.
 inline qsizetype presetOfMenuRow(qsizetype row) {
     return row - 1;
+}
+
+inline PresetsMenuChoice presetsMenuChoice(qsizetype row, qsizetype presetCount) {
+    const PresetMenuRow kind = presetMenuRow(row, presetCount);
+    return {kind, kind == PresetMenuRow::savedPreset ? presetOfMenuRow(row) : -1};
 }
 
 } // namespace tagmoor

@@ -160,12 +160,11 @@ void PresetsDetailsViewController::connectControls() {
             &PresetsDetailsViewController::presetsDetailsRequested);
 }
 
-void PresetsDetailsViewController::presetsDetailsRequested(int row) {
+void PresetsDetailsViewController::presetsDetailsRequested(const PresetsMenuChoice& choice) {
     m_isPresetLoaded = false;
-    const PresetMenuRow kind = presetMenuRow(row, m_objects.presets.size());
-    if (kind != PresetMenuRow::newConfiguration && kind != PresetMenuRow::editPresets)
+    if (choice.row != PresetMenuRow::newConfiguration && choice.row != PresetMenuRow::editPresets)
         return; // a saved preset: the home form takes it, the panel stays closed
-    m_isNewPreset = kind == PresetMenuRow::newConfiguration;
+    m_isNewPreset = choice.row == PresetMenuRow::newConfiguration;
     QTimer::singleShot(kOpenDelayMs, this,
                        [this] { emit m_objects.events.UpdateVCOTM(RootPage::presetsDetails); });
 }

@@ -19,6 +19,7 @@ class PresetStore;
 class UserPrompt;
 class WorkingSet;
 struct EditorState;
+struct PresetsMenuChoice;
 
 // The preset panel that the root shows at index 2: the saved presets on the left (add,
 // rename in place, remove), and on the right a second editor form that holds the values and
@@ -82,7 +83,7 @@ private:
     void selectRow(int row);
     void selectionChanged();
     void itemChanged(QListWidgetItem* item);
-    void presetsDetailsRequested(int row);
+    void presetsDetailsRequested(const PresetsMenuChoice& choice);
 
     Objects m_objects;
     MetadataForm* m_form;

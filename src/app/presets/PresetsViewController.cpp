@@ -84,15 +84,15 @@ void PresetsViewController::showAt(QWidget* anchor) {
 }
 
 void PresetsViewController::chooseRow(int row) {
-    const PresetMenuRow kind = presetMenuRow(row, m_objects.presets.size());
-    if (kind == PresetMenuRow::outside)
+    const PresetsMenuChoice choice = presetsMenuChoice(row, m_objects.presets.size());
+    if (choice.row == PresetMenuRow::outside)
         return;
     hide();
-    emit m_objects.events.PresetsDetailsOTM(row);
+    emit m_objects.events.PresetsDetailsOTM(choice);
     // A saved preset goes into the home form at once; the fixed rows open the panel, which
     // watches the same notification.
-    if (kind == PresetMenuRow::savedPreset) {
-        const ActualPreset preset = m_objects.presets.preset(presetOfMenuRow(row));
+    if (choice.row == PresetMenuRow::savedPreset) {
+        const ActualPreset preset = m_objects.presets.preset(choice.presetIndex);
         m_objects.homeForm.showPreset(preset.properties.value_or(makeEmptyRecord(std::nullopt)),
                                       preset.timeSetting.value_or(OriginalFinalDate{}));
     }

@@ -91,6 +91,8 @@ AddFilesScreen::AddFilesScreen(const Objects& objects, QWidget* parent)
     connect(&objects.events, &AppEvents::HideUnhideTopLayerTM, m_topLayer,
             [this](bool isHidden) { m_topLayer->setHidden(isHidden); });
     connect(&objects.events, &AppEvents::DropViewOTM, this, &AddFilesScreen::getDropViewItems);
+    connect(&objects.events, &AppEvents::AfterFinishOTM, this,
+            &AddFilesScreen::getAfterFinishResult);
 }
 
 void AddFilesScreen::clickedAddPhotos() {
@@ -116,6 +118,13 @@ bool AddFilesScreen::isBlockedByOverlay() const {
             return true;
     }
     return false;
+}
+
+void AddFilesScreen::getAfterFinishResult() {
+    // The run's sheet is gone and the list is empty: the next list starts from here, so the
+    // keyboard starts on "Add Photos".
+    m_topLayer->hide();
+    m_addPhotos->setFocus(Qt::OtherFocusReason);
 }
 
 void AddFilesScreen::getDropViewItems(const QStringList& paths) {

@@ -34,6 +34,8 @@ public:
     void clickedAddPhotosLibrary();
     // DropViewOTM: dropped paths go to the staged files unfiltered, then on to the home screen.
     void getDropViewItems(const QStringList& paths);
+    // AfterFinishOTM: a run was finished; the add screen is shown again with an empty list.
+    void getAfterFinishResult();
 
 private:
     bool isBlockedByOverlay() const;

@@ -7,6 +7,7 @@
 #include "editor/FieldDisplay.h"
 #include "editor/FormPopups.h"
 #include "foundation/UserPrompt.h"
+#include "foundation/ValueForm.h"
 #include "geo/CoordinateText.h"
 #include "model/FormFieldTable.h"
 #include "workingset/WorkingSet.h"
@@ -486,6 +487,11 @@ bool MetadataForm::isEmptyInAllSelected(Field field) const {
 }
 
 void MetadataForm::updateMultipleValues() {
+    // The standard form keeps what the marked photos hold: each placeholder was set from them
+    // when the marks were last told, and "Multiple Values" on a field that is empty in every
+    // photo would say something untrue.
+    if (isStandardForm())
+        return;
     setPlaceholders(Placeholder::MultipleValues);
     emit formReset();
 }

@@ -150,40 +150,43 @@ public:
     bool readAll(SqliteReader& db, const QString& root, QList<LibraryItem>& items) override {
         return db.select(QStringLiteral("SELECT %1 %2 WHERE COALESCE(v.isInTrash, 0) = 0 "
                                         "ORDER BY v.modelId")
-                             .arg(columns, tables),
-                         {},
-                         [&](const SqliteReader::Row& r) { items << item(root, r, QString()); });
+                             .arg(columns(QStringLiteral("NULL")), tables),
+                         {}, [&](const SqliteReader::Row& r) { items << item(root, r); });
     }
 
     void readAlbum(SqliteReader& db, const QString& root, QChar, const QString& key,
                    QList<LibraryItem>& items) override {
-        db.select(QStringLiteral("SELECT %1, av.modelId %2 JOIN RKAlbumVersion av ON "
+        db.select(QStringLiteral("SELECT %1 %2 JOIN RKAlbumVersion av ON "
                                  "av.versionId = v.modelId WHERE av.albumId = ? AND "
                                  "COALESCE(v.isInTrash, 0) = 0 ORDER BY v.modelId")
-                      .arg(columns, tables),
-                  {key}, [&](const SqliteReader::Row& r) { items << item(root, r, r.value(9)); });
+                      .arg(columns(QStringLiteral("av.modelId")), tables),
+                  {key}, [&](const SqliteReader::Row& r) { items << item(root, r); });
     }
 
 private:
-    // Master key, image path, size, version uuid, master uuid, file name, version key,
-    // original name and whether the master is referenced rather than copied in.
-    inline static const QString columns =
-        QStringLiteral("m.modelId, m.imagePath, m.fileSize, v.uuid, m.uuid, m.fileName, "
-                       "v.modelId, m.originalFileName, m.fileIsReference");
+    // Master key (read, not used), image path, size, version uuid, master uuid (which also
+    // stands for the version's model key), the master's file name (which also stands for the
+    // original name), the album membership key (`albumVersion`: NULL outside an album), the
+    // master's own original name (read, not used), and whether the master is referenced
+    // rather than copied in.
+    static QString columns(const QString& albumVersion) {
+        return QStringLiteral("m.modelId, m.imagePath, m.fileSize, v.uuid, m.uuid, m.fileName, "
+                              "%1, m.originalFileName, m.fileIsReference")
+            .arg(albumVersion);
+    }
     inline static const QString tables =
         QStringLiteral("FROM RKVersion v JOIN RKMaster m ON m.uuid = v.masterUuid");
 
-    static LibraryItem item(const QString& root, const SqliteReader::Row& row,
-                            const QString& albumKey) {
+    static LibraryItem item(const QString& root, const SqliteReader::Row& row) {
         PhotoLibraryProperties p;
         p.RKMimagePath = row.value(1);
         p.RKMFilSize = row.value(2);
         p.RKVuuid = row.value(3);
         p.RKMuuid = row.value(4);
+        p.RKVmodelId = row.value(4);
         p.RKVfilename = row.value(5);
-        p.RKVmodelId = row.value(6);
-        p.OriginalFileName = row.value(7);
-        p.RKAVMId = albumKey;
+        p.OriginalFileName = row.value(5);
+        p.RKAVMId = row.value(6);
         const bool referenced = row.value(8) == QLatin1String("1");
         return {(referenced ? QStringLiteral("/") : root + QStringLiteral("/Masters/")) +
                     p.RKMimagePath,

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 namespace tagmoor {
 
@@ -22,6 +23,45 @@ const QString newDatabase = QStringLiteral("/database/Photos.sqlite");
 const QString oldDatabase = QStringLiteral("/database/photos.db");
 const QString digiKamDatabase = QStringLiteral("digikam4.db");
 const QString shotwellDatabase = QStringLiteral("photo.db");
+
+bool isPackage(LibraryKind kind) {
+    return kind == LibraryKind::PackageNew || kind == LibraryKind::PackageOld;
+}
+
+// Whether `path` lies inside the folder `root`, by its written form and, where it exists, by
+// where its links lead.
+bool liesInside(const QString& path, const QString& root, const QString& realRoot) {
+    const auto under = [](const QString& p, const QString& folder) {
+        return !folder.isEmpty() && p.startsWith(folder + QLatin1Char('/'));
+    };
+    if (!under(QDir::cleanPath(path), root))
+        return false;
+    const QString real = QFileInfo(path).canonicalFilePath();
+    return real.isEmpty() || under(real, realRoot);
+}
+
+// Keeps the first naming of each original, and in a package only the originals that are
+// where the library says they are kept: those written below the package must stay below it.
+void settleItems(LibraryRead& read, const LibrarySource& source) {
+    const QString root = QDir::cleanPath(source.root);
+    const QString realRoot = QFileInfo(root).canonicalFilePath();
+    QSet<QString> seen;
+    QList<LibraryItem> kept;
+    for (LibraryItem& item : read.items) {
+        if (seen.contains(item.path))
+            continue;
+        seen.insert(item.path);
+        if (isPackage(source.kind) && item.path.startsWith(root + QLatin1Char('/')) &&
+            !liesInside(item.path, root, realRoot)) {
+            read.leftOut.append(
+                {item.path, tr("it leads outside the library \"%1\"").arg(source.name)});
+            qCWarning(lcPhotoLibrary).noquote() << "left out, outside the package:" << item.path;
+            continue;
+        }
+        kept.append(std::move(item));
+    }
+    read.items = std::move(kept);
+}
 
 QString otherSchemaNote(const QString& name) {
     return tr("The database of \"%1\" is not one Tagmoor can read, so no photos were added "
@@ -146,6 +186,7 @@ LibraryRead PhotoLibraryReader::readAll() {
         m_note = otherSchemaNote(m_source.name);
         read.note = m_note;
     }
+    settleItems(read, m_source);
     qCInfo(lcPhotoLibrary) << "Read" << read.items.size() << "originals from"
                            << m_source.databasePath;
     return read;
@@ -174,6 +215,7 @@ LibraryRead PhotoLibraryReader::readAlbums(const QList<LibraryAlbum>& chosen) {
         qCDebug(lcPhotoLibrary).noquote()
             << "Album: " + album.name + " albumID: " + album.key << read.items.size() - before;
     }
+    settleItems(read, m_source);
     return read;
 }
 

@@ -23,8 +23,11 @@ struct LibrarySource {
 LibrarySource identifyLibrary(const QString& chosenPath);
 
 // Reads one library through a private copy of its database; the library itself is only read.
-// Each read lists the originals in the database's order, duplicates included (the scan
-// decides what enters the list). Runs on any one thread at a time.
+// Each read lists the originals in the database's order, each once however many versions or
+// albums name it. In a package, an original that the library keeps inside it must be inside
+// it: a folder with "..", or a link that leads out, is left out with the reason. Originals the
+// library marks as referenced from elsewhere keep their own folders. Runs on any one thread at
+// a time.
 class PhotoLibraryReader {
 public:
     explicit PhotoLibraryReader(const QString& chosenPath, const QString& cacheRoot = {});

@@ -34,11 +34,20 @@ struct LibraryItem {
     bool operator==(const LibraryItem&) const = default;
 };
 
-// What one read of a library gave. `note` says, in the user's words, why nothing could be
-// read (no database, a database of another kind); empty after a good read.
+// An original the library names that is not added, and why, in the user's words.
+struct LibraryLeftOut {
+    QString path;
+    QString reason;
+    bool operator==(const LibraryLeftOut&) const = default;
+};
+
+// What one read of a library gave: each original once, in the database's order. `note` says,
+// in the user's words, why nothing could be read (no database, a database of another kind);
+// empty after a good read. `leftOut` lists the originals that were not taken.
 struct LibraryRead {
     QList<LibraryItem> items;
     QString note;
+    QList<LibraryLeftOut> leftOut;
 };
 
 } // namespace tagmoor

@@ -62,6 +62,7 @@ public:
         result.stopped = stopped();
         result.leftOut = m_leftOut;
         result.missingOriginals = m_missingOriginals;
+        result.mergedLibraryOriginals = m_mergedLibraryOriginals;
         result.libraryNotes = m_libraryNotes;
         for (const LeftOutEntry& entry : m_leftOut)
             qCWarning(lcWorkingSet).noquote() << "left out" << entry.path << "-" << entry.reason;
@@ -122,9 +123,17 @@ private:
             if (!read.note.isEmpty())
                 m_libraryNotes << read.note;
             m_libraryItems << read.items;
+            noteLeftOut(read.leftOut);
         }
         m_libraryItems << m_request.libraryItems;
+        noteLeftOut(m_request.libraryLeftOut);
         m_counters.totalPhotos += int(m_libraryItems.size());
+        m_mergedLibraryOriginals = !m_libraryItems.isEmpty();
+    }
+
+    void noteLeftOut(const QList<LibraryLeftOut>& entries) {
+        for (const LibraryLeftOut& entry : entries)
+            m_leftOut.append({entry.path, false, entry.reason});
     }
 
     // The originals named by libraries, before the staged files: one already in the list is
@@ -293,6 +302,7 @@ private:
     QHash<QString, PhotoLibraryProperties> m_libraryProperties;
     QStringList m_libraryNotes;
     int m_missingOriginals = 0;
+    bool m_mergedLibraryOriginals = false;
     QElapsedTimer m_clock;
     int m_added = 0;
 };

@@ -113,6 +113,7 @@ void ScanController::retriveImages(bool isFirst) {
     request.loader = m_loader;
     request.libraryReader = m_libraryReader;
     request.libraryItems = std::exchange(m_libraryItems, {});
+    request.libraryLeftOut = std::exchange(m_libraryLeftOut, {});
     m_set.setScanning(true);
     m_view = ScanProgressView::countingLook();
     emit progressViewChanged(m_view);
@@ -149,6 +150,9 @@ void ScanController::onFinished(const ScanResult& result) {
     } else {
         const SelectionOutcome outcome = m_selection.refresh();
         emit selectionRefreshed(outcome);
+        // Originals merged from a library bring the editor up to date once more.
+        if (result.mergedLibraryOriginals)
+            emit m_events.UpdateMultipleValuesOTM();
         emit reloadViews();
     }
     emit progressViewChanged(m_view);
@@ -187,10 +191,11 @@ void ScanController::addFromPanel(PanelScreen screen, const QStringList& chosenP
     }
 }
 
-void ScanController::addLibraryItems(PanelScreen screen, const QList<LibraryItem>& items) {
-    if (items.isEmpty() || m_set.isScanning())
+void ScanController::addLibraryItems(PanelScreen screen, const LibraryRead& read) {
+    if ((read.items.isEmpty() && read.leftOut.isEmpty()) || m_set.isScanning())
         return;
-    m_libraryItems << items;
+    m_libraryItems << read.items;
+    m_libraryLeftOut << read.leftOut;
     if (screen == PanelScreen::AddScreen) {
         m_set.requestFirstAdding();
         emit m_events.UpdateVCOTM(RootPage::home);

@@ -45,7 +45,7 @@ public:
     void addFromPanel(PanelScreen screen, const QStringList& chosenPaths);
     // The originals of chosen library albums: scanned at once from the home screen, or on
     // the home screen's appearance from the add screen.
-    void addLibraryItems(PanelScreen screen, const QList<LibraryItem>& items);
+    void addLibraryItems(PanelScreen screen, const LibraryRead& read);
     // A drop on the add screen: every path staged without filtering, then as the add screen.
     void addFromDrop(const QStringList& paths);
 
@@ -105,6 +105,7 @@ private:
     RecordLoader m_loader;
     LibraryReader m_libraryReader;
     QList<LibraryItem> m_libraryItems;
+    QList<LibraryLeftOut> m_libraryLeftOut;
     QTimer m_slices;
     QElapsedTimer m_sinceSlice;
     // How many records fit in one slice, from the time the last slices took.

@@ -34,8 +34,10 @@ struct ScanRequest {
     RecordLoader loader;
     // Without one, library packages are passed over.
     LibraryReader libraryReader;
-    // Originals of chosen library albums, added before the staged files.
+    // Originals of chosen library albums, added before the staged files, and those of them
+    // the library read left out.
     QList<LibraryItem> libraryItems;
+    QList<LibraryLeftOut> libraryLeftOut;
 };
 
 // The result flags of a scan.
@@ -66,6 +68,8 @@ struct ScanResult {
     // Library originals that are not on disk, and why a library gave nothing.
     int missingOriginals = 0;
     QStringList libraryNotes;
+    // The scan went through originals chosen from a library (albums or the whole library).
+    bool mergedLibraryOriginals = false;
 };
 
 } // namespace tagmoor

@@ -61,9 +61,9 @@ QStringList fingerprint(const QString& root) {
 }
 
 // Hands the items to the scan as the chooser does from the home screen, and waits.
-bool scanItems(test::ScanFixture& f, const QList<LibraryItem>& items) {
+bool scanItems(test::ScanFixture& f, const LibraryRead& read) {
     const int before = f.finishedScans;
-    f.controller.addLibraryItems(PanelScreen::HomeScreen, items);
+    f.controller.addLibraryItems(PanelScreen::HomeScreen, read);
     const bool done = test::waitFor([&] { return f.finishedScans > before; });
     test::serveEvents(200);
     return done;
@@ -142,27 +142,27 @@ TEST(PhotoLibrary, NewSchemaWholeLibraryAndChosenAlbumsEnterTheListWithoutTouchi
                   "IMG_0001.JPG");
     }
     {
-        // Both albums: asset 2 is in both and enters once, with the already-added alert.
+        // Both albums: asset 2 is in both and enters once, without a word about it.
         test::ScanFixture f;
         const LibraryRead chosen = reader.readAlbums(albums);
-        EXPECT_EQ(pathsOf(chosen.items), (QStringList{p.b2, p.outside, p.a1, p.b2}));
-        ASSERT_TRUE(scanItems(f, chosen.items));
+        EXPECT_EQ(pathsOf(chosen.items), (QStringList{p.b2, p.outside, p.a1}));
+        ASSERT_TRUE(scanItems(f, chosen));
         EXPECT_EQ(f.listedPaths(), (QStringList{p.b2, p.outside, p.a1}));
-        EXPECT_TRUE(hasAlertText(f, "The selected images are already added to the list"));
+        EXPECT_FALSE(hasAlertText(f, "already added"));
     }
     {
         // One album of two.
         test::ScanFixture f;
         QList<LibraryAlbum> onlyTrip = albums;
         onlyTrip[0].isSelected = false;
-        ASSERT_TRUE(scanItems(f, reader.readAlbums(onlyTrip).items));
+        ASSERT_TRUE(scanItems(f, reader.readAlbums(onlyTrip)));
         EXPECT_EQ(f.listedPaths(), (QStringList{p.a1, p.b2}));
         EXPECT_TRUE(f.prompt.alerts.isEmpty());
     }
     EXPECT_EQ(fingerprint(p.package), before);
 }
 
-TEST(PhotoLibrary, OldSchemaVersionsOfOneMasterEnterOnceAndAlbumsCarryTheirEntry) {
+TEST(PhotoLibrary, OldSchemaReadsItsNamedColumnsAndListsEachOriginalOnce) {
     QTemporaryDir dir;
     const QString package = dir.path() + "/Old Library.photoslibrary";
     const QString m1 = place(sample("Reagan.jpg"), package + "/Masters/2019/08/24/a.jpg");
@@ -178,26 +178,82 @@ TEST(PhotoLibrary, OldSchemaVersionsOfOneMasterEnterOnceAndAlbumsCarryTheirEntry
                     "INSERT INTO RKAlbum VALUES (3, 1, 2, 'All Photos', 'LibraryFolder', 0);"
                     "INSERT INTO RKAlbum VALUES (20, 1, 3, 'Pumpkin Farm', 'TopLevelAlbums', 0);"
                     "INSERT INTO RKAlbum VALUES (21, 1, 3, NULL, 'TopLevelAlbums', 0);"
+                    "INSERT INTO RKAlbum VALUES (22, 1, 3, 'Harvest', 'TopLevelAlbums', 0);"
                     "INSERT INTO RKAlbumVersion VALUES (7, 1, 20);"
-                    "INSERT INTO RKAlbumVersion VALUES (8, 4, 20);");
+                    "INSERT INTO RKAlbumVersion VALUES (8, 4, 20);"
+                    "INSERT INTO RKAlbumVersion VALUES (9, 3, 22);");
     ASSERT_TRUE(error.isEmpty()) << error.toStdString();
 
     PhotoLibraryReader reader(package, dir.path() + "/cache");
     EXPECT_EQ(reader.source().kind, LibraryKind::PackageOld);
     EXPECT_EQ(identifyLibrary(package + "/database/photos.db").root, package);
-    EXPECT_EQ(pathsOf(reader.readAll().items), (QStringList{m1, m2, m1, ref}));
+    // Two versions of the first master name one file: it is listed once.
+    const LibraryRead all = reader.readAll();
+    EXPECT_EQ(pathsOf(all.items), (QStringList{m1, m2, ref}));
+    // The master's uuid stands for the version's model key too, and its file name for the
+    // original name (the one a rename by original name uses); only albums give an entry key.
+    const PhotoLibraryProperties& first = *all.items[0].properties;
+    EXPECT_EQ(first.RKMuuid, "M1");
+    EXPECT_EQ(first.RKVmodelId, "M1");
+    EXPECT_EQ(first.RKVfilename, "a.jpg");
+    EXPECT_EQ(first.OriginalFileName, "a.jpg");
+    EXPECT_EQ(first.RKAVMId, "");
     const QList<LibraryAlbum> albums = reader.albums();
-    EXPECT_EQ(namesOf(albums), QStringList{"Pumpkin Farm"});
-    const LibraryRead farm = reader.readAlbums(albums);
-    EXPECT_EQ(pathsOf(farm.items), (QStringList{m1, ref}));
-    EXPECT_EQ(farm.items[0].properties->RKAVMId, "7");
-    EXPECT_EQ(farm.items[0].properties->RKVuuid, "V1");
+    EXPECT_EQ(namesOf(albums), (QStringList{"Harvest", "Pumpkin Farm"}));
+    // The first master is in both albums (as two versions): it comes once, from the first.
+    const LibraryRead chosen = reader.readAlbums(albums);
+    EXPECT_EQ(pathsOf(chosen.items), (QStringList{m1, ref}));
+    EXPECT_EQ(chosen.items[0].properties->RKAVMId, "9");
+    EXPECT_EQ(chosen.items[0].properties->RKVuuid, "V3");
+    EXPECT_TRUE(chosen.leftOut.isEmpty());
 
     test::ScanFixture f;
     f.stage({package});
     ASSERT_TRUE(f.scan());
     EXPECT_EQ(f.listedPaths(), (QStringList{m1, m2, ref}));
-    EXPECT_TRUE(hasAlertText(f, "The selected images are already added to the list"));
+    EXPECT_FALSE(hasAlertText(f, "already added"));
+
+    // A first add of the chosen albums says nothing about photos already in the list.
+    test::ScanFixture g;
+    ASSERT_TRUE(scanItems(g, chosen));
+    EXPECT_EQ(g.listedPaths(), (QStringList{m1, ref}));
+    EXPECT_TRUE(g.prompt.alerts.isEmpty());
+}
+
+// A library cannot lead the list out of its package: a folder written with "..", or a link
+// among the originals that points elsewhere, is left out and named with the reason, while
+// the library's own originals and the ones it marks as referenced enter.
+TEST(PhotoLibrary, OriginalsOutsideThePackageAreLeftOutAndNamed) {
+    QTemporaryDir dir;
+    const QString package = dir.path() + "/Old Library.photoslibrary";
+    const QString inside = place(sample("Reagan.jpg"), package + "/Masters/2020/a.jpg");
+    const QString secret = place(sample("FurnaceCreekInn.jpg"), dir.path() + "/private/b.jpg");
+    const QString ref = place(sample("et-GPS.jpg"), dir.path() + "/Shared/ref.jpg");
+    QDir().mkpath(package + "/Masters/2021");
+    ASSERT_TRUE(QFile::link(secret, package + "/Masters/2021/link.jpg"));
+    const QString error = execSql(
+        package + "/database/photos.db",
+        test::oldPackageSchema() + test::oldMasterRow(1, "2020/a.jpg", 100) +
+            test::oldMasterRow(2, "../../private/b.jpg", 200) +
+            test::oldMasterRow(3, "2021/link.jpg", 300) +
+            test::oldMasterRow(4, ref.mid(1), 400, true) + test::oldVersionRow(1, 1) +
+            test::oldVersionRow(2, 2) + test::oldVersionRow(3, 3) + test::oldVersionRow(4, 4));
+    ASSERT_TRUE(error.isEmpty()) << error.toStdString();
+
+    const LibraryRead read = PhotoLibraryReader(package, dir.path() + "/cache").readAll();
+    EXPECT_EQ(pathsOf(read.items), (QStringList{inside, ref}));
+    ASSERT_EQ(read.leftOut.size(), 2);
+    EXPECT_EQ(read.leftOut[0].path, package + "/Masters/../../private/b.jpg");
+    EXPECT_EQ(read.leftOut[1].path, package + "/Masters/2021/link.jpg");
+    EXPECT_TRUE(read.leftOut[1].reason.contains("outside the library"));
+
+    // Staged as a whole, the package adds what lies inside and tells what it left out.
+    test::ScanFixture f;
+    f.stage({package});
+    ASSERT_TRUE(f.scan());
+    EXPECT_EQ(f.listedPaths(), (QStringList{inside, ref}));
+    EXPECT_TRUE(hasAlertText(f, "2021/link.jpg"));
+    EXPECT_FALSE(f.listedPaths().contains(secret));
 }
 
 TEST(PhotoLibrary, DigiKamFolderAlbumsAndTagsListTheirPhotosByPathOnDisk) {
@@ -232,7 +288,7 @@ TEST(PhotoLibrary, DigiKamFolderAlbumsAndTagsListTheirPhotosByPathOnDisk) {
         QList<LibraryAlbum> albums = reader.albums();
         ASSERT_EQ(namesOf(albums), (QStringList{"Pictures", "2021/Trip", "Tag: Family"}));
         albums[0].isSelected = false;
-        EXPECT_EQ(pathsOf(reader.readAlbums(albums).items), (QStringList{trip, top, trip}));
+        EXPECT_EQ(pathsOf(reader.readAlbums(albums).items), (QStringList{trip, top}));
     }
     EXPECT_EQ(fingerprint(dir.path()), before);
 }
