@@ -230,7 +230,7 @@ void PresetsPanelTest::menuRowsFillTheFormOrOpenThePanel() {
 
 void PresetsPanelTest::aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine() {
     PresetApp t;
-    t.app->settings().setIsPresetSavingSettingInHome(true); // no offer to save a preset
+    t.app->settings().setIsPresetSavingSettingInHome(false); // no offer to save a preset
     const QString pictures = t.loadPhotos();
 
     t.openPanelThrough(0);

@@ -74,7 +74,7 @@ private:
 
 void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     TestApp t;
-    t.app->settings().setIsPresetSavingSettingInHome(false);
+    t.app->settings().setIsPresetSavingSettingInHome(true);
     QStringList originals;
     HomeScreen* home = loadPhotos(t, &originals);
     QCOMPARE(t.window().rootView()->selectedIndex(), 1);

@@ -77,7 +77,7 @@ inline HomeScreen* dropPhotos(TestApp& t, const QStringList& paths, int count) {
 // hidden, so only a shown sheet counts.
 inline FinalProcessedVC* runInto(TestApp& t, HomeScreen* home, const QString& out) {
     QDir().mkpath(out);
-    t.app->settings().setIsPresetSavingSettingInHome(true);
+    t.app->settings().setIsPresetSavingSettingInHome(false);
     t.prompt.panelAnswers = {{out}};
     QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")), Qt::LeftButton);
     [&] {

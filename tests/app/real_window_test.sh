@@ -39,7 +39,7 @@ mkdir -p "$home/Pictures" "$home/Out" "$home/config/Tagmoor"
 for f in Reagan.jpg et-GPS.jpg FurnaceCreekInn.jpg; do
   cp "$samples/$f" "$home/Pictures/" && chmod u+w "$home/Pictures/$f"
 done
-printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\n' \
+printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\nIsPresetSavingSettingInHomeOTM=false\n' \
   >"$home/config/Tagmoor/Tagmoor.conf"
 
 # The server picks a free display itself and writes its number once it accepts clients, so

@@ -205,7 +205,9 @@ void StartProcessChain::chooseSaveOption() {
         startProcessing();
         return;
     }
-    if (m_objects.settings.isPresetSavingSettingInHomeOrDefault()) {
+    // The stored preference says whether to offer a preset (on by default); "Do not show
+    // again" in the sheet turns it off, as the preference's check box does.
+    if (!m_objects.settings.isPresetSavingSettingInHomeOrDefault()) {
         startProcessing();
         return;
     }
@@ -244,7 +246,7 @@ void StartProcessChain::showPresetSheet() {
 
 void StartProcessChain::skipAndProcessed(bool suppressed) {
     if (suppressed)
-        m_objects.settings.setIsPresetSavingSettingInHome(true);
+        m_objects.settings.setIsPresetSavingSettingInHome(false);
     m_cover.reset();
     later(100, &StartProcessChain::startProcessing);
 }

@@ -39,7 +39,7 @@ struct SessionFixture {
     SessionFixture() {
         QDir().mkpath(photos);
         QDir().mkpath(out);
-        settings.setIsPresetSavingSettingInHome(true);
+        settings.setIsPresetSavingSettingInHome(false);
         for (const char* name : {"Reagan.jpg", "et-GPS.jpg"}) {
             const QString copy =
                 test::copySample(test::formatsDir() + "/" + QString::fromLatin1(name), photos);

@@ -39,7 +39,7 @@ struct ChainFixture {
     ChainFixture() {
         QDir().mkpath(photos);
         QDir().mkpath(out);
-        settings.setIsPresetSavingSettingInHome(true); // no preset sheet unless a test asks
+        settings.setIsPresetSavingSettingInHome(false); // no preset sheet unless a test asks
         for (const char* name : {"Reagan.jpg", "et-GPS.jpg"}) {
             const QString copy =
                 test::copySample(test::formatsDir() + "/" + QString::fromLatin1(name), photos);
@@ -136,7 +136,7 @@ TEST(StartProcessChain, ConfirmationsByModeAndNoGoesBack) {
 
 TEST(StartProcessChain, PresetSheetRefusesEmptyAndTakenNamesThenAFolderOutsideHome) {
     ChainFixture f;
-    f.settings.setIsPresetSavingSettingInHome(false);
+    f.settings.setIsPresetSavingSettingInHome(true);
     QStringList saved;
     f.chain.setPresetHooks({[] { return QStringLiteral("Preset 1"); },
                             [](const QString& n) { return n == "Taken"; },
@@ -157,13 +157,21 @@ TEST(StartProcessChain, PresetSheetRefusesEmptyAndTakenNamesThenAFolderOutsideHo
     EXPECT_EQ(f.prompt.textQuestions.first().alert.buttons,
               (QStringList{"Save and Process", "Skip and Process"}));
     EXPECT_EQ(saved, QStringList{"Trip"});
-    EXPECT_TRUE(f.settings.isPresetSavingSettingInHome().value_or(false))
-        << "\"Do not show again\" is kept";
+    EXPECT_EQ(f.settings.isPresetSavingSettingInHome(), std::optional<bool>(false))
+        << "\"Do not show again\" turns the offer off";
     EXPECT_EQ(f.prompt.panels.at(0).prompt, "Choose Destination Folder");
     EXPECT_EQ(f.prompt.panels.at(0).accessoryButton, "Keep Source Folder Path");
     EXPECT_EQ(values->destinationFolder, QFileInfo(f.out).absoluteFilePath());
     EXPECT_EQ(values->editedProperties.tiffProperties->artist.text(), "Jane Doe");
     EXPECT_TRUE(values->fieldEditedFlags.test(Field::Artist));
+
+    // After "Do not show again" the next run goes straight on.
+    f.prompt.alerts.clear();
+    f.prompt.textQuestions.clear();
+    f.prompt.answerNext("YES");
+    f.prompt.panelAnswers = {{f.out}};
+    ASSERT_TRUE(f.run());
+    EXPECT_TRUE(f.prompt.textQuestions.isEmpty());
 }
 
 TEST(StartProcessChain, OverwriteQuestionOnlyWhenAFileIsInTheWay) {
@@ -259,7 +267,7 @@ TEST(StartProcessChain, TheCoverComesAndGoesInPairsOnEveryBranch) {
     }
     {
         ChainFixture f;
-        f.settings.setIsPresetSavingSettingInHome(false);
+        f.settings.setIsPresetSavingSettingInHome(true);
         f.chain.setPresetHooks({[] { return QStringLiteral("Preset 1"); },
                                 [](const QString&) { return false; }, [](const QString&) {}});
         f.startTrace();
