@@ -19,6 +19,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDataStream>
+#include <QFileSystemModel>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -168,6 +170,31 @@ void ShellTest::panelEnablesFoldersAndListedTypesOnly() {
     // A folder chooser greys every file and keeps every folder.
     QVERIFY(!enabled(QStringLiteral("a.JPG"), images, false));
     QVERIFY(enabled(QStringLiteral("album.photoslibrary"), {}, false));
+
+    // A panel limited to one folder greys its siblings, shows its message, and does not take
+    // another folder typed into it.
+    QDir().mkpath(dir.filePath(QStringLiteral("home")));
+    QDir().mkpath(dir.filePath(QStringLiteral("other")));
+    OpenPanelRequest request;
+    request.canChooseFiles = false;
+    request.directory = dir.path();
+    request.message = QStringLiteral("Please grant access to your Home Folder to continue");
+    request.onlyEnabledFolder = dir.filePath(QStringLiteral("home"));
+    FilePanel panel(nullptr, request);
+    QCOMPARE(panel.findChild<QLabel*>(QStringLiteral("panelMessage"))->text(), request.message);
+    auto* filter = qobject_cast<PanelEnableFilter*>(panel.proxyModel());
+    QVERIFY(filter);
+    auto* files = qobject_cast<QFileSystemModel*>(filter->sourceModel());
+    QVERIFY(files);
+    const auto flagsOf = [&](const QString& name) {
+        return filter->flags(filter->mapFromSource(files->index(dir.filePath(name))));
+    };
+    QTRY_VERIFY(files->index(dir.filePath(QStringLiteral("other"))).isValid());
+    QVERIFY(flagsOf(QStringLiteral("home")) & Qt::ItemIsEnabled);
+    QVERIFY(!(flagsOf(QStringLiteral("other")) & Qt::ItemIsEnabled));
+    panel.selectFile(dir.filePath(QStringLiteral("other")));
+    panel.accept();
+    QVERIFY(panel.chosenPaths().isEmpty());
 }
 
 void ShellTest::panelTakesFilesAndFoldersTogetherOverACover() {

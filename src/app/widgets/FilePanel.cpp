@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -28,7 +29,11 @@ FilePanel::FilePanel(QWidget* parent, const OpenPanelRequest& request)
     if (request.showsHiddenFiles)
         entries |= QDir::Hidden;
     setFilter(entries);
-    setProxyModel(new PanelEnableFilter(request.allowedExtensions, request.canChooseFiles, this));
+    auto* filter = new PanelEnableFilter(request.allowedExtensions, request.canChooseFiles, this);
+    filter->setOnlyEnabledFolder(request.onlyEnabledFolder);
+    setProxyModel(filter);
+    if (!request.onlyEnabledFolder.isEmpty())
+        m_onlyFolder = QFileInfo(request.onlyEnabledFolder).canonicalFilePath();
     if (request.canChooseFiles && !request.allowedExtensions.isEmpty())
         setNameFilter(tr("Supported photos and folders (*)"));
     // The name takes the room; size, type and date keep what they need.
@@ -45,6 +50,8 @@ FilePanel::FilePanel(QWidget* parent, const OpenPanelRequest& request)
     }
     if (!request.directory.isEmpty())
         setDirectory(request.directory);
+    if (!request.message.isEmpty())
+        addMessage(request.message);
     setOption(QFileDialog::ReadOnly, !request.canCreateDirectories);
     if (!request.accessoryButton.isEmpty()) {
         m_accessory = new QPushButton(request.accessoryButton, this);
@@ -60,7 +67,32 @@ FilePanel::FilePanel(QWidget* parent, const OpenPanelRequest& request)
     }
 }
 
+void FilePanel::addMessage(const QString& text) {
+    auto* grid = qobject_cast<QGridLayout*>(layout());
+    if (!grid)
+        return;
+    auto* message = new QLabel(text, this);
+    message->setObjectName(QStringLiteral("panelMessage"));
+    message->setWordWrap(true);
+    // Above everything else: the grid's rows move down by one.
+    QList<std::tuple<QLayoutItem*, int, int, int, int>> items;
+    while (grid->count() > 0) {
+        int row, column, rowSpan, columnSpan;
+        grid->getItemPosition(0, &row, &column, &rowSpan, &columnSpan);
+        items.append({grid->takeAt(0), row, column, rowSpan, columnSpan});
+    }
+    grid->addWidget(message, 0, 0, 1, std::max(grid->columnCount(), 1));
+    for (const auto& [item, row, column, rowSpan, columnSpan] : items)
+        grid->addItem(item, row + 1, column, rowSpan, columnSpan);
+}
+
 void FilePanel::accept() {
+    // A panel limited to one folder takes that folder only, typed or picked.
+    if (!m_onlyFolder.isEmpty()) {
+        const QStringList picked = selectedFiles();
+        if (picked.size() != 1 || QFileInfo(picked.first()).canonicalFilePath() != m_onlyFolder)
+            return;
+    }
     if (!m_filesAndFolders) {
         QFileDialog::accept();
         m_chosen = selectedFiles();

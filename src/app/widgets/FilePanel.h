@@ -25,7 +25,10 @@ public slots:
     void accept() override;
 
 private:
+    void addMessage(const QString& text);
+
     bool m_filesAndFolders;
+    QString m_onlyFolder; // canonical; empty when any entry the filter enables may be taken
     QStringList m_chosen;
     QPushButton* m_accessory = nullptr;
     bool m_accessoryClicked = false;

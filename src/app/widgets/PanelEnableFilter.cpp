@@ -10,6 +10,11 @@ PanelEnableFilter::PanelEnableFilter(const QStringList& extensions, bool filesEn
                                      QObject* parent)
     : QSortFilterProxyModel(parent), m_extensions(extensions), m_filesEnabled(filesEnabled) {}
 
+void PanelEnableFilter::setOnlyEnabledFolder(const QString& folder) {
+    m_onlyFolder = folder.isEmpty() ? QString() : QFileInfo(folder).canonicalFilePath();
+    invalidate();
+}
+
 bool PanelEnableFilter::shouldEnable(const QFileInfo& info, const QStringList& extensions,
                                      bool filesEnabled) {
     if (info.isDir())
@@ -25,7 +30,8 @@ Qt::ItemFlags PanelEnableFilter::flags(const QModelIndex& index) const {
     if (!files || !index.isValid())
         return flags;
     const QFileInfo info = files->fileInfo(mapToSource(index));
-    if (!shouldEnable(info, m_extensions, m_filesEnabled))
+    const bool outsideTheOne = !m_onlyFolder.isEmpty() && info.canonicalFilePath() != m_onlyFolder;
+    if (outsideTheOne || !shouldEnable(info, m_extensions, m_filesEnabled))
         flags &= ~(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
     return flags;
 }

@@ -14,6 +14,8 @@ class PanelEnableFilter : public QSortFilterProxyModel {
     Q_OBJECT
 public:
     PanelEnableFilter(const QStringList& extensions, bool filesEnabled, QObject* parent = nullptr);
+    // Greys every entry but this folder (none: no such limit).
+    void setOnlyEnabledFolder(const QString& folder);
 
     static bool shouldEnable(const QFileInfo& info, const QStringList& extensions,
                              bool filesEnabled);
@@ -27,6 +29,7 @@ protected:
 private:
     QStringList m_extensions;
     bool m_filesEnabled;
+    QString m_onlyFolder; // canonical path; empty when any folder may be chosen
 };
 
 } // namespace tagmoor

@@ -30,6 +30,10 @@ struct OpenPanelRequest {
     QStringList allowedExtensions; // empty: any file
     QString directory;             // where it opens; empty: the last place
     bool canCreateDirectories = false;
+    // A line of text above the panel's list; none when empty.
+    QString message;
+    // When set, the one folder the panel lets the user choose; every other entry is greyed.
+    QString onlyEnabledFolder;
     // A button shown below the panel's list ("Keep Source Folder Path"); none when empty.
     // Pressing it closes the panel with no paths and `accessoryClicked` set.
     QString accessoryButton;

@@ -6,6 +6,9 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <pwd.h>
+#include <unistd.h>
+
 namespace tagmoor {
 
 namespace {
@@ -22,7 +25,20 @@ QString canonical(const QString& path) {
 
 } // namespace
 
-FolderAccess::FolderAccess(QString homePath) : m_home(canonical(homePath)) {}
+QString systemLoginName() {
+    if (const passwd* entry = getpwuid(geteuid()); entry && entry->pw_name)
+        return QString::fromLocal8Bit(entry->pw_name);
+    return QString();
+}
+
+FolderAccess::FolderAccess(QString homePath, QString loginName)
+    : m_home(canonical(homePath)), m_loginName(std::move(loginName)) {}
+
+bool FolderAccess::mayHoldOutput(const QString& path) const {
+    if (isWithinHome(path))
+        return true;
+    return !m_loginName.isEmpty() && canonical(path).contains(QLatin1Char('/') + m_loginName);
+}
 
 bool FolderAccess::isWithinHome(const QString& path) const {
     const QString p = canonical(path);
@@ -51,6 +67,8 @@ bool FolderAccess::askForHomeAccess(UserPrompt& prompt) {
     request.canChooseDirectories = true;
     request.allowsMultipleSelection = false;
     request.directory = QFileInfo(m_home).absolutePath();
+    request.message = tr("Please grant access to your Home Folder to continue");
+    request.onlyEnabledFolder = m_home;
     const QStringList chosen = prompt.openPanel(request);
     if (chosen.isEmpty()) {
         m_homeGranted = false;

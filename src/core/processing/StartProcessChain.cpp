@@ -275,7 +275,7 @@ void StartProcessChain::startProcessing() {
         return;
     }
     const QString folder = answer.paths.first();
-    if (!m_objects.folders.isWithinHome(folder)) {
+    if (!m_objects.folders.mayHoldOutput(folder)) {
         later(300, &StartProcessChain::reopenDestination);
         return;
     }

@@ -208,6 +208,10 @@ TEST(StartProcessChain, KeepingTheSourceFolderAsksForTheHomeFolderOnce) {
     f.prompt.panelAnswers = {{f.home.path()}};
     auto values = f.run();
     ASSERT_TRUE(values);
+    // The grant panel says what it wants and lets the user choose the home folder only.
+    EXPECT_EQ(f.prompt.panels.last().message,
+              "Please grant access to your Home Folder to continue");
+    EXPECT_EQ(f.prompt.panels.last().onlyEnabledFolder, f.folders.homePath());
     EXPECT_TRUE(values->isDestinationPathAsSource);
     EXPECT_FALSE(values->destinationFolder);
     EXPECT_TRUE(f.folders.homeAccessGranted());
@@ -218,6 +222,36 @@ TEST(StartProcessChain, KeepingTheSourceFolderAsksForTheHomeFolderOnce) {
     values = f.run();
     ASSERT_TRUE(values);
     EXPECT_EQ(f.prompt.alerts.size(), 1);
+}
+
+// An output folder is taken inside the home folder, or where its path holds the login name, as
+// a removable disk mounted for the user does; elsewhere the panel comes back.
+TEST(FolderAccess, OutputFoldersInsideHomeOrUnderTheLoginName) {
+    QTemporaryDir root;
+    const QString home = root.filePath("home/alice");
+    for (const char* folder : {"home/alice/Out", "media/alice/USB/Out", "run/media/alice/Disk",
+                               "mnt/usb", "media/bob/USB"})
+        QDir().mkpath(root.filePath(folder));
+    const FolderAccess access(home, "alice");
+    EXPECT_TRUE(access.mayHoldOutput(root.filePath("home/alice/Out")));
+    EXPECT_TRUE(access.mayHoldOutput(root.filePath("media/alice/USB/Out")));
+    EXPECT_TRUE(access.mayHoldOutput(root.filePath("run/media/alice/Disk")));
+    EXPECT_FALSE(access.mayHoldOutput(root.filePath("mnt/usb")));
+    EXPECT_FALSE(access.mayHoldOutput(root.filePath("media/bob/USB")));
+    EXPECT_FALSE(FolderAccess(home, QString()).mayHoldOutput(root.filePath("media/alice/USB")));
+
+    ChainFixture f;
+    f.form.editText(Field::Artist, "Jane Doe");
+    const QString login = systemLoginName();
+    ASSERT_FALSE(login.isEmpty());
+    QTemporaryDir elsewhere;
+    const QString disk = elsewhere.filePath("media/" + login + "/USB");
+    QDir().mkpath(disk);
+    f.prompt.panelAnswers = {{disk}};
+    const auto values = f.run();
+    ASSERT_TRUE(values);
+    EXPECT_FALSE(f.titles().contains("Files cannot be saved in the selected folder"));
+    EXPECT_EQ(values->destinationFolder, QFileInfo(disk).absoluteFilePath());
 }
 
 TEST(StartProcessChain, NothingMarkedIsToldBeforeThePanel) {
