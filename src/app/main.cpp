@@ -33,7 +33,8 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationVersion(QStringLiteral(TAGMOOR_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("tagmoor"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/tagmoor.svg")));
-    // Closing the main window does not end the program; a second launch brings it back.
+    // The main window ends the program when it is closed (it asks first while a batch runs);
+    // the welcome window hands over to it and must not end it.
     QApplication::setQuitOnLastWindowClosed(false);
 
     QStringList paths;

@@ -8,10 +8,12 @@
 #include "app/editor/MetadataViewController.h"
 #include "app/shell/RootView.h"
 #include "app/workingset/HomeScreen.h"
+#include "batch/BatchController.h"
 #include "dates/DateField.h"
 #include "editor/EditorState.h"
 #include "editor/MetadataForm.h"
 #include "presets/PresetStore.h"
+#include "processing/HomeSession.h"
 #include "processing/StartProcessChain.h"
 #include "workingset/ScanController.h"
 
@@ -51,6 +53,7 @@ private slots:
     void wholeRoadFromStartProcessToFinish();
     void removeRowWithoutABoxAndNoAtTheConfirmation();
     void stopAnsweredNoGoesOnAndYesEndsTheRun();
+    void closingTheWindowDuringARunAsksFirst();
 
 private:
     std::unique_ptr<QTemporaryDir> m_home;
@@ -209,6 +212,36 @@ void RunFlowTest::stopAnsweredNoGoesOnAndYesEndsTheRun() {
                                 : QStringLiteral("Batch Process Completed!"));
         QCOMPARE(QDir(out).entryList(QDir::Files).size() < 120, yes);
     }
+}
+
+// Closing the window while a batch runs asks the stop question first; "NO" keeps the window
+// open and lets the run write every photo.
+void RunFlowTest::closingTheWindowDuringARunAsksFirst() {
+    TestApp t;
+    const QString folder = m_home->filePath("ManyClose");
+    QDir().mkpath(folder);
+    for (int i = 0; i < 120; ++i) {
+        const QString target = folder + QStringLiteral("/photo%1.jpg").arg(i, 3, 10, QChar('0'));
+        QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), target);
+        QFile(target).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+    t.app->scans().addFromDrop({folder});
+    QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 120, 30000);
+    t.app->homeSession().form().editText(Field::Artist, QStringLiteral("Jane Doe"));
+    const QString out = m_home->filePath("OutClose");
+    QDir().mkpath(out);
+    t.prompt.answers = {0, 1}; // YES to start; NO to the stop question
+    t.prompt.panelAnswers = {{out}};
+    HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
+    QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")), Qt::LeftButton);
+    BatchController& batch = t.app->homeSession().batch();
+    QTRY_VERIFY(batch.isRunning());
+    QVERIFY(!t.window().close());
+    QCOMPARE(t.prompt.alerts.last().title,
+             QStringLiteral("Do you want to cancel exif details editing?"));
+    QVERIFY(t.window().isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(!batch.isRunning(), 60000);
+    QCOMPARE(QDir(out).entryList(QDir::Files).size(), 120);
 }
 
 TAGMOOR_APP_TEST_MAIN(RunFlowTest)

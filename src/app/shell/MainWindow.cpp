@@ -2,9 +2,12 @@
 
 #include "app/shell/AppDelegate.h"
 #include "app/shell/RootView.h"
+#include "batch/BatchController.h"
 #include "foundation/Settings.h"
+#include "processing/HomeSession.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QMenuBar>
 #include <QMessageBox>
 
@@ -40,6 +43,21 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     m_about = help->addAction(QStringLiteral("&About Tagmoor"));
     m_about->setObjectName(QStringLiteral("menuItemAbout"));
     connect(m_about, &QAction::triggered, this, &MainWindow::tappedAbout);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    BatchController& batch = m_app.homeSession().batch();
+    if (batch.isRunning()) {
+        batch.clickedStop();
+        if (!batch.stopControl().stopRequested()) {
+            event->ignore();
+            return;
+        }
+        // The photos in work finish and nothing half written is left behind.
+        batch.waitForFinished();
+    }
+    event->accept();
+    QCoreApplication::quit();
 }
 
 void MainWindow::setOverlayMenusEnabled(bool enabled) {

@@ -20,6 +20,11 @@ public:
     // Enables or disables the three overlay-sensitive entries together.
     void setOverlayMenusEnabled(bool enabled);
 
+protected:
+    // Closing the window ends the program. A running batch is asked about first, as its Stop
+    // button asks; "NO" keeps the window and the run.
+    void closeEvent(QCloseEvent* event) override;
+
 private:
     void tappedAbout();
 
