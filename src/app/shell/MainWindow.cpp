@@ -3,6 +3,7 @@
 #include "app/shell/AppDelegate.h"
 #include "app/shell/RootView.h"
 #include "batch/BatchController.h"
+#include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "processing/HomeSession.h"
 
@@ -21,28 +22,49 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     setMinimumSize(960, 620);
     resize(1180, 740);
 
-    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    QAction* addPhotos = file->addAction(QStringLiteral("&Add Photos..."));
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    QAction* addPhotos = file->addAction(tr("&Add Photos..."));
     addPhotos->setShortcut(QKeySequence::Open);
     connect(addPhotos, &QAction::triggered, m_root, &RootView::addFiles);
     file->addSeparator();
-    m_preferences = file->addAction(QStringLiteral("&Preferences..."));
+    m_preferences = file->addAction(tr("&Preferences..."));
     m_preferences->setObjectName(QStringLiteral("menuItemPreferences"));
     m_preferences->setShortcut(QKeySequence::Preferences);
     m_preferences->setMenuRole(QAction::PreferencesRole);
     connect(m_preferences, &QAction::triggered, &app, &AppDelegate::showPreferences);
     file->addSeparator();
-    QAction* quit = file->addAction(QStringLiteral("&Quit"));
+    QAction* quit = file->addAction(tr("&Quit"));
     quit->setShortcut(QKeySequence::Quit);
     connect(quit, &QAction::triggered, qApp, &QApplication::quit);
 
-    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
     m_checkForUpdates = help->addAction(tr("Check for &Updates..."));
     m_checkForUpdates->setObjectName(QStringLiteral("menuItemCheckForUpdates"));
     connect(m_checkForUpdates, &QAction::triggered, &app, &AppDelegate::checkForUpdate);
-    m_about = help->addAction(QStringLiteral("&About Tagmoor"));
+    m_about = help->addAction(tr("&About Tagmoor"));
     m_about->setObjectName(QStringLiteral("menuItemAbout"));
     connect(m_about, &QAction::triggered, this, &MainWindow::tappedAbout);
+
+    QMenu* window = menuBar()->addMenu(tr("&Window"));
+    QAction* show = window->addAction(tr("&Tagmoor"));
+    show->setObjectName(QStringLiteral("menuItemShow"));
+    connect(show, &QAction::triggered, this, &MainWindow::showTM);
+
+    // While an overlay is up, the entries that would open another one wait for it.
+    connect(&app.events(), &AppEvents::HideUnhideTopLayerTM, this, [this](bool isHidden) {
+        m_preferences->setEnabled(isHidden);
+        m_checkForUpdates->setEnabled(isHidden);
+        m_about->setEnabled(isHidden);
+    });
+}
+
+void MainWindow::showTM() {
+    // Not before the welcome window was left.
+    if (!m_app.settings().startup().has_value())
+        return;
+    showNormal();
+    raise();
+    activateWindow();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -58,13 +80,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
     event->accept();
     QCoreApplication::quit();
-}
-
-void MainWindow::setOverlayMenusEnabled(bool enabled) {
-    m_preferences->setEnabled(enabled);
-    m_checkForUpdates->setEnabled(enabled);
-    m_about->setEnabled(enabled);
-    emit m_app.events().HideUnhideTopLayerTM(enabled);
 }
 
 void MainWindow::tappedAbout() {

@@ -17,8 +17,8 @@ public:
 
     RootView* rootView() const { return m_root; }
 
-    // Enables or disables the three overlay-sensitive entries together.
-    void setOverlayMenusEnabled(bool enabled);
+    // The Window menu's entry: brings the main window back to the front.
+    void showTM();
 
 protected:
     // Closing the window ends the program. A running batch is asked about first, as its Stop
