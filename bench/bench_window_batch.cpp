@@ -102,7 +102,8 @@ int main(int argc, char** argv) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     const double windowSeconds = clock.nsecsElapsed() / 1e9;
     ticker.stop();
-    const QString saved = runSheet()->lblPhotosSavedSuccessfully()->text();
+    const QString saved =
+        runSheet()->findChild<QLabel*>(QStringLiteral("lblPhotosSavedSuccessfully"))->text();
 
     QProcess run;
     run.setProcessChannelMode(QProcess::ForwardedErrorChannel);

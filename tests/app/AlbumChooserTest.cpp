@@ -75,32 +75,39 @@ void AlbumChooserTest::addScreenChosenAlbumsEnterTheList() {
                       Qt::LeftButton);
     QVERIFY(chooser->isVisible());
     QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
-    QVERIFY(chooser->btnAddEntireLibAddFilesVC()->isChecked());
+    QVERIFY(named<QRadioButton>(chooser, QStringLiteral("btnAddEntireLibAddFilesVC"))->isChecked());
 
-    chooser->btnAddAblumsAddFilesVC()->click();
-    QVERIFY(!chooser->btnAddEntireLibAddFilesVC()->isChecked());
+    named<QRadioButton>(chooser, QStringLiteral("btnAddAblumsAddFilesVC"))->click();
+    QVERIFY(
+        !named<QRadioButton>(chooser, QStringLiteral("btnAddEntireLibAddFilesVC"))->isChecked());
     t.prompt.panelAnswers.append({p.path});
-    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOkAddFilesVC")),
+                      Qt::LeftButton);
     QCOMPARE(t.prompt.panels.last().prompt, QStringLiteral("Select Photos Library"));
     QVERIFY(t.prompt.panels.last().allowedExtensions.contains(QStringLiteral("photoslibrary")));
     QCOMPARE(chooser->face(), AlbumChooser::Face::AlbumList);
     QTRY_VERIFY(!chooser->isBusy());
-    QCOMPARE(chooser->lblTitlePhotoLibAlbumList()->text(),
+    QCOMPARE(named<QLabel>(chooser, QStringLiteral("lblTitlePhotoLibAlbumList"))->text(),
              QStringLiteral("Library: Photos Library"));
-    QCOMPARE(listed(chooser->tableView()), (QStringList{"Family", "Trip"}));
-    QVERIFY(chooser->btnAllAlbumsList()->isChecked());
+    QCOMPARE(listed(named<QListWidget>(chooser, QStringLiteral("tableView"))),
+             (QStringList{"Family", "Trip"}));
+    QVERIFY(named<QCheckBox>(chooser, QStringLiteral("btnAllAlbumsList"))->isChecked());
 
     // Unchecking one album unchecks "All Albums"; checking it again checks it.
-    chooser->tableView()->item(0)->setCheckState(Qt::Unchecked);
+    named<QListWidget>(chooser, QStringLiteral("tableView"))->item(0)->setCheckState(Qt::Unchecked);
     QVERIFY(!chooser->albums()[0].isSelected);
-    QVERIFY(!chooser->btnAllAlbumsList()->isChecked());
-    chooser->tableView()->item(0)->setCheckState(Qt::Checked);
-    QVERIFY(chooser->btnAllAlbumsList()->isChecked());
-    chooser->btnAllAlbumsList()->click();
-    QCOMPARE(chooser->tableView()->item(1)->checkState(), Qt::Unchecked);
-    chooser->tableView()->item(1)->setCheckState(Qt::Checked); // only "Trip"
+    QVERIFY(!named<QCheckBox>(chooser, QStringLiteral("btnAllAlbumsList"))->isChecked());
+    named<QListWidget>(chooser, QStringLiteral("tableView"))->item(0)->setCheckState(Qt::Checked);
+    QVERIFY(named<QCheckBox>(chooser, QStringLiteral("btnAllAlbumsList"))->isChecked());
+    named<QCheckBox>(chooser, QStringLiteral("btnAllAlbumsList"))->click();
+    QCOMPARE(named<QListWidget>(chooser, QStringLiteral("tableView"))->item(1)->checkState(),
+             Qt::Unchecked);
+    named<QListWidget>(chooser, QStringLiteral("tableView"))
+        ->item(1)
+        ->setCheckState(Qt::Checked); // only "Trip"
 
-    QTest::mouseClick(chooser->btnOKAlbumList(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOKAlbumList")),
+                      Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 2 && t.scanIdle(), 10000);
     QVERIFY(!chooser->isVisible());
     QCOMPARE(t.set().imagePaths(), (QStringList{p.a, p.b}));
@@ -125,28 +132,33 @@ void AlbumChooserTest::homeScreenFacesLeadToTheWholeLibrary() {
     AlbumChooser* chooser = named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary"));
     QVERIFY(chooser->isVisible());
     QCOMPARE(chooser->face(), AlbumChooser::Face::Home);
-    QVERIFY(chooser->btnAddFoldersnPhotosHomeVC()->isChecked());
-    chooser->btnAddPhotosLibHomeVC()->click();
-    QVERIFY(!chooser->btnAddFoldersnPhotosHomeVC()->isChecked());
-    QTest::mouseClick(chooser->btnOkHomeVC(), Qt::LeftButton);
+    QVERIFY(
+        named<QRadioButton>(chooser, QStringLiteral("btnAddFoldersnPhotosHomeVC"))->isChecked());
+    named<QRadioButton>(chooser, QStringLiteral("btnAddPhotosLibHomeVC"))->click();
+    QVERIFY(
+        !named<QRadioButton>(chooser, QStringLiteral("btnAddFoldersnPhotosHomeVC"))->isChecked());
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOkHomeVC")), Qt::LeftButton);
     QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
 
     // The entire library, with the loose photo's twin already in the list.
     t.prompt.panelAnswers.append({p.path});
-    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOkAddFilesVC")),
+                      Qt::LeftButton);
     QCOMPARE(t.prompt.panels.last().prompt, QStringLiteral("Add Photos Library"));
     QTRY_VERIFY_WITH_TIMEOUT(t.set().count() == 4 && t.scanIdle(), 10000);
     QCOMPARE(t.set().imagePaths(), (QStringList{loose, p.a, p.b, p.c}));
 
     // A second time, all albums: "b" is in both and everything is in the list already.
     QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
-    chooser->btnAddPhotosLibHomeVC()->click();
-    QTest::mouseClick(chooser->btnOkHomeVC(), Qt::LeftButton);
-    chooser->btnAddAblumsAddFilesVC()->click();
+    named<QRadioButton>(chooser, QStringLiteral("btnAddPhotosLibHomeVC"))->click();
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOkHomeVC")), Qt::LeftButton);
+    named<QRadioButton>(chooser, QStringLiteral("btnAddAblumsAddFilesVC"))->click();
     t.prompt.panelAnswers.append({p.path});
-    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOkAddFilesVC")),
+                      Qt::LeftButton);
     QTRY_VERIFY(!chooser->isBusy());
-    QTest::mouseClick(chooser->btnOKAlbumList(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOKAlbumList")),
+                      Qt::LeftButton);
     QTRY_COMPARE_WITH_TIMEOUT(t.prompt.alerts.size(), 1, 10000);
     QCOMPARE(t.prompt.alerts[0].text,
              QStringLiteral("The selected images are already added to the list"));
@@ -161,8 +173,9 @@ void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     // A cancelled panel in the album path opens no list.
     QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
                       Qt::LeftButton);
-    chooser->btnAddAblumsAddFilesVC()->click();
-    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    named<QRadioButton>(chooser, QStringLiteral("btnAddAblumsAddFilesVC"))->click();
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOkAddFilesVC")),
+                      Qt::LeftButton);
     QVERIFY(!chooser->isVisible());
     QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
 
@@ -171,11 +184,14 @@ void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
                       Qt::LeftButton);
     t.prompt.panelAnswers.append({bare.path});
-    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOkAddFilesVC")),
+                      Qt::LeftButton);
     QTRY_VERIFY(!chooser->isBusy());
-    QCOMPARE(chooser->tableView()->count(), 0);
-    QCOMPARE(chooser->lblAlbumListStatus()->text(), QStringLiteral("This library has no albums."));
-    QTest::mouseClick(chooser->btnOKAlbumList(), Qt::LeftButton);
+    QCOMPARE(named<QListWidget>(chooser, QStringLiteral("tableView"))->count(), 0);
+    QCOMPARE(named<QLabel>(chooser, QStringLiteral("lblAlbumListStatus"))->text(),
+             QStringLiteral("This library has no albums."));
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOKAlbumList")),
+                      Qt::LeftButton);
     QTest::qWait(200);
     QCOMPARE(t.set().count(), 0);
     QCOMPARE(t.window().rootView()->selectedIndex(), 0);
@@ -184,9 +200,12 @@ void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
                       Qt::LeftButton);
     t.prompt.panelAnswers.append({t.dir("plain")});
-    QTest::mouseClick(chooser->btnOkAddFilesVC(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(chooser, QStringLiteral("btnOkAddFilesVC")),
+                      Qt::LeftButton);
     QTRY_VERIFY(!chooser->isBusy());
-    QVERIFY(chooser->lblAlbumListStatus()->text().contains(QStringLiteral("not a photo library")));
+    QVERIFY(named<QLabel>(chooser, QStringLiteral("lblAlbumListStatus"))
+                ->text()
+                .contains(QStringLiteral("not a photo library")));
     QTest::mouseClick(chooser->findChild<QPushButton*>(QStringLiteral("btnCancelAlbumList")),
                       Qt::LeftButton);
     QVERIFY(!chooser->isVisible());

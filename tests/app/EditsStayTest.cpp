@@ -56,13 +56,14 @@ void pickLocation(HomeScreen* home, double latitude, double longitude) {
     GeoLocationViewController* picker =
         named<GeoLocationViewController>(home, QStringLiteral("GeoLocation"));
     QVERIFY(picker && picker->isVisible());
-    for (auto [field, value] : {std::pair{picker->txtFieldLatitude(), latitude},
-                                std::pair{picker->txtFieldLongitude(), longitude}}) {
+    for (auto [field, value] :
+         {std::pair{named<QLineEdit>(picker, QStringLiteral("txtFieldLatitude")), latitude},
+          std::pair{named<QLineEdit>(picker, QStringLiteral("txtFieldLongitude")), longitude}}) {
         field->selectAll();
         QTest::keyClick(field, Qt::Key_Backspace);
         QTest::keyClicks(field, QString::number(value, 'g', 10));
     }
-    picker->btnCancel()->click();
+    named<QPushButton>(picker, QStringLiteral("btnCancel"))->click();
     QVERIFY(!picker->isVisible());
 }
 

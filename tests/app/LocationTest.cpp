@@ -4,6 +4,7 @@
 #include "AppTestSupport.h"
 #include "app/location/GeoLocationViewController.h"
 #include "app/location/LocationView.h"
+#include "app/location/MapTypeSegment.h"
 #include "app/location/MapView.h"
 #include "app/location/PreviewViewController.h"
 #include "app/shell/PreferencesWindow.h"
@@ -91,76 +92,86 @@ private:
 void LocationTest::pickerTakesTypedCoordinatesAsTheyAre() {
     OpenPicker open(SharedLocation{48.8584, 2.2945});
     auto& [events, dir, settings, prompt, location, picker] = open;
-    QCOMPARE(picker.txtFieldLatitude()->text(), QStringLiteral("48.8584"));
-    QCOMPARE(picker.txtFieldLongitude()->text(), QStringLiteral("2.2945"));
-    QCOMPARE(picker.segmentControl()->checkedId(), 0);
-    QTRY_COMPARE(picker.txtFieldName()->text(), QStringLiteral("Paris, France"));
-    QCOMPARE(picker.mapView()->annotationCount(), 1);
+    QLineEdit* txtFieldLatitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLatitude"));
+    QLineEdit* txtFieldLongitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLongitude"));
+    QLineEdit* txtFieldName = named<QLineEdit>(&picker, QStringLiteral("txtFieldName"));
+    MapView* mapView = named<MapView>(&picker, QStringLiteral("mapView"));
+    QButtonGroup* segmentControl =
+        named<MapTypeSegment>(&picker, QStringLiteral("segmentControl"))->group();
+    QCOMPARE(txtFieldLatitude->text(), QStringLiteral("48.8584"));
+    QCOMPARE(txtFieldLongitude->text(), QStringLiteral("2.2945"));
+    QCOMPARE(segmentControl->checkedId(), 0);
+    QTRY_COMPARE(txtFieldName->text(), QStringLiteral("Paris, France"));
+    QCOMPARE(mapView->annotationCount(), 1);
 
     // No range check: 91 reaches the map and the pin as it is.
-    retype(picker.txtFieldLatitude(), QStringLiteral("91"));
+    retype(txtFieldLatitude, QStringLiteral("91"));
     QCOMPARE(picker.latitude(), 91.0f);
     QCOMPARE(picker.newRegion().latitude, 91.0);
-    QCOMPARE(picker.mapView()->annotation()->latitude, 91.0);
+    QCOMPARE(mapView->annotation()->latitude, 91.0);
     // Typing is not rewritten under the user's fingers.
-    QCOMPARE(picker.txtFieldLatitude()->text(), QStringLiteral("91"));
+    QCOMPARE(txtFieldLatitude->text(), QStringLiteral("91"));
     // An emptied field, or one that is no number, gives 0; a number with a tail keeps its number.
-    retype(picker.txtFieldLatitude(), QString());
+    retype(txtFieldLatitude, QString());
     QCOMPARE(picker.latitude(), 0.0f);
-    retype(picker.txtFieldLongitude(), QStringLiteral("12.5 E"));
+    retype(txtFieldLongitude, QStringLiteral("12.5 E"));
     QCOMPARE(picker.longitude(), 12.5f);
-    retype(picker.txtFieldLongitude(), QStringLiteral("east"));
+    retype(txtFieldLongitude, QStringLiteral("east"));
     QCOMPARE(picker.longitude(), 0.0f);
 
     // Every move leaves exactly one pin, on the map and in the list.
     for (int segment : {1, 2, 0})
-        picker.segmentControl()->button(segment)->click();
-    QCOMPARE(picker.mapView()->annotationCount(), 1);
+        segmentControl->button(segment)->click();
+    QCOMPARE(mapView->annotationCount(), 1);
     QCOMPARE(picker.mapAnnotations().size(), 1);
-    QCOMPARE(picker.mapView()->mapType(), MapType::standard);
-    picker.segmentControl()->button(1)->click();
+    QCOMPARE(mapView->mapType(), MapType::standard);
+    segmentControl->button(1)->click();
     // Satellite without a tile address says so on the map.
-    QVERIFY(!picker.mapView()->note().isEmpty());
+    QVERIFY(!mapView->note().isEmpty());
 }
 
 void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
     OpenPicker open(SharedLocation{0, 0});
     auto& [events, dir, settings, prompt, location, picker] = open;
+    QLineEdit* txtFieldLatitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLatitude"));
+    QLineEdit* txtFieldLongitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLongitude"));
+    QLineEdit* txtFieldName = named<QLineEdit>(&picker, QStringLiteral("txtFieldName"));
+    MapView* mapView = named<MapView>(&picker, QStringLiteral("mapView"));
     picker.resize(720, 560);
     QVERIFY(QTest::qWaitForWindowExposed(&picker));
 
-    QTest::keyClicks(picker.txtFieldName(), QStringLiteral("Zurich"));
-    QTRY_COMPARE(picker.txtFieldLatitude()->text().left(5), QStringLiteral("47.36"));
-    QCOMPARE(picker.txtFieldLongitude()->text().left(4), QStringLiteral("8.55"));
-    QCOMPARE(picker.mapView()->annotationCount(), 1);
+    QTest::keyClicks(txtFieldName, QStringLiteral("Zurich"));
+    QTRY_COMPARE(txtFieldLatitude->text().left(5), QStringLiteral("47.36"));
+    QCOMPARE(txtFieldLongitude->text().left(4), QStringLiteral("8.55"));
+    QCOMPARE(mapView->annotationCount(), 1);
     // A name that matches nothing leaves the position where it was.
-    picker.txtFieldName()->setText(QStringLiteral("Qxzqxz"));
-    picker.controlTextDidChange(picker.txtFieldName());
+    txtFieldName->setText(QStringLiteral("Qxzqxz"));
+    picker.controlTextDidChange(txtFieldName);
     QTest::qWait(50);
-    QCOMPARE(picker.txtFieldLatitude()->text().left(5), QStringLiteral("47.36"));
+    QCOMPARE(txtFieldLatitude->text().left(5), QStringLiteral("47.36"));
 
     // Dragging the pin: new fields and a new name, the same region.
-    const MapRegion before = picker.mapView()->region();
+    const MapRegion before = mapView->region();
     const MapRegion newRegionBefore = picker.newRegion();
-    const QPointF head = picker.mapView()->pinPoint() + QPointF(0, -23);
-    mouse(picker.mapView(), QEvent::MouseButtonPress, head);
-    mouse(picker.mapView(), QEvent::MouseMove, head + QPointF(40, 30));
-    mouse(picker.mapView(), QEvent::MouseMove, head + QPointF(80, 60));
-    mouse(picker.mapView(), QEvent::MouseButtonRelease, head + QPointF(80, 60));
+    const QPointF head = mapView->pinPoint() + QPointF(0, -23);
+    mouse(mapView, QEvent::MouseButtonPress, head);
+    mouse(mapView, QEvent::MouseMove, head + QPointF(40, 30));
+    mouse(mapView, QEvent::MouseMove, head + QPointF(80, 60));
+    mouse(mapView, QEvent::MouseButtonRelease, head + QPointF(80, 60));
     QVERIFY(picker.latitude() < 47.36f);
     QVERIFY(picker.longitude() > 8.56f);
-    QCOMPARE(picker.txtFieldLatitude()->text().toFloat(), picker.latitude());
-    QCOMPARE(picker.mapView()->region().latitude, before.latitude);
-    QCOMPARE(picker.mapView()->region().longitude, before.longitude);
+    QCOMPARE(txtFieldLatitude->text().toFloat(), picker.latitude());
+    QCOMPARE(mapView->region().latitude, before.latitude);
+    QCOMPARE(mapView->region().longitude, before.longitude);
     QCOMPARE(picker.newRegion().latitude, newRegionBefore.latitude);
-    QCOMPARE(picker.mapView()->annotationCount(), 1);
-    QTRY_VERIFY(picker.txtFieldName()->text().endsWith(QStringLiteral("Switzerland")));
+    QCOMPARE(mapView->annotationCount(), 1);
+    QTRY_VERIFY(txtFieldName->text().endsWith(QStringLiteral("Switzerland")));
 
     // Clicking the pin without moving it shows the fixed details sheet.
     prompt.answers = {0};
-    const QPointF still = picker.mapView()->pinPoint() + QPointF(0, -23);
-    mouse(picker.mapView(), QEvent::MouseButtonPress, still);
-    mouse(picker.mapView(), QEvent::MouseButtonRelease, still);
+    const QPointF still = mapView->pinPoint() + QPointF(0, -23);
+    mouse(mapView, QEvent::MouseButtonPress, still);
+    mouse(mapView, QEvent::MouseButtonRelease, still);
     QCOMPARE(prompt.alerts.size(), 1);
     QCOMPARE(prompt.alerts.first().title, QStringLiteral("show details"));
 }
@@ -168,28 +179,31 @@ void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
 void LocationTest::pickerKeepsATypedNameOverALateAnswer() {
     OpenPicker open(SharedLocation{48.8584, 2.2945});
     auto& [events, dir, settings, prompt, location, picker] = open;
+    QLineEdit* txtFieldLatitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLatitude"));
+    QLineEdit* txtFieldLongitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLongitude"));
+    QLineEdit* txtFieldName = named<QLineEdit>(&picker, QStringLiteral("txtFieldName"));
     // The opening asked for the name of the Paris position; the user types before it is told.
-    QTest::keyClicks(picker.txtFieldName(), QStringLiteral("Paris, Tex"));
+    QTest::keyClicks(txtFieldName, QStringLiteral("Paris, Tex"));
     QTRY_VERIFY(qAbs(picker.latitude() - 33.66f) < 0.05f);
     QTest::qWait(50);
-    QCOMPARE(picker.txtFieldName()->text(), QStringLiteral("Paris, Tex"));
+    QCOMPARE(txtFieldName->text(), QStringLiteral("Paris, Tex"));
     QVERIFY(qAbs(picker.longitude() + 95.55f) < 0.05f);
 
     // The places of a name are offered with their regions; taking one goes there.
-    retype(picker.txtFieldName(), QStringLiteral("Paris"));
-    const auto* places = qobject_cast<QStringListModel*>(picker.nameCompleter()->model());
+    retype(txtFieldName, QStringLiteral("Paris"));
+    const auto* places = qobject_cast<QStringListModel*>(txtFieldName->completer()->model());
     QTRY_VERIFY(places->stringList().size() > 1);
     QCOMPARE(places->stringList().first(), QStringLiteral("Paris, Île-de-France, France"));
     QVERIFY(places->stringList().contains(QStringLiteral("Paris, Texas, United States")));
-    QCOMPARE(picker.txtFieldLatitude()->text().left(5), QStringLiteral("48.85"));
-    emit picker.nameCompleter()->activated(QStringLiteral("Paris, Texas, United States"));
+    QCOMPARE(txtFieldLatitude->text().left(5), QStringLiteral("48.85"));
+    emit txtFieldName->completer()->activated(QStringLiteral("Paris, Texas, United States"));
     QTRY_VERIFY(qAbs(picker.latitude() - 33.66f) < 0.05f);
-    QCOMPARE(picker.txtFieldName()->text(), QStringLiteral("Paris, Texas, United States"));
+    QCOMPARE(txtFieldName->text(), QStringLiteral("Paris, Texas, United States"));
 
     // A position typed after the name is asked anew, and its answer names it.
-    retype(picker.txtFieldLatitude(), QStringLiteral("-33.9628"));
-    retype(picker.txtFieldLongitude(), QStringLiteral("18.4098"));
-    QTRY_COMPARE(picker.txtFieldName()->text(), QStringLiteral("Cape Town, South Africa"));
+    retype(txtFieldLatitude, QStringLiteral("-33.9628"));
+    retype(txtFieldLongitude, QStringLiteral("18.4098"));
+    QTRY_COMPARE(txtFieldName->text(), QStringLiteral("Cape Town, South Africa"));
 }
 
 void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
@@ -217,9 +231,11 @@ void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
     QCOMPARE(picker->longitude(), float(photo.longitude()));
 
     QSignalSpy told(&t.app->events(), &AppEvents::UpdateLocationFromGeoLocationOTM);
-    retype(picker->txtFieldLatitude(), QStringLiteral("-33.9628"));
-    retype(picker->txtFieldLongitude(), QStringLiteral("18.4098"));
-    picker->btnCancel()->click();
+    retype(named<QLineEdit>(picker, QStringLiteral("txtFieldLatitude")),
+           QStringLiteral("-33.9628"));
+    retype(named<QLineEdit>(picker, QStringLiteral("txtFieldLongitude")),
+           QStringLiteral("18.4098"));
+    named<QPushButton>(picker, QStringLiteral("btnCancel"))->click();
     QCOMPARE(told.size(), 1);
     QVERIFY(!picker->isVisible());
 
@@ -436,25 +452,30 @@ void LocationTest::previewShowsThePhotoItsFactsAndItsPosition() {
         named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
     QVERIFY(preview && preview->isVisible());
     QCOMPARE(preview->windowTitle(), QStringLiteral("Tagmoor - Preview"));
-    QCOMPARE(preview->lblName()->text(), QStringLiteral("a.jpg"));
-    QCOMPARE(preview->lblPath()->text(), dir + QStringLiteral("/a.jpg"));
-    QVERIFY(preview->lblSize()->text().endsWith(QStringLiteral(" KB")));
-    QTRY_VERIFY(preview->imgView()->pixmap().width() > 0);
-    QVERIFY(std::max(preview->imgView()->pixmap().width(), preview->imgView()->pixmap().height()) <=
+    QCOMPARE(named<QLabel>(preview, QStringLiteral("lblName"))->text(), QStringLiteral("a.jpg"));
+    QCOMPARE(named<QLabel>(preview, QStringLiteral("lblPath"))->text(),
+             dir + QStringLiteral("/a.jpg"));
+    QVERIFY(
+        named<QLabel>(preview, QStringLiteral("lblSize"))->text().endsWith(QStringLiteral(" KB")));
+    QTRY_VERIFY(named<QLabel>(preview, QStringLiteral("imgView"))->pixmap().width() > 0);
+    QVERIFY(std::max(named<QLabel>(preview, QStringLiteral("imgView"))->pixmap().width(),
+                     named<QLabel>(preview, QStringLiteral("imgView"))->pixmap().height()) <=
             PreviewViewController::kPictureSide * preview->devicePixelRatioF());
     const float latitude = preview->latitude();
     QVERIFY(qAbs(latitude - 54.99f) < 0.01f);
-    QCOMPARE(preview->mapView()->annotationCount(), 1);
-    QVERIFY(preview->valueText(kLatitude).startsWith(QStringLiteral("54.9")));
+    QCOMPARE(named<MapView>(preview, QStringLiteral("mapView"))->annotationCount(), 1);
+    QVERIFY(named<QLabel>(preview, QStringLiteral("lblValueGPSLatitude"))
+                ->text()
+                .startsWith(QStringLiteral("54.9")));
 
     // The second photo has no position: the map stays where the first one put it.
     home->openPreview(1);
     QCOMPARE(named<PreviewViewController>(home, QStringLiteral("PreviewViewController")), preview);
-    QCOMPARE(preview->lblName()->text(), QStringLiteral("b.jpg"));
+    QCOMPARE(named<QLabel>(preview, QStringLiteral("lblName"))->text(), QStringLiteral("b.jpg"));
     QCOMPARE(preview->latitude(), latitude);
-    QCOMPARE(preview->valueText(kLatitude), QString());
+    QCOMPARE(named<QLabel>(preview, QStringLiteral("lblValueGPSLatitude"))->text(), QString());
     preview->clickedTab(2);
-    QCOMPARE(preview->boxes()->currentIndex(), 2);
+    QCOMPARE(named<QStackedWidget>(preview, QStringLiteral("scrollView"))->currentIndex(), 2);
 
     QCOMPARE(PreviewViewController::dimensionsText(4000, 3000), QStringLiteral("4000.0 x 3000.0"));
     QCOMPARE(PreviewViewController::dimensionsText(200.5, 130), QStringLiteral("200.5 x 130.0"));

@@ -128,10 +128,11 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     QCOMPARE(t.prompt.panels.at(0).prompt, QStringLiteral("Choose Destination Folder"));
 
     FinalProcessedVC* sheet = named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"));
-    QCOMPARE(sheet->lblPhotosSavedSuccessfully()->text(),
+    QCOMPARE(named<QLabel>(sheet, QStringLiteral("lblPhotosSavedSuccessfully"))->text(),
              QStringLiteral("6 Photos saved successfully!"));
-    QCOMPARE(sheet->lblBatchProcessCompleted()->text(), QStringLiteral("Batch Process Completed!"));
-    QVERIFY(!sheet->lblProblems()->isVisible());
+    QCOMPARE(named<QLabel>(sheet, QStringLiteral("lblBatchProcessCompleted"))->text(),
+             QStringLiteral("Batch Process Completed!"));
+    QVERIFY(!named<QLabel>(sheet, QStringLiteral("lblProblems"))->isVisible());
 
     for (const QString& source : originals) {
         const QString name = QFileInfo(source).fileName();
@@ -144,7 +145,7 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
             QVERIFY2(before != after, qPrintable(name + ": " + before + " -> " + after));
     }
 
-    QTest::mouseClick(sheet->btnFinish(), Qt::LeftButton);
+    QTest::mouseClick(named<QPushButton>(sheet, QStringLiteral("btnFinish")), Qt::LeftButton);
     QTRY_COMPARE(t.window().rootView()->selectedIndex(), 0);
     QCOMPARE(t.set().count(), 0);
     QVERIFY(!t.app->editorState().fieldEditedFlags.hasEdits());
@@ -198,16 +199,18 @@ void RunFlowTest::stopAnsweredNoGoesOnAndYesEndsTheRun() {
         QTRY_VERIFY(named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")) &&
                     named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isVisible());
         QTest::mouseClick(
-            named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->btnStop(),
+            named<QPushButton>(named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")),
+                               QStringLiteral("btnStop")),
             Qt::LeftButton);
         QTRY_VERIFY_WITH_TIMEOUT(
             named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isShowingResult(),
             60000);
         QCOMPARE(t.prompt.alerts.last().title,
                  QStringLiteral("Do you want to cancel exif details editing?"));
-        const QString completed = named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))
-                                      ->lblBatchProcessCompleted()
-                                      ->text();
+        const QString completed =
+            named<QLabel>(named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")),
+                          QStringLiteral("lblBatchProcessCompleted"))
+                ->text();
         QCOMPARE(completed, yes ? QStringLiteral("Batch Process Partially Completed!")
                                 : QStringLiteral("Batch Process Completed!"));
         QCOMPARE(QDir(out).entryList(QDir::Files).size() < 120, yes);

@@ -159,7 +159,8 @@ void ScreenFlowTest::sameFileTwiceGivesOneEntryAndAnAlert() {
     t.prompt.panelAnswers.append({photo});
     QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnAddMore")), Qt::LeftButton);
     QTest::mouseClick(
-        named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary"))->btnOkHomeVC(),
+        named<QPushButton>(named<AlbumChooser>(home, QStringLiteral("AddAlbumsPhotosLibrary")),
+                           QStringLiteral("btnOkHomeVC")),
         Qt::LeftButton); // folders and photos
     QVERIFY(t.prompt.panels[1].allowedExtensions.contains(QStringLiteral("photoslibrary")));
     QTRY_COMPARE(t.prompt.alerts.size(), 2);

@@ -94,7 +94,8 @@ inline FinalProcessedVC* runInto(TestApp& t, HomeScreen* home, const QString& ou
 // Finish on the result: the list empties and the add screen comes back.
 inline void finish(HomeScreen* home) {
     QTest::mouseClick(
-        named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->btnFinish(),
+        named<QPushButton>(named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")),
+                           QStringLiteral("btnFinish")),
         Qt::LeftButton);
 }
 

@@ -10,6 +10,7 @@
 #include "model/FormFieldTable.h"
 
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QToolButton>
 
@@ -76,9 +77,11 @@ void WrittenFromWindowTest::pickedPositionReachesTheFormAndTheFileInEachHemisphe
             home->clickShowEditorGPS();
             GeoLocationViewController* picker =
                 named<GeoLocationViewController>(home, QStringLiteral("GeoLocation"));
-            retype(picker->txtFieldLatitude(), QString::number(place.latitude, 'g', 10));
-            retype(picker->txtFieldLongitude(), QString::number(place.longitude, 'g', 10));
-            picker->btnCancel()->click();
+            retype(named<QLineEdit>(picker, QStringLiteral("txtFieldLatitude")),
+                   QString::number(place.latitude, 'g', 10));
+            retype(named<QLineEdit>(picker, QStringLiteral("txtFieldLongitude")),
+                   QString::number(place.longitude, 'g', 10));
+            named<QPushButton>(picker, QStringLiteral("btnCancel"))->click();
 
             const MetadataForm& editor = t.app->homeSession().form();
             QCOMPARE(editor.text(kLatitude).toFloat(), std::fabs(float(place.latitude)));
@@ -89,7 +92,7 @@ void WrittenFromWindowTest::pickedPositionReachesTheFormAndTheFileInEachHemisphe
             home->clickShowEditorGPS();
             QVERIFY2(std::fabs(picker->latitude() - place.latitude) < 1e-4, qPrintable(what));
             QVERIFY2(std::fabs(picker->longitude() - place.longitude) < 1e-4, qPrintable(what));
-            picker->btnCancel()->click();
+            named<QPushButton>(picker, QStringLiteral("btnCancel"))->click();
 
             const QString out = folder + QStringLiteral("/out");
             runInto(t, home, out);

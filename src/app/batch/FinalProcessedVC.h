@@ -27,15 +27,6 @@ public:
     void startRun(const RunValues& values, const QList<CGImageProperties>& workingImages,
                   int threads);
 
-    QPushButton* btnStop() const { return m_stop; }
-    QPushButton* btnFinish() const { return m_finish; }
-    QPushButton* btnShowProblems() const { return m_showProblems; }
-    QLabel* lblBatchProcessCompleted() const { return m_completed; }
-    QLabel* lblPhotosSavedSuccessfully() const { return m_saved; }
-    QLabel* lblProblems() const { return m_problems; }
-    QLabel* lblNotReached() const { return m_notReached; }
-    QLabel* lblValueImageProcessed() const { return m_count; }
-    QLabel* lblPath() const { return m_path; }
     bool isShowingResult() const;
 
 signals:

@@ -51,15 +51,6 @@ public:
     float longitude() const { return m_longitude; }
     const MapRegion& newRegion() const { return m_newRegion; }
     const QList<PinAnnotation>& mapAnnotations() const { return m_mapAnnotations; }
-    MapView* mapView() const { return m_map; }
-    QLineEdit* txtFieldLatitude() const { return m_latitudeField; }
-    QLineEdit* txtFieldLongitude() const { return m_longitudeField; }
-    QLineEdit* txtFieldName() const { return m_nameField; }
-    // The places found for the typed name, with their regions, to choose among.
-    QCompleter* nameCompleter() const { return m_completer; }
-    QButtonGroup* segmentControl() const { return m_segment; }
-    QPushButton* btnCancel() const { return m_close; }
-    Geocoder& geocoder() const { return *m_geocoder; }
 
 protected:
     void showEvent(QShowEvent* event) override;

@@ -176,6 +176,8 @@ QWidget* PreviewViewController::makeMetadata() {
         form->addRow(heading);
         for (const FormLine& line : section.lines) {
             auto* value = new QLabel;
+            // "lblValueGPSLatitude": the row's value, named after its field.
+            value->setObjectName(QStringLiteral("lblValue") + formField(line.field).name());
             value->setTextInteractionFlags(Qt::TextSelectableByMouse);
             value->setWordWrap(true);
             form->addRow(QCoreApplication::translate("Form", line.label) + QLatin1Char(':'), value);
@@ -203,14 +205,6 @@ void PreviewViewController::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     updateValues();
     setWindowTitle(tr("Tagmoor - Preview"));
-}
-
-QString PreviewViewController::valueText(Field field) const {
-    for (const auto& [at, label] : m_values) {
-        if (at == field)
-            return label->text();
-    }
-    return {};
 }
 
 void PreviewViewController::fillMetadata() {

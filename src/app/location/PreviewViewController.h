@@ -46,21 +46,9 @@ public:
     // "4000.0 x 3000.0": both numbers in the default form of a double.
     static QString dimensionsText(double width, double height);
 
-    QLabel* imgView() const { return m_picture; }
-    QLabel* lblName() const { return m_name; }
-    QLabel* lblDimensions() const { return m_dimensions; }
-    QLabel* lblSize() const { return m_size; }
-    QLabel* lblPath() const { return m_path; }
-    MapView* mapView() const { return m_map; }
-    QButtonGroup* segmentControlGPS() const { return m_segment; }
-    QStackedWidget* boxes() const { return m_boxes; }
     float latitude() const { return m_latitude; }
     float longitude() const { return m_longitude; }
     const QList<PinAnnotation>& mapAnnotations() const { return m_mapAnnotations; }
-    // True while the picture is being decoded.
-    bool isLoadingPicture() const { return m_loader.isRunning(); }
-    // The value a metadata row shows (tests).
-    QString valueText(Field field) const;
 
 signals:
     void pictureShown();

@@ -53,18 +53,6 @@ public:
     // A read of the library is under way.
     bool isBusy() const { return m_busy; }
 
-    QRadioButton* btnAddFoldersnPhotosHomeVC() const { return m_foldersAndPhotos; }
-    QRadioButton* btnAddPhotosLibHomeVC() const { return m_photosLibrary; }
-    QRadioButton* btnAddEntireLibAddFilesVC() const { return m_entireLibrary; }
-    QRadioButton* btnAddAblumsAddFilesVC() const { return m_chosenAlbums; }
-    QPushButton* btnOkHomeVC() const { return m_okHome; }
-    QPushButton* btnOkAddFilesVC() const { return m_okAddFiles; }
-    QPushButton* btnOKAlbumList() const { return m_okAlbumList; }
-    QCheckBox* btnAllAlbumsList() const { return m_allAlbums; }
-    QListWidget* tableView() const { return m_list; }
-    QLabel* lblTitlePhotoLibAlbumList() const { return m_title; }
-    QLabel* lblAlbumListStatus() const { return m_status; }
-
 signals:
     // The home face chose folders and photos: the screen opens its usual panel.
     void addFoldersChosen();

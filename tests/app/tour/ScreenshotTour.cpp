@@ -262,22 +262,24 @@ int main(int argc, char** argv) {
     home->clickShowEditorGPS();
     GeoLocationViewController* picker =
         test::named<GeoLocationViewController>(home, QStringLiteral("GeoLocation"));
-    picker->mapView()->zoomOut();
-    picker->mapView()->zoomOut();
-    picker->mapView()->zoomOut();
+    test::named<MapView>(picker, QStringLiteral("mapView"))->zoomOut();
+    test::named<MapView>(picker, QStringLiteral("mapView"))->zoomOut();
+    test::named<MapView>(picker, QStringLiteral("mapView"))->zoomOut();
     shoot(out, QStringLiteral("location-picker-offline.png"), window, picker, 900);
     picker->clickedCancel();
     settle();
     test::TileServer tiles;
     tiles.setTileMaker(townTile);
     QTemporaryDir tileCache;
-    picker->mapView()->setTileTemplate(MapType::standard, tiles.urlTemplate(), tileCache.path());
+    test::named<MapView>(picker, QStringLiteral("mapView"))
+        ->setTileTemplate(MapType::standard, tiles.urlTemplate(), tileCache.path());
     home->clickShowEditorGPS();
     settle();
-    picker->txtFieldName()->clear();
-    QTest::keyClicks(picker->txtFieldName(), QStringLiteral("Zurich"));
+    test::named<QLineEdit>(picker, QStringLiteral("txtFieldName"))->clear();
+    QTest::keyClicks(test::named<QLineEdit>(picker, QStringLiteral("txtFieldName")),
+                     QStringLiteral("Zurich"));
     settle(300);
-    picker->mapView()->setZoom(13);
+    test::named<MapView>(picker, QStringLiteral("mapView"))->setZoom(13);
     shoot(out, QStringLiteral("location-picker-tiles.png"), window, picker, 1500);
     picker->reject();
     settle();
@@ -285,8 +287,8 @@ int main(int argc, char** argv) {
     PreviewViewController* preview =
         test::named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
     preview->move(60, 30);
-    preview->mapView()->zoomOut();
-    preview->mapView()->zoomOut();
+    test::named<MapView>(preview, QStringLiteral("mapView"))->zoomOut();
+    test::named<MapView>(preview, QStringLiteral("mapView"))->zoomOut();
     shoot(out, QStringLiteral("preview-window.png"), preview, nullptr, 1200);
     preview->close();
     home->clickedSelectUnselectAll(true);
