@@ -209,22 +209,6 @@ QHBoxLayout* RenameViewController::makeButtons() {
     return buttons;
 }
 
-QLabel* RenameViewController::example(Option option) const {
-    switch (option) {
-    case Option::add:
-        return m_addExample;
-    case Option::replace:
-        return m_replaceExample;
-    case Option::format:
-        return m_formatExample;
-    case Option::capture:
-        return m_captureExample;
-    case Option::keep:
-        break;
-    }
-    return nullptr;
-}
-
 void RenameViewController::showFor(const QString& firstPhotoPath) {
     const QFileInfo info(firstPhotoPath);
     const QString name = info.fileName();

@@ -27,16 +27,6 @@ public:
     // viewWillAppear: the rule as it stands; examples from the list's first photo.
     void showFor(const QString& firstPhotoPath);
 
-    RenamePanel& panel() { return m_panel; }
-    QRadioButton* option(RenamePanel::Option option) const { return m_options[int(option)]; }
-    QLineEdit* txtFieldAddText() const { return m_addText; }
-    QLineEdit* txtFieldFindReplaceText() const { return m_find; }
-    QLineEdit* txtFieldReplaceWithReplaceText() const { return m_replaceWith; }
-    QLineEdit* txtFieldCapturePattern() const { return m_capturePattern; }
-    QLabel* example(RenamePanel::Option option) const;
-    void clickNext();
-    void clickedClose();
-
 protected:
     void reject() override { clickedClose(); }
 
@@ -49,6 +39,8 @@ private:
     QLabel* makeTitle();
     QHBoxLayout* makeButtons();
 
+    void clickNext();
+    void clickedClose();
     void resetAllComponents();
     void refreshControls();
     void refreshExamples();
