@@ -13,6 +13,7 @@ class QRadioButton;
 
 namespace tagmoor {
 
+class Settings;
 class UserPrompt;
 
 // The rename sheet: five exclusive options with their inputs and examples, over the
@@ -21,8 +22,8 @@ class UserPrompt;
 class RenameViewController : public QDialog {
     Q_OBJECT
 public:
-    RenameViewController(Rename& renameSettings, bool& overwriteExisting, UserPrompt& prompt,
-                         QWidget* parent = nullptr);
+    RenameViewController(Rename& renameSettings, bool& overwriteExisting, const Settings& settings,
+                         UserPrompt& prompt, QWidget* parent = nullptr);
 
     // viewWillAppear: the rule as it stands; examples from the list's first photo.
     void showFor(const QString& firstPhotoPath);
@@ -39,6 +40,8 @@ private:
     QLabel* makeTitle();
     QHBoxLayout* makeButtons();
 
+    void clickOption(RenamePanel::Option option);
+    void takeShownValues(RenamePanel::Option option);
     void clickNext();
     void clickedClose();
     void resetAllComponents();
@@ -47,6 +50,7 @@ private:
 
     RenamePanel m_panel;
     bool& m_overwriteExisting;
+    const Settings& m_settings;
     UserPrompt& m_prompt;
     QRadioButton* m_options[5] = {};
     QLineEdit* m_addText;
