@@ -119,22 +119,24 @@ void ReviewChangesTest::carryCaptureNamesAndStandardFormAreOneSettingAway() {
     QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnRename")), Qt::LeftButton);
     RenameViewController* rename =
         named<RenameViewController>(home, QStringLiteral("RenameViewController"));
-    QRadioButton* capture = rename->option(RenamePanel::Option::capture);
+    QRadioButton* capture = named<QRadioButton>(rename, QStringLiteral("btnCaptureDateName"));
+    auto* pattern = named<QLineEdit>(rename, QStringLiteral("txtFieldCapturePattern"));
+    auto* save = named<QPushButton>(rename, QStringLiteral("btnNext"));
     QCOMPARE(capture->text(), QStringLiteral("Name From the Capture Date:"));
-    QVERIFY(!rename->txtFieldCapturePattern()->isEnabled());
+    QVERIFY(!pattern->isEnabled());
     capture->click();
-    QVERIFY(rename->txtFieldCapturePattern()->isEnabled());
-    QTest::keyClicks(rename->txtFieldCapturePattern(), QStringLiteral("'fixed'"));
-    rename->clickNext(); // a pattern without a date field is refused
+    QVERIFY(pattern->isEnabled());
+    QTest::keyClicks(pattern, QStringLiteral("'fixed'"));
+    QTest::mouseClick(save, Qt::LeftButton); // a pattern without a date field is refused
     QVERIFY(rename->isVisible());
     QCOMPARE(t.prompt.alerts.last().title, QStringLiteral("The date pattern can not make names"));
-    rename->txtFieldCapturePattern()->clear();
-    QTest::keyClicks(rename->txtFieldCapturePattern(), QStringLiteral("yyyy-MM-dd_HHmmss"));
-    QVERIFY(rename->example(RenamePanel::Option::capture)
+    pattern->clear();
+    QTest::keyClicks(pattern, QStringLiteral("yyyy-MM-dd_HHmmss"));
+    QVERIFY(named<QLabel>(rename, QStringLiteral("lblExampleCaptureDate"))
                 ->text()
                 .startsWith(QStringLiteral("Example: 20")));
     const int asked = int(t.prompt.alerts.size());
-    rename->clickNext(); // counted names need no overwrite question
+    QTest::mouseClick(save, Qt::LeftButton); // counted names need no overwrite question
     QVERIFY(!rename->isVisible());
     QCOMPARE(int(t.prompt.alerts.size()), asked);
     QVERIFY(t.app->renameSettings().is<CaptureDateName>());

@@ -96,13 +96,14 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     RenameViewController* renamePanel =
         named<RenameViewController>(home, QStringLiteral("RenameViewController"));
     QVERIFY(renamePanel && renamePanel->isVisible());
-    renamePanel->option(RenamePanel::Option::add)->click();
-    QTest::keyClicks(renamePanel->txtFieldAddText(), QStringLiteral("Trip-"));
-    QCOMPARE(renamePanel->example(RenamePanel::Option::add)->text().left(14),
+    named<QRadioButton>(renamePanel, QStringLiteral("btnAddText"))->click();
+    QTest::keyClicks(named<QLineEdit>(renamePanel, QStringLiteral("txtFieldAddText")),
+                     QStringLiteral("Trip-"));
+    QCOMPARE(named<QLabel>(renamePanel, QStringLiteral("lblExampleAddText"))->text().left(14),
              QStringLiteral("Example: Trip-"));
     t.prompt.answerNext(QStringLiteral("Do not Overwrite"),
                         {QStringLiteral("Overwrite"), QStringLiteral("Do not Overwrite")});
-    renamePanel->clickNext();
+    QTest::mouseClick(named<QPushButton>(renamePanel, QStringLiteral("btnNext")), Qt::LeftButton);
     QVERIFY(!renamePanel->isVisible());
     QVERIFY(t.app->renameSettings().is<AddText>());
     t.prompt.alerts.clear();

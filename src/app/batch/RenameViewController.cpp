@@ -1,5 +1,7 @@
 #include "app/batch/RenameViewController.h"
 
+#include "foundation/Settings.h"
+#include "foundation/ValueForm.h"
 #include "rename/CaptureDateName.h"
 
 #include <QButtonGroup>
@@ -41,9 +43,10 @@ QLabel* exampleLabel(const char* name) {
 } // namespace
 
 RenameViewController::RenameViewController(Rename& renameSettings, bool& overwriteExisting,
-                                           UserPrompt& prompt, QWidget* parent)
+                                           const Settings& settings, UserPrompt& prompt,
+                                           QWidget* parent)
     : QDialog(parent), m_panel(renameSettings), m_overwriteExisting(overwriteExisting),
-      m_prompt(prompt), m_addText(named(new QLineEdit, "txtFieldAddText")),
+      m_settings(settings), m_prompt(prompt), m_addText(named(new QLineEdit, "txtFieldAddText")),
       m_addPosition(named(new QComboBox, "comboBoxAddText")),
       m_find(named(new QLineEdit, "txtFieldFindReplaceText")),
       m_replaceWith(named(new QLineEdit, "txtFieldReplaceWithReplaceText")),
@@ -91,10 +94,32 @@ void RenameViewController::makeOptions() {
         m_options[i] = named(new QRadioButton(optionTexts[i]), optionNames[i]);
         group->addButton(m_options[i], i);
     }
-    connect(group, &QButtonGroup::idClicked, this, [this](int id) {
-        m_panel.clickOption(Option(id));
-        refreshControls();
-    });
+    connect(group, &QButtonGroup::idClicked, this, [this](int id) { clickOption(Option(id)); });
+}
+
+void RenameViewController::clickOption(Option option) {
+    m_panel.clickOption(option);
+    takeShownValues(option);
+    refreshControls();
+}
+
+// An input keeps its row or text while its option is off, so the option, once chosen again,
+// takes what its inputs show: the rule never holds a value the sheet does not show. The
+// described form takes only the name format's row and keeps the option's other values.
+void RenameViewController::takeShownValues(Option option) {
+    if (option == Option::format)
+        m_panel.setNameFormatRow(m_nameFormat->currentIndex());
+    if (!isStandardForm())
+        return;
+    if (option == Option::add) {
+        m_panel.setAddText(m_addText->text());
+        m_panel.setAddPosition(m_addPosition->currentIndex());
+    } else if (option == Option::format) {
+        m_panel.setWhereRow(m_where->currentIndex());
+        m_panel.setCustomFormat(m_customFormat->text());
+        m_startNumber->setText(m_panel.setStartNumberText(m_startNumber->text()));
+        m_panel.setMinDigitsRow(m_minDigits->currentIndex());
+    }
 }
 
 // The rows of the popups, and what the start number takes.
@@ -209,22 +234,6 @@ QHBoxLayout* RenameViewController::makeButtons() {
     return buttons;
 }
 
-QLabel* RenameViewController::example(Option option) const {
-    switch (option) {
-    case Option::add:
-        return m_addExample;
-    case Option::replace:
-        return m_replaceExample;
-    case Option::format:
-        return m_formatExample;
-    case Option::capture:
-        return m_captureExample;
-    case Option::keep:
-        break;
-    }
-    return nullptr;
-}
-
 void RenameViewController::showFor(const QString& firstPhotoPath) {
     const QFileInfo info(firstPhotoPath);
     const QString name = info.fileName();
@@ -291,7 +300,8 @@ void RenameViewController::refreshExamples() {
 }
 
 void RenameViewController::clickNext() {
-    if (m_panel.clickNext(m_prompt, m_overwriteExisting))
+    if (m_panel.clickNext(m_prompt, m_overwriteExisting,
+                          m_settings.isOverwriteIfAFileWithASameNameOrDefault()))
         accept();
 }
 

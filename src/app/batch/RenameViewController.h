@@ -13,6 +13,7 @@ class QRadioButton;
 
 namespace tagmoor {
 
+class Settings;
 class UserPrompt;
 
 // The rename sheet: five exclusive options with their inputs and examples, over the
@@ -21,21 +22,11 @@ class UserPrompt;
 class RenameViewController : public QDialog {
     Q_OBJECT
 public:
-    RenameViewController(Rename& renameSettings, bool& overwriteExisting, UserPrompt& prompt,
-                         QWidget* parent = nullptr);
+    RenameViewController(Rename& renameSettings, bool& overwriteExisting, const Settings& settings,
+                         UserPrompt& prompt, QWidget* parent = nullptr);
 
     // viewWillAppear: the rule as it stands; examples from the list's first photo.
     void showFor(const QString& firstPhotoPath);
-
-    RenamePanel& panel() { return m_panel; }
-    QRadioButton* option(RenamePanel::Option option) const { return m_options[int(option)]; }
-    QLineEdit* txtFieldAddText() const { return m_addText; }
-    QLineEdit* txtFieldFindReplaceText() const { return m_find; }
-    QLineEdit* txtFieldReplaceWithReplaceText() const { return m_replaceWith; }
-    QLineEdit* txtFieldCapturePattern() const { return m_capturePattern; }
-    QLabel* example(RenamePanel::Option option) const;
-    void clickNext();
-    void clickedClose();
 
 protected:
     void reject() override { clickedClose(); }
@@ -49,12 +40,17 @@ private:
     QLabel* makeTitle();
     QHBoxLayout* makeButtons();
 
+    void clickOption(RenamePanel::Option option);
+    void takeShownValues(RenamePanel::Option option);
+    void clickNext();
+    void clickedClose();
     void resetAllComponents();
     void refreshControls();
     void refreshExamples();
 
     RenamePanel m_panel;
     bool& m_overwriteExisting;
+    const Settings& m_settings;
     UserPrompt& m_prompt;
     QRadioButton* m_options[5] = {};
     QLineEdit* m_addText;

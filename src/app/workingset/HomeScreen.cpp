@@ -368,8 +368,9 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
 void HomeScreen::clickedRename() {
     const HomeSession::Objects& core = m_objects.session.objects();
     if (!m_renamePanel) {
-        m_renamePanel = new RenameViewController(
-            core.renameSettings, core.processingOptions.overwriteExisting, core.prompt, this);
+        m_renamePanel =
+            new RenameViewController(core.renameSettings, core.processingOptions.overwriteExisting,
+                                     core.settings, core.prompt, this);
         connect(m_renamePanel, &QDialog::finished, this,
                 [&core] { emit core.events.HideUnhideTopLayerTM(true); });
     }

@@ -153,7 +153,7 @@ QString RenamePanel::example(Option which) const {
     return tr("Example: ") + base + QStringLiteral(".") + m_extension;
 }
 
-bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting) {
+bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting, bool overwriteStored) {
     const Option chosen = option();
     if (chosen == Option::keep) {
         m_isOpened = false;
@@ -182,7 +182,7 @@ bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting) {
         m_isOpened = false;
         return true;
     }
-    if (!overwriteExisting) {
+    if (!overwriteExisting && !overwriteStored) {
         const Alert question{
             tr("Overwrite if a file exists with the same name in the destination folder."),
             QString(),

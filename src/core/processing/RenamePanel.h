@@ -52,8 +52,14 @@ public:
     // "Example: Trip-IMG_0001.jpg", or "Example:" for an option that is off.
     QString example(Option option) const;
 
-    // Save: checks the input and asks about overwriting. False while the panel stays open.
-    bool clickNext(UserPrompt& prompt, bool& overwriteExisting);
+    // Save: checks the input and asks about overwriting, unless the run already overwrites
+    // (`overwriteExisting`) or the stored preference does (`overwriteStored`). The answer
+    // "Overwrite" raises `overwriteExisting` for the coming run. False while the panel stays
+    // open.
+    bool clickNext(UserPrompt& prompt, bool& overwriteExisting, bool overwriteStored);
+    bool clickNext(UserPrompt& prompt, bool& overwriteExisting) {
+        return clickNext(prompt, overwriteExisting, false);
+    }
     // Close: the rule as it was at the opening.
     void clickClose();
 

@@ -240,10 +240,11 @@ int main(int argc, char** argv) {
     home->clickedRename();
     RenameViewController* rename =
         test::named<RenameViewController>(home, QStringLiteral("RenameViewController"));
-    rename->option(RenamePanel::Option::add)->click();
-    QTest::keyClicks(rename->txtFieldAddText(), QStringLiteral("Iceland-"));
+    test::named<QRadioButton>(rename, QStringLiteral("btnAddText"))->click();
+    QTest::keyClicks(test::named<QLineEdit>(rename, QStringLiteral("txtFieldAddText")),
+                     QStringLiteral("Iceland-"));
     shoot(out, QStringLiteral("rename-panel.png"), window);
-    rename->clickedClose();
+    QTest::mouseClick(test::named<QPushButton>(rename, QStringLiteral("btnClose")), Qt::LeftButton);
     settle();
 
     // The place of one marked photo, the picker offline and with tiles, and the preview.
@@ -296,10 +297,11 @@ int main(int argc, char** argv) {
 
     // The rename sheet's names from the capture date.
     home->clickedRename();
-    rename->option(RenamePanel::Option::capture)->click();
-    QTest::keyClicks(rename->txtFieldCapturePattern(), QStringLiteral("yyyyMMdd-HHmmss"));
+    test::named<QRadioButton>(rename, QStringLiteral("btnCaptureDateName"))->click();
+    QTest::keyClicks(test::named<QLineEdit>(rename, QStringLiteral("txtFieldCapturePattern")),
+                     QStringLiteral("yyyyMMdd-HHmmss"));
     shoot(out, QStringLiteral("rename-capture-date.png"), window);
-    rename->clickedClose();
+    QTest::mouseClick(test::named<QPushButton>(rename, QStringLiteral("btnClose")), Qt::LeftButton);
     settle();
 
     // The plan of a run over ten marked photos, with the Artist typed.
