@@ -37,6 +37,11 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     quit->setShortcut(QKeySequence::Quit);
     connect(quit, &QAction::triggered, qApp, &QApplication::quit);
 
+    QMenu* window = menuBar()->addMenu(tr("&Window"));
+    QAction* show = window->addAction(tr("&Tagmoor"));
+    show->setObjectName(QStringLiteral("menuItemShow"));
+    connect(show, &QAction::triggered, this, &MainWindow::showTM);
+
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     m_checkForUpdates = help->addAction(tr("Check for &Updates..."));
     m_checkForUpdates->setObjectName(QStringLiteral("menuItemCheckForUpdates"));
@@ -44,11 +49,6 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     m_about = help->addAction(tr("&About Tagmoor"));
     m_about->setObjectName(QStringLiteral("menuItemAbout"));
     connect(m_about, &QAction::triggered, this, &MainWindow::tappedAbout);
-
-    QMenu* window = menuBar()->addMenu(tr("&Window"));
-    QAction* show = window->addAction(tr("&Tagmoor"));
-    show->setObjectName(QStringLiteral("menuItemShow"));
-    connect(show, &QAction::triggered, this, &MainWindow::showTM);
 
     // While an overlay is up, the entries that would open another one wait for it.
     connect(&app.events(), &AppEvents::HideUnhideTopLayerTM, this, [this](bool isHidden) {
