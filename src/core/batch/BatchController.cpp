@@ -83,7 +83,8 @@ void BatchController::clickedStop() {
     if (!isRunning())
         return;
     m_stop.requestPause();
-    m_stop.answer(m_prompt.askYesNo(stopQuestion, QString()));
+    // The text of stopQuestion, written out so that lupdate finds it.
+    m_stop.answer(m_prompt.askYesNo(tr("Do you want to cancel exif details editing?"), QString()));
 }
 
 void BatchController::waitForFinished() {

@@ -26,6 +26,7 @@ class UserPrompt;
 class BatchController : public QObject {
     Q_OBJECT
 public:
+    // The stop question as the sources hold it; the one asked is its translation.
     static inline const QString stopQuestion =
         QStringLiteral("Do you want to cancel exif details editing?");
 

@@ -13,9 +13,10 @@ BatchSummary BatchSummary::of(const BatchResult& r) {
     // Saved means the photo holds the edit: an output whose edit did not land is processed
     // but not saved.
     s.lblPhotosSavedSuccessfully =
-        QCoreApplication::translate("BatchSummary", "%1 %2 saved successfully!")
-            .arg(r.savedPhotos())
-            .arg(r.savedPhotos() > 1 ? QStringLiteral("Photos") : QStringLiteral("Photo"));
+        (r.savedPhotos() > 1
+             ? QCoreApplication::translate("BatchSummary", "%1 Photos saved successfully!")
+             : QCoreApplication::translate("BatchSummary", "%1 Photo saved successfully!"))
+            .arg(r.savedPhotos());
     if (r.notReachedCount == 1)
         s.lblNotReached = QCoreApplication::translate(
             "BatchSummary", "1 photo was not reached: the run was stopped");

@@ -8,12 +8,9 @@ namespace tagmoor {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("DateSummary", text);
-}
-
 QString part(const char* name, const QString& value) {
-    return QStringLiteral(" ") + tr(name) + QStringLiteral(": ") + value + QStringLiteral(" ");
+    return QStringLiteral(" ") + QCoreApplication::translate("DateSummary", name) +
+           QStringLiteral(": ") + value + QStringLiteral(" ");
 }
 
 // The parts of a row, each added when its keep box is off (and, for the live summary, when
@@ -30,26 +27,29 @@ struct Parts {
 };
 
 QString keepOriginal() {
-    return tr("Keep Original");
+    return QCoreApplication::translate("DateSummary", "Keep Original");
 }
 
 QString updateText(const UpdateDate& u, const std::optional<QDateTime>& slot, SummaryParts shown) {
     Parts row{shown, {}};
-    row.add("Day", u.changeDays, u.isKeepOriginalDays);
-    row.add("Month", u.changeMonths, u.isKeepOriginalMonths);
-    row.add("Year", u.changeYears, u.isKeepOriginalYears);
+    row.add(QT_TRANSLATE_NOOP("DateSummary", "Day"), u.changeDays, u.isKeepOriginalDays);
+    row.add(QT_TRANSLATE_NOOP("DateSummary", "Month"), u.changeMonths, u.isKeepOriginalMonths);
+    row.add(QT_TRANSLATE_NOOP("DateSummary", "Year"), u.changeYears, u.isKeepOriginalYears);
     QString parts = row.text;
     if (parts.isEmpty() && u.isKeepOriginalTime)
         return keepOriginal();
     if (u.isKeepOriginalTime)
-        parts += QStringLiteral(" ") + tr("Time") + QStringLiteral(": ") + keepOriginal();
+        parts += QStringLiteral(" ") + QCoreApplication::translate("DateSummary", "Time") +
+                 QStringLiteral(": ") + keepOriginal();
     else
-        parts += part("Time", slot ? formatWithPattern(*slot, u"h:mm:ss a") : QString());
-    return tr("Update: ") + parts;
+        parts += part(QT_TRANSLATE_NOOP("DateSummary", "Time"),
+                      slot ? formatWithPattern(*slot, u"h:mm:ss a") : QString());
+    return QCoreApplication::translate("DateSummary", "Update: ") + parts;
 }
 
 QString incDecText(const QString& parts) {
-    return parts.isEmpty() ? keepOriginal() : tr("Inc/Dec: ") + parts;
+    return parts.isEmpty() ? keepOriginal()
+                           : QCoreApplication::translate("DateSummary", "Inc/Dec: ") + parts;
 }
 
 } // namespace
@@ -57,23 +57,29 @@ QString incDecText(const QString& parts) {
 QString dateSummary(const DateTimeConfiguration& rule, const std::optional<QDateTime>& slot,
                     SummaryParts shown) {
     if (rule.is<EmptyValue>())
-        return tr("Empty Value");
+        return QCoreApplication::translate("DateSummary", "Empty Value");
     if (const auto* select = rule.as<SelectDate>())
         return select->selectDate ? mediumDateTimeText(*select->selectDate) : QString();
     if (const auto* update = rule.as<UpdateDate>())
         return updateText(*update, slot, shown);
     if (const auto* idod = rule.as<IDOD>()) {
         Parts row{shown, {}};
-        row.add("Day", idod->changeDays, idod->isKeepOriginalDays);
-        row.add("Month", idod->changeMonths, idod->isKeepOriginalMonths);
-        row.add("Year", idod->changeYears, idod->isKeepOriginalYears);
+        row.add(QT_TRANSLATE_NOOP("DateSummary", "Day"), idod->changeDays,
+                idod->isKeepOriginalDays);
+        row.add(QT_TRANSLATE_NOOP("DateSummary", "Month"), idod->changeMonths,
+                idod->isKeepOriginalMonths);
+        row.add(QT_TRANSLATE_NOOP("DateSummary", "Year"), idod->changeYears,
+                idod->isKeepOriginalYears);
         return incDecText(row.text);
     }
     if (const auto* idot = rule.as<IDOT>()) {
         Parts row{shown, {}};
-        row.add("Hour", idot->changeHours, idot->isKeepOriginalHours);
-        row.add("Minute", idot->changeMinutes, idot->isKeepOriginalMinutes);
-        row.add("Second", idot->changeSeconds, idot->isKeepOriginalSeconds);
+        row.add(QT_TRANSLATE_NOOP("DateSummary", "Hour"), idot->changeHours,
+                idot->isKeepOriginalHours);
+        row.add(QT_TRANSLATE_NOOP("DateSummary", "Minute"), idot->changeMinutes,
+                idot->isKeepOriginalMinutes);
+        row.add(QT_TRANSLATE_NOOP("DateSummary", "Second"), idot->changeSeconds,
+                idot->isKeepOriginalSeconds);
         return incDecText(row.text);
     }
     return keepOriginal();

@@ -25,10 +25,6 @@ namespace tagmoor {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("MetadataForm", text);
-}
-
 // The reference popup that signs a coordinate field.
 Field referenceOf(Field coordinate) {
     return coordinate == Field::GPSLatitude ? Field::GPSLatitudeRef : Field::GPSLongitudeRef;
@@ -37,11 +33,11 @@ Field referenceOf(Field coordinate) {
 } // namespace
 
 QString multipleValuesText() {
-    return tr("Multiple Values");
+    return QCoreApplication::translate("MetadataForm", "Multiple Values");
 }
 
 QString emptyValuePlaceholderText() {
-    return tr("Empty value in all images");
+    return QCoreApplication::translate("MetadataForm", "Empty value in all images");
 }
 
 MetadataForm::MetadataForm(const WorkingSet& workingSet, EditorState& state, UserPrompt& prompt,
@@ -362,13 +358,19 @@ bool MetadataForm::chooseReferenceRow(Field field, int row) {
     if (m_isHome && current >= 0 && current < images.size() &&
         !FieldDisplay::isEmpty(images[current], formField(coordinate))) {
         const QString text =
-            latitude ? tr("Changing the value of GPS Latitude Ref. will change the current "
-                          "selected location. You may edit the correct location using 'Edit "
-                          "Location' from the right pane. Are you sure you want to continue?")
-                     : tr("Changing the value of GPS Longitude Ref. will change the current "
-                          "selected location. You may edit the correct location using 'Edit "
-                          "Location' from the right pane. Are you sure you want to continue?");
-        if (!m_prompt.askYesNo(tr("Location coordinates will change"), text))
+            latitude ? QCoreApplication::translate(
+                           "MetadataForm",
+                           "Changing the value of GPS Latitude Ref. will change the current "
+                           "selected location. You may edit the correct location using 'Edit "
+                           "Location' from the right pane. Are you sure you want to continue?")
+                     : QCoreApplication::translate(
+                           "MetadataForm",
+                           "Changing the value of GPS Longitude Ref. will change the current "
+                           "selected location. You may edit the correct location using 'Edit "
+                           "Location' from the right pane. Are you sure you want to continue?");
+        if (!m_prompt.askYesNo(
+                QCoreApplication::translate("MetadataForm", "Location coordinates will change"),
+                text))
             return false;
     }
     m_rows[field] = row;

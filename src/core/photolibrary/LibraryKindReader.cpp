@@ -20,10 +20,6 @@ QString joinLibraryPath(const QString& folder, const QString& name) {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("PhotoLibraryReader", text);
-}
-
 // Package, new schema: the stored originals in ZASSET (ZGENERICASSET in earlier years), album
 // membership in a numbered join table.
 class PackageNewReader : public LibraryKindReader {
@@ -223,7 +219,10 @@ public:
                       "ORDER BY name, id"),
                   {}, [&](const SqliteReader::Row& r) {
                       add(QStringLiteral("t:") + r.value(0),
-                          r.value(1).isNull() ? QString() : tr("Tag: %1").arg(r.value(1)));
+                          r.value(1).isNull()
+                              ? QString()
+                              : QCoreApplication::translate("PhotoLibraryReader", "Tag: %1")
+                                    .arg(r.value(1)));
                   });
     }
 
@@ -303,10 +302,11 @@ public:
                           QString name = r.value(1);
                           // An event the user did not name is shown by its first day.
                           if (name.isEmpty())
-                              name = tr("Event of %1")
-                                         .arg(QDateTime::fromSecsSinceEpoch(r.value(2).toLongLong())
-                                                  .date()
-                                                  .toString(Qt::ISODate));
+                              name =
+                                  QCoreApplication::translate("PhotoLibraryReader", "Event of %1")
+                                      .arg(QDateTime::fromSecsSinceEpoch(r.value(2).toLongLong())
+                                               .date()
+                                               .toString(Qt::ISODate));
                           add(QStringLiteral("e:") + r.value(0), name);
                       });
         }
@@ -314,7 +314,10 @@ public:
             db.select(QStringLiteral("SELECT id, name FROM TagTable ORDER BY name, id"), {},
                       [&](const SqliteReader::Row& r) {
                           add(QStringLiteral("t:") + r.value(0),
-                              r.value(1).isNull() ? QString() : tr("Tag: %1").arg(r.value(1)));
+                              r.value(1).isNull()
+                                  ? QString()
+                                  : QCoreApplication::translate("PhotoLibraryReader", "Tag: %1")
+                                        .arg(r.value(1)));
                       });
         }
     }

@@ -14,10 +14,6 @@ namespace tagmoor {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("PhotoLibraryReader", text);
-}
-
 const QString packageSuffix = QStringLiteral(".photoslibrary");
 const QString newDatabase = QStringLiteral("/database/Photos.sqlite");
 const QString oldDatabase = QStringLiteral("/database/photos.db");
@@ -54,7 +50,9 @@ void settleItems(LibraryRead& read, const LibrarySource& source) {
         if (isPackage(source.kind) && item.path.startsWith(root + QLatin1Char('/')) &&
             !liesInside(item.path, root, realRoot)) {
             read.leftOut.append(
-                {item.path, tr("it leads outside the library \"%1\"").arg(source.name)});
+                {item.path, QCoreApplication::translate("PhotoLibraryReader",
+                                                        "it leads outside the library \"%1\"")
+                                .arg(source.name)});
             qCWarning(lcPhotoLibrary).noquote() << "left out, outside the package:" << item.path;
             continue;
         }
@@ -64,8 +62,10 @@ void settleItems(LibraryRead& read, const LibrarySource& source) {
 }
 
 QString otherSchemaNote(const QString& name) {
-    return tr("The database of \"%1\" is not one Tagmoor can read, so no photos were added "
-              "from it.")
+    return QCoreApplication::translate(
+               "PhotoLibraryReader",
+               "The database of \"%1\" is not one Tagmoor can read, so no photos were added "
+               "from it.")
         .arg(name);
 }
 
@@ -89,8 +89,10 @@ LibrarySource identifyLibrary(const QString& chosenPath) {
             source.kind = LibraryKind::PackageOld;
             source.databasePath = path + oldDatabase;
         } else {
-            source.note = tr("The library \"%1\" holds no photo database, so no photos were "
-                             "added from it.")
+            source.note = QCoreApplication::translate(
+                              "PhotoLibraryReader",
+                              "The library \"%1\" holds no photo database, so no photos were "
+                              "added from it.")
                               .arg(source.name);
         }
         return source;
@@ -113,7 +115,9 @@ LibrarySource identifyLibrary(const QString& chosenPath) {
     else if (fileName == shotwellDatabase)
         source.kind = LibraryKind::Shotwell;
     if (source.kind == LibraryKind::Unknown) {
-        source.note = tr("\"%1\" is not a photo library Tagmoor can read.").arg(source.name);
+        source.note = QCoreApplication::translate("PhotoLibraryReader",
+                                                  "\"%1\" is not a photo library Tagmoor can read.")
+                          .arg(source.name);
         return source;
     }
     source.databasePath = database;
@@ -149,7 +153,9 @@ bool PhotoLibraryReader::open() {
     auto session = std::make_unique<Session>(m_cacheRoot, std::move(reader));
     if (!session->copy.copyFrom(m_source.databasePath, copyName) ||
         !session->db.open(session->copy.path())) {
-        m_note = tr("The database of \"%1\" could not be read, so no photos were added from it.")
+        m_note = QCoreApplication::translate(
+                     "PhotoLibraryReader",
+                     "The database of \"%1\" could not be read, so no photos were added from it.")
                      .arg(m_source.name);
         return false;
     }

@@ -223,14 +223,17 @@ std::optional<Alert> PresetStore::renamePreset(qsizetype position, const QString
         return std::nullopt;
     switch (checkName(name, position)) {
     case NameCheck::Empty:
-        return Alert::ok(QStringLiteral("No name specified!"),
-                         QStringLiteral("Please enter a Preset name to be saved."));
+        return Alert::ok(
+            QCoreApplication::translate("PresetStore", "No name specified!"),
+            QCoreApplication::translate("PresetStore", "Please enter a Preset name to be saved."));
     case NameCheck::Unfit:
-        return Alert::ok(QStringLiteral("Invalid Preset name."), unfitPresetNameText());
+        return Alert::ok(QCoreApplication::translate("PresetStore", "Invalid Preset name."),
+                         unfitPresetNameText());
     case NameCheck::Taken:
-        return Alert::ok(QStringLiteral("Preset name already exists"),
-                         QStringLiteral("A Preset with same name already exists. Please enter "
-                                        "a new Preset name."));
+        return Alert::ok(QCoreApplication::translate("PresetStore", "Preset name already exists"),
+                         QCoreApplication::translate(
+                             "PresetStore", "A Preset with same name already exists. Please enter "
+                                            "a new Preset name."));
     case NameCheck::Ok:
         break;
     }

@@ -13,10 +13,6 @@ namespace tagmoor {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("FolderAccess", text);
-}
-
 // The path with links resolved where the folder exists, cleaned otherwise.
 QString canonical(const QString& path) {
     const QString resolved = QFileInfo(path).canonicalFilePath();
@@ -54,20 +50,24 @@ bool FolderAccess::isGranted(const QString& folder) const {
 }
 
 bool FolderAccess::askForHomeAccess(UserPrompt& prompt) {
-    const Alert ask{tr("Please grant access to your Home Folder to continue"),
-                    tr("Home Folder") + QStringLiteral(": ") + m_home,
-                    {tr("Grant Access"), tr("Cancel")}};
+    const Alert ask{
+        QCoreApplication::translate("FolderAccess",
+                                    "Please grant access to your Home Folder to continue"),
+        QCoreApplication::translate("FolderAccess", "Home Folder") + QStringLiteral(": ") + m_home,
+        {QCoreApplication::translate("FolderAccess", "Grant Access"),
+         QCoreApplication::translate("FolderAccess", "Cancel")}};
     if (prompt.ask(ask) != 0) {
         m_homeGranted = false;
         return false;
     }
     OpenPanelRequest request;
-    request.prompt = tr("Grant Access");
+    request.prompt = QCoreApplication::translate("FolderAccess", "Grant Access");
     request.canChooseFiles = false;
     request.canChooseDirectories = true;
     request.allowsMultipleSelection = false;
     request.directory = QFileInfo(m_home).absolutePath();
-    request.message = tr("Please grant access to your Home Folder to continue");
+    request.message = QCoreApplication::translate(
+        "FolderAccess", "Please grant access to your Home Folder to continue");
     request.onlyEnabledFolder = m_home;
     const QStringList chosen = prompt.openPanel(request);
     if (chosen.isEmpty()) {

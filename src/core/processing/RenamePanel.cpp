@@ -12,10 +12,6 @@ namespace tagmoor {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("RenamePanel", text);
-}
-
 RenamePosition positionOfRow(int row) {
     return row == 0 ? RenamePosition::beforeName : RenamePosition::afterName;
 }
@@ -144,13 +140,14 @@ RenamePanel::FormatEnabled RenamePanel::formatEnabled() const {
 
 QString RenamePanel::example(Option which) const {
     if (which != option() || which == Option::keep)
-        return tr("Example:");
+        return QCoreApplication::translate("RenamePanel", "Example:");
     // The capture date of a photo is known only in the run: the example shows this moment.
     const auto* capture = m_live.as<CaptureDateName>();
     const QString base =
         capture ? captureDateName(capture->captureDatePatternCD, QDateTime::currentDateTime())
                 : exampleBase(m_live, m_base);
-    return tr("Example: ") + base + QStringLiteral(".") + m_extension;
+    return QCoreApplication::translate("RenamePanel", "Example: ") + base + QStringLiteral(".") +
+           m_extension;
 }
 
 bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting, bool overwriteStored) {
@@ -161,21 +158,27 @@ bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting, bool ov
     }
     if (const auto* add = m_live.as<AddText>(); add && add->addTextValueAT.isEmpty()) {
         prompt.ask(
-            Alert::ok(tr("'Add Text' textfield is empty"), tr("'Add Text' textfield is empty")));
+            Alert::ok(QCoreApplication::translate("RenamePanel", "'Add Text' textfield is empty"),
+                      QCoreApplication::translate("RenamePanel", "'Add Text' textfield is empty")));
         return false;
     }
     if (const auto* replace = m_live.as<ReplaceText>(); replace && replace->findTextRT.isEmpty()) {
-        prompt.ask(Alert::ok(tr("'Find' textfield is empty"), tr("'Find' textfield is empty")));
+        prompt.ask(
+            Alert::ok(QCoreApplication::translate("RenamePanel", "'Find' textfield is empty"),
+                      QCoreApplication::translate("RenamePanel", "'Find' textfield is empty")));
         return false;
     }
     // A new name is one file name: a text holding "/" would make or leave a folder.
     if (const auto refused = refusedRenameText(m_live)) {
-        prompt.ask(Alert::ok(tr("The name can not hold \"/\""), *refused));
+        prompt.ask(Alert::ok(
+            QCoreApplication::translate("RenamePanel", "The name can not hold \"/\""), *refused));
         return false;
     }
     if (const auto* capture = m_live.as<CaptureDateName>()) {
         if (const auto refused = refusedCaptureDatePattern(capture->captureDatePatternCD)) {
-            prompt.ask(Alert::ok(tr("The date pattern can not make names"), *refused));
+            prompt.ask(Alert::ok(
+                QCoreApplication::translate("RenamePanel", "The date pattern can not make names"),
+                *refused));
             return false;
         }
         // Names from the capture date take a counter rather than a file's place.
@@ -184,9 +187,12 @@ bool RenamePanel::clickNext(UserPrompt& prompt, bool& overwriteExisting, bool ov
     }
     if (!overwriteExisting && !overwriteStored) {
         const Alert question{
-            tr("Overwrite if a file exists with the same name in the destination folder."),
+            QCoreApplication::translate(
+                "RenamePanel",
+                "Overwrite if a file exists with the same name in the destination folder."),
             QString(),
-            {tr("Overwrite"), tr("Do not Overwrite")}};
+            {QCoreApplication::translate("RenamePanel", "Overwrite"),
+             QCoreApplication::translate("RenamePanel", "Do not Overwrite")}};
         if (prompt.ask(question) == 0)
             overwriteExisting = true;
     }

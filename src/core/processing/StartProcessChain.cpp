@@ -20,16 +20,14 @@ namespace tagmoor {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("StartProcessChain", text);
-}
-
 Alert warning(const char* title, const char* text) {
-    return Alert::ok(tr(title), tr(text));
+    return Alert::ok(QCoreApplication::translate("StartProcessChain", title),
+                     QCoreApplication::translate("StartProcessChain", text));
 }
 
 Alert question(const char* title, const char* text) {
-    return Alert::yesNo(tr(title), tr(text));
+    return Alert::yesNo(QCoreApplication::translate("StartProcessChain", title),
+                        QCoreApplication::translate("StartProcessChain", text));
 }
 
 bool isInPhotoLibrary(const QString& path) {
@@ -40,77 +38,110 @@ bool isInPhotoLibrary(const QString& path) {
 } // namespace
 
 Alert StartProcessChain::noOptionsAlert() {
-    return warning("No options selected for removing metadata",
-                   "Please select what needs to be removed in order to process the selected "
-                   "images.");
+    return warning(
+        QT_TRANSLATE_NOOP("StartProcessChain", "No options selected for removing metadata"),
+        QT_TRANSLATE_NOOP("StartProcessChain",
+                          "Please select what needs to be removed in order to process the selected "
+                          "images."));
 }
 Alert StartProcessChain::editConfirmation() {
-    return question("Are you sure to edit metadata of all the selected images?",
-                    "The selected images will be processed to have the new metadata values you "
-                    "have edited. Please click on YES to process all the selected images "
-                    "otherwise click NO.");
+    return question(QT_TRANSLATE_NOOP("StartProcessChain",
+                                      "Are you sure to edit metadata of all the selected images?"),
+                    QT_TRANSLATE_NOOP(
+                        "StartProcessChain",
+                        "The selected images will be processed to have the new metadata values you "
+                        "have edited. Please click on YES to process all the selected images "
+                        "otherwise click NO."));
 }
 Alert StartProcessChain::noChangesQuestion() {
-    return question("No Changes in Metadata found",
-                    "There are no changes observed in the Metadata for all the selected images. "
-                    "Do you still wish to proceed?");
+    return question(
+        QT_TRANSLATE_NOOP("StartProcessChain", "No Changes in Metadata found"),
+        QT_TRANSLATE_NOOP(
+            "StartProcessChain",
+            "There are no changes observed in the Metadata for all the selected images. "
+            "Do you still wish to proceed?"));
 }
 Alert StartProcessChain::clearConfirmation() {
-    return question("Are you sure to edit metadata of all the selected images?",
-                    "The selected images will be processed to have the new metadata values you "
-                    "have edited and unedited values will be cleared. Please click on YES to "
-                    "process all the selected images otherwise click NO.");
+    return question(QT_TRANSLATE_NOOP("StartProcessChain",
+                                      "Are you sure to edit metadata of all the selected images?"),
+                    QT_TRANSLATE_NOOP(
+                        "StartProcessChain",
+                        "The selected images will be processed to have the new metadata values you "
+                        "have edited and unedited values will be cleared. Please click on YES to "
+                        "process all the selected images otherwise click NO."));
 }
 Alert StartProcessChain::removeConfirmation() {
-    return question("Are you sure to delete the selected metadata for all the selected images?",
-                    "The selected metadata items will be removed for all the selected images. "
-                    "Are you sure to proceed?");
+    return question(
+        QT_TRANSLATE_NOOP(
+            "StartProcessChain",
+            "Are you sure to delete the selected metadata for all the selected images?"),
+        QT_TRANSLATE_NOOP(
+            "StartProcessChain",
+            "The selected metadata items will be removed for all the selected images. "
+            "Are you sure to proceed?"));
 }
 Alert StartProcessChain::noPhotosAlert() {
-    return warning("There are no photos selected", "Please select photos for processing");
+    return warning(QT_TRANSLATE_NOOP("StartProcessChain", "There are no photos selected"),
+                   QT_TRANSLATE_NOOP("StartProcessChain", "Please select photos for processing"));
 }
 Alert StartProcessChain::outsideHomeAlert() {
-    return warning("Files cannot be saved in the selected folder",
-                   "Please select output folder within your user folder.");
+    return warning(
+        QT_TRANSLATE_NOOP("StartProcessChain", "Files cannot be saved in the selected folder"),
+        QT_TRANSLATE_NOOP("StartProcessChain",
+                          "Please select output folder within your user folder."));
 }
 Alert StartProcessChain::accessRequiredAlert() {
-    return warning("Access to User Directory required.",
-                   "Please allow access to your 'User Directory' to save processed images at "
-                   "their source location.");
+    return warning(QT_TRANSLATE_NOOP("StartProcessChain", "Access to User Directory required."),
+                   QT_TRANSLATE_NOOP(
+                       "StartProcessChain",
+                       "Please allow access to your 'User Directory' to save processed images at "
+                       "their source location."));
 }
 Alert StartProcessChain::overwriteQuestion() {
-    return {tr("Overwrite files with same source and destination path?"),
-            tr("The output folder for some of the files is same as their source and these will "
-               "be overwritten. Please choose how to proceed."),
-            {tr("Overwrite"), tr("Do not Overwrite")}};
+    return {QCoreApplication::translate("StartProcessChain",
+                                        "Overwrite files with same source and destination path?"),
+            QCoreApplication::translate(
+                "StartProcessChain",
+                "The output folder for some of the files is same as their source and these will "
+                "be overwritten. Please choose how to proceed."),
+            {QCoreApplication::translate("StartProcessChain", "Overwrite"),
+             QCoreApplication::translate("StartProcessChain", "Do not Overwrite")}};
 }
 Alert StartProcessChain::invalidPresetNameAlert() {
-    return warning("Invalid Preset name.", "You need to enter a name for saving the preset.");
+    return warning(
+        QT_TRANSLATE_NOOP("StartProcessChain", "Invalid Preset name."),
+        QT_TRANSLATE_NOOP("StartProcessChain", "You need to enter a name for saving the preset."));
 }
 Alert StartProcessChain::presetNameTakenAlert() {
-    return warning("Name already exists",
-                   "The entered name already exists. Please enter a new preset name.");
+    return warning(
+        QT_TRANSLATE_NOOP("StartProcessChain", "Name already exists"),
+        QT_TRANSLATE_NOOP("StartProcessChain",
+                          "The entered name already exists. Please enter a new preset name."));
 }
 
 TextQuestion StartProcessChain::presetSheet(const QString& proposedName) {
-    return {{tr("Save selected settings as a preset"),
-             tr("If you want to save the selected settings as a preset to be used for next batch "
-                "processing, enter a name and click on Save and Process otherwise click on Skip "
-                "and Process."),
-             {tr("Save and Process"), tr("Skip and Process")}},
+    return {{QCoreApplication::translate("StartProcessChain", "Save selected settings as a preset"),
+             QCoreApplication::translate(
+                 "StartProcessChain",
+                 "If you want to save the selected settings as a preset to be used for next batch "
+                 "processing, enter a name and click on Save and Process otherwise click on Skip "
+                 "and Process."),
+             {QCoreApplication::translate("StartProcessChain", "Save and Process"),
+              QCoreApplication::translate("StartProcessChain", "Skip and Process")}},
             proposedName,
-            tr("Do not show again")};
+            QCoreApplication::translate("StartProcessChain", "Do not show again")};
 }
 
 OpenPanelRequest StartProcessChain::destinationPanel(bool keepSourceOffered) {
     OpenPanelRequest request;
-    request.prompt = tr("Choose Destination Folder");
+    request.prompt = QCoreApplication::translate("StartProcessChain", "Choose Destination Folder");
     request.canChooseFiles = false;
     request.canChooseDirectories = true;
     request.allowsMultipleSelection = false;
     request.canCreateDirectories = true;
     if (keepSourceOffered)
-        request.accessoryButton = tr("Keep Source Folder Path");
+        request.accessoryButton =
+            QCoreApplication::translate("StartProcessChain", "Keep Source Folder Path");
     return request;
 }
 
@@ -159,7 +190,8 @@ void StartProcessChain::clickedStartProcess() {
     // A keyword that IPTC has no room for is refused before anything is written.
     if (!options.isRemoveGroups()) {
         if (const QString refusal = keywordsRefusal(); !refusal.isEmpty()) {
-            m_objects.prompt.ask(Alert::ok(tr("Keyword too long"), refusal));
+            m_objects.prompt.ask(Alert::ok(
+                QCoreApplication::translate("StartProcessChain", "Keyword too long"), refusal));
             return;
         }
     }
@@ -230,7 +262,9 @@ void StartProcessChain::showPresetSheet() {
             continue;
         }
         if (presetNameRefusal(text)) {
-            m_objects.prompt.ask(Alert::ok(tr("Invalid Preset name."), unfitPresetNameText()));
+            m_objects.prompt.ask(
+                Alert::ok(QCoreApplication::translate("StartProcessChain", "Invalid Preset name."),
+                          unfitPresetNameText()));
             continue;
         }
         if (m_presets.nameExists && m_presets.nameExists(text)) {
