@@ -1,11 +1,13 @@
 #include "app/shell/AppDelegate.h"
 #include "app/shell/MainWindow.h"
+#include "app/shell/Translations.h"
 #include "app/widgets/DialogPrompt.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
+#include <QLocale>
 
 #include <cstdio>
 #include <cstring>
@@ -28,6 +30,8 @@ int main(int argc, char** argv) {
     tagmoor::initializeMetadataLibrary();
 
     QApplication app(argc, argv);
+    // Before any window exists, so that every text is made in the user's language.
+    const tagmoor::Translations translations(QLocale::system().uiLanguages());
     QCoreApplication::setOrganizationName(QStringLiteral("Tagmoor"));
     QCoreApplication::setApplicationName(QStringLiteral("Tagmoor"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TAGMOOR_VERSION));
