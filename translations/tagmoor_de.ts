@@ -1414,7 +1414,7 @@
     <name>tagmoor::HomePreviewPane</name>
     <message>
         <source>No photo selected</source>
-        <translation>Kein Foto ausgewählt</translation>
+        <translation>Keine Auswahl</translation>
     </message>
 </context>
 <context>
@@ -1637,7 +1637,8 @@
     </message>
     <message>
         <source>English</source>
-        <translation>Englisch</translation>
+        <translatorcomment>The one entry of the language box names the language the window is shown in.</translatorcomment>
+        <translation>Deutsch</translation>
     </message>
     <message>
         <source>The map cache is empty.</source>

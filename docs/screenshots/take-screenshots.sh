@@ -5,8 +5,13 @@
 # preview window. Runs the real program under a virtual X server at 1280x800 with settings of
 # its own. Needs xvfb-run and ImageMagick.
 set -euo pipefail
+# The pictures show the window in English whatever the desktop's language;
+# TOUR_LANGUAGE=de TOUR_OUTPUT=DIR takes them in German into DIR.
+export LANG=C.UTF-8 LANGUAGE=${TOUR_LANGUAGE:-}
+unset LC_ALL LC_MESSAGES
 cd "$(dirname "$0")"
 here=$(pwd)
+shots=${TOUR_OUTPUT:-$here}
 app=${TAGMOOR_APP:-$here/../../build/src/app/tagmoor}
 samples=${TAGMOOR_SAMPLES:-$here/../../../shared/samples/formats}
 work=$(mktemp -d)
@@ -40,7 +45,7 @@ shoot() { # name, then the program's arguments
     import -window root "'"$work"'/shot.png"
     kill $pid' "$app" "$@"
   # The window is centred on the 1280x800 screen.
-  convert "$work/shot.png" -crop 1180x740+50+30 +repage "$here/$name"
+  convert "$work/shot.png" -crop 1180x740+50+30 +repage "$shots/$name"
 }
 
 shoot add-screen.png
@@ -50,5 +55,5 @@ shoot home-screen.png "$work"/photos/*
 # real screens.
 tour=${TAGMOOR_TOUR:-$here/../../build/tests/screenshot_tour}
 HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" \
-  xvfb-run -a -s "-screen 0 1280x800x24" "$tour" "$here" "$work"/photos/*
-echo "screenshots written to $here"
+  xvfb-run -a -s "-screen 0 1280x800x24" "$tour" "$shots" "$work"/photos/*
+echo "screenshots written to $shots"

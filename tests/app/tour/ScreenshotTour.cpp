@@ -19,6 +19,7 @@
 #include "app/shell/MainWindow.h"
 #include "app/shell/PreferencesWindow.h"
 #include "app/shell/RootView.h"
+#include "app/shell/Translations.h"
 #include "app/widgets/DialogPrompt.h"
 #include "app/workingset/AddFilesScreen.h"
 #include "app/workingset/HomeScreen.h"
@@ -34,6 +35,7 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QLocale>
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
@@ -127,6 +129,7 @@ QByteArray townTile(int zoom, int x, int y) {
 int main(int argc, char** argv) {
     initializeMetadataLibrary();
     QApplication application(argc, argv);
+    const Translations translations(QLocale::system().uiLanguages());
     if (argc < 3) {
         qCritical("usage: screenshot_tour OUTPUT_DIR PHOTO...");
         return 2;
