@@ -49,10 +49,11 @@ int main(int argc, char** argv) {
 
     tagmoor::DialogPrompt prompt;
     tagmoor::AppDelegate delegate(prompt, {});
-    // One instance per user: a second launch hands its files to the first and ends.
+    // One instance per user: a second launch hands its files to the first and ends, before
+    // any window or preset is made or read.
     if (!delegate.shell().claimInstance(paths))
         return 0;
-    prompt.setWindow(delegate.mainWindow());
     delegate.start(paths);
+    prompt.setWindow(delegate.mainWindow());
     return app.exec();
 }

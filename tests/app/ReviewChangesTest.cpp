@@ -81,12 +81,29 @@ void ReviewChangesTest::reviewListsTheChangesAndTouchesNothing() {
     QTRY_VERIFY_WITH_TIMEOUT(window->isReady(), 30000);
 
     QTableWidget* table = window->table();
+    const auto column = [table](int column) {
+        QStringList texts;
+        for (int row = 0; row < table->rowCount(); ++row)
+            texts << table->item(row, column)->text();
+        return texts;
+    };
     QStringList artistRows;
     for (int row = 0; row < table->rowCount(); ++row) {
         if (table->item(row, 1)->text() == QStringLiteral("Exif.Image.Artist"))
             artistRows << table->item(row, 3)->text();
     }
     QCOMPARE(artistRows, QStringList(2, QStringLiteral("Jane Doe (Ascii)")));
+    // At first only what was asked for; the tags the writing brings are counted in one row
+    // per photo and shown on request.
+    QStringList shownKeys = column(1);
+    shownKeys.removeDuplicates();
+    QCOMPARE(shownKeys,
+             (QStringList{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Other tags")}));
+    const int askedRows = table->rowCount();
+    named<QCheckBox>(window, QStringLiteral("chkShowAllTags"))->click();
+    QVERIFY(table->rowCount() > askedRows);
+    QVERIFY(!column(1).contains(QStringLiteral("Other tags")));
+    QCOMPARE(column(1).count(QStringLiteral("Exif.Image.Artist")), 2);
     QVERIFY(window->summary()->text().startsWith(QStringLiteral("Would be written: 2 of 2")));
     QCOMPARE(folderHash(t.dir(QStringLiteral("photos"))), before);
 

@@ -11,6 +11,7 @@
 #include "app/widgets/PanelEnableFilter.h"
 #include "app/workingset/ThumbnailCache.h"
 #include "app/workingset/ThumbnailProvider.h"
+#include "presets/PresetArchive.h"
 #include "presets/PresetDictionary.h"
 #include "presets/PresetFile.h"
 #include "shell/LoginItem.h"
@@ -36,6 +37,7 @@ class ShellTest : public QObject {
     Q_OBJECT
 private slots:
     void welcomeWindowComesFirstAndStoresTheChoice();
+    void windowAppearsBeforeTheLaterStartStepsAndPresetsLoadAfterIt();
     void preferencesStoreEachBoxAsItChanges();
     void messageBoxesKeepTheButtonOrderAndReportTheAnswer();
     void panelEnablesFoldersAndListedTypesOnly();
@@ -64,6 +66,61 @@ void ShellTest::welcomeWindowComesFirstAndStoresTheChoice() {
     QCOMPARE(t.app->settings().loginStartStatus(), std::optional<bool>(true));
     QVERIFY(QFileInfo::exists(LoginItem::entryPath()));
     QVERIFY(LoginItem::entryPath().startsWith(t.home.path()));
+}
+
+namespace {
+// Calls back when a main window is shown.
+class ShowWatch : public QObject {
+public:
+    explicit ShowWatch(std::function<void()> onShow) : m_onShow(std::move(onShow)) {}
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Show && qobject_cast<QMainWindow*>(watched))
+            m_onShow();
+        return false;
+    }
+
+private:
+    std::function<void()> m_onShow;
+};
+} // namespace
+
+void ShellTest::windowAppearsBeforeTheLaterStartStepsAndPresetsLoadAfterIt() {
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(QStringLiteral("config"))));
+    AppDelegate::Options options;
+    options.settingsFile = home.filePath(QStringLiteral("settings.ini"));
+    options.loginExecutable = QStringLiteral("/usr/bin/tagmoor");
+    Settings(options.settingsFile).setStartup(true);
+    QVERIFY(PresetFile::write(PresetFile::pathFor(options.settingsFile),
+                              encodePresetArchive({makeNewPreset(QStringLiteral("Kept"), 0)})));
+
+    ScriptedPrompt prompt;
+    AppDelegate app(prompt, options);
+    QVERIFY2(!app.mainWindow(), "no window before the start");
+    QCOMPARE(app.presets().size(), 0);
+
+    // What the sequence has done when the window appears: the first steps, not the version
+    // steps after it, and not the presets, which load once the launch finishes.
+    int shown = 0;
+    bool firstRunStored = true;
+    bool launchFinished = true;
+    qsizetype presetsAtShow = -1;
+    ShowWatch watch([&] {
+        ++shown;
+        firstRunStored = app.settings().firstRun().has_value();
+        launchFinished = app.launchState().launchFinished;
+        presetsAtShow = app.presets().size();
+    });
+    qApp->installEventFilter(&watch);
+    app.start();
+    qApp->removeEventFilter(&watch);
+    QCOMPARE(shown, 1);
+    QVERIFY(!firstRunStored);
+    QVERIFY(!launchFinished);
+    QCOMPARE(presetsAtShow, 0);
+    QTRY_VERIFY(app.launchState().launchFinished);
+    QCOMPARE(app.presets().size(), 1);
+    QVERIFY(app.settings().firstRun().has_value());
 }
 
 void ShellTest::preferencesStoreEachBoxAsItChanges() {

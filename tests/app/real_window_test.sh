@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Drives the built application in a real window under its own Xvfb with real mouse and
-# keyboard events (xdotool): photos handed over on the command line, an Artist typed into the
-# editor, Start Process, YES, an output folder typed into the folder panel, the run, Finish.
+# keyboard events (xdotool), keys only: photos handed over on the command line, all marked, an
+# Artist typed into the editor, Start Process, YES, an output folder typed into the folder
+# panel, the run, Finish.
 # Then every output must carry the Artist. Exits 77 (skipped) when Xvfb or xdotool is absent.
 #   real_window_test.sh APP SAMPLES_DIR
 set -uo pipefail
@@ -82,12 +83,15 @@ done
 eval "$(xdotool getwindowgeometry --shell "$window")"
 sleep 3 # the three photos are read and the editor shows their merge
 
-# Positions within the 1180x740 main window.
-click() { xdotool mousemove $((X + $1)) $((Y + $2)) click 1; sleep 0.4; }
-click 1022 431          # the Artist field of the editor, below the location view
+# The keyboard alone: mark all, into the editor's first field (Artist), Start Process.
+xdotool windowactivate --sync "$window" 2>/dev/null || xdotool windowfocus --sync "$window"
+xdotool key ctrl+a
+sleep 0.4
+xdotool key ctrl+e
+sleep 0.4
 xdotool type --delay 30 "Jane Doe"
 sleep 0.5
-click 964 705           # Start Process
+xdotool key ctrl+Return
 sleep 1
 xdotool key Return      # "Are you sure to edit metadata of all the selected images?": YES
 sleep 2                 # the folder panel opens with its name field focused

@@ -3,6 +3,7 @@
 #include "batch/ListPhotoSource.h"
 #include "batch/PhotoPipeline.h"
 
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -25,7 +26,8 @@ QString fileName(const QString& path) {
 
 ReviewChangesWindow::ReviewChangesWindow(const RunValues& values, QList<CGImageProperties> photos,
                                          qint64 firstNumber, QWidget* parent)
-    : QDialog(parent), m_table(new QTableWidget(0, 4)), m_summary(new QLabel),
+    : QDialog(parent), m_asked(askedKeys(values)), m_showAll(new QCheckBox(tr("Show all tags"))),
+      m_table(new QTableWidget(0, 4)), m_summary(new QLabel),
       m_start(new QPushButton(tr("Start Process..."))) {
     setObjectName(QStringLiteral("ReviewChangesWindow"));
     setWindowTitle(tr("Review Changes"));
@@ -63,8 +65,17 @@ ReviewChangesWindow::ReviewChangesWindow(const RunValues& values, QList<CGImageP
         accept();
         emit startClicked();
     });
+    // Writing a tag can change others (offsets, a character set, the copies the standard form
+    // keeps in step); those are shown on request.
+    m_showAll->setObjectName(QStringLiteral("chkShowAllTags"));
+    m_showAll->setToolTip(tr("Also show the tags that change because the photo is written, "
+                             "besides those you asked to change"));
+    m_showAll->setEnabled(false);
+    connect(m_showAll, &QCheckBox::toggled, this, &ReviewChangesWindow::fillTable);
+    m_summary->setWordWrap(true);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_summary, 1);
+    buttons->addWidget(m_showAll);
     buttons->addWidget(close);
     buttons->addWidget(m_start);
 
@@ -109,8 +120,30 @@ void ReviewChangesWindow::addRow(const QString& photo, const QString& what, cons
 
 void ReviewChangesWindow::showPlan() {
     m_plan = m_watcher.result();
+    fillTable();
     int written = 0;
     int tags = 0;
+    for (const PhotoChanges& photo : std::as_const(m_plan)) {
+        if (!isCounted(photo.outcome))
+            continue;
+        ++written;
+        if (photo.reason.isEmpty())
+            tags += int(photo.changes.size());
+    }
+    m_summary->setText(tr("Would be written: %1 of %2 photos. Skipped: %3. Tag changes: %4.")
+                           .arg(written)
+                           .arg(m_plan.size())
+                           .arg(m_plan.size() - written)
+                           .arg(tags));
+    m_showAll->setEnabled(true);
+    m_start->setEnabled(true);
+    m_ready = true;
+    emit ready();
+}
+
+void ReviewChangesWindow::fillTable() {
+    m_table->setRowCount(0);
+    const std::optional<QSet<QString>> asked = m_showAll->isChecked() ? std::nullopt : m_asked;
     for (const PhotoChanges& photo : std::as_const(m_plan)) {
         const QString name = fileName(photo.sourcePath);
         QString shown = name;
@@ -123,17 +156,25 @@ void ReviewChangesWindow::showPlan() {
             addRow(next(), tr("Skipped"), QString(), photo.reason, true);
             continue;
         }
-        ++written;
         if (photo.isRenamed())
             addRow(next(), tr("New name"), name, fileName(photo.finalPath), false);
         if (!photo.reason.isEmpty()) {
             addRow(next(), tr("Not changed"), QString(), photo.reason, true);
             continue;
         }
-        for (const TagChange& change : photo.changes)
-            addRow(next(), change.key, TagChange::describe(change.before),
-                   TagChange::describe(change.after), false);
-        tags += int(photo.changes.size());
+        int hidden = 0;
+        for (const TagChange& change : photo.changes) {
+            if (isAsked(change, asked))
+                addRow(next(), change.key, TagChange::describe(change.before),
+                       TagChange::describe(change.after), false);
+            else
+                ++hidden;
+        }
+        if (hidden > 0)
+            addRow(next(), tr("Other tags"), QString(),
+                   hidden == 1 ? tr("1 more tag changes as the photo is written")
+                               : tr("%1 more tags change as the photo is written").arg(hidden),
+                   true);
         if (photo.changes.isEmpty() && !photo.isRenamed())
             addRow(next(), tr("No change"), QString(), QString(), true);
     }
@@ -142,14 +183,6 @@ void ReviewChangesWindow::showPlan() {
     const int widest[] = {180, 250, 230};
     for (int column = 0; column < 3; ++column)
         m_table->setColumnWidth(column, std::min(m_table->columnWidth(column), widest[column]));
-    m_summary->setText(tr("Would be written: %1 of %2 photos. Skipped: %3. Tag changes: %4.")
-                           .arg(written)
-                           .arg(m_plan.size())
-                           .arg(m_plan.size() - written)
-                           .arg(tags));
-    m_start->setEnabled(true);
-    m_ready = true;
-    emit ready();
 }
 
 } // namespace tagmoor

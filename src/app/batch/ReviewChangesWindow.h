@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/AskedKeys.h"
 #include "batch/ChangePlan.h"
 #include "batch/RunValues.h"
 #include "model/CGImageProperties.h"
@@ -7,6 +8,7 @@
 #include <QDialog>
 #include <QFutureWatcher>
 
+class QCheckBox;
 class QLabel;
 class QPushButton;
 class QTableWidget;
@@ -37,11 +39,15 @@ signals:
 
 private:
     void showPlan();
+    // The table from the plan: by default only the tags the run was asked to change.
+    void fillTable();
     void addRow(const QString& photo, const QString& what, const QString& now, const QString& after,
                 bool problem);
 
     QFutureWatcher<QList<PhotoChanges>> m_watcher;
     QList<PhotoChanges> m_plan;
+    std::optional<QSet<QString>> m_asked;
+    QCheckBox* m_showAll;
     QTableWidget* m_table;
     QLabel* m_summary;
     QPushButton* m_start;

@@ -206,10 +206,11 @@ QToolButton* DateConfigurationPanel::stepButton(DatePart part, bool up) const {
 
 void DateConfigurationPanel::popupAt(const QWidget* anchor) {
     adjustSize();
-    // Below the button, or above it when there is no room below; always on the screen.
-    QPoint at = anchor->mapToGlobal(QPoint(0, anchor->height() + 2));
+    // Below the button with their right edges in line (the button sits at the pane's right),
+    // or above it when there is no room below; always on the screen, clear of its edges.
+    QPoint at = anchor->mapToGlobal(QPoint(anchor->width() - width(), anchor->height() + 2));
     if (const QScreen* screen = anchor->screen()) {
-        const QRect room = screen->availableGeometry();
+        const QRect room = screen->availableGeometry().adjusted(8, 8, -8, -8);
         if (at.y() + height() > room.bottom())
             at.setY(anchor->mapToGlobal(QPoint(0, 0)).y() - height() - 2);
         at.setX(std::clamp(at.x(), room.left(), std::max(room.left(), room.right() - width())));

@@ -111,6 +111,10 @@ void FieldControl::showValue(const MetadataForm& form) {
         m_line->setCursorPosition(std::min(cursor, int(text.size())));
     }
     m_line->setPlaceholderText(placeholder);
+    // A text wider than the field (a date rule's summary, a long caption) is read whole in
+    // the tooltip.
+    const bool cut = m_line->fontMetrics().horizontalAdvance(text) > m_line->width() - 8;
+    m_line->setToolTip(cut || m_dateButton ? text : QString());
 }
 
 void FieldControl::setEdited(bool edited) {

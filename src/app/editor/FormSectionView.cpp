@@ -20,9 +20,9 @@ FormSectionView::FormSectionView(const FormSection& section, QWidget* parent)
     m_title->setFont(font);
 
     auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(0, 6, 0, 6);
+    grid->setContentsMargins(0, 2, 0, 4);
     grid->setHorizontalSpacing(10);
-    grid->setVerticalSpacing(6);
+    grid->setVerticalSpacing(3);
     grid->setColumnStretch(1, 1);
     grid->addWidget(m_title, 0, 0, 1, 2);
     int row = 1;

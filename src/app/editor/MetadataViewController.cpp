@@ -10,11 +10,14 @@
 #include <QCoreApplication>
 #include <QFrame>
 #include <QLabel>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace tagmoor {
 
@@ -121,6 +124,19 @@ void MetadataViewController::showEditor(Editor editor) {
     m_scroll->verticalScrollBar()->setValue(0);
 }
 
+void MetadataViewController::reveal(Field field) {
+    for (const FormSection& section : formSections()) {
+        for (const FormLine& line : section.lines) {
+            if (line.field == field && section.editor != m_current)
+                showEditor(section.editor);
+        }
+    }
+    if (QWidget* input = m_controls[field] ? m_controls[field]->input() : nullptr) {
+        m_scroll->ensureWidgetVisible(input);
+        input->setFocus(Qt::OtherFocusReason);
+    }
+}
+
 void MetadataViewController::setHideGeneral(bool hide) {
     m_hideGeneral = hide;
     for (QLabel* title : m_boxTitles)
@@ -184,7 +200,14 @@ void MetadataViewController::showLimitMessage(FieldControl* control, const QStri
     m_popoverMessage->setText(message);
     m_popover->adjustSize();
     const QWidget* input = control->input();
-    m_popover->move(input->mapToGlobal(QPoint(0, input->height() + 2)));
+    QPoint at = input->mapToGlobal(QPoint(0, input->height() + 2));
+    if (const QScreen* screen = input->screen()) {
+        const QRect room = screen->availableGeometry().adjusted(8, 8, -8, -8);
+        at.setX(std::clamp(at.x(), room.left(),
+                           std::max(room.left(), room.right() - m_popover->width())));
+        at.setY(std::min(at.y(), std::max(room.top(), room.bottom() - m_popover->height())));
+    }
+    m_popover->move(at);
     m_popover->show();
     m_popover->raise();
     QTimer::singleShot(3000, m_popover, &QWidget::hide);

@@ -36,6 +36,8 @@ public:
     bool isHideGeneral() const { return m_hideGeneral; }
 
     FieldControl* control(Field field) const { return m_controls[field]; }
+    // Shows the box that holds the field, scrolls it into view and gives it the focus.
+    void reveal(Field field);
     QWidget* box(Editor editor) const;
     // The limit popover, while it shows a message.
     QFrame* popoverDetails() const { return m_popover; }

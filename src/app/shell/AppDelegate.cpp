@@ -29,6 +29,26 @@ AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* pa
     : QObject(parent), m_prompt(prompt),
       m_shell({version(), options.settingsFile, options.channelName, options.loginExecutable}) {
     initAppResources();
+    connect(&updater(), &UpdateChecker::updateFound, this, [this](const AppcastItem& item) {
+        const QString shown = item.shortVersion.isEmpty() ? item.version : item.shortVersion;
+        m_prompt.tell(
+            tr("A new version of Tagmoor is available"),
+            tr("Tagmoor %1 can be downloaded from %2.").arg(shown, item.downloadUrl.toString()));
+    });
+    // A newer release is told above; the user who asked also hears when there is none.
+    connect(&updater(), &UpdateChecker::userCheckAnswered, this, [this](UpdateChecker::Answer a) {
+        if (a == UpdateChecker::Answer::UpToDate)
+            m_prompt.tell(tr("You're up to date"),
+                          tr("Tagmoor %1 is the newest version available.").arg(version()));
+        else if (a == UpdateChecker::Answer::Unreachable)
+            m_prompt.tell(tr("Could not reach the update server"),
+                          tr("Check the network connection and try again later."));
+    });
+}
+
+void AppDelegate::makeScreens() {
+    if (m_mainWindow)
+        return;
     m_listModel = new WorkingListModel(workingSet(), this);
     m_scans = new ScanController(workingSet(), m_prompt, events(), this);
     m_thumbnails = new ThumbnailProvider(this);
@@ -46,21 +66,6 @@ AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* pa
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState s) {
         if (s == Qt::ApplicationActive)
             m_thumbnails->revalidate();
-    });
-    connect(&updater(), &UpdateChecker::updateFound, this, [this](const AppcastItem& item) {
-        const QString shown = item.shortVersion.isEmpty() ? item.version : item.shortVersion;
-        m_prompt.tell(
-            tr("A new version of Tagmoor is available"),
-            tr("Tagmoor %1 can be downloaded from %2.").arg(shown, item.downloadUrl.toString()));
-    });
-    // A newer release is told above; the user who asked also hears when there is none.
-    connect(&updater(), &UpdateChecker::userCheckAnswered, this, [this](UpdateChecker::Answer a) {
-        if (a == UpdateChecker::Answer::UpToDate)
-            m_prompt.tell(tr("You're up to date"),
-                          tr("Tagmoor %1 is the newest version available.").arg(version()));
-        else if (a == UpdateChecker::Answer::Unreachable)
-            m_prompt.tell(tr("Could not reach the update server"),
-                          tr("Check the network connection and try again later."));
     });
 }
 
@@ -93,27 +98,38 @@ void AppDelegate::centreOnScreen(QWidget* window) {
 }
 
 void AppDelegate::start(const QStringList& openedPaths) {
-    const StartPlan plan = m_shell.start();
+    makeScreens();
+    const StartPlan plan = m_shell.start([this](bool welcome) { showFirstWindow(welcome); });
     for (const QString& event : plan.usageEvents)
         qCDebug(lcAppShell) << "usage event (not sent):" << event;
 
-    if (plan.showWelcomeWindow) {
+    // The presets load once the window is up; what went wrong with them is told after that.
+    QTimer::singleShot(0, this, [this, openedPaths] {
+        m_shell.finishLaunching();
+        tellFileProblems();
+        if (!openedPaths.isEmpty())
+            openFiles(openedPaths);
+    });
+}
+
+void AppDelegate::showFirstWindow(bool welcome) {
+    if (welcome) {
         m_welcome = new WelcomeWindow();
         connect(m_welcome, &WelcomeWindow::left, this, &AppDelegate::welcomeLeft);
         m_welcome->adjustSize();
         centreOnScreen(m_welcome);
         m_welcome->show();
     } else {
-        centreOnScreen(m_mainWindow.get());
+        placeMainWindow();
         m_mainWindow->show();
     }
+}
 
-    QTimer::singleShot(0, this, [this, openedPaths] {
-        tellFileProblems();
-        m_shell.finishLaunching();
-        if (!openedPaths.isEmpty())
-            openFiles(openedPaths);
-    });
+void AppDelegate::placeMainWindow() {
+    // Where the user left it; centred the first time, or when that place is gone.
+    const std::optional<QByteArray> geometry = settings().mainWindowGeometry();
+    if (!geometry || !m_mainWindow->restoreGeometry(*geometry))
+        centreOnScreen(m_mainWindow.get());
 }
 
 void AppDelegate::tellFileProblems() {
@@ -180,7 +196,7 @@ void AppDelegate::showMainWindow() {
     if (!settings().startup().has_value())
         return;
     if (!m_mainWindow->isVisible())
-        centreOnScreen(m_mainWindow.get());
+        placeMainWindow();
     m_mainWindow->showNormal();
     m_mainWindow->raise();
     m_mainWindow->activateWindow();
@@ -190,13 +206,22 @@ void AppDelegate::welcomeLeft(bool launchAtLogin) {
     m_shell.startSequence().welcomeLeft(launchAtLogin);
     if (m_welcome)
         m_welcome->deleteLater();
-    centreOnScreen(m_mainWindow.get());
+    placeMainWindow();
     m_mainWindow->show();
 }
 
 void AppDelegate::showPreferences() {
-    if (!m_preferences)
+    if (!m_preferences) {
         m_preferences = new PreferencesWindow(settings(), loginItem(), launchState());
+        m_preferences->adjustSize();
+        // Over the main window, where the user looks, when it is up.
+        if (m_mainWindow && m_mainWindow->isVisible()) {
+            const QRect over = m_mainWindow->frameGeometry();
+            m_preferences->move(over.center() - m_preferences->rect().center());
+        } else {
+            centreOnScreen(m_preferences);
+        }
+    }
     m_preferences->reload();
     m_preferences->show();
     m_preferences->raise();

@@ -35,9 +35,10 @@ public:
     AppDelegate(UserPrompt& prompt, const Options& options, QObject* parent = nullptr);
     ~AppDelegate() override;
 
-    // The start sequence: seeds settings, shows the welcome window or the main window,
-    // schedules the update check, then (on the next turn of the event loop) finishes the
-    // launch and hands `openedPaths` over as files opened by the desktop.
+    // The start sequence: makes the screens, seeds settings, shows the welcome window or the
+    // main window, schedules the update check, then (on the next turn of the event loop) loads
+    // the presets and hands `openedPaths` over as files opened by the desktop. The screens'
+    // accessors are valid from here on.
     void start(const QStringList& openedPaths = {});
 
     // Files from the desktop: the command line or a second launch.
@@ -77,6 +78,11 @@ public:
     static void centreOnScreen(QWidget* window);
 
 private:
+    // The list model, scans, thumbnails, home session and main window: made when the start
+    // begins, so that a launch that hands its files to a running instance makes none of them.
+    void makeScreens();
+    void showFirstWindow(bool welcome);
+    void placeMainWindow();
     void welcomeLeft(bool launchAtLogin);
     // Tells the user, once each, what went wrong with the files Tagmoor keeps: a damaged
     // settings or presets file kept aside, settings or presets that cannot be written, and

@@ -2,6 +2,8 @@
 
 #include "app/shell/AppDelegate.h"
 #include "app/shell/RootView.h"
+#include "app/workingset/HomeMenuActions.h"
+#include "app/workingset/HomeScreen.h"
 #include "batch/BatchController.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
@@ -29,7 +31,7 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     file->addSeparator();
     m_preferences = file->addAction(tr("&Preferences..."));
     m_preferences->setObjectName(QStringLiteral("menuItemPreferences"));
-    m_preferences->setShortcut(QKeySequence::Preferences);
+    m_preferences->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
     m_preferences->setMenuRole(QAction::PreferencesRole);
     connect(m_preferences, &QAction::triggered, &app, &AppDelegate::showPreferences);
     file->addSeparator();
@@ -37,12 +39,25 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     quit->setShortcut(QKeySequence::Quit);
     connect(quit, &QAction::triggered, qApp, &QApplication::quit);
 
+    // The home screen's actions, with their keys.
+    QMenu* photos = menuBar()->addMenu(tr("&Photos"));
+    photos->setObjectName(QStringLiteral("menuPhotos"));
+    const HomeMenuActions& home = m_root->home()->menuActions();
+    for (QAction* action : home.photoActions()) {
+        if (action)
+            photos->addAction(action);
+        else
+            photos->addSeparator();
+    }
+
     QMenu* window = menuBar()->addMenu(tr("&Window"));
     QAction* show = window->addAction(tr("&Tagmoor"));
     show->setObjectName(QStringLiteral("menuItemShow"));
     connect(show, &QAction::triggered, this, &MainWindow::showTM);
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(home.tips());
+    help->addSeparator();
     m_checkForUpdates = help->addAction(tr("Check for &Updates..."));
     m_checkForUpdates->setObjectName(QStringLiteral("menuItemCheckForUpdates"));
     connect(m_checkForUpdates, &QAction::triggered, &app, &AppDelegate::checkForUpdate);
@@ -78,6 +93,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         // The photos in work finish and nothing half written is left behind.
         batch.waitForFinished();
     }
+    m_app.settings().setMainWindowGeometry(saveGeometry());
     event->accept();
     QCoreApplication::quit();
 }

@@ -28,6 +28,7 @@ public:
     // The child now shown, or nullptr when the container is empty.
     QWidget* currentChild() const;
 
+    HomeScreen* home() const { return m_home; }
     // "Add Photos" of the menu: the panel of the screen on show.
     void addFiles();
 

@@ -20,11 +20,11 @@ HomeActionBar::HomeActionBar(ProcessingControls& processing, QWidget* parent)
     connect(m_start, &QPushButton::clicked, this, &HomeActionBar::startClicked);
     connect(m_review, &QPushButton::clicked, this, &HomeActionBar::reviewClicked);
     m_start->setDefault(true);
-    m_start->setMinimumHeight(36);
+    m_start->setMinimumHeight(32);
     QFont startFont = m_start->font();
     startFont.setBold(true);
     m_start->setFont(startFont);
-    m_review->setMinimumHeight(36);
+    m_review->setMinimumHeight(32);
 
     auto* mode = new QHBoxLayout;
     auto* modeLabel = new QLabel(tr("Mode:"));
@@ -37,7 +37,7 @@ HomeActionBar::HomeActionBar(ProcessingControls& processing, QWidget* parent)
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(10);
+    layout->setSpacing(6);
     layout->addLayout(mode);
     layout->addLayout(start);
 }

@@ -1,15 +1,17 @@
 #include "app/workingset/HomeEditorBox.h"
 
 #include "app/batch/ProcessingControls.h"
+#include "app/editor/FieldControl.h"
 #include "app/editor/MetadataViewController.h"
 #include "app/presets/PresetsViewController.h"
 #include "app/widgets/GroupTabs.h"
 #include "app/workingset/HomePaneParts.h"
 #include "editor/FormSections.h"
+#include "model/Field.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>
-#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QToolButton>
@@ -35,7 +37,7 @@ HomeEditorBox::HomeEditorBox(const Objects& objects, QWidget* parent)
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(10);
+    layout->setSpacing(6);
     layout->addLayout(makeTabs());
     layout->addWidget(host, 1);
     layout->addLayout(makeButtons());
@@ -47,6 +49,7 @@ QLayout* HomeEditorBox::makeTabs() {
         m_tabButtons.append(tab);
     tabs->addStretch(1);
     tabs->addWidget(m_markedSummary);
+    m_tabRow = tabs;
     connect(m_tabs, &QButtonGroup::idClicked, this, &HomeEditorBox::tabClicked);
     m_markedSummary->setObjectName(QStringLiteral("lblMarkedSummary"));
     m_markedSummary->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -62,13 +65,45 @@ QLayout* HomeEditorBox::makeButtons() {
     connect(m_preset, &QPushButton::clicked, this, [this] { m_presetsMenu->showAt(m_preset); });
     connect(m_gps, &QPushButton::clicked, this, &HomeEditorBox::locationClicked);
 
-    auto* buttons = new QGridLayout;
-    buttons->setSpacing(8);
-    buttons->addWidget(m_gps, 0, 0);
-    buttons->addWidget(m_resetAll, 0, 1);
-    buttons->addWidget(m_rename, 1, 0);
-    buttons->addWidget(m_preset, 1, 1);
+    // One row, so that the editor above keeps the height.
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(6);
+    for (QPushButton* button : {m_gps, m_rename, m_preset, m_resetAll}) {
+        button->setMinimumWidth(0);
+        buttons->addWidget(button, 1);
+    }
     return buttons;
+}
+
+void HomeEditorBox::openField(Field field) {
+    for (const FormSection& section : formSections()) {
+        for (const FormLine& line : section.lines) {
+            if (line.field == field)
+                showTab(int(section.editor));
+        }
+    }
+    m_editor->reveal(field);
+    FieldControl* control = m_editor->control(field);
+    if (control && control->dateButton() && control->dateButton()->isEnabled())
+        control->dateButton()->click();
+}
+
+void HomeEditorBox::addToTabRow(QWidget* widget) {
+    m_tabRow->addWidget(widget);
+}
+
+void HomeEditorBox::focusFirstField() {
+    for (const FormSection& section : formSections()) {
+        if (section.editor == m_editor->currentEditor() && !section.lines.empty()) {
+            m_editor->reveal(section.lines.front().field);
+            return;
+        }
+    }
+}
+
+void HomeEditorBox::openPresets() {
+    if (m_preset->isEnabled())
+        m_presetsMenu->showAt(m_preset);
 }
 
 void HomeEditorBox::showTab(int editor) {

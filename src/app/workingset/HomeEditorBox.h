@@ -3,12 +3,14 @@
 #include <QWidget>
 
 class QButtonGroup;
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 
 namespace tagmoor {
 
 class AppEvents;
+enum class Field;
 class MetadataForm;
 class MetadataViewController;
 class PresetStore;
@@ -33,6 +35,12 @@ public:
     // The tab of the EXIF, IPTC or XMP editor: 0, 1, 2.
     void showTab(int editor);
     void setMarkedSummary(int marked, int count);
+    // A control at the end of the tab row (the preview's fold button).
+    void addToTabRow(QWidget* widget);
+    // Shows the field in its tab and gives it the focus; a date field's panel opens.
+    void openField(Field field);
+    void openPresets();
+    void focusFirstField();
     // The remove row shows the clean boxes instead of the editor.
     void showRemoving(bool removing);
     // The controls that are on only while a photo is marked, and those of them that are off
@@ -54,6 +62,7 @@ private:
     QButtonGroup* m_tabs;
     QList<QWidget*> m_tabButtons;
     QLabel* m_markedSummary;
+    QHBoxLayout* m_tabRow = nullptr;
     MetadataViewController* m_editor;
     QPushButton* m_gps;
     QPushButton* m_resetAll;

@@ -4,8 +4,8 @@
 #include "app/workingset/ThumbnailProvider.h"
 
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QLabel>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -14,6 +14,9 @@ namespace tagmoor {
 namespace {
 
 constexpr int kPreviewSide = 208;
+// The picture's side on a short screen, and on a tall one.
+constexpr int kSmallestSide = 96;
+constexpr int kLargestSide = 176;
 
 } // namespace
 
@@ -29,12 +32,16 @@ HomePreviewPane::HomePreviewPane(ThumbnailProvider& thumbnails, const Settings& 
     m_imageName->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     m_imageName->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
-    auto* layout = new QVBoxLayout(this);
+    // The picture and the map side by side, the path under both: the editor below gets the
+    // height.
+    auto* layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(10);
-    layout->addWidget(m_preview, 0, Qt::AlignHCenter);
-    layout->addWidget(m_imageName);
-    layout->addWidget(m_locationView);
+    layout->setHorizontalSpacing(10);
+    layout->setVerticalSpacing(6);
+    layout->addWidget(m_preview, 0, 0, Qt::AlignTop);
+    layout->addWidget(m_locationView, 0, 1, Qt::AlignTop);
+    layout->addWidget(m_imageName, 1, 0, 1, 2);
+    layout->setColumnStretch(1, 1);
 
     connect(&thumbnails, &ThumbnailProvider::thumbnailReady, this,
             [this](const QString& path, int side) {
@@ -64,10 +71,9 @@ void HomePreviewPane::clear() {
 }
 
 void HomePreviewPane::fitToHeight(int screenHeight) {
-    // Below about 920 pixels the preview gives up height, down to a small square, so that the
-    // editor keeps room for several rows beside the location view.
-    constexpr int kRestOfThePane = 712;
-    const int side = std::clamp(screenHeight - kRestOfThePane, 96, kPreviewSide);
+    // A short screen gives the picture less, down to a small square, so that the editor keeps
+    // its rows.
+    const int side = std::clamp((screenHeight - 560) / 2, kSmallestSide, kLargestSide);
     if (side == m_side)
         return;
     m_side = side;

@@ -14,16 +14,21 @@
 #include "app/workingset/HomeActionBar.h"
 #include "app/workingset/HomeEditorBox.h"
 #include "app/workingset/HomeListPane.h"
+#include "app/workingset/HomeMenuActions.h"
 #include "app/workingset/HomePaneParts.h"
 #include "app/workingset/HomePreviewPane.h"
+#include "app/workingset/HomeSummaryBar.h"
 #include "app/workingset/PhotoItemDelegate.h"
 #include "app/workingset/ScanProgressBox.h"
 #include "app/workingset/TutorialOverlay.h"
+#include "dates/DateField.h"
+#include "editor/EditorState.h"
 #include "editor/FieldDisplay.h"
 #include "editor/FormSections.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
+#include "foundation/ValueForm.h"
 #include "foundation/WorkerThreads.h"
 #include "model/FormFieldTable.h"
 #include "processing/HomeSession.h"
@@ -39,6 +44,9 @@
 #include <QGridLayout>
 #include <QMenu>
 #include <QPushButton>
+#include <QSplitter>
+#include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace tagmoor {
@@ -53,16 +61,11 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
       m_actions(new HomeActionBar(*m_processing)),
       m_desktop(new DesktopActions(objects.session.objects().prompt, this)) {
     setObjectName(QStringLiteral("Home"));
-    auto* divider = new QFrame;
-    divider->setFrameShape(QFrame::VLine);
-    divider->setFrameShadow(QFrame::Sunken);
-
+    m_summary = new HomeSummaryBar(objects.session);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_list, 1);
-    layout->addWidget(divider);
-    layout->addWidget(makeSidePane());
+    layout->addWidget(makeSplitter());
     makeCovers();
 
     for (QWidget* control :
@@ -74,25 +77,81 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
     connectPanes();
     connectCore();
     m_tutorial = new TutorialOverlay(this);
+    m_menu = new HomeMenuActions(*this);
 
     setBatchControlsEnabled(false);
     updateTotal();
 }
 
+QSplitter* HomeScreen::makeSplitter() {
+    m_splitter = new QSplitter(Qt::Horizontal);
+    m_splitter->setObjectName(QStringLiteral("homeSplitter"));
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->addWidget(m_list);
+    m_splitter->addWidget(makeSidePane());
+    m_splitter->setStretchFactor(0, 1);
+    m_splitter->setStretchFactor(1, 0);
+    Settings& settings = m_objects.session.objects().settings;
+    if (const auto state = settings.homeSplitterState();
+        !state || !m_splitter->restoreState(*state))
+        m_splitter->setSizes({850, 430});
+    // Stored once the user lets go, not at every step of the drag.
+    auto* store = new QTimer(this);
+    store->setSingleShot(true);
+    store->setInterval(400);
+    connect(store, &QTimer::timeout, this,
+            [this, &settings] { settings.setHomeSplitterState(m_splitter->saveState()); });
+    connect(m_splitter, &QSplitter::splitterMoved, store, qOverload<>(&QTimer::start));
+    return m_splitter;
+}
+
 QWidget* HomeScreen::makeSidePane() {
     auto* pane = new QWidget;
     pane->setObjectName(QStringLiteral("homeSidePane"));
-    pane->setFixedWidth(430);
+    pane->setMinimumWidth(380);
     m_preview->fitToHeight(height());
 
+    m_fold = new QToolButton;
+    m_fold->setObjectName(QStringLiteral("btnFoldPreview"));
+    m_fold->setText(tr("Preview"));
+    m_fold->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_fold->setAutoRaise(true);
+    m_fold->setCheckable(true);
+    m_fold->setChecked(!m_objects.session.objects().settings.homePreviewFoldedOrDefault());
+    m_fold->setToolTip(tr("Show or hide the picture and the map of the photo on display"));
+    connect(m_fold, &QToolButton::toggled, this, [this](bool open) {
+        m_objects.session.objects().settings.setHomePreviewFolded(!open);
+        updatePreviewRoom();
+    });
+
     auto* layout = new QVBoxLayout(pane);
-    layout->setContentsMargins(16, 14, 16, 16);
-    layout->setSpacing(10);
+    layout->setContentsMargins(12, 10, 12, 12);
+    layout->setSpacing(6);
+    m_editorBox->addToTabRow(m_fold);
     layout->addWidget(m_preview);
-    layout->addWidget(makePaneLine());
+    m_previewLine = makePaneLine();
+    layout->addWidget(m_previewLine);
     layout->addWidget(m_editorBox, 1);
+    layout->addWidget(m_summary);
     layout->addWidget(m_actions);
+    updatePreviewRoom();
     return pane;
+}
+
+void HomeScreen::setSinglePhotoShown(bool shown) {
+    m_singlePhotoShown = shown;
+    updatePreviewRoom();
+}
+
+void HomeScreen::updatePreviewRoom() {
+    // The described form keeps the pane with its default position; the standard form gives
+    // its room to the editor while no single photo is on display.
+    const bool room = m_singlePhotoShown || !isStandardForm();
+    const bool open = m_fold->isChecked();
+    m_fold->setVisible(room);
+    m_fold->setArrowType(open ? Qt::DownArrow : Qt::RightArrow);
+    m_preview->setVisible(room && open);
+    m_previewLine->setVisible(room && open);
 }
 
 void HomeScreen::makeCovers() {
@@ -129,6 +188,7 @@ void HomeScreen::connectPanes() {
     connect(m_editorBox, &HomeEditorBox::renameClicked, this, &HomeScreen::clickedRename);
     connect(m_actions, &HomeActionBar::reviewClicked, this, &HomeScreen::openReview);
     connect(m_actions, &HomeActionBar::startClicked, this, &HomeScreen::clickedStartProcess);
+    connect(m_summary, &HomeSummaryBar::openRequested, this, &HomeScreen::openSummaryItem);
     connect(m_progress->btnStopScanning(), &QPushButton::clicked, this,
             &HomeScreen::clickedStopScanning);
     for (QAbstractItemView* view : m_list->views()) {
@@ -250,13 +310,16 @@ void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
     const WorkingSet& set = session.objects().workingSet;
     setBatchControlsEnabled(outcome.buttons.batchControlsEnabled);
     m_list->clearViewSelection();
-    if (outcome.buttons.clearEditorAndPreview && !outcome.buttons.batchControlsEnabled)
+    if (outcome.buttons.clearEditorAndPreview && !outcome.buttons.batchControlsEnabled) {
         m_preview->clear();
+        setSinglePhotoShown(false);
+    }
     if (outcome.showRecord) {
         showPreview(*outcome.showRecord);
         if (*outcome.showRecord < set.count())
             showLocation(set.workingImages().at(*outcome.showRecord));
     } else {
+        setSinglePhotoShown(false);
         if (outcome.geocodeDefaultAndClearPreview)
             m_preview->clear();
         // None or several marked: the view stands on the default coordinate.
@@ -281,6 +344,8 @@ void HomeScreen::setBatchControlsEnabled(bool on) {
         if (control)
             control->setEnabled(on);
     }
+    if (m_menu)
+        m_menu->update(isVisible(), on);
     m_objects.session.form().setEnableComponents(on);
 }
 
@@ -302,6 +367,7 @@ void HomeScreen::showNewList() {
     m_processing->refresh();
     editingModeChanged(ProcessingMode::keepUnedited);
     m_preview->clear();
+    setSinglePhotoShown(false);
 }
 
 void HomeScreen::updateTotal() {
@@ -317,8 +383,10 @@ void HomeScreen::updateMarkedSummary() {
 void HomeScreen::reloadViews() {
     updateTotal();
     m_list->repaintViews();
-    if (m_objects.session.objects().workingSet.isEmpty())
+    if (m_objects.session.objects().workingSet.isEmpty()) {
         m_preview->clear();
+        setSinglePhotoShown(false);
+    }
 }
 
 void HomeScreen::showPreview(int row) {
@@ -326,11 +394,34 @@ void HomeScreen::showPreview(int row) {
     if (row < 0 || row >= images.size())
         return;
     m_preview->showPhoto(images[row].path());
+    setSinglePhotoShown(true);
 }
 
 void HomeScreen::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     m_preview->fitToHeight(height());
+}
+
+void HomeScreen::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    m_menu->update(true, m_objects.session.objects().workingSet.markedCount() > 0);
+}
+
+void HomeScreen::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    m_menu->update(false, false);
+}
+
+void HomeScreen::openPresets() {
+    m_editorBox->openPresets();
+}
+
+void HomeScreen::focusEditor() {
+    m_editorBox->focusFirstField();
+}
+
+void HomeScreen::showTips() {
+    m_tutorial->showTutorial();
 }
 
 QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
@@ -365,14 +456,44 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     return menu;
 }
 
+void HomeScreen::openSummaryItem(const RunSummaryItem& item) {
+    const EditorState& state = m_objects.session.objects().editorState;
+    switch (item.kind) {
+    case RunSummaryItem::Kind::fields:
+        for (const FormField& field : formFields()) {
+            if (state.fieldEditedFlags.test(field.field) && !dateFieldOf(field.field) &&
+                !isPositionField(field.field)) {
+                m_editorBox->openField(field.field);
+                return;
+            }
+        }
+        return;
+    case RunSummaryItem::Kind::date:
+        if (item.dateIndex >= 0 && item.dateIndex < int(allDateFields.size()))
+            m_editorBox->openField(formFieldOf(allDateFields[std::size_t(item.dateIndex)]));
+        return;
+    case RunSummaryItem::Kind::rename:
+        clickedRename();
+        return;
+    case RunSummaryItem::Kind::location:
+        clickShowEditorGPS();
+        return;
+    case RunSummaryItem::Kind::preset:
+        m_editorBox->openPresets();
+        return;
+    }
+}
+
 void HomeScreen::clickedRename() {
     const HomeSession::Objects& core = m_objects.session.objects();
     if (!m_renamePanel) {
         m_renamePanel =
             new RenameViewController(core.renameSettings, core.processingOptions.overwriteExisting,
                                      core.settings, core.prompt, this);
-        connect(m_renamePanel, &QDialog::finished, this,
-                [&core] { emit core.events.HideUnhideTopLayerTM(true); });
+        connect(m_renamePanel, &QDialog::finished, this, [this, &core] {
+            emit core.events.HideUnhideTopLayerTM(true);
+            m_summary->refresh();
+        });
     }
     const auto& images = core.workingSet.workingImages();
     m_renamePanel->showFor(images.isEmpty() ? QString() : images.first().path());

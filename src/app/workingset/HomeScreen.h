@@ -4,7 +4,10 @@
 #include <QWidget>
 
 class QAbstractItemView;
+class QFrame;
 class QMenu;
+class QSplitter;
+class QToolButton;
 
 namespace tagmoor {
 
@@ -16,6 +19,9 @@ class GeoLocationViewController;
 class HomeActionBar;
 class HomeEditorBox;
 class HomeListPane;
+class HomeMenuActions;
+class HomeSummaryBar;
+struct RunSummaryItem;
 class HomePreviewPane;
 class HomeSession;
 class PreviewViewController;
@@ -77,6 +83,14 @@ public:
     void showTutorialOnce();
     // Start Process: the chain of questions, then the run screen.
     void clickedStartProcess();
+    void openReview();
+    void openPresets();
+    // The keyboard's way into the editor: the first field of the tab on show.
+    void focusEditor();
+    // The first-start tips, again.
+    void showTips();
+    // The screen's actions for the main window's menus.
+    HomeMenuActions& menuActions() const { return *m_menu; }
     // The rename sheet over the application's rename rule.
     void clickedRename();
 
@@ -85,14 +99,21 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     QWidget* makeSidePane();
+    QSplitter* makeSplitter();
     void makeCovers();
+    // The preview and map take room only while one photo is on display (or in the described
+    // form), and only while they are not folded away.
+    void setSinglePhotoShown(bool shown);
+    void updatePreviewRoom();
+    void openSummaryItem(const RunSummaryItem& item);
     void connectPanes();
     void connectCore();
     void addBatchControl(QWidget* control);
-    void openReview();
     void applyProgress(const ScanProgressView& view);
     void applyOutcome(const SelectionOutcome& outcome);
     void setBatchControlsEnabled(bool on);
@@ -114,6 +135,12 @@ private:
     HomePreviewPane* m_preview;
     HomeEditorBox* m_editorBox;
     HomeActionBar* m_actions;
+    HomeSummaryBar* m_summary = nullptr;
+    HomeMenuActions* m_menu = nullptr;
+    QSplitter* m_splitter = nullptr;
+    QToolButton* m_fold = nullptr;
+    QFrame* m_previewLine = nullptr;
+    bool m_singlePhotoShown = false;
     DesktopActions* m_desktop;
     AlbumChooser* m_chooser = nullptr;
     GeoLocationViewController* m_picker = nullptr;

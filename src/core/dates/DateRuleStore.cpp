@@ -10,4 +10,10 @@ void DateRuleStore::commitPanel(DateField field, const DateTimeConfiguration& ru
     m_rules.slot(field) = slot;
 }
 
+void DateRuleStore::forget(DateField field) {
+    m_rules.rule(field) = DateTimeConfiguration{};
+    m_rules.slot(field).reset();
+    m_rules.alive(field) = false;
+}
+
 } // namespace tagmoor

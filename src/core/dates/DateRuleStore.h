@@ -17,6 +17,9 @@ public:
     // The whole store replaced (a preset's rules were applied).
     void replace(const OriginalFinalDate& rules) { m_rules = rules; }
 
+    // The field's rule back to untouched: the original is kept, no date slot.
+    void forget(DateField field);
+
     // What the date panel does when it closes: the field's rule and date slot are stored,
     // and the touched flag goes up when either differs from what was stored. The flag never
     // goes down here.

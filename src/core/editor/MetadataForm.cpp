@@ -544,6 +544,35 @@ void MetadataForm::resetAll() {
     emit editedFlagsChanged();
 }
 
+void MetadataForm::revertEdits(const std::function<bool(Field)>& which) {
+    if (!m_isHome)
+        return;
+    bool reverted = false;
+    for (const FormField& field : formFields()) {
+        const std::optional<DateField> date = dateFieldOf(field.field);
+        const bool dateTouched = date && dateStore().rules().alive(*date);
+        if (!which(field.field) || (!m_state.fieldEditedFlags.test(field.field) && !dateTouched))
+            continue;
+        m_state.fieldEditedFlags.set(field.field, false);
+        if (date) {
+            dateStore().forget(*date);
+            if (m_textBeforeSummary && m_textBeforeSummary->first == *date)
+                m_textBeforeSummary.reset();
+        }
+        // What the marked photos hold, as the form showed it before the edit.
+        const bool shown = !m_selection.isEmpty();
+        if (field.kind == FormKind::Popup)
+            m_rows[field.field] =
+                shown ? FieldDisplay::popupRow(m_tempProperty, field) : FormPopups::kBlankRow;
+        else
+            m_texts[field.field] = shown ? FieldDisplay::text(m_tempProperty, field) : QString();
+        emit fieldChanged(field.field);
+        reverted = true;
+    }
+    if (reverted)
+        emit editedFlagsChanged();
+}
+
 bool MetadataForm::carriesShifts() const {
     return m_state.carryShifts;
 }

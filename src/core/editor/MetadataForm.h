@@ -13,6 +13,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -105,6 +106,9 @@ public:
     bool hasEdits() const;
     // Reset All: every control empty, every flag down, the date rules emptied.
     void resetAll();
+    // Takes back the edits of the fields `which` picks (date rules included): each shows the
+    // marked photos' own value again, and the run leaves it as it is.
+    void revertEdits(const std::function<bool(Field)>& which);
 
     // The picker's hand-over: the position goes into the latitude and longitude fields (as
     // degrees without sign) and their reference popups (N/S, E/W), as edits of the user.

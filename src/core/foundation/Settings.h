@@ -33,6 +33,10 @@ class QSettings;
     KEY_WITH_DEFAULT(kIsOverwriteIfAFileWithASameNameOTM, bool, isOverwriteIfAFileWithASameName,   \
                      setIsOverwriteIfAFileWithASameName, false)                                    \
     KEY(TutorialShowOTM, bool, tutorialShow, setTutorialShow)                                      \
+    /* The window's size and place, the home screen's divider, the folded preview. */              \
+    KEY(MainWindowGeometry, QByteArray, mainWindowGeometry, setMainWindowGeometry)                 \
+    KEY(HomeSplitterState, QByteArray, homeSplitterState, setHomeSplitterState)                    \
+    KEY_WITH_DEFAULT(HomePreviewFolded, bool, homePreviewFolded, setHomePreviewFolded, false)      \
     KEY_WITH_DEFAULT(OpenWithItemsOTM, bool, openWithItems, setOpenWithItems, false)               \
     KEY_WITH_DEFAULT(IsPopUpOTM, bool, isPopUp, setIsPopUp, false)                                 \
     /* Address of the update feed; without it no update check happens. */                          \

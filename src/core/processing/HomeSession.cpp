@@ -1,6 +1,8 @@
 #include "processing/HomeSession.h"
 
+#include "dates/DateField.h"
 #include "editor/EditorState.h"
+#include "editor/FormPopups.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "presets/PresetForm.h"
@@ -9,6 +11,8 @@
 #include "processing/ReviewValues.h"
 #include "rename/Rename.h"
 #include "workingset/WorkingSet.h"
+
+#include <cmath>
 
 namespace tagmoor {
 
@@ -38,6 +42,14 @@ HomeSession::HomeSession(const Objects& objects, QObject* parent)
         if (m_objects.workingSet.isEmpty())
             startNewList();
     });
+    connect(&objects.events, &AppEvents::PresetsDetailsOTM, this, [this](PresetsMenuChoice c) {
+        if (c.row != PresetMenuRow::savedPreset)
+            return;
+        m_presetName = m_objects.presets.preset(c.presetIndex).name.value_or(QString());
+        emit summaryChanged();
+    });
+    connect(&m_form, &MetadataForm::editedFlagsChanged, this, &HomeSession::summaryChanged);
+    connect(&m_form, &MetadataForm::formReset, this, &HomeSession::summaryChanged);
 }
 
 void HomeSession::startProcess() {
@@ -52,11 +64,13 @@ RunValues HomeSession::reviewValues() {
 }
 
 void HomeSession::resetAll() {
+    m_presetName.clear();
     m_form.resetAll();
     m_objects.processingOptions.clearChoices();
 }
 
 void HomeSession::startNewList() {
+    m_presetName.clear();
     m_form.resetAll();
     m_objects.renameSettings = Rename{};
     m_objects.processingOptions.reset();
@@ -92,6 +106,60 @@ void HomeSession::locationPickerOpening() {
 
 void HomeSession::takePickedLocation() {
     m_form.takeLocation(m_location.latitude(), m_location.longitude());
+}
+
+std::optional<std::pair<double, double>> HomeSession::editedPosition() const {
+    const auto signedCoordinate = [this](Field coordinate, Field reference) {
+        bool ok = false;
+        const double degrees = m_form.text(coordinate).trimmed().toDouble(&ok);
+        const bool negative = FormPopups::referenceOfRow(m_form.popupRow(reference)) ==
+                              FormPopups::ReferenceRow::southOrWest;
+        return ok ? std::optional<double>(negative ? -std::fabs(degrees) : degrees) : std::nullopt;
+    };
+    if (!m_form.isEdited(Field::GPSLatitude) && !m_form.isEdited(Field::GPSLongitude))
+        return std::nullopt;
+    const auto latitude = signedCoordinate(Field::GPSLatitude, Field::GPSLatitudeRef);
+    const auto longitude = signedCoordinate(Field::GPSLongitude, Field::GPSLongitudeRef);
+    if (!latitude || !longitude)
+        return std::nullopt;
+    return std::pair{*latitude, *longitude};
+}
+
+QList<RunSummaryItem> HomeSession::summary() const {
+    const EditorState& state = m_objects.editorState;
+    std::optional<QString> location;
+    if (const auto position = editedPosition())
+        location = QStringLiteral("%1, %2")
+                       .arg(position->first, 0, 'f', 4)
+                       .arg(position->second, 0, 'f', 4);
+    const bool anyEdit = state.fieldEditedFlags.hasEdits();
+    return runSummary({state.fieldEditedFlags, state.editorDates().rules(),
+                       m_objects.renameSettings, location, anyEdit ? m_presetName : QString()});
+}
+
+void HomeSession::clearSummaryItem(const RunSummaryItem& item) {
+    switch (item.kind) {
+    case RunSummaryItem::Kind::fields:
+        m_form.revertEdits([](Field f) { return !dateFieldOf(f) && !isPositionField(f); });
+        break;
+    case RunSummaryItem::Kind::date:
+        if (item.dateIndex >= 0 && item.dateIndex < int(allDateFields.size())) {
+            const DateField date = allDateFields[std::size_t(item.dateIndex)];
+            m_form.revertEdits([date](Field f) { return dateFieldOf(f) == date; });
+        }
+        break;
+    case RunSummaryItem::Kind::rename:
+        m_objects.renameSettings = Rename{};
+        break;
+    case RunSummaryItem::Kind::location:
+        m_form.revertEdits(isPositionField);
+        break;
+    case RunSummaryItem::Kind::preset:
+        m_form.revertEdits([](Field) { return true; });
+        m_presetName.clear();
+        break;
+    }
+    emit summaryChanged();
 }
 
 } // namespace tagmoor

@@ -3,6 +3,7 @@
 #include "batch/BatchController.h"
 #include "editor/MetadataForm.h"
 #include "geo/SharedLocation.h"
+#include "processing/RunSummary.h"
 #include "processing/StartProcessChain.h"
 
 #include <QObject>
@@ -71,10 +72,20 @@ public:
     // The picker closed: the form's GPS fields take the shared position as edits.
     void takePickedLocation();
 
+    // What the next run is set to do, item by item.
+    QList<RunSummaryItem> summary() const;
+    // The edited position (both coordinates typed or picked), signed.
+    std::optional<std::pair<double, double>> editedPosition() const;
+    // Takes one item back: its edits, its date rule, the rename rule, the position, or the
+    // preset's values.
+    void clearSummaryItem(const RunSummaryItem& item);
+
 signals:
     // The list became empty and everything of the last one was let go: no edit, date rule,
     // rename rule, mode or picked position reaches the next photos.
     void newListStarted();
+    // The summary may read differently (edits, rules, preset or rename changed).
+    void summaryChanged();
 
 private:
     void startNewList();
@@ -84,6 +95,8 @@ private:
     StartProcessChain m_chain;
     BatchController m_batch;
     SharedLocation m_location;
+    // The saved preset last put into the form.
+    QString m_presetName;
 };
 
 } // namespace tagmoor

@@ -19,7 +19,6 @@ ApplicationShell::ApplicationShell(Options options, QObject* parent)
       m_presets(std::make_unique<PresetStore>(m_settings)) {
     // The form decides how the first photo is read already.
     setValueForm(m_settings.valueFormOrDefault());
-    m_presets->load();
 }
 
 bool ApplicationShell::claimInstance(const QStringList& paths) {
@@ -38,8 +37,8 @@ bool ApplicationShell::claimInstance(const QStringList& paths) {
     return true;
 }
 
-StartPlan ApplicationShell::start() {
-    const StartPlan plan = m_start.applicationWillFinishLaunching();
+StartPlan ApplicationShell::start(const StartSequence::ShowFirstWindow& showFirstWindow) {
+    const StartPlan plan = m_start.applicationWillFinishLaunching(showFirstWindow);
     switch (plan.updateAction) {
     case StartPlan::UpdateAction::CheckForUpdate:
         QTimer::singleShot(plan.updateDelayMs, &m_updater, &UpdateChecker::checkForUpdate);
@@ -54,6 +53,7 @@ StartPlan ApplicationShell::start() {
 }
 
 void ApplicationShell::finishLaunching() {
+    m_presets->load();
     m_start.applicationDidFinishLaunching();
 }
 

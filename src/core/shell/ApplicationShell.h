@@ -44,9 +44,10 @@ public:
     // process runs on its own.
     bool claimInstance(const QStringList& paths);
 
-    // The start sequence; schedules the update check the plan asks for.
-    StartPlan start();
-    // After the presets are loaded: opened files may now be added.
+    // The start sequence; schedules the update check the plan asks for. `showFirstWindow`
+    // shows the welcome or the main window at its step of the sequence.
+    StartPlan start(const StartSequence::ShowFirstWindow& showFirstWindow = {});
+    // Loads the presets; opened files may then be added.
     void finishLaunching();
     // Paths given on this process's command line or by a later launch.
     bool openFiles(const QStringList& paths) { return m_openWith.openFiles(paths); }
@@ -62,7 +63,8 @@ public:
     FolderAccess& folderAccess() { return m_folderAccess; }
     Rename& renameSettings() { return m_renameSettings; }
     RenameNumbering& renameNumbering() { return m_renameNumbering; }
-    // The saved presets, loaded when the shell is made.
+    // The saved presets, loaded when the launch finishes (a launch that only hands its files
+    // to the running instance never reads them).
     PresetStore& presets() { return *m_presets; }
     LaunchState& launchState() { return m_launchState; }
     LoginItem& loginItem() { return m_loginItem; }

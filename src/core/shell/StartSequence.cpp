@@ -18,7 +18,7 @@ std::optional<float> StartSequence::versionNumber(const QString& version) {
     return ok ? std::optional<float>(value) : std::nullopt;
 }
 
-StartPlan StartSequence::applicationWillFinishLaunching() {
+StartPlan StartSequence::applicationWillFinishLaunching(const ShowFirstWindow& showFirstWindow) {
     StartPlan plan;
     m_settings.seedDefaults({Settings::OpenWithItemsOTM, Settings::LoginStartStatusOTM,
                              Settings::IsPresetSavingSettingInHomeOTM});
@@ -27,6 +27,8 @@ StartPlan StartSequence::applicationWillFinishLaunching() {
 
     // Only the presence of a Boolean counts, not its value.
     plan.showWelcomeWindow = !m_settings.startup().has_value();
+    if (showFirstWindow)
+        showFirstWindow(plan.showWelcomeWindow);
 
     if (!m_settings.firstRun().has_value()) {
         // First start: no update check is scheduled, on purpose.

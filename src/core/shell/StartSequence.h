@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace tagmoor {
@@ -31,7 +32,11 @@ public:
     StartSequence(Settings& settings, LoginItem& loginItem, LaunchState& state,
                   QString currentVersion);
 
-    StartPlan applicationWillFinishLaunching();
+    // Shows the welcome window (true) or the main window (false).
+    using ShowFirstWindow = std::function<void(bool welcome)>;
+
+    // The window is shown in the middle of the sequence, before the version and update steps.
+    StartPlan applicationWillFinishLaunching(const ShowFirstWindow& showFirstWindow = {});
     // After the presets are loaded.
     void applicationDidFinishLaunching();
 

@@ -1,5 +1,6 @@
 #include "processing/HomeSession.h"
 #include "TestSupport.h"
+#include "batch/AskedKeys.h"
 #include "editor/EditorState.h"
 #include "foundation/AppEvents.h"
 #include "foundation/ScriptedPrompt.h"
@@ -117,6 +118,75 @@ TEST(HomeSession, TheSharedPositionGoesBetweenPhotoPickerAndForm) {
     f.session.locationPickerOpening();
     EXPECT_NEAR(f.session.location().latitude(), -33.9628, 1e-4);
     EXPECT_NEAR(f.session.location().longitude(), 18.4098, 1e-4);
+}
+
+// The line above Start Process names each thing the run is set to do, and each item is taken
+// back on its own: the form shows the photos' own values again and the run leaves them.
+TEST(HomeSession, TheSummaryNamesEachThingSetAndEachItemClearsOnItsOwn) {
+    SessionFixture f;
+    MetadataForm& form = f.session.form();
+    form.updateMetadataInfo(1, false, {1});
+    const QString artistBefore = form.text(Field::Artist);
+    const QString latitudeBefore = form.text(Field::GPSLatitude);
+    const QString dateBefore = form.text(Field::DateTimeOriginal);
+    EXPECT_TRUE(f.session.summary().isEmpty());
+
+    f.presets.addPreset(QStringLiteral("Holiday"));
+    emit f.events.PresetsDetailsOTM({PresetMenuRow::savedPreset, 0});
+    EXPECT_TRUE(f.session.summary().isEmpty()) << "a preset that put nothing in the form";
+    form.editText(Field::Artist, QStringLiteral("Jane Doe"));
+    form.editText(Field::Copyright, QStringLiteral("(c) Jane"));
+    f.state.editorDates().commitPanel(DateField::dateTimeOriginal,
+                                      DateTimeConfiguration(IDOT{1, 0, 0}), std::nullopt);
+    form.refreshDateSummaries();
+    f.rename = CaptureDateName{QStringLiteral("yyyy-MM-dd")};
+    form.takeLocation(38.7223, -9.1393);
+
+    const auto texts = [&f] {
+        QStringList t;
+        for (const RunSummaryItem& item : f.session.summary())
+            t << item.text;
+        return t;
+    };
+    EXPECT_EQ(texts(),
+              (QStringList{"2 fields edited", "DateTimeOriginal +1 h", "rename: capture date",
+                           "location: 38.7223, -9.1393", "preset: Holiday"}));
+    const auto item = [&f](RunSummaryItem::Kind kind) {
+        for (const RunSummaryItem& i : f.session.summary())
+            if (i.kind == kind)
+                return i;
+        ADD_FAILURE() << "no item of that kind";
+        return RunSummaryItem{};
+    };
+
+    QSignalSpy changed(&f.session, &HomeSession::summaryChanged);
+    f.session.clearSummaryItem(item(RunSummaryItem::Kind::date));
+    EXPECT_FALSE(f.state.editorDates().rules().alive(DateField::dateTimeOriginal));
+    EXPECT_FALSE(form.isEdited(Field::DateTimeOriginal));
+    EXPECT_EQ(form.text(Field::DateTimeOriginal), dateBefore);
+    EXPECT_FALSE(changed.isEmpty());
+
+    f.session.clearSummaryItem(item(RunSummaryItem::Kind::fields));
+    EXPECT_FALSE(form.isEdited(Field::Artist));
+    EXPECT_EQ(form.text(Field::Artist), artistBefore);
+    EXPECT_TRUE(form.isEdited(Field::GPSLatitude)) << "the position is an item of its own";
+
+    f.session.clearSummaryItem(item(RunSummaryItem::Kind::location));
+    EXPECT_FALSE(form.isEdited(Field::GPSLatitude));
+    EXPECT_EQ(form.text(Field::GPSLatitude), latitudeBefore);
+    EXPECT_EQ(texts(), (QStringList{"rename: capture date"}))
+        << "no edit left: the preset's name goes with its values";
+
+    f.session.clearSummaryItem(item(RunSummaryItem::Kind::rename));
+    EXPECT_TRUE(f.rename.is<KeepOriginalName>());
+    EXPECT_TRUE(f.session.summary().isEmpty());
+
+    // The review's first view: the asked keys only, unless the mode clears tags.
+    form.editText(Field::Artist, QStringLiteral("Jane Doe"));
+    RunValues values = f.session.reviewValues();
+    EXPECT_EQ(askedKeys(values), std::optional<QSet<QString>>({"Exif.Image.Artist"}));
+    values.processingMode = ProcessingMode::clearUnedited;
+    EXPECT_EQ(askedKeys(values), std::nullopt);
 }
 
 } // namespace

@@ -1,4 +1,6 @@
 #include "TestSupport.h"
+#include "presets/PresetArchive.h"
+#include "presets/PresetFile.h"
 #include "shell/ApplicationShell.h"
 #include "shell/InstanceChannel.h"
 #include "shell/LaunchState.h"
@@ -190,12 +192,18 @@ TEST(OpenFiles, ASecondLaunchWithAPathQuitsAndTheFirstStagesIt) {
     QObject::connect(&first.events(), &AppEvents::UpdateVCOTM,
                      [&](RootPage page) { screens << int(page); });
 
+    // The later launch's settings still hold presets the way earlier versions kept them: a
+    // launch that only hands over its files must neither read nor move them.
+    const QString otherConf = tmp.path() + "/other.conf";
+    Settings(otherConf).setPropertiesData(encodePresetArchive({makeNewPreset("Old", 0)}));
     QFuture<bool> second = QtConcurrent::run([&] {
-        ApplicationShell later({"1.0", tmp.path() + "/other.conf", name, "/usr/bin/tagmoor"});
-        return later.claimInstance({photo});
+        ApplicationShell later({"1.0", otherConf, name, "/usr/bin/tagmoor"});
+        return later.claimInstance({photo}) || later.presets().size() != 0;
     });
     ASSERT_TRUE(waitFor([&] { return second.isFinished(); }));
     EXPECT_FALSE(second.result()) << "the second launch hands over and quits";
+    EXPECT_TRUE(Settings(otherConf).holdsAnyValue(Settings::kPropertiesDataAP));
+    EXPECT_FALSE(QFileInfo::exists(PresetFile::pathFor(otherConf)));
     ASSERT_TRUE(waitFor([&] { return !screens.isEmpty(); }));
     EXPECT_EQ(first.workingSet().stagedURLs(), QList<QUrl>{QUrl::fromLocalFile(photo)});
     EXPECT_EQ(screens, QList<int>{1});

@@ -92,7 +92,7 @@ TEST(Settings, EachKeyHasOneDefaultForSeedingAndReading) {
     TAGMOOR_SETTINGS_KEYS(TAGMOOR_CHECK_NO_DEFAULT, TAGMOOR_CHECK_DEFAULT)
 #undef TAGMOOR_CHECK_NO_DEFAULT
 #undef TAGMOOR_CHECK_DEFAULT
-    EXPECT_EQ(withDefault, 8);
+    EXPECT_EQ(withDefault, 9);
     // The preset offer's default is the value the window's start seeds.
     EXPECT_TRUE(Settings(cfg.settingsFile()).isPresetSavingSettingInHomeOrDefault());
 }

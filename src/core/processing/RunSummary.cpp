@@ -1,0 +1,110 @@
+#include "processing/RunSummary.h"
+
+#include "batch/FieldEditedFlags.h"
+#include "dates/DateField.h"
+#include "dates/DateTimeConfiguration.h"
+#include "dates/OriginalFinalDate.h"
+#include "model/FormFieldTable.h"
+#include "rename/Rename.h"
+
+#include <QCoreApplication>
+
+namespace tagmoor {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("RunSummary", text);
+}
+
+// "+1 h", "-30 min": the signed number and its unit, or nothing for a kept or zero part.
+void addShift(QStringList& parts, int amount, bool kept, const char* unit) {
+    if (kept || amount == 0)
+        return;
+    parts << QStringLiteral("%1%2 %3")
+                 .arg(amount > 0 ? QStringLiteral("+") : QString())
+                 .arg(amount)
+                 .arg(tr(unit));
+}
+
+// The key's last part: "DateTimeOriginal" of "Exif.Photo.DateTimeOriginal".
+QString dateName(DateField field) {
+    const QString key = QString::fromLatin1(dateFieldKey(field));
+    return key.mid(key.lastIndexOf(QLatin1Char('.')) + 1);
+}
+
+QString renameText(const Rename& rename) {
+    if (const auto* add = rename.as<AddText>())
+        return tr("rename: add \"%1\"").arg(add->addTextValueAT);
+    if (const auto* replace = rename.as<ReplaceText>())
+        return tr("rename: \"%1\" to \"%2\"").arg(replace->findTextRT, replace->replaceWithRT);
+    if (rename.is<ChangeFileNameFormat>())
+        return tr("rename: name format");
+    if (rename.is<CaptureDateName>())
+        return tr("rename: capture date");
+    return {};
+}
+
+} // namespace
+
+bool isPositionField(Field field) {
+    return field == Field::GPSLatitude || field == Field::GPSLatitudeRef ||
+           field == Field::GPSLongitude || field == Field::GPSLongitudeRef;
+}
+
+QString shortDateRule(const DateTimeConfiguration& rule, const std::optional<QDateTime>& slot) {
+    if (rule.is<KeepOriginal>())
+        return {};
+    if (rule.is<EmptyValue>())
+        return tr("emptied");
+    QStringList parts;
+    if (const auto* idod = rule.as<IDOD>()) {
+        addShift(parts, idod->changeYears, idod->isKeepOriginalYears, "y");
+        addShift(parts, idod->changeMonths, idod->isKeepOriginalMonths, "mo");
+        addShift(parts, idod->changeDays, idod->isKeepOriginalDays, "d");
+        return parts.isEmpty() ? tr("unchanged") : parts.join(QLatin1Char(' '));
+    }
+    if (const auto* idot = rule.as<IDOT>()) {
+        addShift(parts, idot->changeHours, idot->isKeepOriginalHours, "h");
+        addShift(parts, idot->changeMinutes, idot->isKeepOriginalMinutes, "min");
+        addShift(parts, idot->changeSeconds, idot->isKeepOriginalSeconds, "s");
+        return parts.isEmpty() ? tr("unchanged") : parts.join(QLatin1Char(' '));
+    }
+    // A chosen or updated date: the date the run writes.
+    if (slot && slot->isValid())
+        return QStringLiteral("= ") + slot->toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return tr("set");
+}
+
+QList<RunSummaryItem> runSummary(const RunSummaryInputs& inputs) {
+    QList<RunSummaryItem> items;
+    int fields = 0;
+    for (const FormField& field : formFields()) {
+        if (inputs.edited.test(field.field) && !dateFieldOf(field.field) &&
+            !isPositionField(field.field))
+            ++fields;
+    }
+    if (fields == 1)
+        items.append({RunSummaryItem::Kind::fields, tr("1 field edited")});
+    else if (fields > 1)
+        items.append({RunSummaryItem::Kind::fields, tr("%1 fields edited").arg(fields)});
+
+    for (int i = 0; i < int(allDateFields.size()); ++i) {
+        const DateField field = allDateFields[std::size_t(i)];
+        if (!inputs.dates.alive(field))
+            continue;
+        const QString rule = shortDateRule(inputs.dates.rule(field), inputs.dates.slot(field));
+        if (!rule.isEmpty())
+            items.append(
+                {RunSummaryItem::Kind::date, dateName(field) + QLatin1Char(' ') + rule, i});
+    }
+    if (const QString rename = renameText(inputs.rename); !rename.isEmpty())
+        items.append({RunSummaryItem::Kind::rename, rename});
+    if (inputs.location)
+        items.append({RunSummaryItem::Kind::location, tr("location: %1").arg(*inputs.location)});
+    if (!inputs.preset.isEmpty())
+        items.append({RunSummaryItem::Kind::preset, tr("preset: %1").arg(inputs.preset)});
+    return items;
+}
+
+} // namespace tagmoor
