@@ -626,6 +626,77 @@
     </message>
 </context>
 <context>
+    <name>RunSummary</name>
+    <message>
+        <source>rename: add &quot;%1&quot;</source>
+        <translation>umbenennen: „%1“ hinzufügen</translation>
+    </message>
+    <message>
+        <source>rename: &quot;%1&quot; to &quot;%2&quot;</source>
+        <translation>umbenennen: „%1“ zu „%2“</translation>
+    </message>
+    <message>
+        <source>rename: name format</source>
+        <translation>umbenennen: Namensformat</translation>
+    </message>
+    <message>
+        <source>rename: capture date</source>
+        <translation>umbenennen: Aufnahmedatum</translation>
+    </message>
+    <message>
+        <source>emptied</source>
+        <translation>geleert</translation>
+    </message>
+    <message>
+        <source>y</source>
+        <translation>J</translation>
+    </message>
+    <message>
+        <source>mo</source>
+        <translation>Mon</translation>
+    </message>
+    <message>
+        <source>d</source>
+        <translation>T</translation>
+    </message>
+    <message>
+        <source>unchanged</source>
+        <translation>unverändert</translation>
+    </message>
+    <message>
+        <source>h</source>
+        <translation>h</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>min</translation>
+    </message>
+    <message>
+        <source>s</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>set</source>
+        <translation>festgelegt</translation>
+    </message>
+    <message>
+        <source>1 field edited</source>
+        <translation>1 Feld bearbeitet</translation>
+    </message>
+    <message>
+        <source>%1 fields edited</source>
+        <translation>%1 Felder bearbeitet</translation>
+    </message>
+    <message>
+        <source>location: %1</source>
+        <translation>Ort: %1</translation>
+    </message>
+    <message>
+        <source>preset: %1</source>
+        <translation>Vorgabe: %1</translation>
+    </message>
+</context>
+<context>
     <name>ScanProgress</name>
     <message>
         <source>Path: Analysing objects...</source>
@@ -1411,6 +1482,53 @@
     </message>
 </context>
 <context>
+    <name>tagmoor::HomeMenuActions</name>
+    <message>
+        <source>&amp;Mark All</source>
+        <translation>Alle &amp;markieren</translation>
+    </message>
+    <message>
+        <source>&amp;Unmark All</source>
+        <translation>Markierung &amp;aufheben</translation>
+    </message>
+    <message>
+        <source>&amp;Remove Marked...</source>
+        <translation>Markierte &amp;entfernen...</translation>
+    </message>
+    <message>
+        <source>&amp;Edit Fields</source>
+        <translation>Felder &amp;bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Location...</source>
+        <translation>&amp;Ort...</translation>
+    </message>
+    <message>
+        <source>Re&amp;name...</source>
+        <translation>&amp;Umbenennen...</translation>
+    </message>
+    <message>
+        <source>&amp;Presets...</source>
+        <translation>&amp;Vorgaben...</translation>
+    </message>
+    <message>
+        <source>Reset &amp;All</source>
+        <translation>Alles &amp;zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Re&amp;view Changes...</source>
+        <translation>Änderungen &amp;prüfen...</translation>
+    </message>
+    <message>
+        <source>&amp;Start Process</source>
+        <translation>Verarbeitung &amp;starten</translation>
+    </message>
+    <message>
+        <source>Show &amp;Tips</source>
+        <translation>&amp;Tipps zeigen</translation>
+    </message>
+</context>
+<context>
     <name>tagmoor::HomePreviewPane</name>
     <message>
         <source>No photo selected</source>
@@ -1463,6 +1581,33 @@
         <source>%1 x %2 pixels</source>
         <translation>%1 x %2 Pixel</translation>
     </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Show or hide the picture and the map of the photo on display</source>
+        <translation>Bild und Karte des angezeigten Fotos ein- oder ausblenden</translation>
+    </message>
+</context>
+<context>
+    <name>tagmoor::HomeSummaryBar</name>
+    <message>
+        <source>What the next run does</source>
+        <translation>Was der nächste Lauf tut</translation>
+    </message>
+    <message>
+        <source>Nothing set for the run yet</source>
+        <translation>Für den Lauf ist noch nichts festgelegt</translation>
+    </message>
+    <message>
+        <source>location: %1</source>
+        <translation>Ort: %1</translation>
+    </message>
+    <message>
+        <source>Take this back</source>
+        <translation>Zurücknehmen</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::MainWindow</name>
@@ -1509,6 +1654,10 @@
     <message>
         <source>&lt;h3&gt;Tagmoor %1&lt;/h3&gt;&lt;p&gt;Edit the metadata of many photos at once.&lt;/p&gt;&lt;p&gt;World outline: Natural Earth (public domain). Place and region names: GeoNames (CC BY 4.0). Map tiles: © OpenStreetMap contributors.&lt;/p&gt;</source>
         <translation>&lt;h3&gt;Tagmoor %1&lt;/h3&gt;&lt;p&gt;Bearbeitet die Metadaten vieler Fotos auf einmal.&lt;/p&gt;&lt;p&gt;Weltumriss: Natural Earth (gemeinfrei). Orts- und Regionsnamen: GeoNames (CC BY 4.0). Kartenkacheln: © OpenStreetMap-Mitwirkende.&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>&amp;Photos</source>
+        <translation>F&amp;otos</translation>
     </message>
 </context>
 <context>
@@ -1929,6 +2078,26 @@
     <message>
         <source>Would be written: %1 of %2 photos. Skipped: %3. Tag changes: %4.</source>
         <translation>Würden geschrieben: %1 von %2 Fotos. Übersprungen: %3. Tag-Änderungen: %4.</translation>
+    </message>
+    <message>
+        <source>Show all tags</source>
+        <translation>Alle Tags zeigen</translation>
+    </message>
+    <message>
+        <source>Also show the tags that change because the photo is written, besides those you asked to change</source>
+        <translation>Neben den Tags, deren Änderung Sie verlangt haben, auch die Tags zeigen, die sich ändern, weil das Foto geschrieben wird</translation>
+    </message>
+    <message>
+        <source>Other tags</source>
+        <translation>Weitere Tags</translation>
+    </message>
+    <message>
+        <source>1 more tag changes as the photo is written</source>
+        <translation>1 weiterer Tag ändert sich, wenn das Foto geschrieben wird</translation>
+    </message>
+    <message>
+        <source>%1 more tags change as the photo is written</source>
+        <translation>%1 weitere Tags ändern sich, wenn das Foto geschrieben wird</translation>
     </message>
 </context>
 <context>

@@ -13,10 +13,6 @@ namespace tagmoor {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("RunSummary", text);
-}
-
 // "+1 h", "-30 min": the signed number and its unit, or nothing for a kept or zero part.
 void addShift(QStringList& parts, int amount, bool kept, const char* unit) {
     if (kept || amount == 0)
@@ -24,7 +20,7 @@ void addShift(QStringList& parts, int amount, bool kept, const char* unit) {
     parts << QStringLiteral("%1%2 %3")
                  .arg(amount > 0 ? QStringLiteral("+") : QString())
                  .arg(amount)
-                 .arg(tr(unit));
+                 .arg(QCoreApplication::translate("RunSummary", unit));
 }
 
 // The key's last part: "DateTimeOriginal" of "Exif.Photo.DateTimeOriginal".
@@ -35,13 +31,15 @@ QString dateName(DateField field) {
 
 QString renameText(const Rename& rename) {
     if (const auto* add = rename.as<AddText>())
-        return tr("rename: add \"%1\"").arg(add->addTextValueAT);
+        return QCoreApplication::translate("RunSummary", "rename: add \"%1\"")
+            .arg(add->addTextValueAT);
     if (const auto* replace = rename.as<ReplaceText>())
-        return tr("rename: \"%1\" to \"%2\"").arg(replace->findTextRT, replace->replaceWithRT);
+        return QCoreApplication::translate("RunSummary", "rename: \"%1\" to \"%2\"")
+            .arg(replace->findTextRT, replace->replaceWithRT);
     if (rename.is<ChangeFileNameFormat>())
-        return tr("rename: name format");
+        return QCoreApplication::translate("RunSummary", "rename: name format");
     if (rename.is<CaptureDateName>())
-        return tr("rename: capture date");
+        return QCoreApplication::translate("RunSummary", "rename: capture date");
     return {};
 }
 
@@ -56,24 +54,32 @@ QString shortDateRule(const DateTimeConfiguration& rule, const std::optional<QDa
     if (rule.is<KeepOriginal>())
         return {};
     if (rule.is<EmptyValue>())
-        return tr("emptied");
+        return QCoreApplication::translate("RunSummary", "emptied");
     QStringList parts;
     if (const auto* idod = rule.as<IDOD>()) {
-        addShift(parts, idod->changeYears, idod->isKeepOriginalYears, "y");
-        addShift(parts, idod->changeMonths, idod->isKeepOriginalMonths, "mo");
-        addShift(parts, idod->changeDays, idod->isKeepOriginalDays, "d");
-        return parts.isEmpty() ? tr("unchanged") : parts.join(QLatin1Char(' '));
+        addShift(parts, idod->changeYears, idod->isKeepOriginalYears,
+                 QT_TRANSLATE_NOOP("RunSummary", "y"));
+        addShift(parts, idod->changeMonths, idod->isKeepOriginalMonths,
+                 QT_TRANSLATE_NOOP("RunSummary", "mo"));
+        addShift(parts, idod->changeDays, idod->isKeepOriginalDays,
+                 QT_TRANSLATE_NOOP("RunSummary", "d"));
+        return parts.isEmpty() ? QCoreApplication::translate("RunSummary", "unchanged")
+                               : parts.join(QLatin1Char(' '));
     }
     if (const auto* idot = rule.as<IDOT>()) {
-        addShift(parts, idot->changeHours, idot->isKeepOriginalHours, "h");
-        addShift(parts, idot->changeMinutes, idot->isKeepOriginalMinutes, "min");
-        addShift(parts, idot->changeSeconds, idot->isKeepOriginalSeconds, "s");
-        return parts.isEmpty() ? tr("unchanged") : parts.join(QLatin1Char(' '));
+        addShift(parts, idot->changeHours, idot->isKeepOriginalHours,
+                 QT_TRANSLATE_NOOP("RunSummary", "h"));
+        addShift(parts, idot->changeMinutes, idot->isKeepOriginalMinutes,
+                 QT_TRANSLATE_NOOP("RunSummary", "min"));
+        addShift(parts, idot->changeSeconds, idot->isKeepOriginalSeconds,
+                 QT_TRANSLATE_NOOP("RunSummary", "s"));
+        return parts.isEmpty() ? QCoreApplication::translate("RunSummary", "unchanged")
+                               : parts.join(QLatin1Char(' '));
     }
     // A chosen or updated date: the date the run writes.
     if (slot && slot->isValid())
         return QStringLiteral("= ") + slot->toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    return tr("set");
+    return QCoreApplication::translate("RunSummary", "set");
 }
 
 QList<RunSummaryItem> runSummary(const RunSummaryInputs& inputs) {
@@ -85,9 +91,11 @@ QList<RunSummaryItem> runSummary(const RunSummaryInputs& inputs) {
             ++fields;
     }
     if (fields == 1)
-        items.append({RunSummaryItem::Kind::fields, tr("1 field edited")});
+        items.append({RunSummaryItem::Kind::fields,
+                      QCoreApplication::translate("RunSummary", "1 field edited")});
     else if (fields > 1)
-        items.append({RunSummaryItem::Kind::fields, tr("%1 fields edited").arg(fields)});
+        items.append({RunSummaryItem::Kind::fields,
+                      QCoreApplication::translate("RunSummary", "%1 fields edited").arg(fields)});
 
     for (int i = 0; i < int(allDateFields.size()); ++i) {
         const DateField field = allDateFields[std::size_t(i)];
@@ -101,9 +109,12 @@ QList<RunSummaryItem> runSummary(const RunSummaryInputs& inputs) {
     if (const QString rename = renameText(inputs.rename); !rename.isEmpty())
         items.append({RunSummaryItem::Kind::rename, rename});
     if (inputs.location)
-        items.append({RunSummaryItem::Kind::location, tr("location: %1").arg(*inputs.location)});
+        items.append(
+            {RunSummaryItem::Kind::location,
+             QCoreApplication::translate("RunSummary", "location: %1").arg(*inputs.location)});
     if (!inputs.preset.isEmpty())
-        items.append({RunSummaryItem::Kind::preset, tr("preset: %1").arg(inputs.preset)});
+        items.append({RunSummaryItem::Kind::preset,
+                      QCoreApplication::translate("RunSummary", "preset: %1").arg(inputs.preset)});
     return items;
 }
 
