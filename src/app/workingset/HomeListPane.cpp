@@ -35,7 +35,7 @@ HomeListPane::HomeListPane(WorkingListModel& model, ThumbnailProvider& thumbnail
       m_table(new PhotoTableView(thumbnails)) {
     setObjectName(QStringLiteral("homeListPane"));
     m_grid->setModel(&model);
-    m_table->setModel(&model);
+    m_table->setListModel(model);
     m_views->addWidget(boxAround(QStringLiteral("boxCollectionView"), m_grid));
     m_views->addWidget(boxAround(QStringLiteral("boxTableView"), m_table));
 
@@ -131,6 +131,10 @@ void HomeListPane::clearViewSelection() {
 void HomeListPane::repaintViews() {
     m_grid->viewport()->update();
     m_table->viewport()->update();
+}
+
+void HomeListPane::rememberColumnsIn(Settings& settings) {
+    m_table->rememberColumnsIn(settings);
 }
 
 QList<QAbstractItemView*> HomeListPane::views() const {
