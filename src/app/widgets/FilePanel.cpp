@@ -142,8 +142,9 @@ void FilePanel::addMessage(const QString& text) {
 }
 
 QString FilePanel::typedFolder() const {
+    // In a folder chooser the name field names the folder to choose: Enter takes it.
     const QLineEdit* name = nameField(this);
-    if (!name)
+    if (!name || fileMode() == QFileDialog::Directory)
         return {};
     const QString text = name->text().trimmed();
     // Several quoted names are a choice, and so is a name the dialog filled in from the list.
@@ -162,7 +163,8 @@ QString FilePanel::typedFolder() const {
 }
 
 void FilePanel::accept() {
-    // A folder's path typed and Enter: the panel goes there, as a file manager's location does.
+    // A folder's path typed and Enter in a panel of photos: the panel goes there, as a file
+    // manager's location does, instead of taking the folder with all it holds.
     if (const QString folder = typedFolder(); !folder.isEmpty()) {
         setDirectory(folder);
         if (QLineEdit* name = nameField(this))

@@ -17,7 +17,8 @@ class Settings;
 // theme offers one (the portal, GTK, KDE); every other request, and every desktop without one,
 // gets Qt's own dialog, which carries the message, the accessory and the enable filter. When a
 // request allows both files and folders, "Open" takes whatever is selected, folders included;
-// a double click, or a folder's path typed into the name field and Enter, walks into it.
+// a double click, or a folder's path typed into the name field and Enter, walks into it. In a
+// folder chooser a typed folder and Enter chooses it.
 //
 // A panel whose request names no folder opens where the last accepted panel was, else in the
 // user's Pictures folder, else in the home folder.
@@ -49,7 +50,8 @@ private:
     void setUpOwnDialog(const OpenPanelRequest& request);
     void addMessage(const QString& text);
     void addAccessory(const QString& title);
-    // The folder named by the name field when the user typed it; empty otherwise.
+    // The folder to walk into that the user typed into the name field of a panel of files;
+    // empty otherwise.
     QString typedFolder() const;
     void acceptFilesAndFolders();
     void finish(const QStringList& chosen);
