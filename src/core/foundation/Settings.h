@@ -37,6 +37,10 @@ class QSettings;
     KEY(MainWindowGeometry, QByteArray, mainWindowGeometry, setMainWindowGeometry)                 \
     KEY(HomeSplitterState, QByteArray, homeSplitterState, setHomeSplitterState)                    \
     KEY_WITH_DEFAULT(HomePreviewFolded, bool, homePreviewFolded, setHomePreviewFolded, false)      \
+    /* The folder the last accepted file panel showed; the next panel opens there. */              \
+    KEY(LastPanelFolderOTM, QString, lastPanelFolder, setLastPanelFolder)                          \
+    /* The photo table's columns: shown or hidden, widths, order and sorting (header state). */    \
+    KEY(PhotoTableColumnsOTM, QByteArray, photoTableColumns, setPhotoTableColumns)                 \
     KEY_WITH_DEFAULT(OpenWithItemsOTM, bool, openWithItems, setOpenWithItems, false)               \
     KEY_WITH_DEFAULT(IsPopUpOTM, bool, isPopUp, setIsPopUp, false)                                 \
     /* Address of the update feed; without it no update check happens. */                          \

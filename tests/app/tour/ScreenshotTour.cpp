@@ -23,6 +23,7 @@
 #include "app/workingset/AddFilesScreen.h"
 #include "app/workingset/HomeScreen.h"
 #include "app/workingset/PhotoListViews.h"
+#include "app/workingset/PhotoTableModel.h"
 #include "app/workingset/TutorialOverlay.h"
 #include "model/FormFieldTable.h"
 #include "presets/PresetStore.h"
@@ -200,6 +201,14 @@ int main(int argc, char** argv) {
     artist->selectAll();
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     shoot(out, QStringLiteral("editor-one.png"), window);
+
+    // The same list as a table, newest capture first: the edited mark beside the marked photo.
+    home->clickedSegmentCollectionnTableView(1);
+    auto* table = test::named<PhotoTableView>(home, QStringLiteral("tableView"));
+    table->sortByColumn(int(PhotoColumn::CaptureDate), Qt::DescendingOrder);
+    shoot(out, QStringLiteral("table-view.png"), window);
+    table->sortByColumn(-1, Qt::AscendingOrder);
+    home->clickedSegmentCollectionnTableView(0);
 
     // The date panel of that photo, shifting its original time by two hours.
     FieldControl* date =
