@@ -434,7 +434,8 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     ScanController& scans = m_objects.session.objects().scans;
     auto* menu = new QMenu(parent);
     menu->setObjectName(QStringLiteral("mainMenu"));
-    menu->addAction(tr("Add More Images"), this, &HomeScreen::clickedAddMore);
+    // The menu's entry goes straight to the open panel; the Add More button offers the sources.
+    menu->addAction(tr("Add More Images"), this, &HomeScreen::addFoldersAndPhotos);
     menu->addSeparator();
     QAction* removeSelected = menu->addAction(tr("Remove All Selected"));
     removeSelected->setData(100);

@@ -45,6 +45,9 @@ class QSettings;
     KEY_WITH_DEFAULT(IsPopUpOTM, bool, isPopUp, setIsPopUp, false)                                 \
     /* Address of the update feed; without it no update check happens. */                          \
     KEY(UpdateFeedURL, QString, updateFeedUrl, setUpdateFeedUrl)                                   \
+    /* When the feed was last asked, in seconds since 1970 (UTC); the automatic check waits a      \
+       day after it. */                                                                            \
+    KEY(LastUpdateCheckOTM, qint64, lastUpdateCheck, setLastUpdateCheck)                           \
     /* The saved presets, one byte block. */                                                       \
     KEY(kPropertiesDataAP, QByteArray, propertiesData, setPropertiesData)                          \
     /* Tile addresses of the map types ({z}, {x}, {y}); the standard map has a built-in one. */    \

@@ -105,6 +105,7 @@ TextQuestion StartProcessChain::presetSheet(const QString& proposedName) {
 OpenPanelRequest StartProcessChain::destinationPanel(bool keepSourceOffered) {
     OpenPanelRequest request;
     request.prompt = tr("Choose Destination Folder");
+    request.message = tr("Please select an output folder");
     request.canChooseFiles = false;
     request.canChooseDirectories = true;
     request.allowsMultipleSelection = false;
