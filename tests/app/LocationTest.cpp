@@ -31,6 +31,8 @@
 #include <QStringListModel>
 #include <QTimer>
 
+#include <functional>
+
 using namespace tagmoor;
 using namespace tagmoor::test;
 
@@ -54,6 +56,25 @@ void mouse(QWidget* widget, QEvent::Type type, QPointF at) {
     QCoreApplication::sendEvent(widget, &event);
 }
 
+// Clicks the pin, and then "More Info" in the callout that opens above it.
+void openCalloutAndAskForMoreInfo(MapView* map, ScriptedPrompt& prompt) {
+    const qsizetype alerts = prompt.alerts.size();
+    const QPointF head = map->pinPoint() + QPointF(0, -23);
+    mouse(map, QEvent::MouseButtonPress, head);
+    mouse(map, QEvent::MouseButtonRelease, head);
+    QCOMPARE(prompt.alerts.size(), alerts);
+    QWidget* callout = named<QWidget>(map, QStringLiteral("pinCallout"));
+    QVERIFY(callout && callout->isVisible());
+    QVERIFY(callout->geometry().bottom() < head.y());
+    QVERIFY(qAbs(callout->geometry().center().x() - head.x()) <= 2);
+    QPushButton* more = named<QPushButton>(callout, QStringLiteral("btnMoreInfo"));
+    QCOMPARE(more->text(), QStringLiteral("More Info"));
+    QTest::mouseClick(more, Qt::LeftButton);
+    QCOMPARE(prompt.alerts.size(), alerts + 1);
+    QCOMPARE(prompt.alerts.last(), Alert::ok(QStringLiteral("show details"),
+                                             QStringLiteral("Informative text goes here")));
+}
+
 // A picker over its own settings, opened at `at` (what the editor hands it).
 struct OpenPicker {
     explicit OpenPicker(SharedLocation at) : location(at) { picker.show(); }
@@ -74,6 +95,7 @@ private slots:
     void pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields();
     void pickerKeepsATypedNameOverALateAnswer();
     void closingThePickerFillsTheEditorsGpsFields();
+    void everyWayOfClosingThePickerHandsThePositionBackOnce();
     void locationViewStandsOnTheDefaultUnlessOneIsMarked();
     void mapDrawsTilesFromTheServerAndKeepsThemInItsCache();
     void preferencesTurnTilesOffAndEmptyTheirCache();
@@ -167,13 +189,15 @@ void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
     QCOMPARE(mapView->annotationCount(), 1);
     QTRY_VERIFY(txtFieldName->text().endsWith(QStringLiteral("Switzerland")));
 
-    // Clicking the pin without moving it shows the fixed details sheet.
-    prompt.answers = {0};
-    const QPointF still = mapView->pinPoint() + QPointF(0, -23);
-    mouse(mapView, QEvent::MouseButtonPress, still);
-    mouse(mapView, QEvent::MouseButtonRelease, still);
-    QCOMPARE(prompt.alerts.size(), 1);
-    QCOMPARE(prompt.alerts.first().title, QStringLiteral("show details"));
+    // Clicking the pin without moving it opens its callout, whose "More Info" shows the fixed
+    // details sheet; a click elsewhere on the map closes it.
+    openCalloutAndAskForMoreInfo(mapView, prompt);
+    if (QTest::currentTestFailed())
+        return;
+    const QPointF away = mapView->pinPoint() + QPointF(-120, 60);
+    mouse(mapView, QEvent::MouseButtonPress, away);
+    mouse(mapView, QEvent::MouseButtonRelease, away);
+    QVERIFY(!named<QWidget>(mapView, QStringLiteral("pinCallout"))->isVisible());
 }
 
 void LocationTest::pickerKeepsATypedNameOverALateAnswer() {
@@ -251,6 +275,40 @@ void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
                                QStringLiteral("lblLocation"))
                      ->text(),
                  QStringLiteral("Cape Town, South Africa"));
+}
+
+// Esc in a field or on the sheet, the window's close box and Done all close the picker as
+// Done does: the position goes to the shared location, and the editor is told once.
+void LocationTest::everyWayOfClosingThePickerHandsThePositionBackOnce() {
+    OpenPicker open(SharedLocation{0, 0});
+    auto& [events, dir, settings, prompt, location, picker] = open;
+    QSignalSpy told(&events, &AppEvents::UpdateLocationFromGeoLocationOTM);
+    QLineEdit* txtFieldLatitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLatitude"));
+    QLineEdit* txtFieldLongitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLongitude"));
+    const std::function<void()> closings[] = {
+        [&] { QTest::keyClick(txtFieldLatitude, Qt::Key_Escape); },
+        [&] { QTest::keyClick(&picker, Qt::Key_Escape); },
+        [&] { picker.close(); },
+        [&] { named<QPushButton>(&picker, QStringLiteral("btnCancel"))->click(); },
+    };
+    double latitude = 10;
+    for (const auto& closeThePicker : closings) {
+        if (!picker.isVisible())
+            picker.show();
+        retype(txtFieldLatitude, QString::number(latitude));
+        retype(txtFieldLongitude, QStringLiteral("-20.5"));
+        const qsizetype before = told.size();
+        closeThePicker();
+        QVERIFY(!picker.isVisible());
+        QCOMPARE(told.size(), before + 1);
+        QCOMPARE(location.latitude(), latitude);
+        QCOMPARE(location.longitude(), -20.5);
+        latitude += 1;
+    }
+    // A closed picker hands nothing back again.
+    picker.reject();
+    picker.accept();
+    QCOMPARE(told.size(), 4);
 }
 
 void LocationTest::locationViewStandsOnTheDefaultUnlessOneIsMarked() {
