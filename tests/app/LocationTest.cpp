@@ -21,11 +21,13 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QCompleter>
+#include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QStringListModel>
@@ -101,6 +103,8 @@ private slots:
     void preferencesTurnTilesOffAndEmptyTheirCache();
     void aHugeTileNeitherStallsTheMapNorIsDrawn();
     void previewShowsThePhotoItsFactsAndItsPosition();
+    void previewPinIsDraggedAndOpenedWithoutTouchingThePhoto();
+    void previewOpensAgainCentredWhereItsMapStood();
 
 private:
     HomeScreen* load(TestApp& t, const QStringList& paths) {
@@ -537,6 +541,102 @@ void LocationTest::previewShowsThePhotoItsFactsAndItsPosition() {
 
     QCOMPARE(PreviewViewController::dimensionsText(4000, 3000), QStringLiteral("4000.0 x 3000.0"));
     QCOMPARE(PreviewViewController::dimensionsText(200.5, 130), QStringLiteral("200.5 x 130.0"));
+    preview->close();
+}
+
+// The preview's pin is dragged and clicked as the picker's is: the drag moves the preview's
+// position and nothing else, and the callout's "More Info" shows the details sheet.
+void LocationTest::previewPinIsDraggedAndOpenedWithoutTouchingThePhoto() {
+    TestApp t;
+    const QString dir = t.dir(QStringLiteral("preview"));
+    QFile::copy(formatsDir() + QStringLiteral("/et-GPS.jpg"), dir + QStringLiteral("/a.jpg"));
+    HomeScreen* home = load(t, {dir + QStringLiteral("/a.jpg")});
+    const CGImageProperties record = t.set().workingImages().at(0);
+    home->openPreview(0);
+    PreviewViewController* preview =
+        named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
+    QVERIFY(QTest::qWaitForWindowExposed(preview));
+    MapView* mapView = named<MapView>(preview, QStringLiteral("mapView"));
+    const QString shownLatitude =
+        named<QLabel>(preview, QStringLiteral("lblValueGPSLatitude"))->text();
+    const float latitude = preview->latitude();
+    const MapRegion region = mapView->region();
+
+    const QPointF head = mapView->pinPoint() + QPointF(0, -23);
+    mouse(mapView, QEvent::MouseButtonPress, head);
+    mouse(mapView, QEvent::MouseMove, head + QPointF(30, 20));
+    mouse(mapView, QEvent::MouseMove, head + QPointF(60, 40));
+    mouse(mapView, QEvent::MouseButtonRelease, head + QPointF(60, 40));
+    QVERIFY(preview->latitude() < latitude - 0.01f);
+    QCOMPARE(preview->mapAnnotations().first().latitude, mapView->annotation()->latitude);
+    QCOMPARE(mapView->region().latitude, region.latitude);
+    // Another map type keeps the pin where it was dropped.
+    named<MapTypeSegment>(preview, QStringLiteral("segmentControlGPS"))
+        ->group()
+        ->button(1)
+        ->click();
+    QCOMPARE(float(mapView->annotation()->latitude), preview->latitude());
+    // The photo and the form are as they were.
+    QCOMPARE(named<QLabel>(preview, QStringLiteral("lblValueGPSLatitude"))->text(), shownLatitude);
+    QCOMPARE(t.set().workingImages().at(0).gpsProperties, record.gpsProperties);
+    QVERIFY(!t.app->homeSession().form().hasEdits());
+
+    openCalloutAndAskForMoreInfo(mapView, t.prompt);
+}
+
+// Closed by Esc and opened again for a photo without a position, the preview keeps the map of
+// the photo before; it opens centred on the main window each time and has a Close button.
+void LocationTest::previewOpensAgainCentredWhereItsMapStood() {
+    TestApp t;
+    const QString dir = t.dir(QStringLiteral("preview"));
+    QFile::copy(formatsDir() + QStringLiteral("/et-GPS.jpg"), dir + QStringLiteral("/a.jpg"));
+    QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), dir + QStringLiteral("/b.jpg"));
+    HomeScreen* home = load(t, {dir + QStringLiteral("/a.jpg"), dir + QStringLiteral("/b.jpg")});
+    const int a = t.set().workingImages().at(0).url->fileName() == QStringLiteral("a.jpg") ? 0 : 1;
+    // The main window in the middle of the screen, so that the preview has room around it.
+    QRect frame = t.window().frameGeometry();
+    frame.moveCenter(t.window().screen()->availableGeometry().center());
+    t.window().move(frame.topLeft());
+    auto centredOnTheWindow = [&t](QWidget* preview) {
+        const QPoint off = preview->frameGeometry().center() - t.window().frameGeometry().center();
+        return off.manhattanLength() <= 4;
+    };
+
+    home->openPreview(a);
+    auto* preview = named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
+    QVERIFY(preview->isVisible());
+    QVERIFY(centredOnTheWindow(preview));
+    const float latitude = preview->latitude();
+    const float longitude = preview->longitude();
+    QVERIFY(qAbs(latitude - 54.99f) < 0.01f);
+    const QString dimensions = named<QLabel>(preview, QStringLiteral("lblDimensions"))->text();
+    QVERIFY(!dimensions.isEmpty());
+    QTest::keyClick(preview, Qt::Key_Escape);
+    QVERIFY(!preview->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    home->openPreview(1 - a);
+    preview = named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
+    QVERIFY(preview->isVisible());
+    QCOMPARE(named<QLabel>(preview, QStringLiteral("lblName"))->text(), QStringLiteral("b.jpg"));
+    QCOMPARE(preview->latitude(), latitude);
+    QCOMPARE(preview->longitude(), longitude);
+    QCOMPARE(float(named<MapView>(preview, QStringLiteral("mapView"))->annotation()->latitude),
+             latitude);
+    QVERIFY(!named<QLabel>(preview, QStringLiteral("lblDimensions"))->text().isEmpty());
+
+    // Moved away and closed by its button, it comes back centred.
+    preview->move(0, 0);
+    auto* buttons = named<QDialogButtonBox>(preview, QStringLiteral("buttonBox"));
+    QVERIFY(buttons);
+    QPushButton* close = buttons->button(QDialogButtonBox::Close);
+    QCOMPARE(close->text(), QStringLiteral("Close"));
+    close->click();
+    QVERIFY(!preview->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    home->openPreview(a);
+    preview = named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
+    QVERIFY(centredOnTheWindow(preview));
     preview->close();
 }
 
