@@ -594,7 +594,7 @@ void HomeScreen::openPreview(int row) {
     if (row < 0 || row >= images.size())
         return;
     if (!m_previewWindow)
-        m_previewWindow = new PreviewViewController(core.settings, this);
+        m_previewWindow = new PreviewViewController(core.settings, core.prompt, this);
     m_previewWindow->setImageProperties(images[row]);
     m_previewWindow->show();
     m_previewWindow->raise();
