@@ -7,6 +7,7 @@
 
 #include "app/location/MapView.h"
 #include "app/location/PreviewViewController.h"
+#include "foundation/ScriptedPrompt.h"
 #include "foundation/Settings.h"
 #include "geo/Gazetteer.h"
 #include "geo/GeoData.h"
@@ -126,10 +127,11 @@ void preview() {
     const auto record = loadImageProperties(QUrl::fromLocalFile(path));
     Settings settings(dir.filePath(QStringLiteral("s.ini")));
     settings.setMapTileUrl(MapType::standard, QString());
+    ScriptedPrompt prompt;
     for (int round = 0; round < 3; ++round) {
         QElapsedTimer clock;
         clock.start();
-        auto* window = new PreviewViewController(settings);
+        auto* window = new PreviewViewController(settings, prompt);
         bool shown = false;
         QObject::connect(window, &PreviewViewController::pictureShown, [&] { shown = true; });
         window->setImageProperties(*record);
@@ -142,6 +144,7 @@ void preview() {
                     "(target < 300): %s\n",
                     windowMs, pictureMs, windowMs < 100 && pictureMs < 300 ? "ok" : "MISSED");
         window->close();
+        delete window; // closing only hides the preview
         QCoreApplication::processEvents();
     }
 }

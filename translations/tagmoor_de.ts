@@ -526,6 +526,13 @@
     </message>
 </context>
 <context>
+    <name>PanelFilter</name>
+    <message>
+        <source>Add Photos</source>
+        <translation>Fotos hinzufügen</translation>
+    </message>
+</context>
+<context>
     <name>PhotoLibraryReader</name>
     <message>
         <source>Tag: %1</source>
@@ -554,6 +561,17 @@
     <message>
         <source>The database of &quot;%1&quot; could not be read, so no photos were added from it.</source>
         <translation>Die Datenbank von „%1“ konnte nicht gelesen werden, daher wurden daraus keine Fotos hinzugefügt.</translation>
+    </message>
+</context>
+<context>
+    <name>PinCallout</name>
+    <message>
+        <source>show details</source>
+        <translation>Details zeigen</translation>
+    </message>
+    <message>
+        <source>Informative text goes here</source>
+        <translation>Hier stehen weitere Informationen</translation>
     </message>
 </context>
 <context>
@@ -845,6 +863,10 @@
         <source>Keyword too long</source>
         <translation>Stichwort zu lang</translation>
     </message>
+    <message>
+        <source>Please select an output folder</source>
+        <translation>Bitte wählen Sie einen Ausgabeordner</translation>
+    </message>
 </context>
 <context>
     <name>WorkingSetAlerts</name>
@@ -959,10 +981,6 @@
         <translation>OK</translation>
     </message>
     <message>
-        <source>Add</source>
-        <translation>Hinzufügen</translation>
-    </message>
-    <message>
         <source>All Albums</source>
         <translation>Alle Alben</translation>
     </message>
@@ -1025,6 +1043,10 @@
     <message>
         <source>Reading the chosen albums…</source>
         <translation>Die gewählten Alben werden gelesen…</translation>
+    </message>
+    <message>
+        <source>Select Photos Library to choose specific albums from</source>
+        <translation>Fotomediathek auswählen, um daraus bestimmte Alben zu wählen</translation>
     </message>
 </context>
 <context>
@@ -1216,6 +1238,14 @@
     <message>
         <source>Choose the rule of this date</source>
         <translation>Die Regel für dieses Datum wählen</translation>
+    </message>
+    <message>
+        <source>%1 field</source>
+        <translation>Feld %1</translation>
+    </message>
+    <message>
+        <source>Set the rule of %1</source>
+        <translation>Die Regel für %1 festlegen</translation>
     </message>
 </context>
 <context>
@@ -1480,6 +1510,18 @@
         <source>%1 Photos</source>
         <translation>%1 Fotos</translation>
     </message>
+    <message>
+        <source>Photos</source>
+        <translation>Fotos</translation>
+    </message>
+    <message>
+        <source>The photos in the list as thumbnails</source>
+        <translation>Die Fotos der Liste als Miniaturen</translation>
+    </message>
+    <message>
+        <source>The photos in the list as a table</source>
+        <translation>Die Fotos der Liste als Tabelle</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::HomeMenuActions</name>
@@ -1659,6 +1701,22 @@
         <source>&amp;Photos</source>
         <translation>F&amp;otos</translation>
     </message>
+    <message>
+        <source>No update source is set</source>
+        <translation>Keine Update-Quelle eingestellt</translation>
+    </message>
+    <message>
+        <source>Tagmoor has no address to look for new versions at, so it cannot check for updates. New versions come the way this one was installed.</source>
+        <translation>Tagmoor hat keine Adresse, unter der es nach neuen Versionen suchen kann, und kann daher nicht nach Updates suchen. Neue Versionen kommen auf dem Weg, auf dem diese installiert wurde.</translation>
+    </message>
+    <message>
+        <source>The update address is refused</source>
+        <translation>Die Update-Adresse wird abgelehnt</translation>
+    </message>
+    <message>
+        <source>Tagmoor reads its update feed over https only, so that nobody on the way can announce a false release. The address set, &quot;%1&quot;, does not begin with https://.</source>
+        <translation>Tagmoor liest seinen Update-Feed nur über https, damit niemand unterwegs eine falsche Version ankündigen kann. Die eingestellte Adresse „%1“ beginnt nicht mit https://.</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::MapTypeSegment</name>
@@ -1708,6 +1766,48 @@
     <message>
         <source>Imagery: %1</source>
         <translation>Bilder: %1</translation>
+    </message>
+</context>
+<context>
+    <name>tagmoor::PhotoTableModel</name>
+    <message>
+        <source>The edits of the editor will be written to this photo</source>
+        <translation>Die Änderungen des Editors werden in dieses Foto geschrieben</translation>
+    </message>
+    <message>
+        <source>Photos the edits of the editor will be written to</source>
+        <translation>Fotos, in die die Änderungen des Editors geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Edited</source>
+        <translation>Bearbeitet</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Dimensions</source>
+        <translation>Abmessungen</translation>
+    </message>
+    <message>
+        <source>Capture Date</source>
+        <translation>Aufnahmedatum</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
+    </message>
+</context>
+<context>
+    <name>tagmoor::PinCallout</name>
+    <message>
+        <source>More Info</source>
+        <translation>Mehr Infos</translation>
     </message>
 </context>
 <context>
@@ -1792,6 +1892,15 @@
     <message>
         <source>The map cache is empty.</source>
         <translation>Der Kartenzwischenspeicher ist leer.</translation>
+    </message>
+    <message>
+        <source>The way Tagmoor looks for updates is settled when it starts, and cannot be changed here in this version.</source>
+        <translation>Wie Tagmoor nach Updates sucht, wird beim Start festgelegt und lässt sich in dieser Version hier nicht ändern.</translation>
+    </message>
+    <message>
+        <source>Tagmoor is available in English only in this version.</source>
+        <translatorcomment>The window follows the desktop language; the German says so.</translatorcomment>
+        <translation>Tagmoor folgt in dieser Version der Sprache der Arbeitsumgebung.</translation>
     </message>
 </context>
 <context>
@@ -2099,6 +2208,10 @@
         <source>%1 more tags change as the photo is written</source>
         <translation>%1 weitere Tags ändern sich, wenn das Foto geschrieben wird</translation>
     </message>
+    <message>
+        <source>Changes</source>
+        <translation>Änderungen</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::ScanProgressBox</name>
@@ -2148,6 +2261,18 @@
     <message>
         <source>Tip %1 of %2</source>
         <translation>Tipp %1 von %2</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Weiter</translation>
     </message>
 </context>
 <context>

@@ -6,6 +6,7 @@
 #include "../core/photolibrary/LibraryFixtures.h"
 #include "app/photolibrary/AlbumChooser.h"
 #include "app/shell/RootView.h"
+#include "app/widgets/FilePanel.h"
 #include "app/workingset/AddFilesScreen.h"
 #include "app/workingset/HomeScreen.h"
 
@@ -85,7 +86,14 @@ void AlbumChooserTest::addScreenChosenAlbumsEnterTheList() {
                       Qt::LeftButton);
     QCOMPARE(t.prompt.panels.last().prompt, QStringLiteral("Select Photos Library"));
     QVERIFY(t.prompt.panels.last().allowedExtensions.contains(QStringLiteral("photoslibrary")));
+    FilePanel libraryPanel(nullptr, t.prompt.panels.last());
+    const auto* message = named<QLabel>(&libraryPanel, QStringLiteral("panelMessage"));
+    QVERIFY(message);
+    QCOMPARE(message->text(),
+             QStringLiteral("Select Photos Library to choose specific albums from"));
     QCOMPARE(chooser->face(), AlbumChooser::Face::AlbumList);
+    QCOMPARE(named<QPushButton>(chooser, QStringLiteral("btnOKAlbumList"))->text(),
+             QStringLiteral("OK"));
     QTRY_VERIFY(!chooser->isBusy());
     QCOMPARE(named<QLabel>(chooser, QStringLiteral("lblTitlePhotoLibAlbumList"))->text(),
              QStringLiteral("Library: Photos Library"));
@@ -179,7 +187,7 @@ void AlbumChooserTest::cancelledPanelsAndEmptyLibrariesAddNothing() {
     QVERIFY(!chooser->isVisible());
     QCOMPARE(chooser->face(), AlbumChooser::Face::AddFiles);
 
-    // A library without albums shows so; "Add" then adds nothing and stays on this screen.
+    // A library without albums shows so; "OK" then adds nothing and stays on this screen.
     const Package bare = makePackage(t.dir("bare"), false);
     QTest::mouseClick(named<QPushButton>(add, QStringLiteral("btnAddPhotosLibrary")),
                       Qt::LeftButton);

@@ -234,6 +234,16 @@ void EditorTest::menuRemovalAsksAndNoKeepsTheList() {
     QCOMPARE(t.prompt.alerts.size(), 1);
     QCOMPARE(t.prompt.alerts[0].title, QStringLiteral("Remove all the selected images?"));
     QCOMPARE(t.set().count(), 2);
+
+    // "Add More Images" is the open panel of this screen itself, with no choice of sources
+    // before it.
+    t.prompt.panelAnswers = {photosWithArtists(t.dir("more"), {"Cy"})};
+    menu->actions().at(0)->trigger();
+    QCOMPARE(t.prompt.panels.size(), 1);
+    QCOMPARE(t.prompt.panels[0].prompt, QStringLiteral("Add Photos"));
+    QVERIFY(t.prompt.panels[0].canChooseFiles && t.prompt.panels[0].canChooseDirectories);
+    QVERIFY(t.prompt.panels[0].allowedExtensions.contains(QStringLiteral("photoslibrary")));
+    QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == 3, 20000);
     delete menu;
 }
 

@@ -230,8 +230,18 @@ void EditsStayTest::resetAllChoosesTheFirstRowAndClearsTheBoxes() {
         controls.clickedChooseEditingOptions(2);
         controls.checkBox(ProcessingOptions::Box::Exif)->click();
         QVERIFY(options.clean().cleanExif && options.clean().cleanGPS);
+        // A rename rule with its one-run "Overwrite", and a position picked on the map.
+        AddText trip;
+        trip.addTextValueAT = QStringLiteral("Trip-");
+        t.app->renameSettings() = trip;
+        options.overwriteExisting = true;
+        t.app->homeSession().location().set(48.85, 2.35);
 
         QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnResetAll")), Qt::LeftButton);
+        // As when the list is new, the rename rule and the picked position are let go.
+        QVERIFY(t.app->renameSettings().is<KeepOriginalName>());
+        QVERIFY(!options.overwriteExisting);
+        QCOMPARE(t.app->homeSession().location().latitude(), 0.0);
         QCOMPARE(options.row(), 0);
         QCOMPARE(controls.popup()->currentIndex(), 0);
         QVERIFY(named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))

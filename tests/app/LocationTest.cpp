@@ -21,15 +21,19 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QCompleter>
+#include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QStringListModel>
 #include <QTimer>
+
+#include <functional>
 
 using namespace tagmoor;
 using namespace tagmoor::test;
@@ -54,6 +58,25 @@ void mouse(QWidget* widget, QEvent::Type type, QPointF at) {
     QCoreApplication::sendEvent(widget, &event);
 }
 
+// Clicks the pin, and then "More Info" in the callout that opens above it.
+void openCalloutAndAskForMoreInfo(MapView* map, ScriptedPrompt& prompt) {
+    const qsizetype alerts = prompt.alerts.size();
+    const QPointF head = map->pinPoint() + QPointF(0, -23);
+    mouse(map, QEvent::MouseButtonPress, head);
+    mouse(map, QEvent::MouseButtonRelease, head);
+    QCOMPARE(prompt.alerts.size(), alerts);
+    QWidget* callout = named<QWidget>(map, QStringLiteral("pinCallout"));
+    QVERIFY(callout && callout->isVisible());
+    QVERIFY(callout->geometry().bottom() < head.y());
+    QVERIFY(qAbs(callout->geometry().center().x() - head.x()) <= 2);
+    QPushButton* more = named<QPushButton>(callout, QStringLiteral("btnMoreInfo"));
+    QCOMPARE(more->text(), QStringLiteral("More Info"));
+    QTest::mouseClick(more, Qt::LeftButton);
+    QCOMPARE(prompt.alerts.size(), alerts + 1);
+    QCOMPARE(prompt.alerts.last(), Alert::ok(QStringLiteral("show details"),
+                                             QStringLiteral("Informative text goes here")));
+}
+
 // A picker over its own settings, opened at `at` (what the editor hands it).
 struct OpenPicker {
     explicit OpenPicker(SharedLocation at) : location(at) { picker.show(); }
@@ -74,11 +97,13 @@ private slots:
     void pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields();
     void pickerKeepsATypedNameOverALateAnswer();
     void closingThePickerFillsTheEditorsGpsFields();
+    void everyWayOfClosingThePickerHandsThePositionBackOnce();
     void locationViewStandsOnTheDefaultUnlessOneIsMarked();
     void mapDrawsTilesFromTheServerAndKeepsThemInItsCache();
     void preferencesTurnTilesOffAndEmptyTheirCache();
     void aHugeTileNeitherStallsTheMapNorIsDrawn();
     void previewShowsThePhotoItsFactsAndItsPosition();
+    void previewOpensAgainCentredWhereItsMapStood();
 
 private:
     HomeScreen* load(TestApp& t, const QStringList& paths) {
@@ -167,13 +192,15 @@ void LocationTest::pickerFindsPlacesAndTheDraggedPinMovesOnlyTheFields() {
     QCOMPARE(mapView->annotationCount(), 1);
     QTRY_VERIFY(txtFieldName->text().endsWith(QStringLiteral("Switzerland")));
 
-    // Clicking the pin without moving it shows the fixed details sheet.
-    prompt.answers = {0};
-    const QPointF still = mapView->pinPoint() + QPointF(0, -23);
-    mouse(mapView, QEvent::MouseButtonPress, still);
-    mouse(mapView, QEvent::MouseButtonRelease, still);
-    QCOMPARE(prompt.alerts.size(), 1);
-    QCOMPARE(prompt.alerts.first().title, QStringLiteral("show details"));
+    // Clicking the pin without moving it opens its callout, whose "More Info" shows the fixed
+    // details sheet; a click elsewhere on the map closes it.
+    openCalloutAndAskForMoreInfo(mapView, prompt);
+    if (QTest::currentTestFailed())
+        return;
+    const QPointF away = mapView->pinPoint() + QPointF(-120, 60);
+    mouse(mapView, QEvent::MouseButtonPress, away);
+    mouse(mapView, QEvent::MouseButtonRelease, away);
+    QVERIFY(!named<QWidget>(mapView, QStringLiteral("pinCallout"))->isVisible());
 }
 
 void LocationTest::pickerKeepsATypedNameOverALateAnswer() {
@@ -251,6 +278,40 @@ void LocationTest::closingThePickerFillsTheEditorsGpsFields() {
                                QStringLiteral("lblLocation"))
                      ->text(),
                  QStringLiteral("Cape Town, South Africa"));
+}
+
+// Esc in a field or on the sheet, the window's close box and Done all close the picker as
+// Done does: the position goes to the shared location, and the editor is told once.
+void LocationTest::everyWayOfClosingThePickerHandsThePositionBackOnce() {
+    OpenPicker open(SharedLocation{0, 0});
+    auto& [events, dir, settings, prompt, location, picker] = open;
+    QSignalSpy told(&events, &AppEvents::UpdateLocationFromGeoLocationOTM);
+    QLineEdit* txtFieldLatitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLatitude"));
+    QLineEdit* txtFieldLongitude = named<QLineEdit>(&picker, QStringLiteral("txtFieldLongitude"));
+    const std::function<void()> closings[] = {
+        [&] { QTest::keyClick(txtFieldLatitude, Qt::Key_Escape); },
+        [&] { QTest::keyClick(&picker, Qt::Key_Escape); },
+        [&] { picker.close(); },
+        [&] { named<QPushButton>(&picker, QStringLiteral("btnCancel"))->click(); },
+    };
+    double latitude = 10;
+    for (const auto& closeThePicker : closings) {
+        if (!picker.isVisible())
+            picker.show();
+        retype(txtFieldLatitude, QString::number(latitude));
+        retype(txtFieldLongitude, QStringLiteral("-20.5"));
+        const qsizetype before = told.size();
+        closeThePicker();
+        QVERIFY(!picker.isVisible());
+        QCOMPARE(told.size(), before + 1);
+        QCOMPARE(location.latitude(), latitude);
+        QCOMPARE(location.longitude(), -20.5);
+        latitude += 1;
+    }
+    // A closed picker hands nothing back again.
+    picker.reject();
+    picker.accept();
+    QCOMPARE(told.size(), 4);
 }
 
 void LocationTest::locationViewStandsOnTheDefaultUnlessOneIsMarked() {
@@ -461,14 +522,39 @@ void LocationTest::previewShowsThePhotoItsFactsAndItsPosition() {
     QVERIFY(std::max(named<QLabel>(preview, QStringLiteral("imgView"))->pixmap().width(),
                      named<QLabel>(preview, QStringLiteral("imgView"))->pixmap().height()) <=
             PreviewViewController::kPictureSide * preview->devicePixelRatioF());
-    const float latitude = preview->latitude();
-    QVERIFY(qAbs(latitude - 54.99f) < 0.01f);
-    QCOMPARE(named<MapView>(preview, QStringLiteral("mapView"))->annotationCount(), 1);
+    QVERIFY(qAbs(preview->latitude() - 54.99f) < 0.01f);
+    MapView* mapView = named<MapView>(preview, QStringLiteral("mapView"));
+    QCOMPARE(mapView->annotationCount(), 1);
     QVERIFY(named<QLabel>(preview, QStringLiteral("lblValueGPSLatitude"))
                 ->text()
                 .startsWith(QStringLiteral("54.9")));
 
-    // The second photo has no position: the map stays where the first one put it.
+    // The pin is dragged as the picker's is: the preview's position moves, the map, the photo
+    // and the form stay; another map type keeps the pin where it was dropped.
+    const CGImageProperties record = t.set().workingImages().at(0);
+    const MapRegion region = mapView->region();
+    const QPointF head = mapView->pinPoint() + QPointF(0, -23);
+    mouse(mapView, QEvent::MouseButtonPress, head);
+    mouse(mapView, QEvent::MouseMove, head + QPointF(30, 20));
+    mouse(mapView, QEvent::MouseButtonRelease, head + QPointF(30, 20));
+    const float latitude = preview->latitude();
+    QVERIFY(latitude < 54.98f);
+    QCOMPARE(mapView->region().latitude, region.latitude);
+    named<MapTypeSegment>(preview, QStringLiteral("segmentControlGPS"))
+        ->group()
+        ->button(1)
+        ->click();
+    QCOMPARE(float(mapView->annotation()->latitude), latitude);
+    QVERIFY(named<QLabel>(preview, QStringLiteral("lblValueGPSLatitude"))
+                ->text()
+                .startsWith(QStringLiteral("54.9")));
+    QCOMPARE(t.set().workingImages().at(0).gpsProperties, record.gpsProperties);
+    QVERIFY(!t.app->homeSession().form().hasEdits());
+    openCalloutAndAskForMoreInfo(mapView, t.prompt);
+    if (QTest::currentTestFailed())
+        return;
+
+    // The second photo has no position: the map stays where the first one left it.
     home->openPreview(1);
     QCOMPARE(named<PreviewViewController>(home, QStringLiteral("PreviewViewController")), preview);
     QCOMPARE(named<QLabel>(preview, QStringLiteral("lblName"))->text(), QStringLiteral("b.jpg"));
@@ -479,6 +565,62 @@ void LocationTest::previewShowsThePhotoItsFactsAndItsPosition() {
 
     QCOMPARE(PreviewViewController::dimensionsText(4000, 3000), QStringLiteral("4000.0 x 3000.0"));
     QCOMPARE(PreviewViewController::dimensionsText(200.5, 130), QStringLiteral("200.5 x 130.0"));
+    preview->close();
+}
+
+// Closed by Esc and opened again for a photo without a position, the preview keeps the map of
+// the photo before; it opens centred on the main window each time and has a Close button.
+void LocationTest::previewOpensAgainCentredWhereItsMapStood() {
+    TestApp t;
+    const QString dir = t.dir(QStringLiteral("preview"));
+    QFile::copy(formatsDir() + QStringLiteral("/et-GPS.jpg"), dir + QStringLiteral("/a.jpg"));
+    QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), dir + QStringLiteral("/b.jpg"));
+    HomeScreen* home = load(t, {dir + QStringLiteral("/a.jpg"), dir + QStringLiteral("/b.jpg")});
+    const int a = t.set().workingImages().at(0).url->fileName() == QStringLiteral("a.jpg") ? 0 : 1;
+    // The main window in the middle of the screen, so that the preview has room around it.
+    QRect frame = t.window().frameGeometry();
+    frame.moveCenter(t.window().screen()->availableGeometry().center());
+    t.window().move(frame.topLeft());
+    auto centredOnTheWindow = [&t](QWidget* preview) {
+        const QPoint off = preview->frameGeometry().center() - t.window().frameGeometry().center();
+        return off.manhattanLength() <= 4;
+    };
+
+    home->openPreview(a);
+    auto* preview = named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
+    QVERIFY(preview->isVisible());
+    QVERIFY(centredOnTheWindow(preview));
+    const float latitude = preview->latitude();
+    const float longitude = preview->longitude();
+    QVERIFY(qAbs(latitude - 54.99f) < 0.01f);
+    const QString dimensions = named<QLabel>(preview, QStringLiteral("lblDimensions"))->text();
+    QVERIFY(!dimensions.isEmpty());
+    QTest::keyClick(preview, Qt::Key_Escape);
+    QVERIFY(!preview->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    home->openPreview(1 - a);
+    preview = named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
+    QVERIFY(preview->isVisible());
+    QCOMPARE(named<QLabel>(preview, QStringLiteral("lblName"))->text(), QStringLiteral("b.jpg"));
+    QCOMPARE(preview->latitude(), latitude);
+    QCOMPARE(preview->longitude(), longitude);
+    QCOMPARE(float(named<MapView>(preview, QStringLiteral("mapView"))->annotation()->latitude),
+             latitude);
+    QVERIFY(!named<QLabel>(preview, QStringLiteral("lblDimensions"))->text().isEmpty());
+
+    // Moved away and closed by its button, it comes back centred.
+    preview->move(0, 0);
+    auto* buttons = named<QDialogButtonBox>(preview, QStringLiteral("buttonBox"));
+    QVERIFY(buttons);
+    QPushButton* close = buttons->button(QDialogButtonBox::Close);
+    QCOMPARE(close->text(), QStringLiteral("Close"));
+    close->click();
+    QVERIFY(!preview->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    home->openPreview(a);
+    preview = named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
+    QVERIFY(centredOnTheWindow(preview));
     preview->close();
 }
 

@@ -224,6 +224,11 @@ void PresetsPanelTest::menuRowsFillTheFormOrOpenThePanel() {
     QTRY_COMPARE(t.root()->selectedIndex(), 2);
     QCOMPARE(t.panel()->tableView()->count(), 2);
     QVERIFY(t.panel()->tableView()->currentRow() >= 0);
+    // The keyboard starts in the name of the preset chosen.
+    auto* nameEditor = t.panel()->tableView()->findChild<QLineEdit*>();
+    QVERIFY(nameEditor && nameEditor->isVisible());
+    QCOMPARE(nameEditor->text(), t.panel()->tableView()->currentItem()->text());
+    QCOMPARE(t.panel()->window()->focusWidget(), nameEditor);
     QCOMPARE(t.presets().size(), qsizetype(2)); // no preset added
     QCOMPARE(form.text(kArtist), QStringLiteral("Ann Lee"));
 }

@@ -19,6 +19,7 @@ using namespace tagmoor::test;
 class RenameSheetTest : public QObject {
     Q_OBJECT
 private slots:
+    void everyLabelOfTheSheetIsShown();
     void theFormatOptionTakesTheRowShown();
     void standardFormTakesEveryInputShown();
     void overwritingAskedOnlyWhenNothingSaysSo();
@@ -60,6 +61,33 @@ private:
         return named<QWidget>(sheet, QString::fromLatin1(control))->isEnabled();
     }
 };
+
+void RenameSheetTest::everyLabelOfTheSheetIsShown() {
+    TestApp t;
+    QDialog* sheet = openSheet(t);
+    const std::pair<const char*, const char*> labels[] = {
+        {"lblRename", "Rename"},
+        {"lblConfigureSettingsToRename", "Configure Settings to Rename the selected files"},
+        {"lblAddText", "Add Text:"},
+        {"lblFind", "Find:"},
+        {"lblReplaceWidth", "Replace With:"},
+        {"lblNameFormat", "Name Format:"},
+        {"lblWhere", "Where:"},
+        {"lblCustomFormat", "Custom Format:"},
+        {"lblStartNumbersAt", "Start numbers at:"},
+        {"lblMinNumbersOfDigits", "Min. number of digits:"},
+    };
+    for (const auto& [name, text] : labels) {
+        QLabel* label = named<QLabel>(sheet, QString::fromLatin1(name));
+        QVERIFY2(label && label->isVisible(), name);
+        QCOMPARE(label->text(), QString::fromLatin1(text));
+    }
+    QCOMPARE(named<QRadioButton>(sheet, QStringLiteral("btnAddText"))->text(),
+             QStringLiteral("Add Text:"));
+    QCOMPARE(named<QPushButton>(sheet, QStringLiteral("btnNext"))->text(), QStringLiteral("Save"));
+    QCOMPARE(named<QPushButton>(sheet, QStringLiteral("btnClose"))->text(),
+             QStringLiteral("Close"));
+}
 
 void RenameSheetTest::theFormatOptionTakesTheRowShown() {
     TestApp t;

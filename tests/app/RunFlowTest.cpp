@@ -7,6 +7,7 @@
 #include "app/editor/FieldControl.h"
 #include "app/editor/MetadataViewController.h"
 #include "app/shell/RootView.h"
+#include "app/widgets/FilePanel.h"
 #include "app/workingset/HomeScreen.h"
 #include "batch/BatchController.h"
 #include "dates/DateField.h"
@@ -19,6 +20,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
@@ -113,11 +115,17 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     t.prompt.answerNext(QStringLiteral("YES"));
     t.prompt.textAnswers = {{0, QStringLiteral("Holiday"), false}};
     t.prompt.panelAnswers = {{out}};
+    // The finished bar stays a second before the result takes its place.
+    QElapsedTimer sinceTheEnd;
+    connect(&t.app->homeSession().batch(), &BatchController::finished, home,
+            [&sinceTheEnd] { sinceTheEnd.start(); });
     QTest::mouseClick(named<QPushButton>(home, QStringLiteral("btnStartProcess")), Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(
         named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC")) &&
             named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isShowingResult(),
         60000);
+    QVERIFY(sinceTheEnd.isValid());
+    QVERIFY2(sinceTheEnd.elapsed() >= 950, qPrintable(QString::number(sinceTheEnd.elapsed())));
     QCOMPARE(t.prompt.alerts.at(0).title,
              QStringLiteral("Are you sure to edit metadata of all the selected images?"));
     QCOMPARE(t.prompt.textQuestions.size(), 1);
@@ -127,6 +135,10 @@ void RunFlowTest::wholeRoadFromStartProcessToFinish() {
     QCOMPARE(saved.properties->tiffProperties->artist.text(), QStringLiteral("Jane Doe"));
     QVERIFY(saved.timeSetting->configurationTimeOriginal.is<IDOT>());
     QCOMPARE(t.prompt.panels.at(0).prompt, QStringLiteral("Choose Destination Folder"));
+    FilePanel destinationPanel(nullptr, t.prompt.panels.at(0));
+    const auto* message = named<QLabel>(&destinationPanel, QStringLiteral("panelMessage"));
+    QVERIFY(message);
+    QCOMPARE(message->text(), QStringLiteral("Please select an output folder"));
 
     FinalProcessedVC* sheet = named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"));
     QCOMPARE(named<QLabel>(sheet, QStringLiteral("lblPhotosSavedSuccessfully"))->text(),

@@ -20,6 +20,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDataStream>
+#include <QDialogButtonBox>
 #include <QFileSystemModel>
 #include <QLabel>
 #include <QLineEdit>
@@ -160,6 +161,30 @@ void ShellTest::preferencesStoreEachBoxAsItChanges() {
     const auto updateBefore = t.app->settings().autoCheckForUpdate();
     QTest::mouseClick(named<QCheckBox>(prefs, QStringLiteral("btnAutoUpdate")), Qt::LeftButton);
     QCOMPARE(t.app->settings().autoCheckForUpdate(), updateBefore);
+
+    // The controls that change nothing in this version take no clicks and say why.
+    for (const char* name : {"btnAutoUpdate", "comboBoxLanguage"}) {
+        QWidget* control = named<QWidget>(prefs, QString::fromLatin1(name));
+        QVERIFY2(!control->isEnabled(), name);
+        QVERIFY2(control->toolTip().contains(QStringLiteral("this version")), name);
+    }
+    for (const char* name : {"btnLaunchAutomatically", "btnOverwriteIfAFileWithASameName",
+                             "btnShowPresetSavingSettingInHome", "btnWriteTagsInStandardForm",
+                             "btnLoadMapTiles", "btnClearMapCache"})
+        QVERIFY2(named<QWidget>(prefs, QString::fromLatin1(name))->isEnabled(), name);
+
+    // Close, and Escape, close the window.
+    auto* buttons = named<QDialogButtonBox>(prefs, QStringLiteral("btnClose"));
+    QVERIFY(buttons);
+    QAbstractButton* close = buttons->button(QDialogButtonBox::Close);
+    QVERIFY(close && close->isVisible());
+    QTest::mouseClick(close, Qt::LeftButton);
+    QVERIFY(!prefs->isVisible());
+    t.app->showPreferences();
+    QVERIFY(prefs->isVisible());
+    QVERIFY(QTest::qWaitForWindowActive(prefs));
+    QTest::keyClick(prefs, Qt::Key_Escape);
+    QVERIFY(!prefs->isVisible());
 }
 
 void ShellTest::messageBoxesKeepTheButtonOrderAndReportTheAnswer() {
@@ -170,11 +195,13 @@ void ShellTest::messageBoxesKeepTheButtonOrderAndReportTheAnswer() {
 
     QStringList order;
     QString seenTitle;
+    QMessageBox::Icon seenIcon = QMessageBox::NoIcon;
     auto answerWith = [&](const QString& button) {
         QTimer::singleShot(0, [&, button] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             QVERIFY(box);
             seenTitle = box->windowTitle();
+            seenIcon = box->icon();
             QList<QAbstractButton*> buttons = box->buttons();
             std::sort(buttons.begin(), buttons.end(), [](auto* a, auto* b) {
                 return a->mapToGlobal(QPoint()).x() < b->mapToGlobal(QPoint()).x();
@@ -194,6 +221,8 @@ void ShellTest::messageBoxesKeepTheButtonOrderAndReportTheAnswer() {
                              QStringLiteral("Are you sure you want to remove all images?")));
     QCOMPARE(order, (QStringList{QStringLiteral("YES"), QStringLiteral("NO")}));
     QCOMPARE(seenTitle, QStringLiteral("Remove all images?"));
+    // Every alert has the style of a warning, a question too.
+    QCOMPARE(seenIcon, QMessageBox::Warning);
 
     answerWith(QStringLiteral("YES"));
     QCOMPARE(prompt.ask(Alert::yesNo(QStringLiteral("Stop adding images?"), QStringLiteral("?"))),
@@ -205,6 +234,22 @@ void ShellTest::messageBoxesKeepTheButtonOrderAndReportTheAnswer() {
                              QStringLiteral("The selected images are already added to the list"))),
         0);
     QCOMPARE(order, QStringList{QStringLiteral("OK")});
+    QCOMPARE(seenIcon, QMessageBox::Warning);
+
+    // The alert with a name field has the same warning icon beside its texts.
+    bool iconShown = false;
+    QTimer::singleShot(0, [&] {
+        auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        QVERIFY(box && box->objectName() == QStringLiteral("textQuestion"));
+        const auto* icon = box->findChild<QLabel*>(QStringLiteral("alertIcon"));
+        iconShown = icon && icon->isVisible() && !icon->pixmap().isNull();
+        named<QPushButton>(box)->click(); // the one button
+    });
+    prompt.askForText(
+        {Alert::ok(QStringLiteral("Save selected settings as a preset"), QStringLiteral("?")),
+         QStringLiteral("Preset"),
+         {}});
+    QVERIFY(iconShown);
 }
 
 void ShellTest::panelEnablesFoldersAndListedTypesOnly() {

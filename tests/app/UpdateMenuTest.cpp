@@ -1,5 +1,6 @@
 // Help > Check for Updates, asked by the user, always answers: a newer release, "You're up to
-// date", or "Could not reach the update server". The feed is served from loopback.
+// date", "Could not reach the update server", or why no server was asked. The feed is served
+// from loopback.
 
 #include "AppTestSupport.h"
 
@@ -61,34 +62,46 @@ void UpdateMenuTest::checkForUpdatesAlwaysAnswersTheUser() {
         return t.prompt.alerts.isEmpty() ? QString() : t.prompt.alerts.last().title;
     };
 
-    // No address set: nothing to reach.
+    // No address set: the answer says so, and does not blame the network.
     check->trigger();
     QTRY_COMPARE(t.prompt.alerts.size(), 1);
-    QCOMPARE(lastTitle(), QStringLiteral("Could not reach the update server"));
+    QCOMPARE(lastTitle(), QStringLiteral("No update source is set"));
+    QTest::qWait(50);
+    QCOMPARE(t.prompt.alerts.size(), 1);
+
+    // A feed that is not read over https is refused before anything is sent.
+    t.app->settings().setUpdateFeedUrl(QStringLiteral("http://updates.example.invalid/feed"));
+    check->trigger();
+    QTRY_COMPARE(t.prompt.alerts.size(), 2);
+    QCOMPARE(lastTitle(), QStringLiteral("The update address is refused"));
+    QVERIFY(t.prompt.alerts.last().text.contains(
+        QStringLiteral("\"http://updates.example.invalid/feed\"")));
+    QVERIFY(t.prompt.alerts.last().text.contains(QStringLiteral("https")));
+    QVERIFY(!t.app->settings().lastUpdateCheck().has_value());
 
     FeedServer server;
     QVERIFY(server.isListening());
     t.app->settings().setUpdateFeedUrl(server.url());
     server.body = feedOf(AppDelegate::version());
     check->trigger();
-    QTRY_COMPARE(t.prompt.alerts.size(), 2);
+    QTRY_COMPARE(t.prompt.alerts.size(), 3);
     QCOMPARE(lastTitle(), QStringLiteral("You're up to date"));
     QVERIFY(t.prompt.alerts.last().text.contains(AppDelegate::version()));
 
     // A newer release is told once, with where to get it.
     server.body = feedOf(QStringLiteral("99.0"));
     check->trigger();
-    QTRY_COMPARE(t.prompt.alerts.size(), 3);
+    QTRY_COMPARE(t.prompt.alerts.size(), 4);
     QCOMPARE(lastTitle(), QStringLiteral("A new version of Tagmoor is available"));
     QTest::qWait(100);
-    QCOMPARE(t.prompt.alerts.size(), 3);
+    QCOMPARE(t.prompt.alerts.size(), 4);
 
     // The server gone: the same port now refuses the connection.
     const QString url = server.url();
     server.close();
     t.app->settings().setUpdateFeedUrl(url);
     check->trigger();
-    QTRY_COMPARE_WITH_TIMEOUT(t.prompt.alerts.size(), 4, 15000);
+    QTRY_COMPARE_WITH_TIMEOUT(t.prompt.alerts.size(), 5, 15000);
     QCOMPARE(lastTitle(), QStringLiteral("Could not reach the update server"));
 }
 

@@ -14,12 +14,16 @@
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTableWidget>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
 namespace tagmoor {
 
 namespace {
+
+// How long the finished progress stays before the result is shown.
+constexpr int kResultDelayMs = 1000;
 
 QLabel* named(const char* name, const QString& text = {}) {
     auto* label = new QLabel(text);
@@ -48,11 +52,14 @@ FinalProcessedVC::FinalProcessedVC(BatchController& controller, QWidget* parent)
       m_skipped(named("lblValuePhotosSkipped")), m_outputDirectory(new QPushButton),
       m_saved(heading("lblPhotosSavedSuccessfully", {}, 1.0)), m_problems(named("lblProblems")),
       m_notReached(named("lblNotReached")), m_showProblems(new QPushButton(tr("Show List..."))),
-      m_finish(new QPushButton(tr("Finish"))) {
+      m_finish(new QPushButton(tr("Finish"))), m_resultDelay(new QTimer(this)) {
     setObjectName(QStringLiteral("FinalProcessedVC"));
     setWindowTitle(tr("Processing"));
     setWindowModality(Qt::WindowModal);
     setMinimumWidth(520);
+    m_resultDelay->setSingleShot(true);
+    m_resultDelay->setInterval(kResultDelayMs);
+    connect(m_resultDelay, &QTimer::timeout, this, &FinalProcessedVC::hideBoxProcessing);
     m_views->addWidget(makeProcessingView());
     m_views->addWidget(makeResultView());
     auto* layout = new QVBoxLayout(this);
@@ -132,6 +139,7 @@ QWidget* FinalProcessedVC::makeResultView() {
 
 void FinalProcessedVC::startRun(const RunValues& values,
                                 const QList<CGImageProperties>& workingImages, int threads) {
+    m_resultDelay->stop();
     m_views->setCurrentIndex(0);
     m_progress->setValue(0);
     m_stop->setEnabled(true);
@@ -175,6 +183,11 @@ void FinalProcessedVC::showResult(const BatchResult& result) {
     m_notReached->setText(summary.lblNotReached);
     m_notReached->setVisible(!m_notReachedList.isEmpty());
     m_showProblems->setVisible(n > 0 || !m_notReachedList.isEmpty());
+    // The full bar stays a moment before the result takes its place.
+    m_resultDelay->start();
+}
+
+void FinalProcessedVC::hideBoxProcessing() {
     m_views->setCurrentIndex(1);
     m_finish->setFocus();
 }

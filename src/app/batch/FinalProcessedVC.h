@@ -10,14 +10,16 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 class QStackedWidget;
+class QTimer;
 
 namespace tagmoor {
 
 class BatchController;
 
 // The run screen: a window-modal sheet that starts the run, shows the photo in work and the
-// progress, offers Stop (the run waits on its condition while the question stands), and then
-// shows the result. Finish hands back to the caller, which empties the list and the edits.
+// progress, offers Stop (the run waits on its condition while the question stands), and a
+// second after the end shows the result. Finish hands back to the caller, which empties the list
+// and the edits.
 class FinalProcessedVC : public QDialog {
     Q_OBJECT
 public:
@@ -39,7 +41,9 @@ private:
     QWidget* makeProcessingView();
     QWidget* makeResultView();
     void showProgress(int processed, int total, const QString& path);
+    // The run ended: the counts are filled in, and a second later the result view comes.
     void showResult(const BatchResult& result);
+    void hideBoxProcessing();
     void showProblemList();
 
     BatchController& m_controller;
@@ -58,6 +62,7 @@ private:
     QLabel* m_notReached;
     QPushButton* m_showProblems;
     QPushButton* m_finish;
+    QTimer* m_resultDelay;
     QString m_outputPath;
     QList<PhotoProblem> m_problemList;
     QStringList m_notReachedList;

@@ -182,8 +182,11 @@ QGridLayout* RenameViewController::makeGrid() {
     int r = 0;
     grid->addWidget(m_options[0], r++, 0, 1, 3);
     grid->addWidget(m_options[1], r++, 0, 1, 3);
-    grid->addWidget(m_addText, r, 1);
-    grid->addWidget(m_addPosition, r++, 2);
+    auto* addRow = new QHBoxLayout;
+    addRow->addWidget(m_addText, 1);
+    addRow->addWidget(m_addPosition);
+    grid->addWidget(label("lblAddText", tr("Add Text:")), r, 1);
+    grid->addLayout(addRow, r++, 2);
     grid->addWidget(m_addExample, r++, 1, 1, 2);
     grid->addWidget(m_options[2], r++, 0, 1, 3);
     grid->addWidget(label("lblFind", tr("Find:")), r, 1);

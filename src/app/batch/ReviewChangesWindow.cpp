@@ -47,6 +47,7 @@ ReviewChangesWindow::ReviewChangesWindow(const RunValues& values, QList<CGImageP
     m_summary->setText(tr("Working out the changes..."));
 
     m_table->setObjectName(QStringLiteral("tableReviewChanges"));
+    m_table->setAccessibleName(tr("Changes"));
     m_table->setHorizontalHeaderLabels({tr("Photo"), tr("Change"), tr("Now"), tr("After the Run")});
     m_table->verticalHeader()->hide();
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -1,5 +1,6 @@
 #include "app/editor/FieldControl.h"
 
+#include "editor/FormSections.h"
 #include "editor/MetadataForm.h"
 #include "model/FormFieldTable.h"
 
@@ -78,6 +79,16 @@ FieldControl::FieldControl(const FormField& field, QWidget* parent)
             layout->addWidget(m_dateButton);
         }
     }
+    // Screen readers name the input by its row's label and tell its family.
+    QWidget* in = input();
+    in->setAccessibleName(labelOf(field.field));
+    in->setAccessibleDescription(
+        tr("%1 field")
+            .arg(QString::fromLatin1(field.block == KeyBlock::Exif   ? "EXIF"
+                                     : field.block == KeyBlock::Iptc ? "IPTC"
+                                                                     : "XMP")));
+    if (m_dateButton)
+        m_dateButton->setAccessibleName(tr("Set the rule of %1").arg(labelOf(field.field)));
     setEdited(false);
 }
 

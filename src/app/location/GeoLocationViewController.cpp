@@ -1,6 +1,7 @@
 #include "app/location/GeoLocationViewController.h"
 
 #include "app/location/MapTypeSegment.h"
+#include "app/location/PinCallout.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "foundation/UserPrompt.h"
@@ -18,10 +19,12 @@
 #include <QLineEdit>
 #include <QLoggingCategory>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QStringListModel>
 #include <QVBoxLayout>
 
 #include <cmath>
+#include <utility>
 
 Q_LOGGING_CATEGORY(lcPicker, "tagmoor.location.picker")
 
@@ -142,7 +145,7 @@ void GeoLocationViewController::connectControls() {
                 [this, field] { controlTextDidChange(field); });
     connect(m_map, &MapView::annotationDragEnded, this,
             &GeoLocationViewController::annotationDragEnded);
-    connect(m_map, &MapView::annotationClicked, this, &GeoLocationViewController::showMoreInfo);
+    connect(m_map, &MapView::moreInfoClicked, this, &GeoLocationViewController::showMoreInfo);
     connect(m_close, &QPushButton::clicked, this, &GeoLocationViewController::clickedCancel);
     connect(m_completer, qOverload<const QString&>(&QCompleter::activated), this,
             [this](const QString& place) {
@@ -155,6 +158,9 @@ GeoLocationViewController::~GeoLocationViewController() = default;
 
 void GeoLocationViewController::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
+    if (event->spontaneous())
+        return;
+    m_isOpen = true;
     viewWillAppear();
 }
 
@@ -224,14 +230,21 @@ void GeoLocationViewController::annotationDragEnded(double latitude, double long
 }
 
 void GeoLocationViewController::showMoreInfo() {
-    qCInfo(lcPicker) << "show popover to show more info";
-    m_prompt.tell(QStringLiteral("show details"), QStringLiteral("Informative text goes here"));
+    tagmoor::showMoreInfo(m_prompt);
 }
 
 void GeoLocationViewController::clickedCancel() {
-    m_location.set(m_latitude, m_longitude);
-    emit m_events.UpdateLocationFromGeoLocationOTM();
     accept();
+}
+
+// Done accepts; Esc and the close box reject. Either way the position goes along, once: a
+// picker already closed has nothing more to hand back.
+void GeoLocationViewController::done(int result) {
+    if (std::exchange(m_isOpen, false)) {
+        m_location.set(m_latitude, m_longitude);
+        emit m_events.UpdateLocationFromGeoLocationOTM();
+    }
+    QDialog::done(result);
 }
 
 void GeoLocationViewController::writeFields() {

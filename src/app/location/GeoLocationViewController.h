@@ -24,8 +24,9 @@ class UserPrompt;
 
 // The location picker: a sheet over the editor where a position is chosen by typing its
 // coordinates, by typing a place name (the offline gazetteer finds it), or by dragging the
-// pin. Closing hands the position to the SharedLocation that the editor's GPS fields take,
-// and tells them so (UpdateLocationFromGeoLocationOTM). It writes no metadata itself.
+// pin. Closing, by Done, Esc or the window's close box alike, hands the position to the
+// SharedLocation that the editor's GPS fields take, and tells them so
+// (UpdateLocationFromGeoLocationOTM). It writes no metadata itself.
 class GeoLocationViewController : public QDialog {
     Q_OBJECT
 public:
@@ -46,6 +47,8 @@ public:
     void showMoreInfo();
     // The closing action: the position goes along.
     void clickedCancel();
+    // Every way of closing ends here; an open picker hands its position back on the way.
+    void done(int result) override;
 
     float latitude() const { return m_latitude; }
     float longitude() const { return m_longitude; }
@@ -80,6 +83,8 @@ private:
     // Counts the user's edits of the name field: a reverse geocoding asked before the latest
     // of them is stale and leaves the typed text alone.
     int m_nameEdits = 0;
+    // Shown and not yet closed: what makes a closing hand the position back.
+    bool m_isOpen = false;
     QButtonGroup* m_segment;
     QPushButton* m_close;
     QList<PinAnnotation> m_mapAnnotations;

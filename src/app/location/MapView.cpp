@@ -1,5 +1,6 @@
 #include "app/location/MapView.h"
 
+#include "app/location/PinCallout.h"
 #include "foundation/Settings.h"
 #include "geo/MapProjection.h"
 #include "geo/MapTileNotices.h"
@@ -31,6 +32,10 @@ const QColor kLand(242, 239, 233);
 const QColor kCoast(120, 146, 160);
 const QColor kBorder(168, 140, 168);
 const QColor kPin(214, 48, 49);
+// The pin's head, 23 pixels above its point, takes clicks within this radius.
+constexpr int kPinHeadRadius = 13;
+// From the pin's point to the bottom of its callout: the pin's height and the callout's arrow.
+constexpr int kCalloutAbovePin = 34 + 12;
 
 // The outline in the unit square of the projection (x east, y south), computed once.
 struct ProjectedOutline {
@@ -86,7 +91,8 @@ int wrapTile(int x, int count) {
 
 MapView::MapView(QWidget* parent)
     : QWidget(parent), m_outline(WorldOutline::shared()), m_outlineTiles(160), m_networkTiles(160),
-      m_zoomIn(new QToolButton(this)), m_zoomOut(new QToolButton(this)) {
+      m_zoomIn(new QToolButton(this)), m_zoomOut(new QToolButton(this)),
+      m_callout(new PinCallout(this)) {
     setObjectName(QStringLiteral("mapView"));
     setMouseTracking(false);
     setCursor(Qt::OpenHandCursor);
@@ -107,6 +113,7 @@ MapView::MapView(QWidget* parent)
     }
     connect(m_zoomIn, &QToolButton::clicked, this, &MapView::zoomIn);
     connect(m_zoomOut, &QToolButton::clicked, this, &MapView::zoomOut);
+    connect(m_callout, &PinCallout::moreInfoClicked, this, &MapView::moreInfoClicked);
     projectedOutline(m_outline);
     m_centre = MapProjection::toWorld(0, 0, m_zoom);
 }
@@ -168,7 +175,7 @@ void MapView::setRegion(const MapRegion& region, bool animated) {
     m_wantedRegion = region;
     m_zoom = MapProjection::zoomThatFits(region, size());
     m_centre = MapProjection::toWorld(region.latitude, region.longitude, m_zoom);
-    update();
+    viewChanged();
 }
 
 MapRegion MapView::region() const {
@@ -194,7 +201,7 @@ void MapView::setZoomAround(int zoom, QPointF anchor) {
     m_centre = anchored * factor - anchor + QPointF(width(), height()) / 2;
     m_zoom = zoom;
     m_wantedRegion.reset();
-    update();
+    viewChanged();
 }
 
 void MapView::panBy(QPointF pixels) {
@@ -205,12 +212,14 @@ void MapView::panBy(QPointF pixels) {
     if (m_centre.x() < 0)
         m_centre.rx() += size;
     m_wantedRegion.reset();
-    update();
+    viewChanged();
 }
 
 void MapView::addAnnotation(const PinAnnotation& pin) {
     m_pin = pin;
-    update();
+    if (!m_callout->isHidden())
+        m_callout->showTextsOf(pin);
+    viewChanged();
 }
 
 MapRegion MapView::showPin(const PinAnnotation& pin, MapType type, double span) {
@@ -227,7 +236,41 @@ MapRegion MapView::showPin(const PinAnnotation& pin, MapType type, double span) 
 
 void MapView::removeAnnotations() {
     m_pin.reset();
+    hideCallout();
     update();
+}
+
+void MapView::showCallout() {
+    if (!m_pin)
+        return;
+    m_callout->showTextsOf(*m_pin);
+    m_callout->show();
+    m_callout->raise();
+    viewChanged();
+}
+
+void MapView::hideCallout() {
+    if (m_callout->isHidden())
+        return;
+    m_callout->hide();
+    update();
+}
+
+void MapView::viewChanged() {
+    placeCallout();
+    update();
+}
+
+// Centred above the pin's head, as far inside the map as it goes.
+void MapView::placeCallout() {
+    if (m_callout->isHidden() || !m_pin)
+        return;
+    const QPointF tip = pinPoint();
+    const QSize size = m_callout->sizeHint();
+    m_callout->setGeometry(
+        QRect(QPoint(int(std::lround(tip.x() - size.width() / 2.0)),
+                     int(std::lround(tip.y())) - kCalloutAbovePin - size.height()),
+              size));
 }
 
 QPointF MapView::topLeftWorld() const {
@@ -331,6 +374,14 @@ void MapView::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_pin)
         paintPin(painter, pinPoint());
+    if (m_pin && !m_callout->isHidden()) {
+        // The callout's point, down to the pin's head.
+        const QPointF tip = pinPoint() - QPointF(0, kCalloutAbovePin - 8);
+        QPolygonF arrow({tip, tip + QPointF(-8, -9), tip + QPointF(8, -9)});
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(m_callout->palette().color(QPalette::Base));
+        painter.drawPolygon(arrow);
+    }
     paintCaptions(painter);
     painter.setPen(QPen(palette().color(QPalette::Mid), 1));
     painter.setBrush(Qt::NoBrush);
@@ -427,7 +478,7 @@ void MapView::mousePressEvent(QMouseEvent* event) {
     m_dragStart = m_lastMouse = event->position();
     m_moved = false;
     const QPointF head = pinPoint() + QPointF(0, -23);
-    if (m_pin && QLineF(head, event->position()).length() <= 13) {
+    if (m_pin && QLineF(head, event->position()).length() <= kPinHeadRadius) {
         m_drag = Drag::Pin;
         m_grabOffset = pinPoint() - event->position();
     } else {
@@ -446,12 +497,13 @@ void MapView::mouseMoveEvent(QMouseEvent* event) {
     if (m_drag == Drag::Map) {
         panBy(delta);
     } else if (m_moved) {
+        hideCallout();
         // The pin's point follows the mouse; the map stays where it is.
         const QPointF tip = event->position() + m_grabOffset;
         const QPointF where = MapProjection::toLatLon(topLeftWorld() + tip, m_zoom);
         m_pin->latitude = where.y();
         m_pin->longitude = where.x();
-        update();
+        viewChanged();
     }
 }
 
@@ -464,8 +516,13 @@ void MapView::mouseReleaseEvent(QMouseEvent* event) {
     if (drag == Drag::Pin && m_pin) {
         if (m_moved)
             emit annotationDragEnded(m_pin->latitude, m_pin->longitude);
+        else if (m_callout->isHidden())
+            showCallout();
         else
-            emit annotationClicked();
+            hideCallout();
+    } else if (drag == Drag::Map && !m_moved) {
+        // A click on the map itself closes the callout.
+        hideCallout();
     }
 }
 
@@ -484,6 +541,7 @@ void MapView::resizeEvent(QResizeEvent* event) {
         const MapRegion wanted = *m_wantedRegion;
         setRegion(wanted, false);
     }
+    placeCallout();
 }
 
 } // namespace tagmoor

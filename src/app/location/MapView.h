@@ -19,6 +19,7 @@ class QToolButton;
 
 namespace tagmoor {
 
+class PinCallout;
 class Settings;
 struct WorldOutline;
 
@@ -33,8 +34,9 @@ struct PinAnnotation {
 // A map of our own: the world outline of Natural Earth, drawn from the installed data in
 // 256-pixel tiles of the web map grid so that it works offline, with web map tiles drawn over
 // it when their server answers. Pan by dragging, zoom by the wheel or the buttons, one pin
-// that can be dragged. Map types: 0 standard, 1 satellite, 2 hybrid; satellite and hybrid
-// need a tile address in the settings and otherwise show the outline with a note.
+// that can be dragged, and clicked to open its callout. Map types: 0 standard, 1 satellite, 2
+// hybrid; satellite and hybrid need a tile address in the settings and otherwise show the outline
+// with a note.
 class MapView : public QWidget {
     Q_OBJECT
 public:
@@ -80,6 +82,10 @@ public:
     int annotationCount() const { return m_pin ? 1 : 0; }
     // Where the pin's point is on the widget.
     QPointF pinPoint() const;
+    // The callout above the pin, as a click on the pin opens and closes it. Removing the pin
+    // closes it.
+    void showCallout();
+    void hideCallout();
 
     // Tiles drawn from the network in the last paint; the note of the last paint, if any.
     int networkTilesDrawn() const { return m_networkTilesDrawn; }
@@ -94,8 +100,8 @@ public:
 signals:
     // The pin was dropped at a new place by the user.
     void annotationDragEnded(double latitude, double longitude);
-    // The pin was clicked without being moved.
-    void annotationClicked();
+    // "More Info" of the pin's callout was clicked.
+    void moreInfoClicked();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -111,6 +117,9 @@ private:
     void tileArrived(MapType type, int zoom, int x, int y, const QImage& image);
     QPointF topLeftWorld() const;
     void setZoomAround(int zoom, QPointF anchor);
+    // The view or the pin moved: repaint, and keep the callout above the pin.
+    void viewChanged();
+    void placeCallout();
     QString attribution() const;
     // The steps of a paint: the outline and web tiles (true while some outline tile is still
     // to be drawn), the pin with its tip at `tip`, and the credit and note.
@@ -133,6 +142,7 @@ private:
     QCache<QString, QImage> m_networkTiles;
     QToolButton* m_zoomIn;
     QToolButton* m_zoomOut;
+    PinCallout* m_callout;
     enum class Drag { None, Map, Pin } m_drag = Drag::None;
     QPointF m_dragStart;
     QPointF m_lastMouse;

@@ -1,6 +1,7 @@
 #include "app/location/PreviewViewController.h"
 
 #include "app/location/MapTypeSegment.h"
+#include "app/location/PinCallout.h"
 #include "app/widgets/GroupTabs.h"
 #include "editor/FieldDisplay.h"
 #include "editor/FormPopups.h"
@@ -11,12 +12,16 @@
 
 #include <QButtonGroup>
 #include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QScreen>
 #include <QScrollArea>
+#include <QShowEvent>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -58,14 +63,14 @@ QString PreviewViewController::dimensionsText(double width, double height) {
     return text(width) + QStringLiteral(" x ") + text(height);
 }
 
-PreviewViewController::PreviewViewController(const Settings& settings, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_picture(new QLabel),
+PreviewViewController::PreviewViewController(const Settings& settings, UserPrompt& prompt,
+                                             QWidget* parent)
+    : QWidget(parent, Qt::Window), m_prompt(prompt), m_picture(new QLabel),
       m_name(makeValue(QStringLiteral("lblName"))),
       m_dimensions(makeValue(QStringLiteral("lblDimensions"))),
       m_size(makeValue(QStringLiteral("lblSize"))), m_path(makeValue(QStringLiteral("lblPath"))),
       m_map(new MapView) {
     setObjectName(QStringLiteral("PreviewViewController"));
-    setAttribute(Qt::WA_DeleteOnClose);
     resize(1040, 720);
     m_map->configureTiles(settings);
     connect(&m_loader, &QFutureWatcherBase::finished, this, &PreviewViewController::pictureDecoded);
@@ -100,12 +105,23 @@ PreviewViewController::PreviewViewController(const Settings& settings, QWidget* 
     left->addWidget(m_map, 2);
     connect(m_segment, &QButtonGroup::idClicked, this,
             &PreviewViewController::clickedSegmentControl);
+    connect(m_map, &MapView::annotationDragEnded, this,
+            &PreviewViewController::annotationDragEnded);
+    connect(m_map, &MapView::moreInfoClicked, this, &PreviewViewController::showMoreInfo);
 
-    auto* layout = new QHBoxLayout(this);
+    auto* columns = new QHBoxLayout;
+    columns->setSpacing(16);
+    columns->addLayout(left, 3);
+    columns->addWidget(makeMetadata(), 2);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    buttons->setObjectName(QStringLiteral("buttonBox"));
+    connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
+
+    auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 14, 16, 14);
-    layout->setSpacing(16);
-    layout->addLayout(left, 3);
-    layout->addWidget(makeMetadata(), 2);
+    layout->setSpacing(12);
+    layout->addLayout(columns, 1);
+    layout->addWidget(buttons);
 }
 
 PreviewViewController::~PreviewViewController() {
@@ -203,6 +219,8 @@ void PreviewViewController::setImageProperties(const CGImageProperties& record) 
 
 void PreviewViewController::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
+    if (!event->spontaneous())
+        centreOnParentWindow();
     updateValues();
     setWindowTitle(tr("Tagmoor - Preview"));
 }
@@ -282,6 +300,48 @@ void PreviewViewController::updateMapView(double latitude, double longitude, con
 
 void PreviewViewController::clickedSegmentControl(int index) {
     updateMapView(m_latitude, m_longitude, QString(), QString(), mapTypeOfSegment(index));
+}
+
+void PreviewViewController::annotationDragEnded(double latitude, double longitude) {
+    m_latitude = float(latitude);
+    m_longitude = float(longitude);
+    if (!m_mapAnnotations.isEmpty()) {
+        m_mapAnnotations.first().latitude = latitude;
+        m_mapAnnotations.first().longitude = longitude;
+    }
+}
+
+void PreviewViewController::showMoreInfo() {
+    tagmoor::showMoreInfo(m_prompt);
+}
+
+// Esc closes the window, as it does a dialog; the controls inside pass it on.
+void PreviewViewController::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+// Each opening puts the window in the middle of its parent's window, kept on that screen
+// where it fits.
+void PreviewViewController::centreOnParentWindow() {
+    const QWidget* owner = parentWidget() ? parentWidget()->window() : nullptr;
+    if (!owner)
+        return;
+    QRect frame = frameGeometry();
+    frame.moveCenter(owner->frameGeometry().center());
+    if (const QScreen* screen = owner->screen()) {
+        const QRect available = screen->availableGeometry();
+        if (frame.width() <= available.width())
+            frame.moveLeft(
+                std::clamp(frame.left(), available.left(), available.right() - frame.width() + 1));
+        if (frame.height() <= available.height())
+            frame.moveTop(
+                std::clamp(frame.top(), available.top(), available.bottom() - frame.height() + 1));
+    }
+    move(frame.topLeft());
 }
 
 } // namespace tagmoor

@@ -20,17 +20,21 @@ class QStackedWidget;
 namespace tagmoor {
 
 class Settings;
+class UserPrompt;
 
 // The preview window of one photo: its picture (decoded on a worker thread, so the window is
 // there at once), its file facts, its metadata in the three families of the editor, read only,
-// and its position on a map. Title "Tagmoor - Preview".
+// and its position on a map. Title "Tagmoor - Preview". Closing only hides it: opened again,
+// the window and its map are as they were, and it comes up centred on its parent's window.
+// Its pin can be dragged and opened as the picker's can; that moves the preview's position
+// and changes no metadata.
 class PreviewViewController : public QWidget {
     Q_OBJECT
 public:
     // The longest side the picture is decoded at, in device-independent pixels.
     static constexpr int kPictureSide = 450;
 
-    PreviewViewController(const Settings& settings, QWidget* parent = nullptr);
+    PreviewViewController(const Settings& settings, UserPrompt& prompt, QWidget* parent = nullptr);
     ~PreviewViewController() override;
 
     // The photo on show; `updateValues` fills the window from it.
@@ -40,6 +44,9 @@ public:
     void updateMapView(double latitude, double longitude, const QString& title,
                        const QString& subtitle, MapType type);
     void clickedSegmentControl(int index);
+    // The pin was dropped by the user: the preview's position, not the photo's.
+    void annotationDragEnded(double latitude, double longitude);
+    void showMoreInfo();
     // 0 EXIF, 1 IPTC, 2 XMP.
     void clickedTab(int editor);
 
@@ -55,13 +62,16 @@ signals:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QWidget* makeFacts();
     QWidget* makeMetadata();
     void fillMetadata();
     void pictureDecoded();
+    void centreOnParentWindow();
 
+    UserPrompt& m_prompt;
     std::optional<CGImageProperties> m_record;
     QLabel* m_picture;
     QLabel* m_name;

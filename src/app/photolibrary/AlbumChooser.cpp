@@ -61,7 +61,7 @@ AlbumChooser::AlbumChooser(ScanController& scans, UserPrompt& prompt, PanelScree
       m_faces(new QStackedWidget), m_foldersAndPhotos(new QRadioButton),
       m_photosLibrary(new QRadioButton), m_entireLibrary(new QRadioButton),
       m_chosenAlbums(new QRadioButton), m_okHome(new QPushButton(tr("OK"))),
-      m_okAddFiles(new QPushButton(tr("OK"))), m_okAlbumList(new QPushButton(tr("Add"))),
+      m_okAddFiles(new QPushButton(tr("OK"))), m_okAlbumList(new QPushButton(tr("OK"))),
       m_allAlbums(new QCheckBox(tr("All Albums"))), m_list(new QListWidget), m_title(new QLabel),
       m_status(new QLabel) {
     setObjectName(QStringLiteral("AddAlbumsPhotosLibrary"));
@@ -222,9 +222,10 @@ void AlbumChooser::clickedOkHomeVC() {
     showAddFilesFace(m_anchor);
 }
 
-QString AlbumChooser::chooseLibrary(const QString& prompt) {
+QString AlbumChooser::chooseLibrary(const QString& prompt, const QString& message) {
     OpenPanelRequest request;
     request.prompt = prompt;
+    request.message = message;
     request.canChooseFiles = true;
     request.canChooseDirectories = true;
     request.allowsMultipleSelection = false;
@@ -248,7 +249,8 @@ void AlbumChooser::clickedOKAddFilesVC() {
             readEntireLibrary(path);
         return;
     }
-    const QString path = chooseLibrary(tr("Select Photos Library"));
+    const QString path = chooseLibrary(tr("Select Photos Library"),
+                                       tr("Select Photos Library to choose specific albums from"));
     if (!path.isEmpty())
         showAlbumList(path, m_anchor);
 }

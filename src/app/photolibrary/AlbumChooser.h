@@ -67,8 +67,9 @@ private:
     QWidget* makeAlbumListFace();
     void setFace(Face face);
     void popUpBelow(QWidget* anchor);
-    // Asks for a library with the given prompt; empty when cancelled.
-    QString chooseLibrary(const QString& prompt);
+    // Asks for a library with the given prompt, and the message above the panel's list when
+    // there is one; empty when cancelled.
+    QString chooseLibrary(const QString& prompt, const QString& message = {});
     void readEntireLibrary(const QString& path);
     void handOver(const LibraryRead& read);
     void fillAlbumList(const QList<LibraryAlbum>& albums, const QString& note);

@@ -180,6 +180,9 @@ void PresetsDetailsViewController::viewWillAppear() {
     const int count = m_table->count();
     selectRow(count == 0 ? -1 : std::clamp(m_indexActualPreset, 0, count - 1));
     m_table->setFocus();
+    // The keyboard starts in the chosen preset's name, ready to rename it.
+    if (QListWidgetItem* current = m_table->currentItem())
+        m_table->editItem(current);
 }
 
 void PresetsDetailsViewController::reloadTable() {

@@ -3,6 +3,7 @@
 #include "app/shell/MainWindow.h"
 #include "app/shell/PreferencesWindow.h"
 #include "app/shell/WelcomeWindow.h"
+#include "app/widgets/FilePanel.h"
 #include "app/workingset/ThumbnailProvider.h"
 #include "foundation/UserPrompt.h"
 #include "processing/HomeSession.h"
@@ -57,6 +58,7 @@ void AppDelegate::makeScreens() {
                                      renameSettings(), renameNumbering(), presets()},
                                     this);
     m_mainWindow = std::make_unique<MainWindow>(*this);
+    FilePanel::rememberFoldersIn(&settings());
 
     connect(&events(), &AppEvents::showMainWindowRequested, this, &AppDelegate::showMainWindow);
     // The command line may change the presets while the window is open.
@@ -70,6 +72,7 @@ void AppDelegate::makeScreens() {
 }
 
 AppDelegate::~AppDelegate() {
+    FilePanel::forgetFolders(&settings());
     delete m_welcome;
     delete m_preferences;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/UpdateChecker.h"
+
 #include <QMainWindow>
 
 class QAction;
@@ -27,6 +29,8 @@ protected:
 
 private:
     void tappedAbout();
+    // The answers to Check for Updates that need no network: no address, or one refused.
+    void tellUnusableUpdateSource(UpdateChecker::Answer answer);
 
     AppDelegate& m_app;
     RootView* m_root;

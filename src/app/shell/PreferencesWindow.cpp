@@ -8,9 +8,11 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -50,17 +52,23 @@ PreferencesWindow::PreferencesWindow(Settings& settings, LoginItem& loginItem, L
     setObjectName(QStringLiteral("preferencesWindow"));
     setWindowTitle(tr("Preferences"));
     m_tabs->addTab(makeGeneralTab(), tr("General"));
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    buttons->setObjectName(QStringLiteral("btnClose"));
+    connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
+    // Escape closes the window, as it closes a dialog.
+    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    escape->setContext(Qt::WindowShortcut);
+    connect(escape, &QShortcut::activated, this, &QWidget::close);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 12);
     layout->addWidget(m_tabs);
+    layout->addWidget(buttons);
 
     connect(m_launch, &QCheckBox::clicked, this, &PreferencesWindow::clickedAutomatically);
     connect(m_overwrite, &QCheckBox::clicked, this,
             &PreferencesWindow::clickedOverwriteIfAFileWithASameName);
     connect(m_presetSaving, &QCheckBox::clicked, this,
             &PreferencesWindow::clickedShowPresetSettingInHome);
-    // The language choice and the update box are shown but change nothing: there is one
-    // language, and the update mode is only settled at start.
     reload();
 }
 
@@ -76,10 +84,10 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     m_presetSaving->setText(tr("Offer to save the settings as a preset after a run"));
     m_autoUpdate->setObjectName(QStringLiteral("btnAutoUpdate"));
     m_autoUpdate->setText(tr("Check for updates automatically"));
-
-    auto* language = new QHBoxLayout;
-    language->addWidget(new QLabel(tr("Select Language:")));
-    language->addWidget(m_language, 1);
+    m_autoUpdate->setEnabled(false);
+    m_autoUpdate->setToolTip(
+        tr("The way Tagmoor looks for updates is settled when it starts, and cannot be changed "
+           "here in this version."));
 
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(20, 18, 20, 18);
@@ -88,7 +96,7 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     layout->addWidget(m_launch);
     layout->addSpacing(10);
     layout->addWidget(caption(tr("Language Settings")));
-    layout->addLayout(language);
+    layout->addLayout(makeLanguageRow());
     layout->addSpacing(10);
     layout->addWidget(caption(tr("File Saving Preference")));
     layout->addWidget(m_overwrite);
@@ -137,6 +145,21 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     layout->addWidget(m_autoUpdate);
     layout->addStretch(1);
     return page;
+}
+
+// The language choice and the update box show what is in force but change nothing in this
+// version, so they take no clicks, and say why.
+QHBoxLayout* PreferencesWindow::makeLanguageRow() {
+    m_language->setEnabled(false);
+    m_language->setToolTip(tr("Tagmoor is available in English only in this version."));
+    auto* selectLanguage = new QLabel(tr("Select Language:"));
+    selectLanguage->setObjectName(QStringLiteral("lblSelectLanguage"));
+    selectLanguage->setEnabled(false);
+    selectLanguage->setToolTip(m_language->toolTip());
+    auto* row = new QHBoxLayout;
+    row->addWidget(selectLanguage);
+    row->addWidget(m_language, 1);
+    return row;
 }
 
 void PreferencesWindow::reload() {

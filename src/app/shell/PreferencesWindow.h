@@ -4,6 +4,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QTabWidget;
@@ -35,6 +36,7 @@ public:
 
 private:
     QWidget* makeGeneralTab();
+    QHBoxLayout* makeLanguageRow();
 
     Settings& m_settings;
     LoginItem& m_loginItem;

@@ -11,6 +11,7 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace tagmoor {
@@ -32,7 +33,8 @@ int DialogPrompt::ask(const Alert& alert) {
         grid->addItem(new QSpacerItem(std::max(420, titleWidth), 0, QSizePolicy::Minimum,
                                       QSizePolicy::Expanding),
                       grid->rowCount(), 0, 1, grid->columnCount());
-    box.setIcon(alert.buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
+    // Every alert of the program has the style of a warning, questions included.
+    box.setIcon(QMessageBox::Warning);
     // One role for all buttons keeps them in the order given, "YES" before "NO".
     QList<QAbstractButton*> buttons;
     for (const QString& text : alert.buttons)
@@ -101,11 +103,25 @@ TextAnswer DialogPrompt::askForText(const TextQuestion& question) {
         });
         buttons->addWidget(button);
     }
+    // The warning icon of the other alerts, beside the texts as a message box has it.
+    auto* icon = new QLabel;
+    icon->setObjectName(QStringLiteral("alertIcon"));
+    const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+    icon->setPixmap(box.style()
+                        ->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, &box)
+                        .pixmap(QSize(side, side), box.devicePixelRatioF()));
+    icon->setAlignment(Qt::AlignTop);
+    auto* texts = new QVBoxLayout;
+    texts->addWidget(title);
+    texts->addWidget(text);
+    texts->addWidget(field);
+    texts->addWidget(suppress);
+    auto* body = new QHBoxLayout;
+    body->setSpacing(16);
+    body->addWidget(icon);
+    body->addLayout(texts, 1);
     auto* layout = new QVBoxLayout(&box);
-    layout->addWidget(title);
-    layout->addWidget(text);
-    layout->addWidget(field);
-    layout->addWidget(suppress);
+    layout->addLayout(body);
     layout->addLayout(buttons);
     box.setMinimumWidth(440);
     box.exec();

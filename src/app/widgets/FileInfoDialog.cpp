@@ -1,5 +1,7 @@
 #include "app/widgets/FileInfoDialog.h"
 
+#include "workingset/FileSizeText.h"
+
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -16,9 +18,11 @@ FileInfoDialog::Facts FileInfoDialog::fileFacts(const QString& path) {
     Facts facts;
     facts.append({tr("Name"), info.fileName()});
     facts.append({tr("Kind"), QMimeDatabase().mimeTypeForFile(info).comment()});
-    facts.append({tr("Size"), tr("%1 (%2 bytes)")
-                                  .arg(locale.formattedDataSize(info.size()))
-                                  .arg(locale.toString(info.size()))});
+    // The same size text as the list and the preview, with the exact count beside it.
+    facts.append(
+        {tr("Size"), tr("%1 (%2 bytes)")
+                         .arg(fileSizeText(std::uint64_t(std::max<qint64>(0, info.size()))))
+                         .arg(locale.toString(info.size()))});
     facts.append({tr("Where"), info.absolutePath()});
     const QDateTime born = info.birthTime();
     if (born.isValid())

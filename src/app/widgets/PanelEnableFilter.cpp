@@ -1,5 +1,7 @@
 #include "app/widgets/PanelEnableFilter.h"
 
+#include "workingset/FileSizeText.h"
+
 #include <QCollator>
 #include <QFileInfo>
 #include <QFileSystemModel>
@@ -34,6 +36,16 @@ Qt::ItemFlags PanelEnableFilter::flags(const QModelIndex& index) const {
     if (outsideTheOne || !shouldEnable(info, m_extensions, m_filesEnabled))
         flags &= ~(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
     return flags;
+}
+
+QVariant PanelEnableFilter::data(const QModelIndex& index, int role) const {
+    const auto* files = qobject_cast<const QFileSystemModel*>(sourceModel());
+    if (files && role == Qt::DisplayRole && index.column() == 1) {
+        const QModelIndex source = mapToSource(index);
+        if (!files->isDir(source))
+            return fileSizeText(std::uint64_t(std::max<qint64>(0, files->size(source))));
+    }
+    return QSortFilterProxyModel::data(index, role);
 }
 
 } // namespace tagmoor

@@ -21,6 +21,8 @@ public:
                              bool filesEnabled);
 
     Qt::ItemFlags flags(const QModelIndex& index) const override;
+    // The size column reads as sizes do everywhere else in the program.
+    QVariant data(const QModelIndex& index, int role) const override;
 
 protected:
     // Folders before files, then names in the order a person expects.

@@ -35,7 +35,11 @@ HomeListPane::HomeListPane(WorkingListModel& model, ThumbnailProvider& thumbnail
       m_table(new PhotoTableView(thumbnails)) {
     setObjectName(QStringLiteral("homeListPane"));
     m_grid->setModel(&model);
-    m_table->setModel(&model);
+    m_grid->setAccessibleName(tr("Photos"));
+    m_grid->setAccessibleDescription(tr("The photos in the list as thumbnails"));
+    m_table->setListModel(model);
+    m_table->setAccessibleName(tr("Photos"));
+    m_table->setAccessibleDescription(tr("The photos in the list as a table"));
     m_views->addWidget(boxAround(QStringLiteral("boxCollectionView"), m_grid));
     m_views->addWidget(boxAround(QStringLiteral("boxTableView"), m_table));
 
@@ -131,6 +135,10 @@ void HomeListPane::clearViewSelection() {
 void HomeListPane::repaintViews() {
     m_grid->viewport()->update();
     m_table->viewport()->update();
+}
+
+void HomeListPane::rememberColumnsIn(Settings& settings) {
+    m_table->rememberColumnsIn(settings);
 }
 
 QList<QAbstractItemView*> HomeListPane::views() const {

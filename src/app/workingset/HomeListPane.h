@@ -13,6 +13,7 @@ class QToolButton;
 namespace tagmoor {
 
 class PhotoGridView;
+class Settings;
 class PhotoTableView;
 class ThumbnailProvider;
 class WorkingListModel;
@@ -35,6 +36,8 @@ public:
     bool isRemoveEnabled() const;
     void clearViewSelection();
     void repaintViews();
+    // The table keeps its column choices in the settings.
+    void rememberColumnsIn(Settings& settings);
     // The grid and the table, for what is done to both alike.
     QList<QAbstractItemView*> views() const;
     QPushButton* addMoreButton() const { return m_addMore; }

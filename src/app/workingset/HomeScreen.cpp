@@ -37,6 +37,7 @@
 #include "workingset/PanelFilter.h"
 #include "workingset/ScanController.h"
 #include "workingset/ScanProgressView.h"
+#include "workingset/WorkingListModel.h"
 #include "workingset/WorkingSet.h"
 
 #include <QAbstractItemView>
@@ -76,6 +77,7 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
 
     connectPanes();
     connectCore();
+    m_list->rememberColumnsIn(objects.session.objects().settings);
     m_tutorial = new TutorialOverlay(this);
     m_menu = new HomeMenuActions(*this);
 
@@ -194,10 +196,12 @@ void HomeScreen::connectPanes() {
     for (QAbstractItemView* view : m_list->views()) {
         auto* delegate = qobject_cast<PhotoItemDelegate*>(view->itemDelegate());
         connect(delegate, &PhotoItemDelegate::checkBoxToggled, this, &HomeScreen::clickedCheckBox);
-        connect(view, &QAbstractItemView::clicked, this,
-                [this](const QModelIndex& index) { showPreview(index.row()); });
-        connect(view, &QAbstractItemView::doubleClicked, this,
-                [this](const QModelIndex& index) { openPreview(index.row()); });
+        connect(view, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
+            showPreview(PhotoItemDelegate::listRow(index));
+        });
+        connect(view, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
+            openPreview(PhotoItemDelegate::listRow(index));
+        });
         view->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(view, &QWidget::customContextMenuRequested, this,
                 [this, view](const QPoint& pos) { showContextMenu(view, pos); });
@@ -217,6 +221,8 @@ void HomeScreen::connectCore() {
     connect(&core.scans, &ScanController::selectionRefreshed, this, &HomeScreen::applyOutcome);
     connect(&core.scans, &ScanController::reloadViews, this, &HomeScreen::reloadViews);
     connect(&core.workingSet, &WorkingSet::imagesAppended, this, &HomeScreen::updateTotal);
+    connect(&session.form(), &MetadataForm::editedFlagsChanged, this,
+            [this] { m_objects.listModel.setEditsPending(m_objects.session.form().hasEdits()); });
     connect(&core.workingSet, &WorkingSet::imagesReset, this, &HomeScreen::updateTotal);
     connect(&core.workingSet, &WorkingSet::selectionChanged, this,
             &HomeScreen::updateMarkedSummary);
@@ -428,7 +434,8 @@ QMenu* HomeScreen::buildContextMenu(int row, QWidget* parent) {
     ScanController& scans = m_objects.session.objects().scans;
     auto* menu = new QMenu(parent);
     menu->setObjectName(QStringLiteral("mainMenu"));
-    menu->addAction(tr("Add More Images"), this, &HomeScreen::clickedAddMore);
+    // The menu's entry goes straight to the open panel; the Add More button offers the sources.
+    menu->addAction(tr("Add More Images"), this, &HomeScreen::addFoldersAndPhotos);
     menu->addSeparator();
     QAction* removeSelected = menu->addAction(tr("Remove All Selected"));
     removeSelected->setData(100);
@@ -587,7 +594,7 @@ void HomeScreen::openPreview(int row) {
     if (row < 0 || row >= images.size())
         return;
     if (!m_previewWindow)
-        m_previewWindow = new PreviewViewController(core.settings, this);
+        m_previewWindow = new PreviewViewController(core.settings, core.prompt, this);
     m_previewWindow->setImageProperties(images[row]);
     m_previewWindow->show();
     m_previewWindow->raise();
@@ -619,7 +626,7 @@ void HomeScreen::showContextMenu(QAbstractItemView* view, const QPoint& pos) {
     if (m_objects.session.objects().workingSet.isScanning())
         return;
     const QModelIndex index = view->indexAt(pos);
-    QMenu* menu = buildContextMenu(index.isValid() ? index.row() : -1, this);
+    QMenu* menu = buildContextMenu(index.isValid() ? PhotoItemDelegate::listRow(index) : -1, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(view->viewport()->mapToGlobal(pos));
 }

@@ -68,8 +68,9 @@ public:
     void clickedSegmentCollectionnTableView(int index);
     // The EXIF, IPTC and XMP tabs of the editor: 0, 1, 2.
     void clickedEditorTab(int editor);
-    // Reset All: the editor, its flags and date rules emptied, the mode popup on its first row
-    // with the clean boxes off, the choice applied anew.
+    // Reset All, as when the list is new: the editor, its flags and date rules, the rename
+    // rule and the picked position emptied, the mode popup on its first row with the clean
+    // boxes off, the choice applied anew.
     void clickedResetAll();
     // "Show Metadata" and "Get Info": the facts of one photo.
     void showInfo(int row);

@@ -1,5 +1,6 @@
 #include "app/workingset/PhotoItemDelegate.h"
 
+#include "app/workingset/PhotoTableModel.h"
 #include "app/workingset/ThumbnailProvider.h"
 #include "workingset/FileSizeText.h"
 #include "workingset/WorkingListModel.h"
@@ -10,6 +11,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QSortFilterProxyModel>
 
 namespace tagmoor {
 
@@ -20,6 +22,13 @@ bool isChecked(const QModelIndex& index) {
 }
 
 } // namespace
+
+int PhotoItemDelegate::listRow(const QModelIndex& index) {
+    QModelIndex item = index;
+    while (const auto* proxy = qobject_cast<const QAbstractProxyModel*>(item.model()))
+        item = proxy->mapToSource(item);
+    return item.row();
+}
 
 PhotoItemDelegate::PhotoItemDelegate(Look look, ThumbnailProvider& thumbnails, QObject* parent)
     : QStyledItemDelegate(parent), m_look(look), m_thumbnails(thumbnails) {}
@@ -43,8 +52,10 @@ void PhotoItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     painter->setRenderHint(QPainter::Antialiasing);
     if (m_look == Look::Grid)
         paintGrid(painter, option, index);
-    else
+    else if (index.column() == int(PhotoColumn::Name))
         paintTable(painter, option, index);
+    else
+        paintFact(painter, option, index);
     painter->restore();
 }
 
@@ -79,10 +90,7 @@ void PhotoItemDelegate::paintTable(QPainter* painter, const QStyleOptionViewItem
                                    const QModelIndex& index) const {
     const QPalette& pal = option.palette;
     const bool selected = option.state & QStyle::State_Selected;
-    if (selected)
-        painter->fillRect(option.rect, pal.color(QPalette::Highlight));
-    else if (index.row() % 2)
-        painter->fillRect(option.rect, pal.color(QPalette::AlternateBase));
+    paintRowBackground(painter, option, index);
 
     const QRect picture(option.rect.left() + 38, option.rect.center().y() - kTableSide / 2 + 1,
                         kTableSide, kTableSide);
@@ -111,6 +119,41 @@ void PhotoItemDelegate::paintTable(QPainter* painter, const QStyleOptionViewItem
                             option.fontMetrics.height()),
                       Qt::AlignLeft | Qt::AlignVCenter, subtitle(index));
     paintCheckBox(painter, option, index);
+}
+
+void PhotoItemDelegate::paintRowBackground(QPainter* painter, const QStyleOptionViewItem& option,
+                                           const QModelIndex& index) const {
+    if (option.state & QStyle::State_Selected)
+        painter->fillRect(option.rect, option.palette.color(QPalette::Highlight));
+    else if (index.row() % 2)
+        painter->fillRect(option.rect, option.palette.color(QPalette::AlternateBase));
+}
+
+void PhotoItemDelegate::paintFact(QPainter* painter, const QStyleOptionViewItem& option,
+                                  const QModelIndex& index) const {
+    paintRowBackground(painter, option, index);
+    const bool selected = option.state & QStyle::State_Selected;
+    painter->setPen(option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
+    const QRect box = option.rect.adjusted(8, 0, -8, 0);
+    const auto align = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
+    painter->drawText(box, align,
+                      option.fontMetrics.elidedText(factText(index), Qt::ElideRight, box.width()));
+}
+
+QString PhotoItemDelegate::factText(const QModelIndex& index) const {
+    const QString text = index.data(Qt::DisplayRole).toString();
+    const auto column = PhotoColumn(index.column());
+    if (!text.isEmpty() || (column != PhotoColumn::Size && column != PhotoColumn::Dimensions))
+        return text;
+    // Facts a record lacks (the pixel size of some RAW files) that the decoder already found.
+    const QString path = index.data(WorkingListModel::PathRole).toString();
+    if (column == PhotoColumn::Size) {
+        const qint64 bytes = m_thumbnails.fileSize(path);
+        return bytes < 0 ? QString() : fileSizeText(std::uint64_t(bytes));
+    }
+    const QSize pixels = m_thumbnails.originalSize(path);
+    return pixels.isValid() ? QStringLiteral("%1 x %2").arg(pixels.width()).arg(pixels.height())
+                            : QString();
 }
 
 QString PhotoItemDelegate::subtitle(const QModelIndex& index) const {
@@ -187,8 +230,12 @@ void PhotoItemDelegate::paintCheckBox(QPainter* painter, const QStyleOptionViewI
 
 bool PhotoItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
                                     const QStyleOptionViewItem& option, const QModelIndex& index) {
+    // The check box lives in the name column; Space on any cell of a row toggles it.
     if (!index.isValid())
         return false;
+    const bool inBox = m_look == Look::Grid || index.column() == int(PhotoColumn::Name);
+    if (!inBox && event->type() != QEvent::KeyPress)
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
     const QRect hit = checkBoxRect(option.rect).adjusted(-4, -4, 4, 4);
     switch (event->type()) {
     case QEvent::MouseButtonPress:
@@ -200,14 +247,15 @@ bool PhotoItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
         const auto* mouse = static_cast<QMouseEvent*>(event);
         if (mouse->button() != Qt::LeftButton || !hit.contains(mouse->position().toPoint()))
             return false;
-        emit checkBoxToggled(index.row(), !isChecked(index));
+        emit checkBoxToggled(listRow(index), !isChecked(index));
         return true;
     }
     case QEvent::KeyPress: {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() != Qt::Key_Space)
             return false;
-        emit checkBoxToggled(index.row(), !isChecked(index));
+        const QModelIndex item = index.siblingAtColumn(int(PhotoColumn::Name));
+        emit checkBoxToggled(listRow(item), !isChecked(item));
         return true;
     }
     default:

@@ -23,6 +23,8 @@ public:
     static constexpr int kTableRowHeight = 44;
 
     int thumbnailSide() const { return m_look == Look::Grid ? kGridSide : kTableSide; }
+    // The working list's row of an item of either view (the table's rows may be sorted).
+    static int listRow(const QModelIndex& index);
     // Where the check box of an item drawn in `itemRect` lies.
     QRect checkBoxRect(const QRect& itemRect) const;
 
@@ -42,6 +44,12 @@ private:
                    const QModelIndex& index) const;
     void paintTable(QPainter* painter, const QStyleOptionViewItem& option,
                     const QModelIndex& index) const;
+    // A plain fact of the table's other columns.
+    void paintFact(QPainter* painter, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) const;
+    QString factText(const QModelIndex& index) const;
+    void paintRowBackground(QPainter* painter, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const;
     QString subtitle(const QModelIndex& index) const;
     void paintPicture(QPainter* painter, const QRect& box, const QModelIndex& index) const;
     void paintCheckBox(QPainter* painter, const QStyleOptionViewItem& option,

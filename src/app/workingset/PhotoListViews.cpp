@@ -1,13 +1,18 @@
 #include "app/workingset/PhotoListViews.h"
 
 #include "app/workingset/PhotoItemDelegate.h"
+#include "app/workingset/PhotoTableModel.h"
 #include "app/workingset/ThumbnailProvider.h"
+#include "foundation/Settings.h"
 
 #include <QCursor>
 #include <QHeaderView>
+#include <QMenu>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QSortFilterProxyModel>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -266,10 +271,9 @@ void PhotoGridView::paintEvent(QPaintEvent* event) {
 
 PhotoTableView::PhotoTableView(ThumbnailProvider& thumbnails, QWidget* parent)
     : QTableView(parent),
-      m_delegate(new PhotoItemDelegate(PhotoItemDelegate::Look::Table, thumbnails, this)) {
+      m_delegate(new PhotoItemDelegate(PhotoItemDelegate::Look::Table, thumbnails, this)),
+      m_saveLater(new QTimer(this)) {
     setObjectName(QStringLiteral("tableView"));
-    horizontalHeader()->hide();
-    horizontalHeader()->setStretchLastSection(true);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(PhotoItemDelegate::kTableRowHeight);
@@ -278,10 +282,101 @@ PhotoTableView::PhotoTableView(ThumbnailProvider& thumbnails, QWidget* parent)
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setWordWrap(false);
     setFrameShape(QFrame::NoFrame);
     setItemDelegate(m_delegate);
     followThumbnails(this, thumbnails);
+    // Dragging a column's edge writes the settings once, when the hand rests.
+    m_saveLater->setObjectName(QStringLiteral("timerSaveColumns"));
+    m_saveLater->setSingleShot(true);
+    m_saveLater->setInterval(400);
+    connect(m_saveLater, &QTimer::timeout, this, &PhotoTableView::saveColumns);
+}
+
+PhotoTableView::~PhotoTableView() {
+    if (m_saveLater->isActive())
+        saveColumns();
+}
+
+void PhotoTableView::setListModel(WorkingListModel& list) {
+    m_columns = new PhotoTableModel(list, this);
+    m_sorted = new QSortFilterProxyModel(this);
+    m_sorted->setObjectName(QStringLiteral("tableSort"));
+    m_sorted->setSortRole(PhotoTableModel::SortRole);
+    m_sorted->setSortCaseSensitivity(Qt::CaseInsensitive);
+    m_sorted->setSourceModel(m_columns);
+    setModel(m_sorted);
+    setUpHeader();
+}
+
+void PhotoTableView::setUpHeader() {
+    QHeaderView* header = horizontalHeader();
+    header->setObjectName(QStringLiteral("tableHeader"));
+    header->show();
+    header->setSectionsMovable(true);
+    header->setSectionsClickable(true);
+    header->setHighlightSections(false);
+    header->setStretchLastSection(true);
+    header->setSectionResizeMode(QHeaderView::Interactive);
+    header->setSortIndicatorShown(true);
+    header->setSortIndicatorClearable(true);
+    // The list's own order until the user asks for another.
+    header->setSortIndicator(-1, Qt::AscendingOrder);
+    header->resizeSection(int(PhotoColumn::Name), 300);
+    header->resizeSection(int(PhotoColumn::Edited), 64);
+    header->resizeSection(int(PhotoColumn::Size), 90);
+    header->resizeSection(int(PhotoColumn::Dimensions), 110);
+    header->resizeSection(int(PhotoColumn::CaptureDate), 160);
+    // The edited mark stands first, beside the photo's name.
+    header->moveSection(header->visualIndex(int(PhotoColumn::Edited)), 0);
+    setSortingEnabled(true);
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header, &QWidget::customContextMenuRequested, this, &PhotoTableView::showColumnMenu);
+    connect(header, &QHeaderView::sectionResized, this, &PhotoTableView::columnsChanged);
+    connect(header, &QHeaderView::sectionMoved, this, &PhotoTableView::columnsChanged);
+    connect(header, &QHeaderView::sortIndicatorChanged, this, &PhotoTableView::columnsChanged);
+}
+
+void PhotoTableView::showColumnMenu(const QPoint& pos) {
+    QHeaderView* header = horizontalHeader();
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("tableColumnsMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (int column = 0; column < kPhotoColumnCount; ++column) {
+        QAction* action = menu->addAction(model()->headerData(column, Qt::Horizontal).toString());
+        action->setCheckable(true);
+        action->setChecked(!header->isSectionHidden(column));
+        // The name stays: without it a row would have no check box.
+        action->setEnabled(PhotoColumn(column) != PhotoColumn::Name);
+        connect(action, &QAction::toggled, this, [this, header, column](bool on) {
+            header->setSectionHidden(column, !on);
+            columnsChanged();
+        });
+    }
+    menu->popup(header->mapToGlobal(pos));
+}
+
+void PhotoTableView::rememberColumnsIn(Settings& settings) {
+    m_settings = &settings;
+    if (const auto state = settings.photoTableColumns(); state && !state->isEmpty()) {
+        QHeaderView* header = horizontalHeader();
+        if (header->restoreState(*state)) {
+            header->setSectionHidden(int(PhotoColumn::Name), false);
+            sortByColumn(header->sortIndicatorSection(), header->sortIndicatorOrder());
+        }
+    }
+}
+
+void PhotoTableView::columnsChanged() {
+    if (m_settings)
+        m_saveLater->start();
+}
+
+void PhotoTableView::saveColumns() {
+    m_saveLater->stop();
+    if (m_settings)
+        m_settings->setPhotoTableColumns(horizontalHeader()->saveState());
 }
 
 } // namespace tagmoor

@@ -3,10 +3,16 @@
 #include <QAbstractItemView>
 #include <QTableView>
 
+class QSortFilterProxyModel;
+class QTimer;
+
 namespace tagmoor {
 
 class PhotoItemDelegate;
+class PhotoTableModel;
+class Settings;
 class ThumbnailProvider;
+class WorkingListModel;
 
 // The thumbnail grid (collectionView): cells of one size, filled left to right and wrapped,
 // one check box per item. Every cell's place follows from its row, so a list of any length is
@@ -49,15 +55,34 @@ private:
     int m_columns = 1;
 };
 
-// The table (tableView): one row per photo with its picture, name, size and check box.
+// The table (tableView): one row per photo, its name (with picture and check box), an edited
+// mark, size, dimensions, capture date and camera. A click on a column's header sorts by it
+// (a third click goes back to the list's order); the header's context menu shows and hides
+// columns. Sorting moves rows only in the view: marks live in the records, and the selection
+// follows its photos. Column choices, widths, order and sorting are kept in the settings.
 class PhotoTableView : public QTableView {
     Q_OBJECT
 public:
     PhotoTableView(ThumbnailProvider& thumbnails, QWidget* parent = nullptr);
+    ~PhotoTableView() override;
     PhotoItemDelegate* photoDelegate() const { return m_delegate; }
 
+    // Shows the working list through the table's columns and its sorting.
+    void setListModel(WorkingListModel& list);
+    // Restores the columns from the settings and keeps them there as they change.
+    void rememberColumnsIn(Settings& settings);
+
 private:
+    void setUpHeader();
+    void showColumnMenu(const QPoint& pos);
+    void columnsChanged();
+    void saveColumns();
+
     PhotoItemDelegate* m_delegate;
+    PhotoTableModel* m_columns = nullptr;
+    QSortFilterProxyModel* m_sorted = nullptr;
+    Settings* m_settings = nullptr;
+    QTimer* m_saveLater;
 };
 
 } // namespace tagmoor

@@ -2,9 +2,10 @@
 
 #include <QEvent>
 #include <QGraphicsOpacityEffect>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPropertyAnimation>
+#include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -14,17 +15,41 @@ namespace {
 
 constexpr int kStepMs = 4500;
 
+const char* const kTexts[TutorialOverlay::kSteps] = {
+    QT_TRANSLATE_NOOP("tagmoor::TutorialOverlay",
+                      "Your photos are in the list. Switch between thumbnails and a table with "
+                      "Grid and Table."),
+    QT_TRANSLATE_NOOP("tagmoor::TutorialOverlay",
+                      "The check box of a photo marks it: a run and the editor work on the marked "
+                      "photos only."),
+    QT_TRANSLATE_NOOP("tagmoor::TutorialOverlay",
+                      "Click a photo to see it on the right. Right-click for more: remove, get "
+                      "info, open it."),
+    QT_TRANSLATE_NOOP("tagmoor::TutorialOverlay",
+                      "Edit EXIF, IPTC and XMP values in the editor. A field you change is framed "
+                      "and goes to every marked photo."),
+    QT_TRANSLATE_NOOP("tagmoor::TutorialOverlay",
+                      "Fields that differ between the marked photos show \"Multiple Values\"; "
+                      "untouched, each photo keeps its own."),
+    QT_TRANSLATE_NOOP("tagmoor::TutorialOverlay",
+                      "Set rules for the dates with the buttons beside the date fields, and rename "
+                      "rules with Rename."),
+    QT_TRANSLATE_NOOP("tagmoor::TutorialOverlay",
+                      "When you are ready, press Start Process. Reset All takes every edit back."),
+};
+
 } // namespace
 
 TutorialOverlay::TutorialOverlay(QWidget* parent)
-    : QWidget(parent), m_box(new QWidget(this)), m_counter(new QLabel), m_text(new QLabel),
-      m_skip(new QLabel), m_timer(new QTimer(this)), m_fade(new QGraphicsOpacityEffect(m_box)),
+    : QFrame(parent), m_counter(new QLabel), m_text(new QLabel), m_back(new QPushButton),
+      m_next(new QPushButton), m_skip(new QPushButton), m_timer(new QTimer(this)),
+      m_fade(new QGraphicsOpacityEffect(this)),
       m_fadeIn(new QPropertyAnimation(m_fade, "opacity", this)) {
     setObjectName(QStringLiteral("boxTutorial"));
-    m_box->setObjectName(QStringLiteral("box1Tutorial"));
-    m_box->setAutoFillBackground(true);
-    m_box->setFixedWidth(420);
-    m_box->setGraphicsEffect(m_fade);
+    setFrameShape(QFrame::StyledPanel);
+    setAutoFillBackground(true);
+    setFixedWidth(420);
+    setGraphicsEffect(m_fade);
     m_counter->setObjectName(QStringLiteral("lblTutorialStep"));
     m_counter->setForegroundRole(QPalette::PlaceholderText);
     m_text->setObjectName(QStringLiteral("lblBox1TutorialText"));
@@ -32,17 +57,28 @@ TutorialOverlay::TutorialOverlay(QWidget* parent)
     QFont font = m_text->font();
     font.setPointSizeF(font.pointSizeF() * 1.1);
     m_text->setFont(font);
-    m_skip->setObjectName(QStringLiteral("lblSkipIntro"));
-    m_skip->setText(QStringLiteral("<a href=\"skip\">%1</a>").arg(tr("Skip Intro")));
-    m_skip->setAlignment(Qt::AlignRight);
-    connect(m_skip, &QLabel::linkActivated, this, &TutorialOverlay::clickedHideTutorial);
+    m_back->setObjectName(QStringLiteral("btnTutorialBack"));
+    m_back->setText(tr("Back"));
+    m_next->setObjectName(QStringLiteral("btnTutorialNext"));
+    m_next->setDefault(true);
+    m_skip->setObjectName(QStringLiteral("btnSkipIntro"));
+    m_skip->setText(tr("Skip Intro"));
+    m_skip->setFlat(true);
+    connect(m_back, &QPushButton::clicked, this, &TutorialOverlay::clickedBack);
+    connect(m_next, &QPushButton::clicked, this, &TutorialOverlay::clickedNext);
+    connect(m_skip, &QPushButton::clicked, this, &TutorialOverlay::clickedHideTutorial);
 
-    auto* layout = new QVBoxLayout(m_box);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_skip);
+    buttons->addStretch(1);
+    buttons->addWidget(m_back);
+    buttons->addWidget(m_next);
+    auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(18, 14, 18, 12);
     layout->setSpacing(8);
     layout->addWidget(m_counter);
     layout->addWidget(m_text);
-    layout->addWidget(m_skip);
+    layout->addLayout(buttons);
 
     m_timer->setObjectName(QStringLiteral("timerTutorial"));
     m_timer->setInterval(kStepMs);
@@ -52,12 +88,10 @@ TutorialOverlay::TutorialOverlay(QWidget* parent)
     m_fadeIn->setEndValue(1.0);
 
     parent->installEventFilter(this);
-    setGeometry(parent->rect());
     hide();
 }
 
 void TutorialOverlay::showTutorial() {
-    setGeometry(parentWidget()->rect());
     show();
     raise();
     showStep(1);
@@ -72,6 +106,17 @@ void TutorialOverlay::clickedHideTutorial() {
 }
 
 void TutorialOverlay::advance() {
+    showStep(m_step + 1);
+    if (m_step >= kSteps)
+        m_timer->stop();
+}
+
+void TutorialOverlay::takeOver() {
+    m_timer->stop();
+}
+
+void TutorialOverlay::clickedNext() {
+    takeOver();
     if (m_step >= kSteps) {
         clickedHideTutorial();
         return;
@@ -79,47 +124,43 @@ void TutorialOverlay::advance() {
     showStep(m_step + 1);
 }
 
+void TutorialOverlay::clickedBack() {
+    takeOver();
+    showStep(m_step - 1);
+}
+
 void TutorialOverlay::showStep(int step) {
-    static const char* const kTexts[kSteps] = {
-        QT_TR_NOOP("Your photos are in the list. Switch between thumbnails and a table with "
-                   "Grid and Table."),
-        QT_TR_NOOP("The check box of a photo marks it: a run and the editor work on the marked "
-                   "photos only."),
-        QT_TR_NOOP("Click a photo to see it on the right. Right-click for more: remove, get "
-                   "info, open it."),
-        QT_TR_NOOP("Edit EXIF, IPTC and XMP values in the editor. A field you change is framed "
-                   "and goes to every marked photo."),
-        QT_TR_NOOP("Fields that differ between the marked photos show \"Multiple Values\"; "
-                   "untouched, each photo keeps its own."),
-        QT_TR_NOOP("Set rules for the dates with the buttons beside the date fields, and rename "
-                   "rules with Rename."),
-        QT_TR_NOOP("When you are ready, press Start Process. Reset All takes every edit back."),
-    };
     m_step = std::clamp(step, 1, kSteps);
     m_counter->setText(tr("Tip %1 of %2").arg(m_step).arg(kSteps));
     m_text->setText(tr(kTexts[m_step - 1]));
-    m_box->adjustSize();
-    // The boxes take turns around the screen: left over the list, right over the editor.
-    const int x = m_step <= 3 ? 40 : width() - m_box->width() - 40;
-    const int y = 60 + ((m_step - 1) % 3) * (height() - 200) / 3;
-    m_box->move(std::max(0, x), std::max(0, y));
+    m_back->setEnabled(m_step > 1);
+    m_next->setText(m_step == kSteps ? tr("Done") : tr("Next"));
+    adjustSize();
+    place();
     m_fadeIn->stop();
     m_fadeIn->start();
 }
 
-void TutorialOverlay::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.fillRect(rect(), QColor(0, 0, 0, 90));
+// The tips take turns around the screen: left over the list, right over the editor.
+void TutorialOverlay::place() {
+    if (m_step < 1)
+        return;
+    const QSize room = parentWidget()->size();
+    const int x = m_step <= 3 ? 40 : room.width() - width() - 40;
+    const int y = 60 + ((m_step - 1) % 3) * (room.height() - 200) / 3;
+    move(std::max(0, x), std::max(0, y));
 }
 
-void TutorialOverlay::mousePressEvent(QMouseEvent*) {
-    clickedHideTutorial();
+void TutorialOverlay::enterEvent(QEnterEvent* event) {
+    // The pointer on the card: the user is reading, and the tour waits for them.
+    takeOver();
+    QFrame::enterEvent(event);
 }
 
 bool TutorialOverlay::eventFilter(QObject* watched, QEvent* event) {
     if (watched == parentWidget() && event->type() == QEvent::Resize)
-        setGeometry(parentWidget()->rect());
-    return QWidget::eventFilter(watched, event);
+        place();
+    return QFrame::eventFilter(watched, event);
 }
 
 } // namespace tagmoor

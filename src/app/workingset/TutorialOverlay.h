@@ -1,26 +1,29 @@
 #pragma once
 
-#include <QWidget>
+#include <QFrame>
 
 class QGraphicsOpacityEffect;
 class QLabel;
 class QPropertyAnimation;
+class QPushButton;
 class QTimer;
 
 namespace tagmoor {
 
-// The short tour over the home screen after the first scan: seven boxes, one at a time, each
-// fading in with a line about one part of the screen. It moves on by itself; "Skip Intro" or
-// a click ends it at any moment.
-class TutorialOverlay : public QWidget {
+// The short tour over the home screen after the first scan: seven tips, one at a time, in a
+// card that fades in beside the part of the screen it is about. Back and Next step through
+// them, Skip Intro (or Done on the last) ends it. Until the user takes over (a button, or the
+// pointer resting on the card) it moves on by itself and stops at the last tip. The card
+// covers only itself: the screen around it takes every click as usual.
+class TutorialOverlay : public QFrame {
     Q_OBJECT
 public:
     explicit TutorialOverlay(QWidget* parent);
 
     static constexpr int kSteps = 7;
-    // Starts at the first box.
+    // Starts at the first tip.
     void showTutorial();
-    // Ends the tour (the "Skip Intro" link, a click, or the last box passed).
+    // Ends the tour (Skip Intro, Done).
     void clickedHideTutorial();
 
     int tutorialStep() const { return m_step; }
@@ -29,18 +32,22 @@ signals:
     void finished();
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void showStep(int step);
     void advance();
+    void clickedNext();
+    void clickedBack();
+    void takeOver();
+    void place();
 
-    QWidget* m_box;
     QLabel* m_counter;
     QLabel* m_text;
-    QLabel* m_skip;
+    QPushButton* m_back;
+    QPushButton* m_next;
+    QPushButton* m_skip;
     QTimer* m_timer;
     QGraphicsOpacityEffect* m_fade;
     QPropertyAnimation* m_fadeIn;

@@ -37,10 +37,17 @@ class QSettings;
     KEY(MainWindowGeometry, QByteArray, mainWindowGeometry, setMainWindowGeometry)                 \
     KEY(HomeSplitterState, QByteArray, homeSplitterState, setHomeSplitterState)                    \
     KEY_WITH_DEFAULT(HomePreviewFolded, bool, homePreviewFolded, setHomePreviewFolded, false)      \
+    /* The folder the last accepted file panel showed; the next panel opens there. */              \
+    KEY(LastPanelFolderOTM, QString, lastPanelFolder, setLastPanelFolder)                          \
+    /* The photo table's columns: shown or hidden, widths, order and sorting (header state). */    \
+    KEY(PhotoTableColumnsOTM, QByteArray, photoTableColumns, setPhotoTableColumns)                 \
     KEY_WITH_DEFAULT(OpenWithItemsOTM, bool, openWithItems, setOpenWithItems, false)               \
     KEY_WITH_DEFAULT(IsPopUpOTM, bool, isPopUp, setIsPopUp, false)                                 \
     /* Address of the update feed; without it no update check happens. */                          \
     KEY(UpdateFeedURL, QString, updateFeedUrl, setUpdateFeedUrl)                                   \
+    /* When the feed was last asked, in seconds since 1970 (UTC); the automatic check waits a      \
+       day after it. */                                                                            \
+    KEY(LastUpdateCheckOTM, qint64, lastUpdateCheck, setLastUpdateCheck)                           \
     /* The saved presets, one byte block. */                                                       \
     KEY(kPropertiesDataAP, QByteArray, propertiesData, setPropertiesData)                          \
     /* Tile addresses of the map types ({z}, {x}, {y}); the standard map has a built-in one. */    \

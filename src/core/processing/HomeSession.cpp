@@ -64,18 +64,22 @@ RunValues HomeSession::reviewValues() {
 }
 
 void HomeSession::resetAll() {
-    m_presetName.clear();
-    m_form.resetAll();
+    letGoOfTheEdits();
+    // The values behind the clean boxes go as well, not only what the boxes show.
     m_objects.processingOptions.clearChoices();
 }
 
 void HomeSession::startNewList() {
+    letGoOfTheEdits();
+    emit newListStarted();
+}
+
+void HomeSession::letGoOfTheEdits() {
     m_presetName.clear();
     m_form.resetAll();
     m_objects.renameSettings = Rename{};
     m_objects.processingOptions.reset();
     m_location.reset();
-    emit newListStarted();
 }
 
 void HomeSession::finishRun() {

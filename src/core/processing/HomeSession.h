@@ -58,8 +58,9 @@ public:
     void startProcess();
     // The plan of the run as Start Process would make it now, before any question.
     RunValues reviewValues();
-    // Reset All: the form, its flags and date rules emptied, the mode back on its first row
-    // with the clean boxes off.
+    // Reset All, as when the list is new: the form, its flags and date rules emptied, the
+    // rename rule and the picked position let go, the mode back on its first row with the
+    // clean boxes off (and the values behind them), the one-run overwrite answer forgotten.
     void resetAll();
     // Finish on the run sheet: the edit state reset, the rename rule back to its default, the
     // run's cover gone, the list emptied and the add screen back.
@@ -89,6 +90,8 @@ signals:
 
 private:
     void startNewList();
+    // What a new list and Reset All both let go of.
+    void letGoOfTheEdits();
 
     Objects m_objects;
     MetadataForm m_form;

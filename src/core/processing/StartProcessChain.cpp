@@ -135,6 +135,8 @@ TextQuestion StartProcessChain::presetSheet(const QString& proposedName) {
 OpenPanelRequest StartProcessChain::destinationPanel(bool keepSourceOffered) {
     OpenPanelRequest request;
     request.prompt = QCoreApplication::translate("StartProcessChain", "Choose Destination Folder");
+    request.message =
+        QCoreApplication::translate("StartProcessChain", "Please select an output folder");
     request.canChooseFiles = false;
     request.canChooseDirectories = true;
     request.allowsMultipleSelection = false;

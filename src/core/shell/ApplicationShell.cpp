@@ -40,11 +40,14 @@ bool ApplicationShell::claimInstance(const QStringList& paths) {
 StartPlan ApplicationShell::start(const StartSequence::ShowFirstWindow& showFirstWindow) {
     const StartPlan plan = m_start.applicationWillFinishLaunching(showFirstWindow);
     switch (plan.updateAction) {
+    // The feed is asked at most once a day, however often the application starts.
     case StartPlan::UpdateAction::CheckForUpdate:
-        QTimer::singleShot(plan.updateDelayMs, &m_updater, &UpdateChecker::checkForUpdate);
+        QTimer::singleShot(plan.updateDelayMs, &m_updater,
+                           [this] { m_updater.runAutomaticCheck(false); });
         break;
     case StartPlan::UpdateAction::AutoInstallUpdates:
-        QTimer::singleShot(plan.updateDelayMs, &m_updater, &UpdateChecker::autoInstallUpdates);
+        QTimer::singleShot(plan.updateDelayMs, &m_updater,
+                           [this] { m_updater.runAutomaticCheck(true); });
         break;
     case StartPlan::UpdateAction::None:
         break;

@@ -3,6 +3,7 @@
 #include "foundation/Settings.h"
 #include "shell/ShellLog.h"
 
+#include <QHostAddress>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -29,30 +30,78 @@ void UpdateChecker::autoInstallUpdates() {
 }
 
 bool UpdateChecker::checkForUpdatesInBackground() {
-    return startCheck(false);
+    return !startCheck(false).has_value();
 }
 
 void UpdateChecker::checkAskedByUser() {
     automaticallyChecksForUpdates = false;
-    if (!startCheck(true)) {
-        // Without an address there is no server to reach; the answer still comes as a
-        // signal, after the caller has returned, as it does for a check that was started.
+    if (const std::optional<Answer> refused = startCheck(true)) {
+        // Nothing to reach: the answer still comes as a signal, after the caller has
+        // returned, as it does for a check that was started.
         QMetaObject::invokeMethod(
-            this, [this] { emit userCheckAnswered(Answer::Unreachable); }, Qt::QueuedConnection);
+            this, [this, answer = *refused] { emit userCheckAnswered(answer); },
+            Qt::QueuedConnection);
     }
 }
 
-bool UpdateChecker::startCheck(bool askedByUser) {
-    const std::optional<QString> address = m_settings.updateFeedUrl();
-    const QUrl url(address.value_or(QString()));
-    if (!url.isValid() || url.scheme().isEmpty() || url.host().isEmpty())
+bool UpdateChecker::isAutomaticCheckDue() const {
+    const std::optional<qint64> last = m_settings.lastUpdateCheck();
+    if (!last)
+        return true;
+    const qint64 now = m_now().toSecsSinceEpoch();
+    return now < *last || now - *last >= automaticCheckIntervalSecs;
+}
+
+bool UpdateChecker::runAutomaticCheck(bool install) {
+    if (!isAutomaticCheckDue()) {
+        qCDebug(lcShell) << "Update check skipped: the feed was asked less than a day ago";
         return false;
+    }
+    if (install)
+        autoInstallUpdates();
+    else
+        checkForUpdate();
+    return true;
+}
+
+UpdateChecker::Source UpdateChecker::sourceOf(const QString& address) {
+    if (address.trimmed().isEmpty())
+        return Source::None;
+    const QUrl url(address.trimmed());
+    if (!url.isValid() || url.host().isEmpty())
+        return Source::Refused;
+    const QString scheme = url.scheme().toLower();
+    if (scheme == QLatin1String("https"))
+        return Source::Usable;
+    const bool loopback =
+        url.host().compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0 ||
+        QHostAddress(url.host()).isLoopback();
+    return scheme == QLatin1String("http") && loopback ? Source::Usable : Source::Refused;
+}
+
+std::optional<UpdateChecker::Answer> UpdateChecker::startCheck(bool askedByUser) {
+    const QString address = m_settings.updateFeedUrl().value_or(QString());
+    switch (sourceOf(address)) {
+    case Source::None:
+        return Answer::NoSource;
+    case Source::Refused:
+        qCWarning(lcShell).noquote()
+            << "Update feed refused, it is not an https address:" << address;
+        return Answer::RefusedSource;
+    case Source::Usable:
+        break;
+    }
+    const QUrl url(address.trimmed());
+    m_settings.setLastUpdateCheck(m_now().toSecsSinceEpoch());
     if (!m_network)
         m_network = new QNetworkAccessManager(this);
     QNetworkRequest request(url);
     request.setTransferTimeout(feedTimeoutMs);
+    // A feed on https may move to another https address; a loopback one stays where it is.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::NoLessSafeRedirectPolicy);
+                         url.scheme().toLower() == QLatin1String("https")
+                             ? QNetworkRequest::NoLessSafeRedirectPolicy
+                             : QNetworkRequest::SameOriginRedirectPolicy);
     QNetworkReply* reply = m_network->get(request);
     connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64) {
         if (received > maxFeedBytes)
@@ -76,7 +125,7 @@ bool UpdateChecker::startCheck(bool askedByUser) {
         if (askedByUser)
             emit userCheckAnswered(update ? Answer::UpdateAvailable : Answer::UpToDate);
     });
-    return true;
+    return std::nullopt;
 }
 
 } // namespace tagmoor

@@ -2,6 +2,7 @@
 
 #include "workingset/SupportedExtensions.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
@@ -10,7 +11,7 @@ namespace tagmoor {
 
 OpenPanelRequest addPhotosPanelRequest(PanelScreen screen) {
     OpenPanelRequest r;
-    r.prompt = QStringLiteral("Add Photos");
+    r.prompt = QCoreApplication::translate("PanelFilter", "Add Photos");
     r.canChooseFiles = true;
     r.canChooseDirectories = true;
     r.allowsMultipleSelection = true;

@@ -37,7 +37,7 @@ WorkingListModel::WorkingListModel(WorkingSet& workingSet, QObject* parent)
         emit dataChanged(index(first), index(last));
     };
     connect(&m_set, &WorkingSet::selectionChanged, this, [this](int first, int last) {
-        emit dataChanged(index(first), index(last), {Qt::CheckStateRole, MarkedRole});
+        emit dataChanged(index(first), index(last), {Qt::CheckStateRole, MarkedRole, EditedRole});
     });
     connect(&m_set, &WorkingSet::imagesChanged, this, changed);
 }
@@ -76,9 +76,19 @@ QVariant WorkingListModel::data(const QModelIndex& index, int role) const {
         return record.isSelected ? Qt::Checked : Qt::Unchecked;
     case MarkedRole:
         return record.isSelected;
+    case EditedRole:
+        return record.isSelected && m_editsPending;
     default:
         return {};
     }
+}
+
+void WorkingListModel::setEditsPending(bool pending) {
+    if (pending == m_editsPending)
+        return;
+    m_editsPending = pending;
+    if (m_set.count() > 0)
+        emit dataChanged(index(0), index(m_set.count() - 1), {EditedRole});
 }
 
 bool WorkingListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
@@ -101,6 +111,7 @@ QHash<int, QByteArray> WorkingListModel::roleNames() const {
     names.insert(UrlRole, "url");
     names.insert(SubtitleRole, "subtitle");
     names.insert(MarkedRole, "marked");
+    names.insert(EditedRole, "edited");
     return names;
 }
 

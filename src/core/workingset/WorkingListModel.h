@@ -18,6 +18,7 @@ public:
         UrlRole,                     // the QUrl
         SubtitleRole,                // "W x H - size"
         MarkedRole,                  // bool, same as the check state
+        EditedRole,                  // bool: marked while the editor holds edits for a run
     };
 
     explicit WorkingListModel(WorkingSet& workingSet, QObject* parent = nullptr);
@@ -34,8 +35,13 @@ public:
 
     WorkingSet& workingSet() const { return m_set; }
 
+    // Whether the editor holds edits: they go to every marked photo, which EditedRole shows.
+    void setEditsPending(bool pending);
+    bool editsPending() const { return m_editsPending; }
+
 private:
     WorkingSet& m_set;
+    bool m_editsPending = false;
 };
 
 } // namespace tagmoor

@@ -24,6 +24,7 @@
 #include "app/workingset/AddFilesScreen.h"
 #include "app/workingset/HomeScreen.h"
 #include "app/workingset/PhotoListViews.h"
+#include "app/workingset/PhotoTableModel.h"
 #include "app/workingset/TutorialOverlay.h"
 #include "model/FormFieldTable.h"
 #include "presets/PresetStore.h"
@@ -204,6 +205,14 @@ int main(int argc, char** argv) {
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     shoot(out, QStringLiteral("editor-one.png"), window);
 
+    // The same list as a table, newest capture first: the edited mark beside the marked photo.
+    home->clickedSegmentCollectionnTableView(1);
+    auto* table = test::named<PhotoTableView>(home, QStringLiteral("tableView"));
+    table->sortByColumn(int(PhotoColumn::CaptureDate), Qt::DescendingOrder);
+    shoot(out, QStringLiteral("table-view.png"), window);
+    table->sortByColumn(-1, Qt::AscendingOrder);
+    home->clickedSegmentCollectionnTableView(0);
+
     // The date panel of that photo, shifting its original time by two hours.
     FieldControl* date =
         test::named<MetadataViewController>(home, QStringLiteral("MetadataViewController"))
@@ -279,20 +288,32 @@ int main(int argc, char** argv) {
         ->setTileTemplate(MapType::standard, tiles.urlTemplate(), tileCache.path());
     home->clickShowEditorGPS();
     settle();
+    const QString photoLatitude =
+        test::named<QLineEdit>(picker, QStringLiteral("txtFieldLatitude"))->text();
+    const QString photoLongitude =
+        test::named<QLineEdit>(picker, QStringLiteral("txtFieldLongitude"))->text();
     test::named<QLineEdit>(picker, QStringLiteral("txtFieldName"))->clear();
     QTest::keyClicks(test::named<QLineEdit>(picker, QStringLiteral("txtFieldName")),
                      QStringLiteral("Zurich"));
     settle(300);
     test::named<MapView>(picker, QStringLiteral("mapView"))->setZoom(13);
     shoot(out, QStringLiteral("location-picker-tiles.png"), window, picker, 1500);
-    picker->reject();
+    // Every closing hands the position back: the photo's own goes back, so that the pictures
+    // after this one show the same edits.
+    for (const auto& [name, text] : {std::pair{"txtFieldLatitude", photoLatitude},
+                                     std::pair{"txtFieldLongitude", photoLongitude}}) {
+        QLineEdit* field = test::named<QLineEdit>(picker, QString::fromLatin1(name));
+        field->clear();
+        QTest::keyClicks(field, text);
+    }
+    picker->clickedCancel();
     settle();
     home->openPreview(gpsRow);
     PreviewViewController* preview =
         test::named<PreviewViewController>(home, QStringLiteral("PreviewViewController"));
-    preview->move(60, 30);
     test::named<MapView>(preview, QStringLiteral("mapView"))->zoomOut();
     test::named<MapView>(preview, QStringLiteral("mapView"))->zoomOut();
+    test::named<MapView>(preview, QStringLiteral("mapView"))->showCallout();
     shoot(out, QStringLiteral("preview-window.png"), preview, nullptr, 1200);
     preview->close();
     home->clickedSelectUnselectAll(true);

@@ -159,7 +159,7 @@ TEST(UpdateCheck, OnlyTheUsersCheckIsAnswered) {
     checker.checkAskedByUser(); // no address
     EXPECT_TRUE(answers.isEmpty());
     test::waitFor([&] { return !answers.isEmpty(); }, 10000);
-    EXPECT_EQ(answers, QList{UpdateChecker::Answer::Unreachable});
+    EXPECT_EQ(answers, QList{UpdateChecker::Answer::NoSource});
 
     FeedServer server(feed);
     settings.setUpdateFeedUrl(server.url());
@@ -171,6 +171,78 @@ TEST(UpdateCheck, OnlyTheUsersCheckIsAnswered) {
     test::serveEvents(50);
     EXPECT_EQ(answers, QList{UpdateChecker::Answer::UpToDate});
     EXPECT_EQ(server.requests, 2);
+}
+
+// The feed is read over https; plain http only from this computer, whose traffic never
+// leaves it. A refused address sends nothing and counts as no check.
+TEST(UpdateCheck, OnlyAnHttpsOrLoopbackFeedIsAsked) {
+    using Source = UpdateChecker::Source;
+    const std::pair<const char*, Source> rows[] = {
+        {"", Source::None},
+        {"   ", Source::None},
+        {"https://updates.example.org/appcast.xml", Source::Usable},
+        {"HTTPS://updates.example.org/appcast.xml", Source::Usable},
+        {"http://updates.example.org/appcast.xml", Source::Refused},
+        {"http://127.0.0.1:8080/appcast.xml", Source::Usable},
+        {"http://localhost/appcast.xml", Source::Usable},
+        {"http://[::1]:8080/appcast.xml", Source::Usable},
+        {"http://127.0.0.1.example.org/appcast.xml", Source::Refused},
+        {"ftp://updates.example.org/appcast.xml", Source::Refused},
+        {"file:///tmp/appcast.xml", Source::Refused},
+        {"not an address", Source::Refused},
+    };
+    for (const auto& [address, expected] : rows)
+        EXPECT_EQ(UpdateChecker::sourceOf(QString::fromLatin1(address)), expected) << address;
+
+    test::ScratchConfig cfg;
+    Settings settings(cfg.settingsFile());
+    settings.setUpdateFeedUrl("http://updates.example.org/appcast.xml");
+    UpdateChecker checker(settings, "1.0");
+    QList<UpdateChecker::Answer> answers;
+    QObject::connect(&checker, &UpdateChecker::userCheckAnswered,
+                     [&](UpdateChecker::Answer a) { answers << a; });
+    EXPECT_FALSE(checker.checkForUpdatesInBackground());
+    checker.checkAskedByUser();
+    test::waitFor([&] { return !answers.isEmpty(); }, 10000);
+    EXPECT_EQ(answers, QList{UpdateChecker::Answer::RefusedSource});
+    EXPECT_FALSE(settings.lastUpdateCheck().has_value());
+}
+
+// The check of the program's own asks the feed at most once a day, counted from the last
+// check of any kind; a clock set back makes it due again.
+TEST(UpdateCheck, TheAutomaticCheckRunsAtMostOnceADay) {
+    test::ScratchConfig cfg;
+    Settings settings(cfg.settingsFile());
+    FeedServer server(feed);
+    settings.setUpdateFeedUrl(server.url());
+    UpdateChecker checker(settings, "2.10");
+    QDateTime now = QDateTime(QDate(2026, 3, 1), QTime(9, 0), Qt::UTC);
+    checker.setClock([&now] { return now; });
+
+    EXPECT_TRUE(checker.isAutomaticCheckDue());
+    EXPECT_TRUE(checker.runAutomaticCheck(false));
+    EXPECT_EQ(watch(checker).none, 1);
+    EXPECT_EQ(settings.lastUpdateCheck(), now.toSecsSinceEpoch());
+
+    now = now.addSecs(23 * 3600);
+    EXPECT_FALSE(checker.runAutomaticCheck(true));
+    test::serveEvents(50);
+    EXPECT_EQ(server.requests, 1);
+    EXPECT_FALSE(checker.automaticallyDownloadsUpdates);
+
+    // The user's own check is never held back, and the day starts again from it.
+    checker.checkAskedByUser();
+    EXPECT_EQ(watch(checker).none, 1);
+    EXPECT_EQ(server.requests, 2);
+    now = now.addSecs(3600);
+    EXPECT_FALSE(checker.runAutomaticCheck(false));
+    now = now.addSecs(23 * 3600);
+    EXPECT_TRUE(checker.runAutomaticCheck(true));
+    EXPECT_EQ(watch(checker).none, 1);
+    EXPECT_EQ(server.requests, 3);
+
+    now = now.addDays(-2);
+    EXPECT_TRUE(checker.isAutomaticCheckDue());
 }
 
 } // namespace

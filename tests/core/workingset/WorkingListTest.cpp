@@ -219,6 +219,26 @@ TEST(WorkingList, ProgressTextsAndSizeTexts) {
     EXPECT_EQ(fileSizeText(2345678901ULL), "2.3 GB");
 }
 
+// The standard form shows the true size rounded, and moves to the next unit when the rounded
+// value would read 1000.
+TEST(WorkingList, StandardSizeTextIsTheRoundedTrueValue) {
+    ValueFormScope scope(ValueForm::standard);
+    EXPECT_EQ(fileSizeText(999), "999 bytes");
+    EXPECT_EQ(fileSizeText(1000), "1.0 KB");
+    EXPECT_EQ(fileSizeText(1999), "2.0 KB");
+    EXPECT_EQ(fileSizeText(912863), "912.9 KB");
+    EXPECT_EQ(fileSizeText(999949), "999.9 KB");
+    EXPECT_EQ(fileSizeText(999999), "1.0 MB");
+    EXPECT_EQ(fileSizeText(1260000), "1.3 MB");
+    EXPECT_EQ(fileSizeText(2345678901ULL), "2.3 GB");
+    EXPECT_EQ(fileSizeText(4321000000000ULL), "4321.0 GB");
+    CGImageProperties r = record("/p/one.jpg");
+    r.pixelWidth = qint64(4000);
+    r.pixelHeight = qint64(3000);
+    r.fileSize = quint64(912863);
+    EXPECT_EQ(WorkingListModel::subtitle(r), "4000 x 3000 - 912.9 KB");
+}
+
 TEST(WorkingList, ModelShowsRecordsAndItsCheckBoxIsTheMark) {
     WorkingSet set;
     WorkingListModel model(set);
