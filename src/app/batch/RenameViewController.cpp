@@ -63,6 +63,13 @@ RenameViewController::RenameViewController(Rename& renameSettings, bool& overwri
     setObjectName(QStringLiteral("RenameViewController"));
     setWindowTitle(tr("Rename"));
     setWindowModality(Qt::WindowModal);
+    // The fields stand beside their option, not a label of their own: screen readers get names.
+    m_addText->setAccessibleName(tr("Text to add"));
+    m_find->setAccessibleName(tr("Text to find"));
+    m_replaceWith->setAccessibleName(tr("Replace with"));
+    m_customFormat->setAccessibleName(tr("Custom format"));
+    m_startNumber->setAccessibleName(tr("Start number"));
+    m_capturePattern->setAccessibleName(tr("Capture date pattern"));
 
     makeOptions();
     fillChoices();

@@ -58,6 +58,7 @@ void LocationView::showPosition(double latitude, double longitude, Naming naming
                 return;
             }
             m_text->setText(naming == Naming::PlaceAndRegion ? mark->composedNameWithRegion()
+                            : naming == Naming::Region       ? mark->composedRegion()
                                                              : mark->composedName());
         });
 }

@@ -22,6 +22,7 @@ public:
     enum class Naming {
         Place,          // "Paris, France"
         PlaceAndRegion, // "Paris, Île-de-France, France"
+        Region,         // "Île-de-France, France"
     };
     // Shows the position: the pin at once, the place name when the gazetteer answers.
     void showPosition(double latitude, double longitude, Naming naming);

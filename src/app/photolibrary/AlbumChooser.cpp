@@ -151,6 +151,7 @@ QWidget* AlbumChooser::makeAlbumListFace() {
     m_status->setForegroundRole(QPalette::PlaceholderText);
     m_allAlbums->setObjectName(QStringLiteral("btnAllAlbumsList"));
     m_list->setObjectName(QStringLiteral("tableView"));
+    m_list->setAccessibleName(tr("Albums"));
     m_list->setAlternatingRowColors(true);
     m_list->setUniformItemSizes(true);
     m_list->setSpacing(1);

@@ -82,6 +82,7 @@ void PresetsDetailsViewController::setUpControls() {
     m_title->setFont(titleFont);
 
     m_table->setObjectName(QStringLiteral("tableView"));
+    m_table->setAccessibleName(tr("Presets"));
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     m_table->setMinimumWidth(220);

@@ -25,6 +25,7 @@ PresetsViewController::PresetsViewController(const Objects& objects, QWidget* pa
     setObjectName(QStringLiteral("PresetsViewController"));
     setFrameShape(QFrame::StyledPanel);
     m_table->setObjectName(QStringLiteral("tableView"));
+    m_table->setAccessibleName(tr("Presets"));
     m_table->setFrameShape(QFrame::NoFrame);
     m_table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);

@@ -36,15 +36,37 @@ AppDelegate::AppDelegate(UserPrompt& prompt, const Options& options, QObject* pa
             tr("A new version of Tagmoor is available"),
             tr("Tagmoor %1 can be downloaded from %2.").arg(shown, item.downloadUrl.toString()));
     });
-    // A newer release is told above; the user who asked also hears when there is none.
-    connect(&updater(), &UpdateChecker::userCheckAnswered, this, [this](UpdateChecker::Answer a) {
-        if (a == UpdateChecker::Answer::UpToDate)
-            m_prompt.tell(tr("You're up to date"),
-                          tr("Tagmoor %1 is the newest version available.").arg(version()));
-        else if (a == UpdateChecker::Answer::Unreachable)
-            m_prompt.tell(tr("Could not reach the update server"),
-                          tr("Check the network connection and try again later."));
-    });
+    connect(&updater(), &UpdateChecker::userCheckAnswered, this, &AppDelegate::tellUpdateAnswer);
+}
+
+void AppDelegate::tellUpdateAnswer(UpdateChecker::Answer answer) {
+    // A newer release is told on its own (updateFound); the user who asked also hears when
+    // there is none, or why no check could be made.
+    switch (answer) {
+    case UpdateChecker::Answer::UpdateAvailable:
+        break;
+    case UpdateChecker::Answer::UpToDate:
+        m_prompt.tell(tr("You're up to date"),
+                      tr("Tagmoor %1 is the newest version available.").arg(version()));
+        break;
+    case UpdateChecker::Answer::Unreachable:
+        m_prompt.tell(tr("Could not reach the update server"),
+                      tr("Check the network connection and try again later."));
+        break;
+    case UpdateChecker::Answer::NoSource:
+        m_prompt.tell(tr("No update source is set"),
+                      tr("Tagmoor has no address to look for new versions at, so it cannot "
+                         "check for updates. New versions come the way this one was "
+                         "installed."));
+        break;
+    case UpdateChecker::Answer::RefusedSource:
+        m_prompt.tell(tr("The update address is refused"),
+                      tr("Tagmoor reads its update feed over https only, so that nobody on the "
+                         "way can announce a false release. The address set, \"%1\", does not "
+                         "begin with https://.")
+                          .arg(settings().updateFeedUrl().value_or(QString())));
+        break;
+    }
 }
 
 void AppDelegate::makeScreens() {

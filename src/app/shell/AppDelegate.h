@@ -83,6 +83,7 @@ private:
     void makeScreens();
     void showFirstWindow(bool welcome);
     void placeMainWindow();
+    void tellUpdateAnswer(UpdateChecker::Answer answer);
     void welcomeLeft(bool launchAtLogin);
     // Tells the user, once each, what went wrong with the files Tagmoor keeps: a damaged
     // settings or presets file kept aside, settings or presets that cannot be written, and

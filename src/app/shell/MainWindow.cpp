@@ -61,8 +61,6 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     m_checkForUpdates = help->addAction(tr("Check for &Updates..."));
     m_checkForUpdates->setObjectName(QStringLiteral("menuItemCheckForUpdates"));
     connect(m_checkForUpdates, &QAction::triggered, &app, &AppDelegate::checkForUpdate);
-    connect(&app.updater(), &UpdateChecker::userCheckAnswered, this,
-            &MainWindow::tellUnusableUpdateSource);
     m_about = help->addAction(tr("&About Tagmoor"));
     m_about->setObjectName(QStringLiteral("menuItemAbout"));
     connect(m_about, &QAction::triggered, this, &MainWindow::tappedAbout);
@@ -98,27 +96,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     m_app.settings().setMainWindowGeometry(saveGeometry());
     event->accept();
     QCoreApplication::quit();
-}
-
-void MainWindow::tellUnusableUpdateSource(UpdateChecker::Answer answer) {
-    switch (answer) {
-    case UpdateChecker::Answer::NoSource:
-        m_app.prompt().tell(tr("No update source is set"),
-                            tr("Tagmoor has no address to look for new versions at, so it "
-                               "cannot check for updates. New versions come the way this one "
-                               "was installed."));
-        break;
-    case UpdateChecker::Answer::RefusedSource:
-        m_app.prompt().tell(
-            tr("The update address is refused"),
-            tr("Tagmoor reads its update feed over https only, so that nobody on the way can "
-               "announce a false release. The address set, \"%1\", does not begin with "
-               "https://.")
-                .arg(m_app.settings().updateFeedUrl().value_or(QString())));
-        break;
-    default:
-        break; // the answers that come from the server are told by the application object
-    }
 }
 
 void MainWindow::tappedAbout() {

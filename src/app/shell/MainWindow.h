@@ -1,7 +1,5 @@
 #pragma once
 
-#include "shell/UpdateChecker.h"
-
 #include <QMainWindow>
 
 class QAction;
@@ -30,7 +28,6 @@ protected:
 private:
     void tappedAbout();
     // The answers to Check for Updates that need no network: no address, or one refused.
-    void tellUnusableUpdateSource(UpdateChecker::Answer answer);
 
     AppDelegate& m_app;
     RootView* m_root;

@@ -202,9 +202,9 @@ void FilePanel::acceptFilesAndFolders() {
             chosen.append(path);
     }
     if (chosen.isEmpty()) {
-        QMessageBox::information(this, windowTitle(),
-                                 tr("No photo or folder named \"%1\" is in this folder.")
-                                     .arg(name ? name->text().trimmed() : QString()));
+        QMessageBox::warning(this, windowTitle(),
+                             tr("No photo or folder named \"%1\" is in this folder.")
+                                 .arg(name ? name->text().trimmed() : QString()));
         return;
     }
     finish(chosen);

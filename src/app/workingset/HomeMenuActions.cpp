@@ -16,8 +16,7 @@ HomeMenuActions::HomeMenuActions(HomeScreen& home) : QObject(&home), m_home(home
     on(add(QStringLiteral("actionUnmarkAll"), tr("&Unmark All"),
            QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A), false),
        [this] { m_home.clickedSelectUnselectAll(false); });
-    on(add(QStringLiteral("actionRemoveMarked"), tr("&Remove Marked..."), QKeySequence::Delete,
-           true),
+    on(add(QStringLiteral("actionRemoveMarked"), tr("&Remove Marked"), QKeySequence::Delete, true),
        [this] { m_home.clickedRemove(); });
     m_photoActions.append(nullptr);
     on(add(QStringLiteral("actionEditFields"), tr("&Edit Fields"),

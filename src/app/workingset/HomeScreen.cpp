@@ -331,7 +331,7 @@ void HomeScreen::applyOutcome(const SelectionOutcome& outcome) {
         // None or several marked: the view stands on the default coordinate.
         const SharedLocation& fallback = session.location();
         m_preview->locationView()->showPosition(fallback.latitude(), fallback.longitude(),
-                                                LocationView::Naming::PlaceAndRegion);
+                                                LocationView::Naming::Region);
     }
     if (outcome.editorAction == SelectionOutcome::EditorAction::RestoreEmpty)
         session.form().updateMetadataInfo(-1, false, {});
@@ -563,9 +563,10 @@ void HomeScreen::showTutorialOnce() {
 void HomeScreen::showLocation(const CGImageProperties& record) {
     if (const auto position = m_objects.session.takePositionOf(record))
         m_preview->locationView()->showPosition(position->latitude(), position->longitude(),
-                                                LocationView::Naming::PlaceAndRegion);
-    else
+                                                LocationView::Naming::Region);
+    else if (isStandardForm())
         m_preview->locationView()->showText(tr("No location"));
+    // The described form keeps the map and name of the position shown before.
 }
 
 void HomeScreen::clickShowEditorGPS() {

@@ -60,6 +60,7 @@ TutorialOverlay::TutorialOverlay(QWidget* parent)
     m_back->setObjectName(QStringLiteral("btnTutorialBack"));
     m_back->setText(tr("Back"));
     m_next->setObjectName(QStringLiteral("btnTutorialNext"));
+    m_next->setText(tr("Next"));
     m_next->setDefault(true);
     m_skip->setObjectName(QStringLiteral("btnSkipIntro"));
     m_skip->setText(tr("Skip Intro"));

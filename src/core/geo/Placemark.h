@@ -34,6 +34,9 @@ struct Placemark {
                        administrativeArea == locality ? QString() : administrativeArea, country});
     }
 
+    // The region and the country: "Île-de-France, France".
+    QString composedRegion() const { return joined({administrativeArea, country}); }
+
 private:
     static QString joined(std::initializer_list<QString> parts) {
         QStringList present;
