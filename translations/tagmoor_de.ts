@@ -1048,6 +1048,10 @@
         <source>Select Photos Library to choose specific albums from</source>
         <translation>Fotomediathek auswählen, um daraus bestimmte Alben zu wählen</translation>
     </message>
+    <message>
+        <source>Albums</source>
+        <translation>Alben</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::AppDelegate</name>
@@ -1134,6 +1138,22 @@
     <message>
         <source>%1 stands where Tagmoor keeps the channel between its launches, and it is not Tagmoor&apos;s: it is left as it is. Photos opened while Tagmoor runs open in a new window instead of this one.</source>
         <translation>%1 liegt dort, wo Tagmoor den Kanal zwischen seinen Starts anlegt, und gehört nicht zu Tagmoor: es bleibt unverändert. Fotos, die geöffnet werden, während Tagmoor läuft, öffnen sich in einem neuen Fenster statt in diesem.</translation>
+    </message>
+    <message>
+        <source>No update source is set</source>
+        <translation>Keine Update-Quelle eingestellt</translation>
+    </message>
+    <message>
+        <source>Tagmoor has no address to look for new versions at, so it cannot check for updates. New versions come the way this one was installed.</source>
+        <translation>Tagmoor hat keine Adresse, unter der es nach neuen Versionen suchen kann, und kann daher nicht nach Updates suchen. Neue Versionen kommen auf dem Weg, auf dem diese installiert wurde.</translation>
+    </message>
+    <message>
+        <source>The update address is refused</source>
+        <translation>Die Update-Adresse wird abgelehnt</translation>
+    </message>
+    <message>
+        <source>Tagmoor reads its update feed over https only, so that nobody on the way can announce a false release. The address set, &quot;%1&quot;, does not begin with https://.</source>
+        <translation>Tagmoor liest seinen Update-Feed nur über https, damit niemand unterwegs eine falsche Version ankündigen kann. Die eingestellte Adresse „%1“ beginnt nicht mit https://.</translation>
     </message>
 </context>
 <context>
@@ -1534,10 +1554,6 @@
         <translation>Markierung &amp;aufheben</translation>
     </message>
     <message>
-        <source>&amp;Remove Marked...</source>
-        <translation>Markierte &amp;entfernen...</translation>
-    </message>
-    <message>
         <source>&amp;Edit Fields</source>
         <translation>Felder &amp;bearbeiten</translation>
     </message>
@@ -1568,6 +1584,10 @@
     <message>
         <source>Show &amp;Tips</source>
         <translation>&amp;Tipps zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Remove Marked</source>
+        <translation>Markierte &amp;entfernen</translation>
     </message>
 </context>
 <context>
@@ -1700,22 +1720,6 @@
     <message>
         <source>&amp;Photos</source>
         <translation>F&amp;otos</translation>
-    </message>
-    <message>
-        <source>No update source is set</source>
-        <translation>Keine Update-Quelle eingestellt</translation>
-    </message>
-    <message>
-        <source>Tagmoor has no address to look for new versions at, so it cannot check for updates. New versions come the way this one was installed.</source>
-        <translation>Tagmoor hat keine Adresse, unter der es nach neuen Versionen suchen kann, und kann daher nicht nach Updates suchen. Neue Versionen kommen auf dem Weg, auf dem diese installiert wurde.</translation>
-    </message>
-    <message>
-        <source>The update address is refused</source>
-        <translation>Die Update-Adresse wird abgelehnt</translation>
-    </message>
-    <message>
-        <source>Tagmoor reads its update feed over https only, so that nobody on the way can announce a false release. The address set, &quot;%1&quot;, does not begin with https://.</source>
-        <translation>Tagmoor liest seinen Update-Feed nur über https, damit niemand unterwegs eine falsche Version ankündigen kann. Die eingestellte Adresse „%1“ beginnt nicht mit https://.</translation>
     </message>
 </context>
 <context>
@@ -1956,6 +1960,10 @@
         <source>Edit Presets...</source>
         <translation>Vorgaben bearbeiten...</translation>
     </message>
+    <message>
+        <source>Presets</source>
+        <translation>Vorgaben</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::PreviewViewController</name>
@@ -2128,6 +2136,30 @@
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Text to add</source>
+        <translation>Hinzuzufügender Text</translation>
+    </message>
+    <message>
+        <source>Text to find</source>
+        <translation>Zu suchender Text</translation>
+    </message>
+    <message>
+        <source>Replace with</source>
+        <translation>Ersetzen durch</translation>
+    </message>
+    <message>
+        <source>Custom format</source>
+        <translation>Eigenes Format</translation>
+    </message>
+    <message>
+        <source>Start number</source>
+        <translation>Startnummer</translation>
+    </message>
+    <message>
+        <source>Capture date pattern</source>
+        <translation>Muster für das Aufnahmedatum</translation>
     </message>
 </context>
 <context>
