@@ -3,7 +3,7 @@
 # handed over on the command line, and through the screenshot tour the editor's states, the
 # location picker (offline and with tiles from a loopback server), the location view and the
 # preview window. Runs the real program under a virtual X server at 1280x800 with settings of
-# its own. Needs xvfb-run and ImageMagick.
+# its own. Needs xvfb-run, xdotool and ImageMagick.
 set -euo pipefail
 # The pictures show the window in English whatever the desktop's language;
 # TOUR_LANGUAGE=de TOUR_OUTPUT=DIR takes them in German into DIR.
@@ -36,20 +36,25 @@ mkdir -p "$work/config/Tagmoor"
 printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\n' \
   > "$work/config/Tagmoor/Tagmoor.conf"
 
-shoot() { # name, then the program's arguments
-  local name=$1; shift
+shoot() { # name, screen size, then the program's arguments
+  local name=$1 screen=$2; shift 2
   HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" \
-  xvfb-run -a -s "-screen 0 1280x800x24" bash -c '
+  xvfb-run -a -s "-screen 0 ${screen}x24" bash -c '
     "$0" "$@" & pid=$!
     sleep 9
-    import -window root "'"$work"'/shot.png"
+    window=""; widest=0  # the main window, not a leader window of the same name
+    for w in $(xdotool search --name "^Tagmoor$"); do
+      width=$(xdotool getwindowgeometry "$w" | sed -n "s/.*Geometry: \([0-9]*\)x.*/\1/p")
+      if [ "${width:-0}" -gt "$widest" ]; then widest=$width; window=$w; fi
+    done
+    import -window "$window" "'"$work"'/shot.png"
     kill $pid' "$app" "$@"
-  # The window is centred on the 1280x800 screen.
-  convert "$work/shot.png" -crop 1180x740+50+30 +repage "$shots/$name"
+  cp "$work/shot.png" "$shots/$name"
 }
 
-shoot add-screen.png
-shoot home-screen.png "$work"/photos/*
+shoot add-screen.png 1280x800
+shoot home-screen.png 1280x800 "$work"/photos/*
+shoot home-screen-1440x900.png 1440x900 "$work"/photos/*
 
 # The editor's states, the list's menu and the preset menu and panel, driven through the
 # real screens.

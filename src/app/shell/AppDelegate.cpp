@@ -151,10 +151,18 @@ void AppDelegate::showFirstWindow(bool welcome) {
 }
 
 void AppDelegate::placeMainWindow() {
-    // Where the user left it; centred the first time, or when that place is gone.
+    // Where the user left it. The first time (or when that place is gone) most of the screen,
+    // centred: the editor's rows grow with the screen.
     const std::optional<QByteArray> geometry = settings().mainWindowGeometry();
-    if (!geometry || !m_mainWindow->restoreGeometry(*geometry))
-        centreOnScreen(m_mainWindow.get());
+    if (geometry && m_mainWindow->restoreGeometry(*geometry))
+        return;
+    if (const QScreen* screen = m_mainWindow->screen()) {
+        const QSize room = screen->availableGeometry().size();
+        m_mainWindow->resize(QSize(int(room.width() * 0.92), int(room.height() * 0.92))
+                                 .expandedTo(m_mainWindow->minimumSize())
+                                 .boundedTo(room.expandedTo(m_mainWindow->minimumSize())));
+    }
+    centreOnScreen(m_mainWindow.get());
 }
 
 void AppDelegate::tellFileProblems() {
