@@ -12,20 +12,6 @@ namespace tagmoor {
 
 namespace {
 
-std::optional<qint64> wholeNumber(const PropertyValue& value) {
-    if (auto v = value.int64())
-        return *v;
-    if (auto v = value.uint64())
-        return qint64(*v);
-    if (auto v = value.uint8())
-        return *v;
-    if (auto v = value.float64())
-        return qint64(*v);
-    if (auto v = value.float32())
-        return qint64(*v);
-    return std::nullopt;
-}
-
 QString textOf(const PropertyValue& value) {
     return value.text().value_or(QString()).trimmed();
 }
@@ -91,8 +77,8 @@ int PhotoTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QString PhotoTableModel::dimensionsText(const CGImageProperties& record) {
-    const auto width = wholeNumber(record.pixelWidth);
-    const auto height = wholeNumber(record.pixelHeight);
+    const auto width = record.pixelWidth.wholeNumber();
+    const auto height = record.pixelHeight.wholeNumber();
     if (!width || !height || *width <= 0 || *height <= 0)
         return {};
     return QStringLiteral("%1 x %2").arg(*width).arg(*height);
@@ -130,15 +116,15 @@ QVariant PhotoTableModel::factData(PhotoColumn column, const CGImageProperties& 
         return role == Qt::DisplayRole && edited ? QStringLiteral("\u270E") : QVariant();
     }
     case PhotoColumn::Size: {
-        const auto bytes = wholeNumber(record.fileSize);
+        const auto bytes = record.fileSize.wholeNumber();
         if (sorting)
             return bytes.value_or(-1);
         return bytes ? fileSizeText(std::uint64_t(std::max<qint64>(0, *bytes))) : QString();
     }
     case PhotoColumn::Dimensions:
         if (sorting)
-            return wholeNumber(record.pixelWidth).value_or(0) *
-                   wholeNumber(record.pixelHeight).value_or(0);
+            return record.pixelWidth.wholeNumber().value_or(0) *
+                   record.pixelHeight.wholeNumber().value_or(0);
         return dimensionsText(record);
     case PhotoColumn::CaptureDate:
         if (sorting)

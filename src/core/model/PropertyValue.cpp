@@ -180,4 +180,18 @@ const char* PropertyValue::kindName(Kind kind) {
     return "absent";
 }
 
+std::optional<qint64> PropertyValue::wholeNumber() const {
+    if (auto v = int64())
+        return *v;
+    if (auto v = uint64())
+        return qint64(*v);
+    if (auto v = uint8())
+        return *v;
+    if (auto v = float64())
+        return qint64(*v);
+    if (auto v = float32())
+        return qint64(*v);
+    return std::nullopt;
+}
+
 } // namespace tagmoor

@@ -100,6 +100,9 @@ public:
     std::optional<double> real() const;
     // A number of any of the five numeric kinds, as a double; nothing for the other kinds.
     std::optional<double> number() const;
+    // A number of any of the five numeric kinds as a whole number (a float cut towards zero);
+    // nothing for the other kinds.
+    std::optional<qint64> wholeNumber() const;
     std::optional<quint8> uint8() const;
     std::optional<quint64> uint64() const;
     std::optional<QDateTime> date() const;

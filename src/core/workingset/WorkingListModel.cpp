@@ -7,25 +7,6 @@
 
 namespace tagmoor {
 
-namespace {
-
-// A whole number from any numeric kind of value; 0 when absent or not a number.
-qint64 wholeNumber(const PropertyValue& value) {
-    if (auto v = value.int64())
-        return *v;
-    if (auto v = value.uint64())
-        return qint64(*v);
-    if (auto v = value.uint8())
-        return *v;
-    if (auto v = value.float64())
-        return qint64(*v);
-    if (auto v = value.float32())
-        return qint64(*v);
-    return 0;
-}
-
-} // namespace
-
 WorkingListModel::WorkingListModel(WorkingSet& workingSet, QObject* parent)
     : QAbstractListModel(parent), m_set(workingSet) {
     connect(&m_set, &WorkingSet::imagesAboutToBeAppended, this,
@@ -51,10 +32,10 @@ QString WorkingListModel::fileName(const CGImageProperties& record) {
 }
 
 QString WorkingListModel::subtitle(const CGImageProperties& record) {
-    const qint64 size = wholeNumber(record.fileSize);
+    const qint64 size = record.fileSize.wholeNumber().value_or(0);
     return QStringLiteral("%1 x %2 - %3")
-        .arg(wholeNumber(record.pixelWidth))
-        .arg(wholeNumber(record.pixelHeight))
+        .arg(record.pixelWidth.wholeNumber().value_or(0))
+        .arg(record.pixelHeight.wholeNumber().value_or(0))
         .arg(fileSizeText(std::uint64_t(std::max<qint64>(0, size))));
 }
 
