@@ -133,6 +133,16 @@ void HomeLayoutTest::keysReachTheActionsOfTheMenus() {
     auto* editor = named<MetadataViewController>(home, QStringLiteral("MetadataViewController"));
     QWidget* artist = editor->control(Field::Artist)->input();
     artist->setFocus();
+    // Tab goes down the form in the order it is shown.
+    QStringList visited;
+    for (int i = 0; i < 6; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        visited << QApplication::focusWidget()->objectName();
+    }
+    QCOMPARE(visited,
+             (QStringList{"txtFieldImageDescription", "txtFieldCopyright", "txtFieldSoftware",
+                          "txtViewUserComment", "txtFieldMake", "txtFieldCameraModalName"}));
+    artist->setFocus();
     QTest::keyClicks(artist, QStringLiteral("Jane Doe"));
     t.prompt.answerNext(QStringLiteral("NO"));
     QTest::keyClick(artist, Qt::Key_Return, Qt::ControlModifier);
