@@ -316,6 +316,10 @@ void WindowMannersTest::typedFolderAndEnterEntersIt() {
         typeAndEnter(holidays);
         stayedOpen = panel->isVisible();
         shownAfterEnter = panel->directory().absolutePath();
+        // The path of the folder shown is where the panel is already: no word, no choice.
+        typeAndEnter(holidays);
+        stayedOpen = stayedOpen && panel->isVisible() &&
+                     !QApplication::activeModalWidget()->inherits("QMessageBox");
         // In the folder, a photo typed by name is taken as before.
         typeAndEnter(QStringLiteral("a.jpg"));
     });
