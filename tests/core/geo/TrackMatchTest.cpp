@@ -3,6 +3,7 @@
 #include "geo/TrackMatch.h"
 #include "TestSupport.h"
 #include "geo/GpxTrack.h"
+#include "geo/TimeZoneMap.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -220,4 +221,32 @@ TEST(Geotag, AgreesWithExifToolOnTwoHundredPhotos) {
     }
     EXPECT_GT(placed, 100);
     EXPECT_LT(placed, 200);
+}
+
+// The zone of a place, offline, as the boundary data gives it, with summer time from the zone's
+// own rules on the photo's date.
+TEST(Geotag, FindsTheZoneOfAPlaceOffline) {
+    ASSERT_TRUE(TimeZoneMap::isAvailable());
+    const struct {
+        double latitude, longitude;
+        const char* zone;
+    } places[] = {
+        {38.7223, -9.1393, "Europe/Lisbon"},      {40.7128, -74.006, "America/New_York"},
+        {35.6762, 139.6503, "Asia/Tokyo"},        {-33.8688, 151.2093, "Australia/Sydney"},
+        {27.7172, 85.324, "Asia/Kathmandu"},      {47.3769, 8.5417, "Europe/Zurich"},
+        {69.6492, 18.9553, "Europe/Oslo"},        {19.4326, -99.1332, "America/Mexico_City"},
+        {-4.3, 15.3, "Africa/Kinshasa"},          {0, -30, "Etc/GMT+2"},
+        {64.1466, -21.9426, "Atlantic/Reykjavik"}};
+    for (const auto& place : places) {
+        const std::optional<QString> zone = TimeZoneMap::zoneAt(place.latitude, place.longitude);
+        ASSERT_TRUE(zone) << place.zone;
+        EXPECT_EQ(*zone, QString::fromLatin1(place.zone));
+        EXPECT_TRUE(QTimeZone(zone->toUtf8()).isValid()) << place.zone;
+    }
+    const QTimeZone lisbon(TimeZoneMap::zoneAt(38.72, -9.14)->toUtf8());
+    EXPECT_EQ(lisbon.offsetFromUtc(utcAt("2024-07-01T12:00:00")), 3600);
+    EXPECT_EQ(lisbon.offsetFromUtc(utcAt("2024-01-01T12:00:00")), 0);
+    EXPECT_FALSE(TimeZoneMap::zoneAt(91, 0));
+    EXPECT_FALSE(TimeZoneMap::zoneAt(0, std::nan("")));
+    EXPECT_TRUE(TimeZoneMap::zoneAt(90, 180)) << "the grid's far corner";
 }
