@@ -173,8 +173,8 @@ int main(int argc, char** argv) {
     Appearance appearance;
     if (qEnvironmentVariable("TOUR_APPEARANCE") == QLatin1String("dark"))
         appearance.apply(Appearance::Choice::Dark);
-    const QStringList size = qEnvironmentVariable("TOUR_SIZE", QStringLiteral("1280x800"))
-                                 .split(QLatin1Char('x'));
+    const QStringList size =
+        qEnvironmentVariable("TOUR_SIZE", QStringLiteral("1280x800")).split(QLatin1Char('x'));
     QWidget* window = &t.window();
     window->resize(size.value(0).toInt(), size.value(1).toInt());
     window->move(0, 0);
