@@ -228,8 +228,8 @@ int runBatch(const ApplyOptions& options, const PhotoPipeline& pipeline, const G
     return allChanged ? 0 : 1;
 }
 
-// Texts with placeholders are filled in per photo (the standard form only); each photo's
-// counter is its place among the photos of the run.
+// Texts with placeholders are filled in per photo; each photo's counter is its place among
+// the photos of the run.
 void addTemplates(RunValues& values, const PathPhotoSource& photos, bool templatesPerPhoto) {
     if (!values.writeOptions.standardForm ||
         !(templatesPerPhoto || PhotoTemplates::neededFor(values)))
@@ -238,7 +238,7 @@ void addTemplates(RunValues& values, const PathPhotoSource& photos, bool templat
     paths.reserve(photos.count());
     for (int i = 0; i < photos.count(); ++i)
         paths << photos.pathOf(i);
-    values.photoValues.push_back(std::make_shared<PhotoTemplates>(paths));
+    PhotoTemplates::addTo(values, paths, templatesPerPhoto);
 }
 
 } // namespace

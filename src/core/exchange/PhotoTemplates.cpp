@@ -89,6 +89,21 @@ bool PhotoTemplates::neededFor(const RunValues& values) {
     return false;
 }
 
+void PhotoTemplates::addTo(RunValues& values, const QStringList& photos, bool photoValuesMayHold) {
+    if (!values.writeOptions.standardForm || !(photoValuesMayHold || neededFor(values)))
+        return;
+    values.photoValues.push_back(std::make_shared<PhotoTemplates>(photos));
+}
+
+QStringList PhotoTemplates::markedPhotos(const QList<CGImageProperties>& list) {
+    QStringList paths;
+    for (const CGImageProperties& record : list) {
+        if (record.isSelected)
+            paths << record.path();
+    }
+    return paths;
+}
+
 PhotoTemplates::Photo PhotoTemplates::photoOf(const CGImageProperties& record, int counter) {
     Photo photo;
     const QString path = record.path();

@@ -42,6 +42,15 @@ public:
     // Whether some edited text of `values` holds a placeholder.
     static bool neededFor(const RunValues& values);
 
+    // Adds the filling-in to a run in the standard form whose texts hold placeholders, or
+    // whenever `photoValuesMayHold` says that its photos' own values may hold some. `photos`:
+    // the run's photos in run order (the marked ones of a list).
+    static void addTo(RunValues& values, const QStringList& photos,
+                      bool photoValuesMayHold = false);
+
+    // The paths of the marked photos of a list, in list order: the photos of its run.
+    static QStringList markedPhotos(const QList<CGImageProperties>& list);
+
     // The facts of the photo of `record`, numbered `counter`.
     static Photo photoOf(const CGImageProperties& record, int counter);
 

@@ -3,6 +3,7 @@
 #include "dates/DateField.h"
 #include "editor/EditorState.h"
 #include "editor/FormPopups.h"
+#include "exchange/PhotoTemplates.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "presets/PresetForm.h"
@@ -59,8 +60,12 @@ void HomeSession::startProcess() {
 }
 
 RunValues HomeSession::reviewValues() {
-    return reviewRunValues(m_objects.processingOptions, m_objects.settings,
-                           m_objects.renameSettings, m_form, m_objects.editorState);
+    RunValues values = reviewRunValues(m_objects.processingOptions, m_objects.settings,
+                                       m_objects.renameSettings, m_form, m_objects.editorState);
+    // The review shows each photo's texts with their placeholders filled in, as the run will.
+    PhotoTemplates::addTo(values,
+                          PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()));
+    return values;
 }
 
 void HomeSession::resetAll() {
