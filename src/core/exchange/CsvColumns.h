@@ -11,8 +11,8 @@ namespace tagmoor {
 
 // The columns of a metadata table: one per form field, named as the common metadata tools
 // name the field's tag (without its group), so that a table goes from one tool to the other.
-// Three XMP tags share their name with an EXIF or IPTC tag; they carry their group, as
-// "XMP-xmp:CreateDate", and a name without a group is the EXIF or IPTC tag.
+// The five XMP tags carry their group, as "XMP-xmp:CreateDate": three of them share their names
+// with EXIF tags, and such a name without a group is the EXIF tag.
 namespace CsvColumns {
 
 // The first column: the photo's path.
