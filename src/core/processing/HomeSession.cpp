@@ -68,6 +68,19 @@ RunValues HomeSession::reviewValues() {
     return values;
 }
 
+bool HomeSession::copyMetadata() {
+    const auto& images = m_objects.workingSet.workingImages();
+    const int shown = m_objects.editorState.currentImageIndex;
+    if (shown < 0 || shown >= images.size())
+        return false;
+    m_clipboard.copy(images[shown]);
+    return true;
+}
+
+void HomeSession::pasteMetadata(const std::function<bool(Field)>& ticked) {
+    m_clipboard.paste(m_form, ticked);
+}
+
 void HomeSession::resetAll() {
     letGoOfTheEdits();
     // The values behind the clean boxes go as well, not only what the boxes show.

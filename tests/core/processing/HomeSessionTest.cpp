@@ -204,5 +204,23 @@ TEST(HomeSession, ReviewFillsInPlaceholdersPerMarkedPhoto) {
               "1 et-GPS.jpg");
 }
 
+// Copy from the photo on display, paste onto the marked ones: the ticked values become edits,
+// and the summary names them.
+TEST(HomeSession, CopiesThePhotoOnDisplayAndPastesTheTickedValues) {
+    SessionFixture f;
+    f.session.form().updateMetadataInfo(1, false, {1});
+    ASSERT_TRUE(f.session.copyMetadata());
+    EXPECT_FALSE(f.session.clipboard().isEmpty());
+
+    f.session.form().updateMetadataInfo(0, false, {0});
+    QSignalSpy summary(&f.session, &HomeSession::summaryChanged);
+    f.session.pasteMetadata([](Field field) { return field == Field::Artist; });
+    EXPECT_EQ(f.session.form().text(Field::Artist), "Ian Britton");
+    EXPECT_TRUE(f.session.form().isEdited(Field::Artist));
+    EXPECT_FALSE(f.session.form().isEdited(Field::Copyright));
+    EXPECT_FALSE(summary.isEmpty());
+    EXPECT_FALSE(f.session.summary().isEmpty());
+}
+
 } // namespace
 } // namespace tagmoor
