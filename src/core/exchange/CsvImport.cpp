@@ -10,6 +10,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
+#include <QRegularExpression>
 
 namespace tagmoor {
 
@@ -28,6 +30,69 @@ QString absolutePath(const QString& base, const QString& path) {
 void eraseField(RunValues& values, const FormField& field) {
     *field.keyRow().field(values.editedProperties) = PropertyValue();
     values.fieldEditedFlags.set(field.field, values.writeOptions.standardForm);
+}
+
+// A coordinate as degrees, minutes and seconds with its hemisphere: 54 deg 59' 22.80" N.
+std::optional<double> degreesOf(const QString& text) {
+    static thread_local const QRegularExpression dms(QStringLiteral(
+        R"re(^(\d+(?:\.\d+)?) deg (\d+(?:\.\d+)?)' (\d+(?:\.\d+)?)"(?: ([NSEW]))?$)re"));
+    const QRegularExpressionMatch m = dms.match(text);
+    if (!m.hasMatch())
+        return std::nullopt;
+    const double degrees = m.captured(1).toDouble() + m.captured(2).toDouble() / 60.0 +
+                           m.captured(3).toDouble() / 3600.0;
+    const QString hemisphere = m.captured(4);
+    return hemisphere == QLatin1String("S") || hemisphere == QLatin1String("W") ? -degrees
+                                                                                : degrees;
+}
+
+// A number as the metadata tools print it without their option for plain numbers: a fraction
+// ("1/155") or a number with its unit and words after it ("6.0 mm", "14.2 m Below Sea Level").
+std::optional<double> printedNumberOf(const QString& text) {
+    static thread_local const QRegularExpression fraction(
+        QStringLiteral(R"(^(-?\d+(?:\.\d+)?)/(\d+(?:\.\d+)?)$)"));
+    static thread_local const QRegularExpression withUnit(
+        QStringLiteral(R"(^(-?\d+(?:\.\d+)?) ?[A-Za-z].*$)"));
+    if (const QRegularExpressionMatch m = fraction.match(text); m.hasMatch()) {
+        const double divisor = m.captured(2).toDouble();
+        if (divisor != 0.0)
+            return m.captured(1).toDouble() / divisor;
+    }
+    if (const QRegularExpressionMatch m = withUnit.match(text); m.hasMatch())
+        return m.captured(1).toDouble();
+    return std::nullopt;
+}
+
+// The text the form takes for a cell written in the tools' printed form rather than in plain
+// numbers: hemisphere and sea level words, coordinates in degrees, minutes and seconds,
+// fractions and lengths. Any other text stays as it is.
+QString plainValue(Field field, const QString& text) {
+    const QString t = text.trimmed();
+    if (field == Field::GPSLatitudeRef || field == Field::GPSLongitudeRef) {
+        static const QHash<QString, QString> words{{QStringLiteral("north"), QStringLiteral("N")},
+                                                   {QStringLiteral("south"), QStringLiteral("S")},
+                                                   {QStringLiteral("east"), QStringLiteral("E")},
+                                                   {QStringLiteral("west"), QStringLiteral("W")}};
+        return words.value(t.toLower(), text);
+    }
+    if (field == Field::GPSAltitudeRef) {
+        if (t.compare(QLatin1String("Above Sea Level"), Qt::CaseInsensitive) == 0)
+            return QStringLiteral("0");
+        if (t.compare(QLatin1String("Below Sea Level"), Qt::CaseInsensitive) == 0)
+            return QStringLiteral("1");
+        return text;
+    }
+    const FormKind kind = formKind(field);
+    bool isNumber = false;
+    t.toDouble(&isNumber);
+    if ((kind != FormKind::Decimal && kind != FormKind::Integer) || isNumber)
+        return text;
+    std::optional<double> number;
+    if (field == Field::GPSLatitude || field == Field::GPSLongitude)
+        number = degreesOf(t);
+    if (!number)
+        number = printedNumberOf(t);
+    return number ? QString::number(*number, 'g', 17) : text;
 }
 
 std::optional<QString> applyDate(RunValues& values, DateField field, const QString& text) {
@@ -59,7 +124,8 @@ std::optional<QString> CsvImport::applyCell(RunValues& values, Field field, cons
         eraseField(values, form);
         return std::nullopt;
     }
-    if (auto problem = FormSnapshot::setText(values.editedProperties, form, text))
+    if (auto problem =
+            FormSnapshot::setText(values.editedProperties, form, plainValue(field, text)))
         return problem;
     if (auto refused = refusedFieldValue(form, values.editedProperties))
         return refused;

@@ -13,7 +13,8 @@ namespace tagmoor {
 namespace {
 
 const QRegularExpression& placeholderPattern() {
-    static const QRegularExpression pattern(QStringLiteral("\\{(\\w+)(?::([^{}]*))?\\}"));
+    static thread_local const QRegularExpression pattern(
+        QStringLiteral("\\{(\\w+)(?::([^{}]*))?\\}"));
     return pattern;
 }
 

@@ -166,6 +166,30 @@ TEST_F(CsvCommand, TablesTravelBothWaysBetweenTheTools) {
         expectSameValues(expected[name], readBack(targets() + "/" + name, tags), name);
 }
 
+// The other tool's table without its option for plain numbers: positions in degrees, minutes
+// and seconds, hemispheres and sea level in words, fractions. (Its altitude is rounded to a
+// tenth of a metre and its FNumber to two decimals in that form, so they are left out here.)
+TEST_F(CsvCommand, ImportTakesTheOtherToolsPrintedPositions) {
+    if (!haveTool("exiftool"))
+        GTEST_SKIP() << "needs the exiftool command";
+    const QStringList tags{"GPSLatitude",     "GPSLatitudeRef", "GPSLongitude",
+                           "GPSLongitudeRef", "GPSAltitudeRef", "ExposureTime"};
+    const QStringList photos{formatsDir() + "/et-GPS.jpg", formatsDir() + "/FurnaceCreekInn.jpg"};
+    QStringList args{"-csv"};
+    for (const QString& tag : tags)
+        args << "-" + tag;
+    for (const QString& photo : photos)
+        copySample(formatsDir() + "/Reagan.jpg", targets(), QFileInfo(photo).fileName());
+    const QString table = tmp.path() + "/printed.csv";
+    writeBytes(table, retargeted(tableOf(runTool("exiftool", args + photos).out), targets()));
+    const ToolResult r = cli({"import", "--csv", table, "--in-place"});
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    for (const QString& photo : photos) {
+        const QString name = QFileInfo(photo).fileName();
+        expectSameValues(readBack(photo, tags), readBack(targets() + "/" + name, tags), name);
+    }
+}
+
 TEST_F(CsvCommand, ImportSkipsWhatIsNotThereAndErasesOnADash) {
     const QString a = copySample(formatsDir() + "/et-IPTC.jpg", tmp.path());
     const QString b = copySample(formatsDir() + "/et-GPS.jpg", tmp.path());
