@@ -190,14 +190,16 @@ TEST_F(CsvCommand, ImportTakesTheOtherToolsPrintedPositions) {
     }
 }
 
-TEST_F(CsvCommand, ImportSkipsWhatIsNotThereAndErasesOnADash) {
+TEST_F(CsvCommand, ImportSkipsWhatIsNotThereErasesOnADashAndFillsInDefaults) {
     const QString a = copySample(formatsDir() + "/et-IPTC.jpg", tmp.path());
     const QString b = copySample(formatsDir() + "/et-GPS.jpg", tmp.path());
     const QString table = tmp.path() + "/t.csv";
-    writeBytes(table, "SourceFile,Artist,City,FileName,Caption-Abstract,ISO\n"
-                      "et-IPTC.jpg,Ann,-,x.jpg,,\n"
-                      "gone.jpg,Bob,,y.jpg,,\n" +
-                          QFileInfo(b).absoluteFilePath().toUtf8() + ",,Lyon,,-,fast\n");
+    // The "*" row gives its cells to every row that has none of its own.
+    writeBytes(table, "SourceFile,Artist,City,FileName,Caption-Abstract,ISO,Headline\n"
+                      "et-IPTC.jpg,Ann,-,x.jpg,,,\n"
+                      "gone.jpg,Bob,,y.jpg,,,\n" +
+                          QFileInfo(b).absoluteFilePath().toUtf8() + ",,Lyon,,-,fast,\n" +
+                          "*,Everyone,,,,,{counter} {filename}\n");
     QProcess p;
     p.setWorkingDirectory(tmp.path());
     p.start(TAGMOOR_CLI, cliArgs({"import", "--csv", table, "--in-place"}));
@@ -214,7 +216,9 @@ TEST_F(CsvCommand, ImportSkipsWhatIsNotThereAndErasesOnADash) {
     EXPECT_EQ(recordA->tiffProperties->artist.text(), "Ann");
     EXPECT_TRUE(recordA->iptcProperties->city.isAbsent()); // "-" erased Kingston
     EXPECT_EQ(recordA->iptcProperties->captionAbstract.text(), "A witty caption"); // empty cell
-    EXPECT_EQ(recordB->tiffProperties->artist.text(), "Ian Britton");
+    EXPECT_EQ(recordA->iptcProperties->headlines.text(), "1 et-IPTC.jpg");
+    EXPECT_EQ(recordB->tiffProperties->artist.text(), "Everyone");
+    EXPECT_EQ(recordB->iptcProperties->headlines.text(), "2 et-GPS.jpg");
     EXPECT_EQ(recordB->iptcProperties->city.text(), "Lyon");
     EXPECT_TRUE(recordB->iptcProperties->captionAbstract.isAbsent());
     EXPECT_EQ(recordB->exifProperties->isoSpeedRating,
