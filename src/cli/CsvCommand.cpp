@@ -259,6 +259,9 @@ int runImport(const QStringList& arguments) {
         if (options && options->inputs.size() != import->photos().size()) {
             error = QStringLiteral("import takes no photo paths: the table's rows name them");
             options.reset();
+        } else if (options && options->values.processingMode == ProcessingMode::removeGroups) {
+            error = QStringLiteral("import writes the table's values: --mode remove writes none");
+            options.reset();
         }
     }
     if (!import || (!options && !import->photos().isEmpty())) {

@@ -135,8 +135,13 @@ std::optional<QString> CsvImport::applyCell(RunValues& values, Field field, cons
 
 std::optional<CsvImport> CsvImport::fromTable(const CsvTable& table, const QString& baseFolder,
                                               QString* error) {
-    const qsizetype sourceColumn =
-        table.header.indexOf(QString::fromLatin1(CsvColumns::sourceFile), 0);
+    // The column of the paths, in any case of its name, as the metadata tools take it.
+    const QLatin1String sourceName(CsvColumns::sourceFile);
+    qsizetype sourceColumn = -1;
+    for (qsizetype i = 0; i < table.header.size() && sourceColumn < 0; ++i) {
+        if (table.header[i].compare(sourceName, Qt::CaseInsensitive) == 0)
+            sourceColumn = i;
+    }
     if (sourceColumn < 0) {
         *error = QStringLiteral("the table has no SourceFile column");
         return std::nullopt;

@@ -6,6 +6,9 @@
 #include "foundation/ValueForm.h"
 #include "model/FormFieldTable.h"
 
+#include <QFileInfo>
+#include <QTemporaryFile>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -81,6 +84,35 @@ TEST(CsvImport, ADashErasesAndADateIsSet) {
     EXPECT_EQ(values.editorDates.slot(DateField::dateTimeOriginal),
               QDateTime(QDate(2002, 7, 13), QTime(15, 58, 28)));
     EXPECT_TRUE(values.fieldEditedFlags.test(Field::DateTimeOriginal));
+}
+
+TEST(CsvImport, NamesWhatTheTableCannotGiveAndGivesTheRestToItsPhoto) {
+    QTemporaryFile photo;
+    ASSERT_TRUE(photo.open());
+    CsvTable table;
+    table.header = {"sourcefile", "Artist", "Nope", "ISO"};
+    table.rows = {{"/nowhere/a.jpg", "Bob", "", ""}, {photo.fileName(), "Ann", "y", "fast"}};
+    QString error;
+    const auto import = CsvImport::fromTable(table, "/", &error);
+    ASSERT_TRUE(import) << error.toStdString();
+    EXPECT_EQ(import->photos(), QStringList{QFileInfo(photo.fileName()).absoluteFilePath()});
+    EXPECT_EQ(import->problems().unknownColumns, QStringList{"Nope"});
+    EXPECT_EQ(import->problems().missingFiles, QStringList{"/nowhere/a.jpg"});
+    ASSERT_EQ(import->problems().refusedCells.size(), 1);
+    EXPECT_TRUE(import->problems().refusedCells.front().contains("ISO"));
+
+    RunValues values = standardRun();
+    import->adjust(makeEmptyRecord(QUrl::fromLocalFile(photo.fileName())), values);
+    EXPECT_EQ(valueOf(values, Field::Artist).text(), "Ann");
+    EXPECT_TRUE(values.fieldEditedFlags.test(Field::Artist));
+    EXPECT_FALSE(values.fieldEditedFlags.test(Field::ISO));
+    // Another photo keeps the run's values.
+    RunValues other = standardRun();
+    import->adjust(makeEmptyRecord(QUrl::fromLocalFile("/nowhere/a.jpg")), other);
+    EXPECT_FALSE(other.fieldEditedFlags.hasEdits());
+
+    table.header[0] = "Path";
+    EXPECT_FALSE(CsvImport::fromTable(table, "/", &error));
 }
 
 } // namespace
