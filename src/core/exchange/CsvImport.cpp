@@ -7,6 +7,7 @@
 #include "exchange/CsvColumns.h"
 #include "metadata/PropertyLoading.h"
 #include "model/FormFieldTable.h"
+#include "model/Keywords.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -113,7 +114,30 @@ std::optional<QString> applyDate(RunValues& values, DateField field, const QStri
     return std::nullopt;
 }
 
+// The other tool's column of XMP keywords: "Subject", alone or with an XMP group.
+bool isSubjectColumn(const QString& heading) {
+    const qsizetype colon = heading.indexOf(QLatin1Char(':'));
+    const QString group = colon < 0 ? QString() : heading.left(colon);
+    return heading.mid(colon + 1).compare(QLatin1String("Subject"), Qt::CaseInsensitive) == 0 &&
+           (group.isEmpty() || group.startsWith(QLatin1String("XMP"), Qt::CaseInsensitive));
+}
+
 } // namespace
+
+// A photo's keywords are one list, its IPTC and XMP keywords together, and an edited list
+// replaces both: so the XMP keywords of a row join its Keywords cell.
+void CsvImport::addSubject(QList<Cell>& cells, const QString& subject) {
+    if (subject.isEmpty() || subject == kErase)
+        return;
+    for (Cell& cell : cells) {
+        if (cell.field != Field::Keywords)
+            continue;
+        if (cell.text != kErase)
+            cell.text = joinKeywords(splitKeywords(cell.text + QStringLiteral(", ") + subject));
+        return;
+    }
+    cells << Cell{Field::Keywords, subject};
+}
 
 std::optional<QString> CsvImport::applyCell(RunValues& values, Field field, const QString& text) {
     if (const auto date = dateFieldOf(field))
@@ -148,9 +172,12 @@ std::optional<CsvImport> CsvImport::fromTable(const CsvTable& table, const QStri
     }
     CsvImport import;
     QList<std::optional<Field>> fields;
+    QList<qsizetype> subjectColumns;
     for (qsizetype i = 0; i < table.header.size(); ++i) {
         fields << (i == sourceColumn ? std::nullopt : CsvColumns::fieldOf(table.header[i]));
-        if (i != sourceColumn && !fields.back())
+        if (i != sourceColumn && !fields.back() && isSubjectColumn(table.header[i]))
+            subjectColumns << i;
+        else if (i != sourceColumn && !fields.back())
             import.m_problems.unknownColumns << table.header[i];
     }
     QList<Cell> everyRow;
@@ -161,6 +188,8 @@ std::optional<CsvImport> CsvImport::fromTable(const CsvTable& table, const QStri
             if (fields[i] && !row[i].isEmpty())
                 cells << Cell{*fields[i], row[i]};
         }
+        for (const qsizetype i : subjectColumns)
+            addSubject(cells, row[i]);
         if (row[sourceColumn] == kEveryRow)
             everyRow << cells;
         else if (!row[sourceColumn].isEmpty())

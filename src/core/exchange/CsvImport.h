@@ -18,7 +18,7 @@ namespace tagmoor {
 // would take it typed, a date as the date to write; a cell of "-" erases the tag (the
 // metadata tools erase on "-" too, given their option to write missing values, -f). An empty
 // cell leaves the tag as the run would. A row of SourceFile "*" gives every row its cells,
-// under the row's own.
+// under the row's own. A column of XMP keywords ("Subject") adds them to the row's keywords.
 class CsvImport : public PhotoValues {
 public:
     // What the table could not give.
@@ -54,6 +54,7 @@ private:
         QString text;
     };
     void addRow(const QString& path, const QString& sourceFile, const QList<Cell>& cells);
+    static void addSubject(QList<Cell>& cells, const QString& subject);
 
     QHash<QString, QList<Cell>> m_cells;
     QStringList m_photos;

@@ -90,8 +90,10 @@ TEST(CsvImport, NamesWhatTheTableCannotGiveAndGivesTheRestToItsPhoto) {
     QTemporaryFile photo;
     ASSERT_TRUE(photo.open());
     CsvTable table;
-    table.header = {"sourcefile", "Artist", "Nope", "ISO"};
-    table.rows = {{"/nowhere/a.jpg", "Bob", "", ""}, {photo.fileName(), "Ann", "y", "fast"}};
+    // The XMP keywords of the other tool's table join the row's keywords.
+    table.header = {"sourcefile", "Artist", "Nope", "ISO", "Keywords", "XMP:Subject"};
+    table.rows = {{"/nowhere/a.jpg", "Bob", "", "", "", ""},
+                  {photo.fileName(), "Ann", "y", "fast", "a, b", "b, c"}};
     QString error;
     const auto import = CsvImport::fromTable(table, "/", &error);
     ASSERT_TRUE(import) << error.toStdString();
@@ -104,6 +106,7 @@ TEST(CsvImport, NamesWhatTheTableCannotGiveAndGivesTheRestToItsPhoto) {
     RunValues values = standardRun();
     import->adjust(makeEmptyRecord(QUrl::fromLocalFile(photo.fileName())), values);
     EXPECT_EQ(valueOf(values, Field::Artist).text(), "Ann");
+    EXPECT_EQ(valueOf(values, Field::Keywords).text(), "a, b, c");
     EXPECT_TRUE(values.fieldEditedFlags.test(Field::Artist));
     EXPECT_FALSE(values.fieldEditedFlags.test(Field::ISO));
     // Another photo keeps the run's values.
