@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
+#include <QSet>
 #include <QTextStream>
 
 namespace tagmoor::cli {
@@ -37,8 +38,8 @@ const char* kExportHelp =
     "                    field names (--fields Artist,Keywords,GPSLatitude)\n"
     "  -o, --output FILE write the table to FILE instead of standard output\n"
     "\n"
-    "Exit status: 0 every path was a photo; 1 some were not (named on stderr); 2 bad\n"
-    "arguments.\n";
+    "Exit status: 0 every photo was read; 1 a file named was no photo, or a file or\n"
+    "folder could not be named (each is named on stderr); 2 bad arguments.\n";
 
 const char* kImportHelp =
     "usage: tagmoor-cli import --csv FILE [--dry-run] [OPTIONS OF APPLY]\n"
@@ -173,7 +174,9 @@ int runExport(const QStringList& args) {
     }
     QStringList problems;
     QList<LeftOutEntry> leftOut;
-    const PathPhotoSource paths = collectPhotoPaths(options.inputs, &problems, &leftOut);
+    QSet<QString> namedFiles;
+    const PathPhotoSource paths =
+        collectPhotoPaths(options.inputs, &problems, &leftOut, &namedFiles);
     for (const QString& problem : problems)
         err << "tagmoor-cli export: " << problem << '\n';
     if (!problems.isEmpty())
@@ -187,8 +190,10 @@ int runExport(const QStringList& args) {
         if (auto record = loadImageProperties(QUrl::fromLocalFile(path))) {
             photos << CsvPhoto{path, std::move(*record)};
         } else {
+            // As in apply: a file found in a folder that is no photo is simply not one of the
+            // photos; a file named that is none was asked for.
             err << "tagmoor-cli export: " << path << ": not a photo, left out of the table\n";
-            allPhotos = false;
+            allPhotos = allPhotos && !namedFiles.contains(path);
         }
     }
     err.flush();

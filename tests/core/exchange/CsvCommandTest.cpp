@@ -166,6 +166,19 @@ TEST_F(CsvCommand, TablesTravelBothWaysBetweenTheTools) {
         expectSameValues(expected[name], readBack(targets() + "/" + name, tags), name);
 }
 
+// A file that is no photo is left out of the table; only one named by the user counts as a
+// failure, as in apply.
+TEST_F(CsvCommand, ExportLeavesOutWhatIsNoPhoto) {
+    writeBytes(targets() + "/broken.jpg", "no photo");
+    const ToolResult folder = cli({"export", "--csv", "--fields", "Artist", targets()});
+    EXPECT_EQ(folder.exitCode, 0) << folder.err.toStdString();
+    EXPECT_EQ(tableOf(folder.out).rows.size(), 3);
+    EXPECT_TRUE(folder.err.contains("broken.jpg: not a photo"));
+    const ToolResult named = cli({"export", "--csv", targets() + "/broken.jpg"});
+    EXPECT_EQ(named.exitCode, 1);
+    EXPECT_EQ(cli({"export", targets()}).exitCode, 2); // no format named
+}
+
 // The other tool's table without its option for plain numbers: positions in degrees, minutes
 // and seconds, hemispheres and sea level in words, fractions. (Its altitude is rounded to a
 // tenth of a metre and its FNumber to two decimals in that form, so they are left out here.)
