@@ -367,13 +367,9 @@ FieldEdits PhotoPipeline::editsOf(const RunValues& values, FieldEdits edits,
 }
 
 bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
-    const FieldEditedFlags& flags = m_values.fieldEditedFlags;
-    if (!flags.test(Field::CreationDate) && !flags.test(Field::ModifyDate))
-        return true;
     // Linux keeps no settable birth time, so the creation date rule reaches the tag only; the
-    // modify date rule also becomes the file's modification time.
-    if (!flags.test(Field::ModifyDate))
-        return true;
+    // modify date rule also becomes the file's modification time. `text` is the photo's new
+    // modify date, which only an edited ModifyDate field gives: the run's, or the photo's own.
     if (!text)
         return true;
     const auto date = sharedDateFormatter().parse(*text);

@@ -208,11 +208,12 @@ TEST_F(CsvCommand, ImportSkipsWhatIsNotThereErasesOnADashAndFillsInDefaults) {
     const QString b = copySample(formatsDir() + "/et-GPS.jpg", tmp.path());
     const QString table = tmp.path() + "/t.csv";
     // The "*" row gives its cells to every row that has none of its own.
-    writeBytes(table, "SourceFile,Artist,City,FileName,Caption-Abstract,ISO,Headline\n"
-                      "et-IPTC.jpg,Ann,-,x.jpg,,,\n"
-                      "gone.jpg,Bob,,y.jpg,,,\n" +
-                          QFileInfo(b).absoluteFilePath().toUtf8() + ",,Lyon,,-,fast,\n" +
-                          "*,Everyone,,,,,{counter} {filename}\n");
+    writeBytes(table, "SourceFile,Artist,City,FileName,Caption-Abstract,ISO,Headline,ModifyDate\n"
+                      "et-IPTC.jpg,Ann,-,x.jpg,,,,\n"
+                      "gone.jpg,Bob,,y.jpg,,,,\n" +
+                          QFileInfo(b).absoluteFilePath().toUtf8() +
+                          ",,Lyon,,-,fast,,2020:01:02 03:04:05\n" +
+                          "*,Everyone,,,,,{counter} {filename},\n");
     QProcess p;
     p.setWorkingDirectory(tmp.path());
     p.start(TAGMOOR_CLI, cliArgs({"import", "--csv", table, "--in-place"}));
@@ -233,6 +234,11 @@ TEST_F(CsvCommand, ImportSkipsWhatIsNotThereErasesOnADashAndFillsInDefaults) {
     EXPECT_EQ(recordB->tiffProperties->artist.text(), "Everyone");
     EXPECT_EQ(recordB->iptcProperties->headlines.text(), "2 et-GPS.jpg");
     EXPECT_EQ(recordB->iptcProperties->city.text(), "Lyon");
+    // A photo's own modify date becomes its file's time too, as a run's does.
+    const QDateTime modified(QDate(2020, 1, 2), QTime(3, 4, 5));
+    EXPECT_EQ(recordB->modifyDate.date(), modified);
+    EXPECT_EQ(QFileInfo(b).lastModified(), modified);
+    EXPECT_NE(QFileInfo(a).lastModified(), modified);
     EXPECT_TRUE(recordB->iptcProperties->captionAbstract.isAbsent());
     EXPECT_EQ(recordB->exifProperties->isoSpeedRating,
               loadImageProperties(QUrl::fromLocalFile(formatsDir() + "/et-GPS.jpg"))
