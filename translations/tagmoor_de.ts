@@ -1902,9 +1902,24 @@
         <translation>Wie Tagmoor nach Updates sucht, wird beim Start festgelegt und lässt sich in dieser Version hier nicht ändern.</translation>
     </message>
     <message>
-        <source>Tagmoor is available in English only in this version.</source>
-        <translatorcomment>The window follows the desktop language; the German says so.</translatorcomment>
-        <translation>Tagmoor folgt in dieser Version der Sprache der Arbeitsumgebung.</translation>
+        <source>Tagmoor follows the desktop&apos;s language in this version: English, or German where the desktop asks for it.</source>
+        <translation>Tagmoor folgt in dieser Version der Sprache der Arbeitsumgebung: Englisch, oder Deutsch, wo die Arbeitsumgebung es verlangt.</translation>
+    </message>
+    <message>
+        <source>Follow the desktop</source>
+        <translation>Wie die Arbeitsumgebung</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Appearance:</source>
+        <translation>Erscheinungsbild:</translation>
     </message>
 </context>
 <context>

@@ -67,6 +67,13 @@ void ShellTest::welcomeWindowComesFirstAndStoresTheChoice() {
     QCOMPARE(t.app->settings().loginStartStatus(), std::optional<bool>(true));
     QVERIFY(QFileInfo::exists(LoginItem::entryPath()));
     QVERIFY(LoginItem::entryPath().startsWith(t.home.path()));
+
+    // By default the add screen is the one welcome, and nothing is asked before any work.
+    TestApp plain(false, ValueForm::standard);
+    QVERIFY(!plain.app->welcomeWindow());
+    QTRY_VERIFY(plain.window().isVisible());
+    QVERIFY(!QFileInfo::exists(LoginItem::entryPath()) ||
+            !LoginItem::entryPath().startsWith(plain.home.path()));
 }
 
 namespace {

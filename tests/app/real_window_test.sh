@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Drives the built application in a real window under its own Xvfb with real mouse and
-# keyboard events (xdotool), keys only: photos handed over on the command line, all marked, an
-# Artist typed into the editor, Start Process, YES, an output folder typed into the folder
-# panel, the run, Finish.
+# Drives the built application in a real window under its own Xvfb with real keyboard events
+# (xdotool), keys only: a folder added through the file panel (Ctrl+O, its path typed, Enter
+# goes into it, the list takes every photo), all marked, an Artist typed into the editor,
+# Start Process, YES, an output folder typed into the folder panel, the run, Finish.
 # Then every output must carry the Artist. Exits 77 (skipped) when Xvfb or xdotool is absent.
 #   real_window_test.sh APP SAMPLES_DIR
 set -uo pipefail
@@ -36,9 +36,9 @@ fail() {
 }
 
 home="$work/home"
-mkdir -p "$home/Pictures" "$home/Out" "$home/config/Tagmoor"
+mkdir -p "$home/Pictures" "$home/Trip" "$home/Out" "$home/config/Tagmoor"
 for f in Reagan.jpg et-GPS.jpg FurnaceCreekInn.jpg; do
-  cp "$samples/$f" "$home/Pictures/" && chmod u+w "$home/Pictures/$f"
+  cp "$samples/$f" "$home/Trip/" && chmod u+w "$home/Trip/$f"
 done
 printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\nIsPresetSavingSettingInHomeOTM=false\n' \
   >"$home/config/Tagmoor/Tagmoor.conf"
@@ -66,7 +66,7 @@ for _ in $(seq 300); do
 done
 [ -n "$ready" ] || fail "Xvfb did not answer on $display"
 
-"$app" "$home"/Pictures/*.jpg >"$work/app.log" 2>&1 &
+"$app" >"$work/app.log" 2>&1 &
 app_pid=$!
 
 # The main window: the one named Tagmoor that is wider than a leader window.
@@ -80,10 +80,25 @@ for _ in $(seq 100); do
   sleep 0.1
 done
 [ -n "$window" ] || fail "the main window did not appear"
-eval "$(xdotool getwindowgeometry --shell "$window")"
+sleep 1
+
+# The keyboard alone. The file panel: the folder's path typed and Enter go into it; from the
+# name field back to the list, every photo in it is chosen and taken.
+xdotool windowactivate --sync "$window" 2>/dev/null || xdotool windowfocus --sync "$window"
+xdotool key ctrl+o
+sleep 1.5
+xdotool type --delay 20 "$home/Trip"
+sleep 0.3
+xdotool key Return
+sleep 0.8
+xdotool key shift+Tab
+sleep 0.3
+xdotool key ctrl+a
+sleep 0.3
+xdotool key Return
 sleep 3 # the three photos are read and the editor shows their merge
 
-# The keyboard alone: mark all, into the editor's first field (Artist), Start Process.
+# Mark all, into the editor's first field (Artist), Start Process.
 xdotool windowactivate --sync "$window" 2>/dev/null || xdotool windowfocus --sync "$window"
 xdotool key ctrl+a
 sleep 0.4

@@ -10,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -149,7 +150,8 @@ void FinalProcessedVC::startRun(const RunValues& values,
 }
 
 void FinalProcessedVC::showProgress(int processed, int total, const QString& path) {
-    m_count->setText(QStringLiteral("%1 / %2").arg(processed).arg(total));
+    m_count->setText(
+        QStringLiteral("%1 / %2").arg(QLocale().toString(processed), QLocale().toString(total)));
     m_path->setText(path);
     m_progress->setValue(total > 0 ? processed * 1000 / total : 0);
 }
@@ -178,7 +180,7 @@ void FinalProcessedVC::showResult(const BatchResult& result) {
     m_notReachedList = result.notReached;
     const int n = int(m_problemList.size());
     m_problems->setText(n == 1 ? tr("1 photo could not be changed")
-                               : tr("%1 photos could not be changed").arg(n));
+                               : tr("%1 photos could not be changed").arg(QLocale().toString(n)));
     m_problems->setVisible(n > 0);
     m_notReached->setText(summary.lblNotReached);
     m_notReached->setVisible(!m_notReachedList.isEmpty());

@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -132,10 +133,9 @@ void ReviewChangesWindow::showPlan() {
             tags += int(photo.changes.size());
     }
     m_summary->setText(tr("Would be written: %1 of %2 photos. Skipped: %3. Tag changes: %4.")
-                           .arg(written)
-                           .arg(m_plan.size())
-                           .arg(m_plan.size() - written)
-                           .arg(tags));
+                           .arg(QLocale().toString(written), QLocale().toString(m_plan.size()),
+                                QLocale().toString(m_plan.size() - written),
+                                QLocale().toString(tags)));
     m_showAll->setEnabled(true);
     m_start->setEnabled(true);
     m_ready = true;

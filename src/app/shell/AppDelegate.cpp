@@ -1,5 +1,6 @@
 #include "app/shell/AppDelegate.h"
 
+#include "app/shell/Appearance.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/PreferencesWindow.h"
 #include "app/shell/WelcomeWindow.h"
@@ -79,6 +80,9 @@ void AppDelegate::makeScreens() {
                                      settings(), processingOptions(), folderAccess(),
                                      renameSettings(), renameNumbering(), presets()},
                                     this);
+    // The colours are settled before the first window is made.
+    m_appearance = new Appearance(this);
+    m_appearance->apply(Appearance::choiceFromName(settings().appearance().value_or(QString())));
     m_mainWindow = std::make_unique<MainWindow>(*this);
     FilePanel::rememberFoldersIn(&settings());
 
@@ -246,6 +250,11 @@ void AppDelegate::welcomeLeft(bool launchAtLogin) {
 void AppDelegate::showPreferences() {
     if (!m_preferences) {
         m_preferences = new PreferencesWindow(settings(), loginItem(), launchState());
+        connect(m_preferences, &PreferencesWindow::appearanceChosen, this,
+                [this](const QString& name) {
+                    settings().setAppearance(name);
+                    m_appearance->apply(Appearance::choiceFromName(name));
+                });
         m_preferences->adjustSize();
         // Over the main window, where the user looks, when it is up.
         if (m_mainWindow && m_mainWindow->isVisible()) {

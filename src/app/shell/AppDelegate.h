@@ -10,6 +10,8 @@
 
 namespace tagmoor {
 
+class Appearance;
+
 class HomeSession;
 class MainWindow;
 class PreferencesWindow;
@@ -99,6 +101,7 @@ private:
     std::unique_ptr<MainWindow> m_mainWindow;
     QPointer<WelcomeWindow> m_welcome;
     QPointer<PreferencesWindow> m_preferences;
+    Appearance* m_appearance = nullptr;
 };
 
 } // namespace tagmoor

@@ -97,6 +97,7 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     layout->addSpacing(10);
     layout->addWidget(caption(tr("Language Settings")));
     layout->addLayout(makeLanguageRow());
+    layout->addLayout(makeAppearanceRow());
     layout->addSpacing(10);
     layout->addWidget(caption(tr("File Saving Preference")));
     layout->addWidget(m_overwrite);
@@ -151,7 +152,8 @@ QWidget* PreferencesWindow::makeGeneralTab() {
 // version, so they take no clicks, and say why.
 QHBoxLayout* PreferencesWindow::makeLanguageRow() {
     m_language->setEnabled(false);
-    m_language->setToolTip(tr("Tagmoor is available in English only in this version."));
+    m_language->setToolTip(tr("Tagmoor follows the desktop's language in this version: "
+                              "English, or German where the desktop asks for it."));
     auto* selectLanguage = new QLabel(tr("Select Language:"));
     selectLanguage->setObjectName(QStringLiteral("lblSelectLanguage"));
     selectLanguage->setEnabled(false);
@@ -159,6 +161,23 @@ QHBoxLayout* PreferencesWindow::makeLanguageRow() {
     auto* row = new QHBoxLayout;
     row->addWidget(selectLanguage);
     row->addWidget(m_language, 1);
+    return row;
+}
+
+QHBoxLayout* PreferencesWindow::makeAppearanceRow() {
+    m_appearance = new QComboBox;
+    m_appearance->setObjectName(QStringLiteral("comboBoxAppearance"));
+    m_appearance->addItem(tr("Follow the desktop"), QStringLiteral("system"));
+    m_appearance->addItem(tr("Light"), QStringLiteral("light"));
+    m_appearance->addItem(tr("Dark"), QStringLiteral("dark"));
+    connect(m_appearance, &QComboBox::activated, this,
+            [this](int row) { emit appearanceChosen(m_appearance->itemData(row).toString()); });
+    auto* label = new QLabel(tr("Appearance:"));
+    label->setObjectName(QStringLiteral("lblAppearance"));
+    label->setBuddy(m_appearance);
+    auto* row = new QHBoxLayout;
+    row->addWidget(label);
+    row->addWidget(m_appearance, 1);
     return row;
 }
 
@@ -176,6 +195,9 @@ void PreferencesWindow::reload() {
     m_standardForm->setChecked(valueForm() == ValueForm::standard);
     m_mapTiles->setChecked(m_settings.loadMapTilesFromInternetOrDefault());
     m_mapCacheState->clear();
+    const int appearance =
+        m_appearance->findData(m_settings.appearance().value_or(QStringLiteral("system")));
+    m_appearance->setCurrentIndex(appearance < 0 ? 0 : appearance);
 }
 
 void PreferencesWindow::clickedAutomatically(bool on) {

@@ -34,9 +34,14 @@ public:
     // Empties the tile cache, on disk and in the maps.
     void clickedClearMapCache();
 
+signals:
+    // "system", "light" or "dark", as the appearance box was set.
+    void appearanceChosen(const QString& name);
+
 private:
     QWidget* makeGeneralTab();
     QHBoxLayout* makeLanguageRow();
+    QHBoxLayout* makeAppearanceRow();
 
     Settings& m_settings;
     LoginItem& m_loginItem;
@@ -51,6 +56,7 @@ private:
     QCheckBox* m_mapTiles = nullptr;
     QPushButton* m_clearMapCache = nullptr;
     QLabel* m_mapCacheState = nullptr;
+    QComboBox* m_appearance = nullptr;
 };
 
 } // namespace tagmoor

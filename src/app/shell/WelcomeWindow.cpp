@@ -15,7 +15,8 @@ WelcomeWindow::WelcomeWindow(QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose, false);
 
     auto* icon = new QLabel;
-    icon->setPixmap(QIcon(QStringLiteral(":/icons/tagmoor.svg")).pixmap(96, 96));
+    icon->setPixmap(QIcon(QStringLiteral(":/icons/tagmoor.svg"))
+                        .pixmap(QSize(96, 96), icon->devicePixelRatioF()));
     icon->setAlignment(Qt::AlignCenter);
 
     auto* title = new QLabel(tr("Welcome to Tagmoor"));

@@ -3,6 +3,7 @@
 #include "app/widgets/PanelEnableFilter.h"
 #include "foundation/Settings.h"
 
+#include <QAbstractItemView>
 #include <QDir>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -157,19 +158,24 @@ QString FilePanel::typedFolder() const {
         path = QDir::homePath() + path.mid(1);
     const QString shown = directory().absolutePath();
     const QFileInfo info(QDir(shown).absoluteFilePath(path));
-    if (!info.isDir() || info.canonicalFilePath() == QFileInfo(shown).canonicalFilePath())
+    if (!info.isDir())
         return {};
     return info.absoluteFilePath();
 }
 
 void FilePanel::accept() {
     // A folder's path typed and Enter in a panel of photos: the panel goes there, as a file
-    // manager's location does, instead of taking the folder with all it holds.
+    // manager's location does, instead of taking the folder with all it holds. The path of
+    // the folder shown leaves the panel where it is.
     if (const QString folder = typedFolder(); !folder.isEmpty()) {
         setDirectory(folder);
         if (QLineEdit* name = nameField(this))
             name->clear();
         m_typedName.clear();
+        // Typing a path selects the entries it passes on the way; none of them was chosen.
+        for (QAbstractItemView* view : findChildren<QAbstractItemView*>())
+            if (view->selectionModel())
+                view->selectionModel()->clearSelection();
         return;
     }
     // A panel limited to one folder takes that folder only, picked or entered.

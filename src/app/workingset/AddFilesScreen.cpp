@@ -39,7 +39,8 @@ AddFilesScreen::AddFilesScreen(const Objects& objects, QWidget* parent)
 
     auto* imgView = new QLabel;
     imgView->setObjectName(QStringLiteral("imgView"));
-    imgView->setPixmap(QIcon(QStringLiteral(":/icons/tagmoor.svg")).pixmap(112, 112));
+    imgView->setPixmap(QIcon(QStringLiteral(":/icons/tagmoor.svg"))
+                           .pixmap(QSize(112, 112), imgView->devicePixelRatioF()));
     imgView->setAlignment(Qt::AlignCenter);
 
     auto* welcome =

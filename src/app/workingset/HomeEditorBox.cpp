@@ -13,6 +13,7 @@
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -113,7 +114,8 @@ void HomeEditorBox::showTab(int editor) {
 }
 
 void HomeEditorBox::setMarkedSummary(int marked, int count) {
-    m_markedSummary->setText(tr("%1 of %2 marked").arg(marked).arg(count));
+    m_markedSummary->setText(
+        tr("%1 of %2 marked").arg(QLocale().toString(marked), QLocale().toString(count)));
     m_markedSummary->setToolTip(marked == 0
                                     ? tr("Mark photos in the list to edit their metadata.")
                                     : tr("The editor and a run work on the marked photos."));

@@ -7,6 +7,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -108,7 +109,7 @@ void HomeListPane::showSegment(int index) {
 }
 
 void HomeListPane::setTotal(int count) {
-    m_total->setText(count == 1 ? tr("1 Photo") : tr("%1 Photos").arg(count));
+    m_total->setText(count == 1 ? tr("1 Photo") : tr("%1 Photos").arg(QLocale().toString(count)));
 }
 
 void HomeListPane::setSelectAllChecked(bool on) {

@@ -8,6 +8,7 @@
 #include <QLabel>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tagmoor {
 
@@ -45,7 +46,7 @@ HomePreviewPane::HomePreviewPane(ThumbnailProvider& thumbnails, const Settings& 
 
     connect(&thumbnails, &ThumbnailProvider::thumbnailReady, this,
             [this](const QString& path, int side) {
-                if (path == m_path && (side == kPreviewSide || side == 0))
+                if (path == m_path && (side == pictureSide() || side == 0))
                     refreshPicture();
             });
     clear();
@@ -87,14 +88,22 @@ void HomePreviewPane::refreshPicture() {
         clear();
         return;
     }
-    const QImage image = m_thumbnails.thumbnail(m_path, kPreviewSide);
-    if (image.isNull())
+    QImage image = m_thumbnails.thumbnail(m_path, pictureSide());
+    if (image.isNull()) {
         m_preview->setText(QFileInfo(m_path).suffix().toUpper());
-    else if (std::max(image.width(), image.height()) > m_side)
-        m_preview->setPixmap(QPixmap::fromImage(
-            image.scaled(m_side, m_side, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
-    else
-        m_preview->setPixmap(QPixmap::fromImage(image));
+        return;
+    }
+    // In the screen's pixels: a scaled display gets as many as it shows.
+    const qreal ratio = std::max(m_preview->devicePixelRatioF(), 1.0);
+    const int side = int(std::ceil(m_side * ratio));
+    if (std::max(image.width(), image.height()) > side)
+        image = image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    image.setDevicePixelRatio(ratio);
+    m_preview->setPixmap(QPixmap::fromImage(image));
+}
+
+int HomePreviewPane::pictureSide() const {
+    return int(std::ceil(kPreviewSide * std::max(m_preview->devicePixelRatioF(), 1.0)));
 }
 
 } // namespace tagmoor

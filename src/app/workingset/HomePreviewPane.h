@@ -27,6 +27,8 @@ public:
 
 private:
     void refreshPicture();
+    // The side the picture is decoded at: the box in the screen's pixels.
+    int pictureSide() const;
 
     ThumbnailProvider& m_thumbnails;
     QLabel* m_preview;

@@ -13,6 +13,9 @@
 #include <QPainterPath>
 #include <QSortFilterProxyModel>
 
+#include <algorithm>
+#include <cmath>
+
 namespace tagmoor {
 
 namespace {
@@ -175,7 +178,10 @@ QString PhotoItemDelegate::subtitle(const QModelIndex& index) const {
 void PhotoItemDelegate::paintPicture(QPainter* painter, const QRect& box,
                                      const QModelIndex& index) const {
     const QString path = index.data(WorkingListModel::PathRole).toString();
-    const QImage image = m_thumbnails.thumbnail(path, thumbnailSide());
+    // Decoded for the screen's pixels, so that pictures stay sharp on a scaled display.
+    const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+    const QImage image =
+        m_thumbnails.thumbnail(path, int(std::ceil(thumbnailSide() * std::max(ratio, 1.0))));
     if (!image.isNull()) {
         const QSize size = image.size().scaled(box.size(), Qt::KeepAspectRatio);
         const QRect target(box.left() + (box.width() - size.width()) / 2,

@@ -6,6 +6,8 @@
 #include "workingset/WorkingListModel.h"
 #include "workingset/WorkingSet.h"
 
+#include <QLocale>
+
 #include <limits>
 
 namespace tagmoor {
@@ -16,17 +18,20 @@ QString textOf(const PropertyValue& value) {
     return value.text().value_or(QString()).trimmed();
 }
 
-// The capture date as a number that sorts; the smallest when the record holds none.
-qint64 captureSortKey(const CGImageProperties& record) {
-    constexpr qint64 kNone = std::numeric_limits<qint64>::min();
+// The capture date as the record holds it, read; an invalid date when there is none.
+QDateTime captureDate(const CGImageProperties& record) {
     if (!record.exifProperties)
-        return kNone;
+        return {};
     const PropertyValue& value = record.exifProperties->dateTimeOriginal;
     if (const auto date = value.date())
-        return date->isValid() ? date->toMSecsSinceEpoch() : kNone;
-    const QDateTime parsed =
-        QDateTime::fromString(textOf(value), QStringLiteral("yyyy:MM:dd HH:mm:ss"));
-    return parsed.isValid() ? parsed.toMSecsSinceEpoch() : kNone;
+        return *date;
+    return QDateTime::fromString(textOf(value), QStringLiteral("yyyy:MM:dd HH:mm:ss"));
+}
+
+// The capture date as a number that sorts; the smallest when the record holds none.
+qint64 captureSortKey(const CGImageProperties& record) {
+    const QDateTime date = captureDate(record);
+    return date.isValid() ? date.toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
 }
 
 } // namespace
@@ -84,7 +89,11 @@ QString PhotoTableModel::dimensionsText(const CGImageProperties& record) {
     return QStringLiteral("%1 x %2").arg(*width).arg(*height);
 }
 
+// Shown as the user's language writes dates; a text that is no date stays as it is.
 QString PhotoTableModel::captureDateText(const CGImageProperties& record) {
+    const QDateTime date = captureDate(record);
+    if (date.isValid())
+        return QLocale().toString(date, QLocale::ShortFormat);
     return FieldDisplay::text(record, formField(Field::DateTimeOriginal));
 }
 

@@ -39,6 +39,8 @@ class QSettings;
     KEY_WITH_DEFAULT(HomePreviewFolded, bool, homePreviewFolded, setHomePreviewFolded, false)      \
     /* The folder the last accepted file panel showed; the next panel opens there. */              \
     KEY(LastPanelFolderOTM, QString, lastPanelFolder, setLastPanelFolder)                          \
+    /* The window's colours: "system" follows the desktop, "light" or "dark" holds. */             \
+    KEY(AppearanceOTM, QString, appearance, setAppearance)                                         \
     /* The photo table's columns: shown or hidden, widths, order and sorting (header state). */    \
     KEY(PhotoTableColumnsOTM, QByteArray, photoTableColumns, setPhotoTableColumns)                 \
     KEY_WITH_DEFAULT(OpenWithItemsOTM, bool, openWithItems, setOpenWithItems, false)               \

@@ -1,6 +1,7 @@
 #include "shell/StartSequence.h"
 
 #include "foundation/Settings.h"
+#include "foundation/ValueForm.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
 #include "shell/ShellLog.h"
@@ -25,7 +26,11 @@ StartPlan StartSequence::applicationWillFinishLaunching(const ShowFirstWindow& s
     m_loginItem.apply(m_settings.loginStartStatusOrDefault());
     m_settings.setIsPopUp(false);
 
-    // Only the presence of a Boolean counts, not its value.
+    // Only the presence of a Boolean counts, not its value. In the standard form the add screen,
+    // which greets the user anyway, is the one welcome: the first start goes straight to the main
+    // window, and starting at login stays off until the user turns it on in Preferences.
+    if (!m_settings.startup().has_value() && isStandardForm())
+        m_settings.setStartup(true);
     plan.showWelcomeWindow = !m_settings.startup().has_value();
     if (showFirstWindow)
         showFirstWindow(plan.showWelcomeWindow);

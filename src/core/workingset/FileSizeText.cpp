@@ -2,6 +2,8 @@
 
 #include "foundation/ValueForm.h"
 
+#include <QLocale>
+
 #include <cmath>
 
 namespace tagmoor {
@@ -21,17 +23,18 @@ QString describedSizeText(std::uint64_t n) {
 }
 
 // The unit is chosen on the rounded value, so that 999,960 bytes read "1.0 MB" rather than
-// "1000.0 KB".
+// "1000.0 KB". The number is written as the user's language writes numbers.
 QString standardSizeText(std::uint64_t n) {
+    const QLocale locale;
     if (n <= 999)
-        return QStringLiteral("%1 bytes").arg(n);
+        return QStringLiteral("%1 bytes").arg(locale.toString(qulonglong(n)));
     static const char* const kUnits[] = {"KB", "MB", "GB"};
     double value = double(n);
     for (const char* unit : kUnits) {
         value /= 1000.0;
         const bool last = unit == kUnits[std::size(kUnits) - 1];
         if (last || std::round(value * 10.0) < 10000.0)
-            return QString::asprintf("%.1f %s", value, unit);
+            return locale.toString(value, 'f', 1) + QLatin1Char(' ') + QLatin1String(unit);
     }
     return {};
 }

@@ -1,6 +1,7 @@
 #include "workingset/ScanProgressView.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 
 #include <cmath>
 
@@ -38,11 +39,11 @@ ScanProgressView ScanProgressView::forItem(const ScanCounters& c) {
     v.percentText = QStringLiteral("%1%").arg(percent);
     v.loaderValue = percent / 100.0;
     v.pathText = QCoreApplication::translate("ScanProgress", "Path: ") + c.currentPath;
-    v.imagesSelectedText =
-        QCoreApplication::translate("ScanProgress", "%1 Images Selected").arg(c.imagesInList);
-    v.objectsSelectedText = QCoreApplication::translate("ScanProgress", "Objects Selected: %1 / %2")
-                                .arg(c.processedPhotos)
-                                .arg(c.totalPhotos);
+    v.imagesSelectedText = QCoreApplication::translate("ScanProgress", "%1 Images Selected")
+                               .arg(QLocale().toString(c.imagesInList));
+    v.objectsSelectedText =
+        QCoreApplication::translate("ScanProgress", "Objects Selected: %1 / %2")
+            .arg(QLocale().toString(c.processedPhotos), QLocale().toString(c.totalPhotos));
     return v;
 }
 

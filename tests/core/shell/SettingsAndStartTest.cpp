@@ -203,6 +203,24 @@ TEST(StartSequence, FirstStartSeedsAndSchedulesNoUpdateCheck) {
     EXPECT_TRUE(state.launchFinished);
 }
 
+TEST(StartSequence, StandardFormFirstStartGreetsOnceAndAsksNothing) {
+    ValueFormScope scope(ValueForm::standard);
+    ScratchConfig cfg;
+    Settings settings(cfg.settingsFile());
+    LoginItem login("/usr/bin/tagmoor");
+    LaunchState state;
+    StartSequence start(settings, login, state, "2.1");
+    bool shownWelcome = true;
+    const StartPlan plan =
+        start.applicationWillFinishLaunching([&](bool welcome) { shownWelcome = welcome; });
+    EXPECT_FALSE(plan.showWelcomeWindow);
+    EXPECT_FALSE(shownWelcome) << "the main window comes first";
+    EXPECT_TRUE(plan.firstStart);
+    EXPECT_EQ(settings.startup(), true) << "files opened from now on are taken";
+    EXPECT_EQ(settings.loginStartStatus(), false);
+    EXPECT_FALSE(QFile::exists(cfg.autostartEntry()));
+}
+
 TEST(StartSequence, LaterStartsPickTheUpdateModeVersionAndOverwriteValue) {
     struct Row {
         std::optional<qint64> mode;

@@ -1,7 +1,9 @@
 #pragma once
+
 // Settings in a scratch file and XDG_CONFIG_HOME pointed at a scratch folder, restored after.
 
 #include "foundation/Settings.h"
+#include "foundation/ValueForm.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -27,6 +29,13 @@ public:
     QString settingsFile() const { return m_dir.path() + "/Tagmoor.conf"; }
     QString autostartEntry() const { return m_dir.path() + "/config/autostart/tagmoor.desktop"; }
     QString path() const { return m_dir.path(); }
+
+private:
+    // A shell made in the test sets the process's form from its settings; the next test starts
+    // in the form this one started in.
+    ValueFormScope m_form{valueForm()};
+
+public:
 
 private:
     QTemporaryDir m_dir;

@@ -10,6 +10,7 @@
 #include "workingset/WorkingSet.h"
 #include "workingset/WorkingSetAlerts.h"
 
+#include <QLocale>
 #include <QTemporaryDir>
 
 namespace tagmoor {
@@ -231,12 +232,25 @@ TEST(WorkingList, StandardSizeTextIsTheRoundedTrueValue) {
     EXPECT_EQ(fileSizeText(999999), "1.0 MB");
     EXPECT_EQ(fileSizeText(1260000), "1.3 MB");
     EXPECT_EQ(fileSizeText(2345678901ULL), "2.3 GB");
-    EXPECT_EQ(fileSizeText(4321000000000ULL), "4321.0 GB");
+    EXPECT_EQ(fileSizeText(4321000000000ULL), "4,321.0 GB");
     CGImageProperties r = record("/p/one.jpg");
     r.pixelWidth = qint64(4000);
     r.pixelHeight = qint64(3000);
     r.fileSize = quint64(912863);
     EXPECT_EQ(WorkingListModel::subtitle(r), "4000 x 3000 - 912.9 KB");
+}
+
+// On screen, numbers are written as the user's language writes them.
+TEST(WorkingList, ScreenNumbersFollowTheLocale) {
+    ValueFormScope scope(ValueForm::standard);
+    const QLocale previous;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(fileSizeText(912863), "912,9 KB");
+    EXPECT_EQ(fileSizeText(4321000000000ULL), "4.321,0 GB");
+    const ScanProgressView item = ScanProgressView::forItem({2500, 1200, 1500, "/p/x.jpg"});
+    EXPECT_EQ(item.imagesSelectedText, "1.500 Images Selected");
+    EXPECT_EQ(item.objectsSelectedText, "Objects Selected: 1.200 / 2.500");
+    QLocale::setDefault(previous);
 }
 
 TEST(WorkingList, ModelShowsRecordsAndItsCheckBoxIsTheMark) {
