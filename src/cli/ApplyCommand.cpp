@@ -1,3 +1,4 @@
+#include "ApplyCommand.h"
 #include "ApplyJson.h"
 #include "ApplyOptions.h"
 #include "Commands.h"
@@ -9,6 +10,7 @@
 #include "batch/BatchSummary.h"
 #include "batch/ChangePlan.h"
 #include "batch/PhotoPipeline.h"
+#include "exchange/PhotoTemplates.h"
 #include "foundation/StopControl.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameNumbering.h"
@@ -154,25 +156,26 @@ struct Gathered {
 };
 
 // Collects the photos; false when a path given cannot be read (exit status 2).
-bool gatherPhotos(const ApplyOptions& options, QTextStream& err, Gathered& g) {
+bool gatherPhotos(const ApplyOptions& options, const QString& prefix, QTextStream& err,
+                  Gathered& g) {
     QStringList problems;
     QSet<QString> namedFiles;
     g.photos = collectPhotoPaths(options.inputs, &problems, &g.leftOut, &namedFiles);
     if (!problems.isEmpty()) {
         for (const QString& p : problems)
-            err << "tagmoor-cli apply: " << p << '\n';
+            err << prefix << p << '\n';
         return false;
     }
     // Nothing leaves the run without a word: what cannot be named is told and counts as not
     // changed; a file that gives no record is no photo (the photo list never takes it in).
     for (const LeftOutEntry& entry : g.leftOut)
-        err << "tagmoor-cli apply: " << entry.path << ": left out: " << entry.reason << '\n';
+        err << prefix << entry.path << ": left out: " << entry.reason << '\n';
     keepPhotos(g.photos, options.threads, &g.notPhotos);
     // A file found in a folder that is no photo is simply not part of the batch; a file the
     // user named is one that was asked for and not changed.
     bool namedNotPhoto = false;
     for (const QString& path : g.notPhotos) {
-        err << "tagmoor-cli apply: " << path << ": not a photo, left out of the batch\n";
+        err << prefix << path << ": not a photo, left out of the batch\n";
         namedNotPhoto = namedNotPhoto || namedFiles.contains(path);
     }
     err.flush();
@@ -183,7 +186,7 @@ bool gatherPhotos(const ApplyOptions& options, QTextStream& err, Gathered& g) {
 // Runs the batch, prints its result and names each photo that did not get the edit; gives
 // the exit status.
 int runBatch(const ApplyOptions& options, const PhotoPipeline& pipeline, const Gathered& g,
-             QTextStream& out, QTextStream& err) {
+             const QString& prefix, QTextStream& out, QTextStream& err) {
     RenameNumbering numbering;
     StopControl stop;
     TerminalProgress progress;
@@ -215,7 +218,7 @@ int runBatch(const ApplyOptions& options, const PhotoPipeline& pipeline, const G
     // One line for each photo that did not get what was asked, and why; then those that a
     // stop kept from being reached.
     const auto tell = [&](const PhotoProblem& problem) {
-        err << "tagmoor-cli apply: " << problem.path << ": " << problem.reason << '\n';
+        err << prefix << problem.path << ": " << problem.reason << '\n';
     };
     problemLog.forEach(tell);
     notReached.forEach(tell);
@@ -223,6 +226,19 @@ int runBatch(const ApplyOptions& options, const PhotoPipeline& pipeline, const G
     const bool allChanged = result.savedPhotos() == result.total && problemLog.isEmpty() &&
                             notReached.isEmpty() && g.allAsked;
     return allChanged ? 0 : 1;
+}
+
+// Texts with placeholders are filled in per photo; each photo's counter is its place among
+// the photos of the run.
+void addTemplates(RunValues& values, const PathPhotoSource& photos, bool templatesPerPhoto) {
+    if (!values.writeOptions.standardForm ||
+        !(templatesPerPhoto || PhotoTemplates::neededFor(values)))
+        return;
+    QStringList paths;
+    paths.reserve(photos.count());
+    for (int i = 0; i < photos.count(); ++i)
+        paths << photos.pathOf(i);
+    PhotoTemplates::addTo(values, paths, templatesPerPhoto);
 }
 
 } // namespace
@@ -241,19 +257,26 @@ int runApply(const QStringList& args) {
         out << ApplyOptions::helpText();
         return 0;
     }
+    return runParsedApply(*options, QStringLiteral("apply"), false);
+}
 
+int runParsedApply(ApplyOptions options, const QString& command, bool templatesPerPhoto) {
+    QTextStream err(stderr);
+    QTextStream out(stdout);
+    const QString prefix = QStringLiteral("tagmoor-cli %1: ").arg(command);
     Gathered gathered;
-    if (!gatherPhotos(*options, err, gathered))
+    if (!gatherPhotos(options, prefix, err, gathered))
         return 2;
-    const RunValues& values = options->values;
+    RunValues& values = options.values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
-        !values.fieldEditedFlags.hasEdits())
+        !values.fieldEditedFlags.hasEdits() && values.photoValues.empty())
         err << "No Changes in Metadata found: the photos are only copied or rewritten\n";
+    addTemplates(values, gathered.photos, templatesPerPhoto);
 
     const PhotoPipeline pipeline(values);
-    if (options->dryRun) {
+    if (options.dryRun) {
         bool allWritten = false;
-        if (options->json)
+        if (options.json)
             writePlanJson(out, pipeline, gathered.photos, {gathered.leftOut, gathered.notPhotos},
                           &allWritten);
         else
@@ -262,11 +285,10 @@ int runApply(const QStringList& args) {
         return allWritten && gathered.allAsked ? 0 : 1;
     }
     if (values.destinationFolder && !QDir().mkpath(*values.destinationFolder)) {
-        err << "tagmoor-cli apply: cannot create the output folder " << *values.destinationFolder
-            << '\n';
+        err << prefix << "cannot create the output folder " << *values.destinationFolder << '\n';
         return 2;
     }
-    return runBatch(*options, pipeline, gathered, out, err);
+    return runBatch(options, pipeline, gathered, prefix, out, err);
 }
 
 } // namespace tagmoor::cli

@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "CsvCommand.h"
 #include "LibraryMessages.h"
 #include "WritingOptions.h"
 #include "metadata/MetadataLibrary.h"
@@ -16,6 +17,10 @@ const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
                      "                   run a batch over photos and folders\n"
                      "  presets list|show|save|export|import|remove ...\n"
                      "                   the application's saved presets\n"
+                     "  export --csv [--fields LIST] [-o FILE] PATH...\n"
+                     "                   the photos' metadata as a table, a row per photo\n"
+                     "  import --csv FILE [OPTIONS]\n"
+                     "                   write a table's rows into the photos they name\n"
                      "\n"
                      "options of every command:\n"
                      "  --help           the options of the command\n"
@@ -49,6 +54,10 @@ int main(int argc, char** argv) {
         return tagmoor::cli::runApply(args);
     if (command == QLatin1String("presets"))
         return tagmoor::cli::runPresets(args);
+    if (command == QLatin1String("export"))
+        return tagmoor::cli::runExport(args);
+    if (command == QLatin1String("import"))
+        return tagmoor::cli::runImport(args);
     if (command == QLatin1String("--version")) {
         QTextStream(stdout) << "tagmoor-cli " TAGMOOR_VERSION "\n";
         return 0;

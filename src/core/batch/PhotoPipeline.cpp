@@ -308,25 +308,40 @@ bool isXmpDate(DateField field) {
 
 } // namespace
 
+RunValues PhotoPipeline::valuesFor(const CGImageProperties& record) const {
+    RunValues own = m_values;
+    own.photoValues.clear();
+    for (const auto& values : m_values.photoValues)
+        values->adjust(record, own);
+    return own;
+}
+
 FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
                                         const QString& path) const {
-    FieldEdits edits = m_plainEdits;
-    const bool clearUnedited = m_values.processingMode == ProcessingMode::clearUnedited;
+    if (m_values.photoValues.empty())
+        return editsOf(m_values, m_plainEdits, record, path);
+    const RunValues own = valuesFor(record);
+    return editsOf(own, plainFieldEdits(own), record, path);
+}
+
+FieldEdits PhotoPipeline::editsOf(const RunValues& values, FieldEdits edits,
+                                  const CGImageProperties& record, const QString& path) {
+    const bool clearUnedited = values.processingMode == ProcessingMode::clearUnedited;
     const auto fields = dateFieldsInRunOrder();
     const PhotoDateRule dateRule =
-        PhotoDateRule::forRun(m_values.writeOptions.standardForm, m_values.carryShifts);
+        PhotoDateRule::forRun(values.writeOptions.standardForm, values.carryShifts);
     std::optional<OriginalDate> ownDates;   // read at the first edited date field
     std::optional<MetadataFieldSet> inFile; // read at the first XMP date that reads its clock
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const KeyRow& row = fields[i]->keyRow();
-        if (!m_values.fieldEditedFlags.test(fields[i]->field)) {
+        if (!values.fieldEditedFlags.test(fields[i]->field)) {
             if (clearUnedited)
                 edits.erase(row);
             continue;
         }
         const DateField field = allDateFields[i];
-        const DateTimeConfiguration& rule = m_values.editorDates.rule(field);
-        const std::optional<QDateTime>& slot = m_values.editorDates.slot(field);
+        const DateTimeConfiguration& rule = values.editorDates.rule(field);
+        const std::optional<QDateTime>& slot = values.editorDates.slot(field);
         std::optional<DateZone> zone;
         if (!path.isEmpty() && isXmpDate(field) && dateRule.readsOwnClock(rule)) {
             if (!inFile)
@@ -352,13 +367,9 @@ FieldEdits PhotoPipeline::fieldEditsFor(const CGImageProperties& record,
 }
 
 bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
-    const FieldEditedFlags& flags = m_values.fieldEditedFlags;
-    if (!flags.test(Field::CreationDate) && !flags.test(Field::ModifyDate))
-        return true;
     // Linux keeps no settable birth time, so the creation date rule reaches the tag only; the
-    // modify date rule also becomes the file's modification time.
-    if (!flags.test(Field::ModifyDate))
-        return true;
+    // modify date rule also becomes the file's modification time. `text` is the photo's new
+    // modify date, which only an edited ModifyDate field gives: the run's, or the photo's own.
     if (!text)
         return true;
     const auto date = sharedDateFormatter().parse(*text);

@@ -45,6 +45,9 @@ public:
     // keeps the moment only); the file is read only when such a shift is asked.
     FieldEdits fieldEditsFor(const CGImageProperties& record, const QString& path = {}) const;
 
+    // The run's values as this photo gets them: with its PhotoValues laid over them.
+    RunValues valuesFor(const CGImageProperties& record) const;
+
     // What process() would decide at the guard, without touching anything. `claimed` holds
     // output paths (or their locations) that earlier photos of the same forecast would have
     // written.
@@ -62,6 +65,9 @@ public:
 
 private:
     QString renamedBase(const QString& base, long long firstNumber) const;
+    // The edits of one photo under `values`, from the plain fields' edits `edits` on.
+    static FieldEdits editsOf(const RunValues& values, FieldEdits edits,
+                              const CGImageProperties& record, const QString& path);
     struct MetadataStep {
         WriteResult write;
         // The new modify date text, if any.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batch/FieldEditedFlags.h"
+#include "batch/PhotoValues.h"
 #include "dates/OriginalFinalDate.h"
 #include "metadata/CleanOptions.h"
 #include "metadata/WriteOptions.h"
@@ -10,7 +11,9 @@
 #include <QMetaType>
 #include <QString>
 
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace tagmoor {
 
@@ -36,6 +39,9 @@ struct RunValues {
     WriteOptions writeOptions;
     // Date and time shifts carry into days, months and years instead of wrapping.
     bool carryShifts = false;
+    // What some photos get instead of the values above, applied in order (none: every photo
+    // gets the same).
+    std::vector<std::shared_ptr<const PhotoValues>> photoValues;
 };
 
 } // namespace tagmoor

@@ -3,6 +3,7 @@
 #include "dates/DateField.h"
 #include "editor/EditorState.h"
 #include "editor/FormPopups.h"
+#include "exchange/PhotoTemplates.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
 #include "presets/PresetForm.h"
@@ -59,8 +60,25 @@ void HomeSession::startProcess() {
 }
 
 RunValues HomeSession::reviewValues() {
-    return reviewRunValues(m_objects.processingOptions, m_objects.settings,
-                           m_objects.renameSettings, m_form, m_objects.editorState);
+    RunValues values = reviewRunValues(m_objects.processingOptions, m_objects.settings,
+                                       m_objects.renameSettings, m_form, m_objects.editorState);
+    // The review shows each photo's texts with their placeholders filled in, as the run will.
+    PhotoTemplates::addTo(values,
+                          PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()));
+    return values;
+}
+
+bool HomeSession::copyMetadata() {
+    const auto& images = m_objects.workingSet.workingImages();
+    const int shown = m_objects.editorState.currentImageIndex;
+    if (shown < 0 || shown >= images.size())
+        return false;
+    m_clipboard.copy(images[shown]);
+    return true;
+}
+
+void HomeSession::pasteMetadata(const std::function<bool(Field)>& ticked) {
+    m_clipboard.paste(m_form, ticked);
 }
 
 void HomeSession::resetAll() {

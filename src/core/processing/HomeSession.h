@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batch/BatchController.h"
+#include "editor/MetadataClipboard.h"
 #include "editor/MetadataForm.h"
 #include "geo/SharedLocation.h"
 #include "processing/RunSummary.h"
@@ -8,6 +9,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <optional>
 
 namespace tagmoor {
@@ -73,6 +75,15 @@ public:
     // The picker closed: the form's GPS fields take the shared position as edits.
     void takePickedLocation();
 
+    // Copy Metadata: the values of the photo on display go to the clipboard, replacing what it
+    // held; false (and the clipboard as it was) when no photo is on display.
+    bool copyMetadata();
+    // What Paste Metadata... offers to tick.
+    const MetadataClipboard& clipboard() const { return m_clipboard; }
+    // Paste Metadata...: the values of the ticked fields go into the form as edits of the
+    // marked photos.
+    void pasteMetadata(const std::function<bool(Field)>& ticked);
+
     // What the next run is set to do, item by item.
     QList<RunSummaryItem> summary() const;
     // The edited position (both coordinates typed or picked), signed.
@@ -98,6 +109,8 @@ private:
     StartProcessChain m_chain;
     BatchController m_batch;
     SharedLocation m_location;
+    // Outlives the list, so that values copied from one list can go into the next.
+    MetadataClipboard m_clipboard;
     // The saved preset last put into the form.
     QString m_presetName;
 };

@@ -3,6 +3,7 @@
 #include "batch/PhotoPipeline.h"
 #include "editor/EditorState.h"
 #include "editor/MetadataForm.h"
+#include "exchange/PhotoTemplates.h"
 #include "foundation/Settings.h"
 #include "model/FormFieldTable.h"
 #include "model/Keywords.h"
@@ -360,6 +361,8 @@ void StartProcessChain::finalProcess() {
     m_values.fieldEditedFlags = m_objects.editorState.fieldEditedFlags;
     m_values.editorDates = m_objects.editorState.editorDates().rules();
     m_values.carryShifts = m_objects.editorState.carryShifts;
+    PhotoTemplates::addTo(m_values,
+                          PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()));
     later(100, &StartProcessChain::executeFinalProcess);
 }
 

@@ -1,6 +1,7 @@
 #include "processing/HomeSession.h"
 #include "TestSupport.h"
 #include "batch/AskedKeys.h"
+#include "batch/PhotoPipeline.h"
 #include "editor/EditorState.h"
 #include "foundation/AppEvents.h"
 #include "foundation/ScriptedPrompt.h"
@@ -187,6 +188,38 @@ TEST(HomeSession, TheSummaryNamesEachThingSetAndEachItemClearsOnItsOwn) {
     EXPECT_EQ(askedKeys(values), std::optional<QSet<QString>>({"Exif.Image.Artist"}));
     values.processingMode = ProcessingMode::clearUnedited;
     EXPECT_EQ(askedKeys(values), std::nullopt);
+}
+
+// In the standard form the review's values fill in a text's placeholders for each marked photo,
+// as the run will; the counter counts the marked photos only.
+TEST(HomeSession, ReviewFillsInPlaceholdersPerMarkedPhoto) {
+    const ValueFormScope scope(ValueForm::standard);
+    SessionFixture f;
+    f.set.setSelected(0, false);
+    f.session.form().updateMetadataInfo(1, false, {1});
+    f.session.form().editText(Field::Artist, QStringLiteral("{counter} {filename}"));
+    const PhotoPipeline pipeline(f.session.reviewValues());
+    const KeyRow& artist = formField(Field::Artist).keyRow();
+    EXPECT_EQ(pipeline.fieldEditsFor(f.set.workingImages()[1]).values.at(artist).text(),
+              "1 et-GPS.jpg");
+}
+
+// Copy from the photo on display, paste onto the marked ones: the ticked values become edits,
+// and the summary names them.
+TEST(HomeSession, CopiesThePhotoOnDisplayAndPastesTheTickedValues) {
+    SessionFixture f;
+    f.session.form().updateMetadataInfo(1, false, {1});
+    ASSERT_TRUE(f.session.copyMetadata());
+    EXPECT_FALSE(f.session.clipboard().isEmpty());
+
+    f.session.form().updateMetadataInfo(0, false, {0});
+    QSignalSpy summary(&f.session, &HomeSession::summaryChanged);
+    f.session.pasteMetadata([](Field field) { return field == Field::Artist; });
+    EXPECT_EQ(f.session.form().text(Field::Artist), "Ian Britton");
+    EXPECT_TRUE(f.session.form().isEdited(Field::Artist));
+    EXPECT_FALSE(f.session.form().isEdited(Field::Copyright));
+    EXPECT_FALSE(summary.isEmpty());
+    EXPECT_FALSE(f.session.summary().isEmpty());
 }
 
 } // namespace
