@@ -247,7 +247,7 @@ int runApply(const QStringList& args) {
         return 2;
     const RunValues& values = options->values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
-        !values.fieldEditedFlags.hasEdits())
+        !values.fieldEditedFlags.hasEdits() && !values.extras.writesTags())
         err << "No Changes in Metadata found: the photos are only copied or rewritten\n";
 
     const PhotoPipeline pipeline(values);

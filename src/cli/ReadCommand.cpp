@@ -1,6 +1,8 @@
 // tagmoor-cli read: each photo's record as one JSON object per line.
 #include "Commands.h"
+#include "ExtraJson.h"
 
+#include "metadata/ExtraTags.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
 #include "workingset/OrderedRecordReader.h"
@@ -32,6 +34,10 @@ const char* kReadUsage =
     "Loads each photo as the application does and prints one JSON object per line:\n"
     "  {\"path\": ..., \"tiffProperties.artist\": {\"value\": ..., \"kind\": \"text\"}, ...}\n"
     "with every present field under its record name. Dates are ISO 8601 with their offset.\n"
+    "The values beyond the form's fields stand under \"extras\" when there are any:\n"
+    "  \"keywords\", \"keywordPaths\", \"rating\", \"label\", \"persons\", \"altText\",\n"
+    "  \"extDescription\", \"event\", \"usageTerms\", \"creditLine\", \"instructions\",\n"
+    "  \"creatorEmail\", \"creatorPhone\", \"creatorUrl\", \"creatorCity\", \"creatorCountry\".\n"
     "A path that gives no record prints {\"path\": ..., \"error\": ...}.\n"
     "  --form F      standard (the default): numbers, GPS positions and keyword lists as\n"
     "                the file holds them; described: the classic reading rules\n"
@@ -188,8 +194,10 @@ void appendJson(std::string& out, const PropertyValue& v) {
 }
 
 // One record as one line of JSON, appended straight as UTF-8 bytes to the output gathered so
-// far: with many small photos the printing costs as much as a good part of the reading.
-void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record) {
+// far: with many small photos the printing costs as much as a good part of the reading. The
+// values beyond the form's fields follow under "extras" when the photo has any.
+void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record,
+                      const QJsonObject& extras) {
     line += "{\"path\": ";
     appendQuoted(line, path);
     forEachPresentValue(
@@ -206,6 +214,10 @@ void appendRecordLine(std::string& line, const QString& path, const CGImagePrope
             line += PropertyValue::kindName(value.kind());
             line += "\"}";
         });
+    if (!extras.isEmpty()) {
+        line += ", \"extras\": ";
+        line += QJsonDocument(extras).toJson(QJsonDocument::Compact).toStdString();
+    }
     line += "}\n";
 }
 
@@ -284,22 +296,25 @@ int runRead(const QStringList& args) {
     };
     int missing = 0;
     qsizetype next = 0;
-    OrderedRecordReader reader(&loadImageProperties, threads,
-                               [&](const QString&, std::optional<CGImageProperties>&& record) {
-                                   const QString& path = paths[next++];
-                                   if (record) {
-                                       appendRecordLine(pending, path, *record);
-                                   } else {
-                                       ++missing;
-                                       pending += "{\"path\": ";
-                                       appendQuoted(pending, path);
-                                       pending += ", \"error\": ";
-                                       appendQuoted(pending, whyNoRecord(path));
-                                       pending += "}\n";
-                                   }
-                                   if (qsizetype(pending.size()) >= kWriteSize)
-                                       flush();
-                               });
+    OrderedRecordReader reader(
+        &loadImageProperties, threads,
+        [&](const QString& absolute, std::optional<CGImageProperties>&& record) {
+            const QString& path = paths[next++];
+            if (record) {
+                const auto extras = readExtraValuesOf(absolute);
+                appendRecordLine(pending, path, *record,
+                                 extras ? extraValuesJson(*extras) : QJsonObject());
+            } else {
+                ++missing;
+                pending += "{\"path\": ";
+                appendQuoted(pending, path);
+                pending += ", \"error\": ";
+                appendQuoted(pending, whyNoRecord(path));
+                pending += "}\n";
+            }
+            if (qsizetype(pending.size()) >= kWriteSize)
+                flush();
+        });
     for (const QString& path : paths)
         reader.read(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
     reader.finish();

@@ -2,6 +2,7 @@
 
 #include "batch/FieldEditedFlags.h"
 #include "dates/OriginalFinalDate.h"
+#include "extras/ExtraEdits.h"
 #include "metadata/CleanOptions.h"
 #include "metadata/WriteOptions.h"
 #include "model/CGImageProperties.h"
@@ -36,6 +37,9 @@ struct RunValues {
     WriteOptions writeOptions;
     // Date and time shifts carry into days, months and years instead of wrapping.
     bool carryShifts = false;
+    // What the run writes beyond the form's fields: keywords added and removed, rating,
+    // label, the IPTC Core and Extension texts, and whether copies follow their field.
+    ExtraEdits extras;
 };
 
 } // namespace tagmoor
