@@ -171,7 +171,17 @@ void writeKeywords(Exiv2::Image& image, const ExtraEdits& edits, Touched& touche
     if (edits.addKeywords.isEmpty() && edits.removeKeywords.isEmpty())
         return;
     const KeywordLists before = readExtraValues(image).keywords;
-    const KeywordLists after = withKeywordEdits(before, edits.addKeywords, edits.removeKeywords);
+    // The two flat lists are one list of the photo's keywords (as the standard form reads
+    // them): an edit leaves both holding the same items.
+    QStringList flat = before.iptc;
+    for (const QString& keyword : before.subject)
+        if (!flat.contains(keyword))
+            flat << keyword;
+    const KeywordLists after = withKeywordEdits({flat, flat, before.hierarchical, before.tagsList},
+                                                edits.addKeywords, edits.removeKeywords);
+    if (after.iptc == flat && after.hierarchical == before.hierarchical &&
+        after.tagsList == before.tagsList)
+        return;
     Exiv2::XmpData& xmp = image.xmpData();
     if (after.iptc != before.iptc) {
         setIptcList(image.iptcData(), kIptcKeywords, after.iptc);
