@@ -331,9 +331,6 @@ bool checkOptions(ParseState& s, QString* error) {
     RunValues& values = s.o.values;
     // A reference given with its coordinate signs it, as the form's popup does.
     FormSnapshot::signCoordinates(values.editedProperties);
-    // Copies follow their field in the standard form unless told otherwise.
-    if (!values.extras.syncCopies)
-        values.extras.syncCopies = values.writeOptions.standardForm;
     if (s.preset) {
         if (!applyStoredPreset(values, *s.preset, error))
             return false;

@@ -91,9 +91,10 @@ QString extraOptionsHelp() {
         "  --creator-email T  --creator-phone T  --creator-url T  --creator-city T\n"
         "  --creator-country T  the creator's contact info\n"
         "                       An empty T removes the tag.\n"
-        "  --sync-copies on|off an edited caption, creator, copyright or location field\n"
-        "                       writes all its copies (Exif, XMP, IPTC); on by default in\n"
-        "                       the standard form, off in the described form\n"
+        "  --sync-copies on|off on: an edited caption, creator, copyright or location\n"
+        "                       field writes all its copies (Exif, XMP, IPTC; an IPTC copy\n"
+        "                       cut to what its dataset holds); off (the default): only the\n"
+        "                       tag of the field given\n"
         "\n");
 }
 

@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "ExtraJson.h"
 
+#include "extras/CopiesInStep.h"
 #include "metadata/ExtraTags.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
@@ -29,7 +30,8 @@ namespace tagmoor::cli {
 namespace {
 
 const char* kReadUsage =
-    "usage: tagmoor-cli read [--form standard|described] [--threads N] [--] PATH...\n"
+    "usage: tagmoor-cli read [--form standard|described] [--threads N] [--sync-copies on|off]\n"
+    "                        [--] PATH...\n"
     "\n"
     "Loads each photo as the application does and prints one JSON object per line:\n"
     "  {\"path\": ..., \"tiffProperties.artist\": {\"value\": ..., \"kind\": \"text\"}, ...}\n"
@@ -41,6 +43,10 @@ const char* kReadUsage =
     "A path that gives no record prints {\"path\": ..., \"error\": ...}.\n"
     "  --form F      standard (the default): numbers, GPS positions and keyword lists as\n"
     "                the file holds them; described: the classic reading rules\n"
+    "  --sync-copies on|off\n"
+    "                on (standard form): the caption, creator, copyright and location\n"
+    "                fields show the copy a reader prefers (Exif, then XMP, then IPTC);\n"
+    "                off (the default): each tag as it stands\n"
     "  --threads N   read on N threads, as the window's scan does (default 1); the output\n"
     "                is the same for any N, in the order of the paths\n"
     "\n"
@@ -254,6 +260,16 @@ std::optional<int> takeReadArguments(const QStringList& args, QStringList& paths
                                     << kReadUsage;
                 return 2;
             }
+            continue;
+        }
+        if (!optionsDone && arg == QLatin1String("--sync-copies")) {
+            const QString value = i + 1 < args.size() ? args[++i] : QString();
+            if (value != QLatin1String("on") && value != QLatin1String("off")) {
+                QTextStream(stderr) << "tagmoor-cli read: --sync-copies takes on or off\n"
+                                    << kReadUsage;
+                return 2;
+            }
+            setCopiesInStep(value == QLatin1String("on"));
             continue;
         }
         if (!optionsDone && arg.startsWith(QLatin1Char('-')) && arg.size() > 1) {

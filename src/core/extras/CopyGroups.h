@@ -18,7 +18,12 @@ enum class CopyForm {
 struct CopyKey {
     const char* key = nullptr;
     CopyForm form = CopyForm::Text;
+    // The most bytes an IPTC dataset holds (IIM 4.2); 0 for the other blocks.
+    int maxBytes = 0;
 };
+
+// The text cut to at most `maxBytes` bytes of UTF-8, never inside a character; 0 leaves it.
+QString fittedToBytes(const QString& text, int maxBytes);
 
 // A value that several tags hold, one copy each, as the Metadata Working Group's guidelines
 // keep them in step: Exif, XMP and IPTC for the caption, the creator and the rights, XMP and
@@ -55,7 +60,8 @@ struct EditedCopy {
     QString text;
 };
 
-// The writes that bring the other copies of each edited group in step with its edit. When
+// The writes that bring the other copies of each edited group in step with its edit, an IPTC
+// copy cut to what its dataset holds (the other copies keep the whole text). When
 // more than one copy of a group was edited, the first in the group's order gives the value,
 // and the others edited are left as they were edited.
 std::vector<CopyWrite> copyWritesFor(const std::vector<EditedCopy>& edited);

@@ -1,5 +1,6 @@
 #include "extras/ExtraEdits.h"
 
+#include "extras/CopiesInStep.h"
 #include "extras/KeywordLists.h"
 #include "model/Keywords.h"
 
@@ -10,6 +11,10 @@ namespace tagmoor {
 bool ExtraEdits::writesTags() const {
     return !addKeywords.isEmpty() || !removeKeywords.isEmpty() || rating || label || persons ||
            std::any_of(texts.begin(), texts.end(), [](const auto& t) { return t.has_value(); });
+}
+
+bool ExtraEdits::syncsCopies() const {
+    return syncCopies.value_or(copiesInStep());
 }
 
 int ratingPercent(int stars) {

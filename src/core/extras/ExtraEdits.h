@@ -87,12 +87,11 @@ struct ExtraEdits {
     PerExtraText<std::optional<QString>> texts;
     // The people shown; an empty list removes the tag.
     std::optional<QStringList> persons;
-    // Whether an edit of a caption, creator, rights or location field writes all its copies.
-    // A run made in code writes only what was typed unless this is set; the command line sets
-    // it from the form when not told (on in the standard form, off in the described one).
+    // Whether an edit of a caption, creator, rights or location field writes all its copies;
+    // unset, the process's switch decides (copiesInStep(), off unless set).
     std::optional<bool> syncCopies;
 
-    bool syncsCopies() const { return syncCopies.value_or(false); }
+    bool syncsCopies() const;
     // Whether anything beyond the form's fields is to be written.
     bool writesTags() const;
 

@@ -1,5 +1,6 @@
 #include "metadata/MetadataBlockReader.h"
 
+#include "extras/CopiesInStep.h"
 #include "foundation/ValueForm.h"
 #include "metadata/Exiv2Guard.h"
 #include "metadata/ExtraTags.h"
@@ -470,7 +471,8 @@ void MetadataBlockReader::readKeyListRows(const Exiv2::Image& image, MetadataFie
     // A photo's keywords are a list: every IPTC dataset and every item of the XMP subject,
     // where the described rule keeps the last dataset alone.
     if (isStandardForm()) {
-        preferCopies(image, set);
+        if (copiesInStep())
+            preferCopies(image, set);
         const QStringList keywords = keywordList(image);
         PropertyValue& row = set.iptc[iptcrow::Keywords];
         if (keywords.isEmpty())

@@ -133,6 +133,15 @@ TEST(CopyGroupsTest, AnEditFillsTheOtherCopiesOfItsGroupOnly) {
     ASSERT_EQ(both.size(), 1u);
     EXPECT_STREQ(both[0].copy.key, "Xmp.dc.creator");
     EXPECT_EQ(both[0].text, QStringLiteral("Exif name"));
+
+    // An IPTC copy holds what its dataset can, cut between characters; the others all of it.
+    const QString name = QString(30, QLatin1Char('x')) + QStringLiteral("éé");
+    const std::vector<CopyWrite> fitted =
+        copyWritesFor({{QStringLiteral("Exif.Image.Artist"), name}});
+    ASSERT_EQ(fitted.size(), 2u);
+    EXPECT_EQ(fitted[0].text, name);
+    EXPECT_EQ(fitted[1].text, QString(30, QLatin1Char('x')) + QStringLiteral("é"));
+    EXPECT_EQ(fittedToBytes(QStringLiteral("ab😀"), 5), QStringLiteral("ab"));
 }
 
 } // namespace
