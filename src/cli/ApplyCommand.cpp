@@ -269,7 +269,8 @@ int runParsedApply(ApplyOptions options, const QString& command, bool templatesP
         return 2;
     RunValues& values = options.values;
     if (values.processingMode == ProcessingMode::keepUnedited &&
-        !values.fieldEditedFlags.hasEdits() && values.photoValues.empty())
+        !values.fieldEditedFlags.hasEdits() && values.photoValues.empty() &&
+        !values.extras.writesTags())
         err << "No Changes in Metadata found: the photos are only copied or rewritten\n";
     addTemplates(values, gathered.photos, templatesPerPhoto);
 

@@ -1,6 +1,7 @@
 #include "ApplyOptions.h"
 
 #include "DateRuleArgument.h"
+#include "ExtraArguments.h"
 #include "PresetsCommand.h"
 #include "RenameArgument.h"
 #include "WritingOptions.h"
@@ -165,7 +166,7 @@ QString runningHelp() {
 } // namespace
 
 QString ApplyOptions::helpText() {
-    return usageHelp() + doneHelp() + writingHelp() + runningHelp();
+    return usageHelp() + doneHelp() + extraOptionsHelp() + writingHelp() + runningHelp();
 }
 
 namespace {
@@ -187,7 +188,8 @@ bool takesValue(const QString& arg) {
     return arg == QLatin1String("--set") || arg == QLatin1String("--date") ||
            arg == QLatin1String("--mode") || arg == QLatin1String("--strip") ||
            arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
-           arg == QLatin1String("--preset") || arg == QLatin1String("--threads");
+           arg == QLatin1String("--preset") || arg == QLatin1String("--threads") ||
+           isExtraOption(arg);
 }
 
 bool applySet(RunValues& values, const QString& v, QString* error) {
@@ -264,6 +266,8 @@ bool applyValueOption(ParseState& s, const QString& arg, const QString& v, QStri
         s.preset = v;
         return true;
     }
+    if (isExtraOption(arg))
+        return applyExtraOption(values.extras, arg, v, error);
     // --threads
     bool ok = false;
     s.o.threads = v.toInt(&ok);
@@ -352,6 +356,9 @@ bool checkOptions(ParseState& s, QString* error) {
     if (removing && values.fieldEditedFlags.hasEdits())
         return failed(error,
                       QStringLiteral("--mode remove writes no field: leave out --set and --date"));
+    if (removing && values.extras.writesTags())
+        return failed(error, QStringLiteral("--mode remove writes no field: leave out the "
+                                            "keyword, rating, label and text options"));
     if (s.o.inputs.isEmpty())
         return failed(error, QStringLiteral("no photos or folders given"));
     return true;

@@ -1,6 +1,9 @@
 // tagmoor-cli read: each photo's record as one JSON object per line.
 #include "Commands.h"
+#include "ExtraJson.h"
 
+#include "extras/CopiesInStep.h"
+#include "metadata/ExtraTags.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
 #include "workingset/OrderedRecordReader.h"
@@ -27,14 +30,23 @@ namespace tagmoor::cli {
 namespace {
 
 const char* kReadUsage =
-    "usage: tagmoor-cli read [--form standard|described] [--threads N] [--] PATH...\n"
+    "usage: tagmoor-cli read [--form standard|described] [--threads N] [--sync-copies on|off]\n"
+    "                        [--] PATH...\n"
     "\n"
     "Loads each photo as the application does and prints one JSON object per line:\n"
     "  {\"path\": ..., \"tiffProperties.artist\": {\"value\": ..., \"kind\": \"text\"}, ...}\n"
     "with every present field under its record name. Dates are ISO 8601 with their offset.\n"
+    "The values beyond the form's fields stand under \"extras\" when there are any:\n"
+    "  \"keywords\", \"keywordPaths\", \"rating\", \"label\", \"persons\", \"altText\",\n"
+    "  \"extDescription\", \"event\", \"usageTerms\", \"creditLine\", \"instructions\",\n"
+    "  \"creatorEmail\", \"creatorPhone\", \"creatorUrl\", \"creatorCity\", \"creatorCountry\".\n"
     "A path that gives no record prints {\"path\": ..., \"error\": ...}.\n"
     "  --form F      standard (the default): numbers, GPS positions and keyword lists as\n"
     "                the file holds them; described: the classic reading rules\n"
+    "  --sync-copies on|off\n"
+    "                on (standard form): the caption, creator, copyright and location\n"
+    "                fields show the copy a reader prefers (Exif, then XMP, then IPTC);\n"
+    "                off (the default): each tag as it stands\n"
     "  --threads N   read on N threads, as the window's scan does (default 1); the output\n"
     "                is the same for any N, in the order of the paths\n"
     "\n"
@@ -188,8 +200,10 @@ void appendJson(std::string& out, const PropertyValue& v) {
 }
 
 // One record as one line of JSON, appended straight as UTF-8 bytes to the output gathered so
-// far: with many small photos the printing costs as much as a good part of the reading.
-void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record) {
+// far: with many small photos the printing costs as much as a good part of the reading. The
+// values beyond the form's fields follow under "extras" when the photo has any.
+void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record,
+                      const QJsonObject& extras) {
     line += "{\"path\": ";
     appendQuoted(line, path);
     forEachPresentValue(
@@ -206,6 +220,10 @@ void appendRecordLine(std::string& line, const QString& path, const CGImagePrope
             line += PropertyValue::kindName(value.kind());
             line += "\"}";
         });
+    if (!extras.isEmpty()) {
+        line += ", \"extras\": ";
+        line += QJsonDocument(extras).toJson(QJsonDocument::Compact).toStdString();
+    }
     line += "}\n";
 }
 
@@ -242,6 +260,16 @@ std::optional<int> takeReadArguments(const QStringList& args, QStringList& paths
                                     << kReadUsage;
                 return 2;
             }
+            continue;
+        }
+        if (!optionsDone && arg == QLatin1String("--sync-copies")) {
+            const QString value = i + 1 < args.size() ? args[++i] : QString();
+            if (value != QLatin1String("on") && value != QLatin1String("off")) {
+                QTextStream(stderr) << "tagmoor-cli read: --sync-copies takes on or off\n"
+                                    << kReadUsage;
+                return 2;
+            }
+            setCopiesInStep(value == QLatin1String("on"));
             continue;
         }
         if (!optionsDone && arg.startsWith(QLatin1Char('-')) && arg.size() > 1) {
@@ -284,22 +312,25 @@ int runRead(const QStringList& args) {
     };
     int missing = 0;
     qsizetype next = 0;
-    OrderedRecordReader reader(&loadImageProperties, threads,
-                               [&](const QString&, std::optional<CGImageProperties>&& record) {
-                                   const QString& path = paths[next++];
-                                   if (record) {
-                                       appendRecordLine(pending, path, *record);
-                                   } else {
-                                       ++missing;
-                                       pending += "{\"path\": ";
-                                       appendQuoted(pending, path);
-                                       pending += ", \"error\": ";
-                                       appendQuoted(pending, whyNoRecord(path));
-                                       pending += "}\n";
-                                   }
-                                   if (qsizetype(pending.size()) >= kWriteSize)
-                                       flush();
-                               });
+    OrderedRecordReader reader(
+        &loadImageProperties, threads,
+        [&](const QString& absolute, std::optional<CGImageProperties>&& record) {
+            const QString& path = paths[next++];
+            if (record) {
+                const auto extras = readExtraValuesOf(absolute);
+                appendRecordLine(pending, path, *record,
+                                 extras ? extraValuesJson(*extras) : QJsonObject());
+            } else {
+                ++missing;
+                pending += "{\"path\": ";
+                appendQuoted(pending, path);
+                pending += ", \"error\": ";
+                appendQuoted(pending, whyNoRecord(path));
+                pending += "}\n";
+            }
+            if (qsizetype(pending.size()) >= kWriteSize)
+                flush();
+        });
     for (const QString& path : paths)
         reader.read(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
     reader.finish();

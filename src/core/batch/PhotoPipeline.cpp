@@ -2,6 +2,7 @@
 
 #include "batch/BatchLog.h"
 #include "batch/BatchSummary.h"
+#include "batch/ExtraRunEdits.h"
 #include "batch/FileCopier.h"
 #include "dates/DateTexts.h"
 #include "dates/OriginalDate.h"
@@ -290,6 +291,7 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
         return {bridge.cleanMetadata(path, m_values.clean), std::nullopt};
     }
     const FieldEdits edits = fieldEditsFor(record, path);
+    bridge.setExtraWrite(extraWriteOf(m_values, edits));
     // The values in the file are merged in from the very bytes that the writer edits.
     return {bridge.writeMergedFields(path, edits.values, edits.erased),
             edits.values.at(formField(Field::ModifyDate).keyRow()).text()};

@@ -3,6 +3,7 @@
 #include "batch/FieldEditedFlags.h"
 #include "batch/PhotoValues.h"
 #include "dates/OriginalFinalDate.h"
+#include "extras/ExtraEdits.h"
 #include "metadata/CleanOptions.h"
 #include "metadata/WriteOptions.h"
 #include "model/CGImageProperties.h"
@@ -42,6 +43,9 @@ struct RunValues {
     // What some photos get instead of the values above, applied in order (none: every photo
     // gets the same).
     std::vector<std::shared_ptr<const PhotoValues>> photoValues;
+    // What the run writes beyond the form's fields: keywords added and removed, rating,
+    // label, the IPTC Core and Extension texts, and whether copies follow their field.
+    ExtraEdits extras;
 };
 
 } // namespace tagmoor

@@ -1,7 +1,9 @@
 #include "metadata/MetadataBlockReader.h"
 
+#include "extras/CopiesInStep.h"
 #include "foundation/ValueForm.h"
 #include "metadata/Exiv2Guard.h"
+#include "metadata/ExtraTags.h"
 #include "metadata/ImageKind.h"
 #include "metadata/JpegHead.h"
 #include "metadata/MetadataLibrary.h"
@@ -469,6 +471,8 @@ void MetadataBlockReader::readKeyListRows(const Exiv2::Image& image, MetadataFie
     // A photo's keywords are a list: every IPTC dataset and every item of the XMP subject,
     // where the described rule keeps the last dataset alone.
     if (isStandardForm()) {
+        if (copiesInStep())
+            preferCopies(image, set);
         const QStringList keywords = keywordList(image);
         PropertyValue& row = set.iptc[iptcrow::Keywords];
         if (keywords.isEmpty())
@@ -509,6 +513,12 @@ MetadataBlockReader::Outcome MetadataBlockReader::read(const QString& path, cons
         readBlock(image.iptcData(), KeyBlock::Iptc, sink);
         readBlock(image.xmpData(), KeyBlock::Xmp, sink);
     });
+}
+
+MetadataBlockReader::Outcome
+MetadataBlockReader::readParsed(const QString& path,
+                                const std::function<void(const Exiv2::Image&)>& visit) {
+    return withParsedImage(path, Options{}, [&](Exiv2::Image& image) { visit(image); });
 }
 
 QVariantMap MetadataBlockReader::readJsonShaped(const QString& path) {

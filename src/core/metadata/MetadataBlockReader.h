@@ -58,6 +58,10 @@ public:
     // The same rows of an image that is open and read already. Throws what Exiv2 throws.
     static void readKeyListRows(const Exiv2::Image& image, MetadataFieldSet& set);
 
+    // Lets `visit` look at the parsed image of the file (read as read() reads it).
+    static Outcome readParsed(const QString& path,
+                              const std::function<void(const Exiv2::Image&)>& visit);
+
     // The photo's keywords: the IPTC Keywords datasets, then the items of the XMP subject
     // (dc:subject) that are not among them yet, in file order; empty ones left out.
     static QStringList keywordList(const Exiv2::Image& image);

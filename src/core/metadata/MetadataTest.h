@@ -1,6 +1,7 @@
 #pragma once
 
 #include "metadata/CleanOptions.h"
+#include "metadata/ExtraTags.h"
 #include "metadata/WriteOptions.h"
 #include "metadata/WriteResult.h"
 #include "metadata/WrittenProperties.h"
@@ -38,6 +39,10 @@ public:
     void setWriteOptions(const WriteOptions& options) { m_writeOptions = options; }
     const WriteOptions& writeOptions() const { return m_writeOptions; }
 
+    // What writes lay into the file beyond the key-list rows (see ExtraWrite); none by default.
+    void setExtraWrite(ExtraWrite write) { m_extraWrite = std::move(write); }
+    const ExtraWrite& extraWrite() const { return m_extraWrite; }
+
     // Every tag of the file in three dictionaries: values are QString, float (QMetaType::Float)
     // or, for GPS latitude and longitude, double. Nothing when Exiv2 failed; an empty map
     // when the path can't be encoded for the file system.
@@ -71,6 +76,7 @@ public:
 private:
     bool m_flushesToDisk = true;
     WriteOptions m_writeOptions;
+    ExtraWrite m_extraWrite;
 };
 
 } // namespace tagmoor

@@ -49,6 +49,7 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
                         PropertyWriter::apply(image, values, erased);
                     if (options.declareIptcCharset)
                         declareIptcCharset(image, values);
+                    applyExtraWrite(image, bridge.extraWrite(), options.declareIptcCharset);
                     auto asked = std::make_shared<KeyListSnapshot>(image);
                     return [asked](Exiv2::Image& written) {
                         const QStringList missing = asked->differencesIn(written);

@@ -273,6 +273,10 @@ void declareIptcCharset(Exiv2::Image& image, const WrittenProperties& written) {
     };
     if (std::none_of(iptcKeyRows().begin(), iptcKeyRows().end(), wide))
         return;
+    declareIptcUtf8(image);
+}
+
+void declareIptcUtf8(Exiv2::Image& image) {
     static const std::string utf8 = "\x1b%G";
     Exiv2::IptcData& iptcData = image.iptcData();
     const auto declared = iptcData.findKey(Exiv2::IptcKey("Iptc.Envelope.CharacterSet"));

@@ -37,5 +37,7 @@ void applyStandardForm(Exiv2::Image& image, const WrittenProperties& written,
 // block that declares no character set. A block that declares another set would have its
 // new text misread, so this throws an Exiv2 error saying so (the file is then not changed).
 void declareIptcCharset(Exiv2::Image& image, const WrittenProperties& written);
+// The same for a writer that has put text outside ASCII into the IPTC block itself.
+void declareIptcUtf8(Exiv2::Image& image);
 
 } // namespace tagmoor
