@@ -173,7 +173,7 @@ bool hasRawExtension(const QString& path) {
         QStringLiteral("erf"), QStringLiteral("gpr"), QStringLiteral("iiq"), QStringLiteral("kdc"),
         QStringLiteral("mdc"), QStringLiteral("mef"), QStringLiteral("raw"), QStringLiteral("rwl"),
         QStringLiteral("srw"), QStringLiteral("orf"), QStringLiteral("raf"), QStringLiteral("mrw"),
-        QStringLiteral("crw"), QStringLiteral("x3f")};
+        QStringLiteral("crw"), QStringLiteral("x3f"), QStringLiteral("cr3"), QStringLiteral("rw2")};
     return raw.contains(QFileInfo(path).suffix().toLower());
 }
 
@@ -238,6 +238,17 @@ ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) 
         break;
     case ImageKind::J2k:
         result.pixelSize = j2kSize(head);
+        break;
+    case ImageKind::Heif:
+        // The image's "ispe" property, as Exiv2's box reader finds it.
+        result.pixelSize = firstSize(qt("heif"), exiv2);
+        break;
+    case ImageKind::Cr3:
+        result.pixelSize = firstSize(libraw, exiv2);
+        break;
+    case ImageKind::Jxl:
+        // Where Qt has no JPEG XL plugin the signature alone makes it a photo of unknown size.
+        result.pixelSize = qt("jxl")();
         break;
     }
     // A file that held LibRaw's parse past its budget is damaged beyond reading, whatever
