@@ -33,6 +33,8 @@ const char* kReadUsage =
     "  {\"path\": ..., \"tiffProperties.artist\": {\"value\": ..., \"kind\": \"text\"}, ...}\n"
     "with every present field under its record name. Dates are ISO 8601 with their offset.\n"
     "A path that gives no record prints {\"path\": ..., \"error\": ...}.\n"
+    "In the standard form a photo's XMP sidecar (NAME.EXT.xmp or NAME.xmp) is read over its own\n"
+    "values, and \"sidecar\": {\"path\": ..., \"keys\": [...]} names it and the keys it gave.\n"
     "  --form F      standard (the default): numbers, GPS positions and keyword lists as\n"
     "                the file holds them; described: the classic reading rules\n"
     "  --threads N   read on N threads, as the window's scan does (default 1); the output\n"
@@ -206,6 +208,18 @@ void appendRecordLine(std::string& line, const QString& path, const CGImagePrope
             line += PropertyValue::kindName(value.kind());
             line += "\"}";
         });
+    // Where the values came from, when a sidecar gave some: its path and its keys.
+    if (!record.sidecarPath.isEmpty()) {
+        line += ", \"sidecar\": {\"path\": ";
+        appendQuoted(line, record.sidecarPath);
+        line += ", \"keys\": [";
+        for (qsizetype i = 0; i < record.sidecarKeys.size(); ++i) {
+            if (i > 0)
+                line += ", ";
+            appendQuoted(line, record.sidecarKeys[i]);
+        }
+        line += "]}";
+    }
     line += "}\n";
 }
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "foundation/ValueForm.h"
+
+namespace tagmoor {
+
+// How a sidecar is named beside its photo: "name.ext.xmp" (the name of the photo with ".xmp"
+// added) or "name.xmp" (the photo's extension replaced).
+enum class SidecarNaming { WithExtension, ReplacingExtension };
+
+// Where a run writes a photo's XMP.
+enum class SidecarWrite {
+    never,    // into the photo only; sidecars are left alone
+    fallback, // into the photo, or into its sidecar when Exiv2 cannot write the format
+    always,   // into the sidecar only; the photo keeps its bytes
+    both,     // into the photo and its sidecar
+};
+
+// What stripping the XMP group does to a photo's sidecar.
+enum class SidecarStrip {
+    keep,   // the sidecar stays as it is
+    strip,  // the sidecar is emptied of its properties
+    remove, // the sidecar is removed
+};
+
+// A run's choices about sidecars. With `write` other than never, a copy or a renamed copy
+// takes its photo's sidecar along, under the name of the new photo.
+struct SidecarOptions {
+    // The standard form writes a sidecar where the photo cannot be written; the described
+    // form leaves sidecars alone unless told.
+    SidecarWrite write = isStandardForm() ? SidecarWrite::fallback : SidecarWrite::never;
+    SidecarStrip strip = isStandardForm() ? SidecarStrip::strip : SidecarStrip::keep;
+    // The name of a new sidecar, where the photo had none to follow.
+    SidecarNaming naming = SidecarNaming::WithExtension;
+
+    bool operator==(const SidecarOptions&) const = default;
+};
+
+} // namespace tagmoor
