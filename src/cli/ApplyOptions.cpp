@@ -3,6 +3,7 @@
 #include "DateRuleArgument.h"
 #include "PresetsCommand.h"
 #include "RenameArgument.h"
+#include "SidecarArguments.h"
 #include "WritingOptions.h"
 #include "batch/FormSnapshot.h"
 #include "editor/FieldValueCheck.h"
@@ -165,7 +166,7 @@ QString runningHelp() {
 } // namespace
 
 QString ApplyOptions::helpText() {
-    return usageHelp() + doneHelp() + writingHelp() + runningHelp();
+    return usageHelp() + doneHelp() + writingHelp() + sidecarHelp() + runningHelp();
 }
 
 namespace {
@@ -187,7 +188,8 @@ bool takesValue(const QString& arg) {
     return arg == QLatin1String("--set") || arg == QLatin1String("--date") ||
            arg == QLatin1String("--mode") || arg == QLatin1String("--strip") ||
            arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
-           arg == QLatin1String("--preset") || arg == QLatin1String("--threads");
+           arg == QLatin1String("--preset") || arg == QLatin1String("--threads") ||
+           isSidecarOption(arg);
 }
 
 bool applySet(RunValues& values, const QString& v, QString* error) {
@@ -264,6 +266,8 @@ bool applyValueOption(ParseState& s, const QString& arg, const QString& v, QStri
         s.preset = v;
         return true;
     }
+    if (isSidecarOption(arg))
+        return takeSidecarOption(arg, v, values, error);
     // --threads
     bool ok = false;
     s.o.threads = v.toInt(&ok);

@@ -3,6 +3,7 @@
 #include "batch/FieldEditedFlags.h"
 #include "dates/OriginalFinalDate.h"
 #include "metadata/CleanOptions.h"
+#include "metadata/SidecarOptions.h"
 #include "metadata/WriteOptions.h"
 #include "model/CGImageProperties.h"
 #include "rename/Rename.h"
@@ -36,6 +37,8 @@ struct RunValues {
     WriteOptions writeOptions;
     // Date and time shifts carry into days, months and years instead of wrapping.
     bool carryShifts = false;
+    // Where the XMP goes beside the photo, and what stripping does to a sidecar.
+    SidecarOptions sidecar;
 };
 
 } // namespace tagmoor
