@@ -367,6 +367,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
     ParseState s;
     s.o.threads = workerThreadCount();
     s.o.values.editedProperties = FormSnapshot::empty();
+    s.o.values.sidecar = SidecarOptions::frontEndDefault();
     if (!takeArguments(s, args, error))
         return std::nullopt;
     if (s.o.help)

@@ -1,5 +1,7 @@
 #include "metadata/ImageProbe.h"
 
+#include "metadata/HeifPicture.h"
+
 #include "metadata/BoundedRawStream.h"
 #include "metadata/Exiv2Guard.h"
 #include "metadata/MetadataLibrary.h"
@@ -240,8 +242,9 @@ ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) 
         result.pixelSize = j2kSize(head);
         break;
     case ImageKind::Heif:
-        // The image's "ispe" property, as Exiv2's box reader finds it.
-        result.pixelSize = firstSize(qt("heif"), exiv2);
+        // As shown, after the crop and rotation the file asks for; else the coded size that
+        // Exiv2's box reader finds.
+        result.pixelSize = firstSize([&] { return heifSize(path); }, exiv2);
         break;
     case ImageKind::Cr3:
         result.pixelSize = firstSize(libraw, exiv2);

@@ -24,14 +24,25 @@ enum class SidecarStrip {
 };
 
 // A run's choices about sidecars. With `write` other than never, a copy or a renamed copy
-// takes its photo's sidecar along, under the name of the new photo.
+// takes its photo's sidecar along, under the name of the new photo. A run left alone writes
+// as it always did (never); the front ends start from frontEndDefault().
 struct SidecarOptions {
-    // The standard form writes a sidecar where the photo cannot be written; the described
-    // form leaves sidecars alone unless told.
-    SidecarWrite write = isStandardForm() ? SidecarWrite::fallback : SidecarWrite::never;
-    SidecarStrip strip = isStandardForm() ? SidecarStrip::strip : SidecarStrip::keep;
+    SidecarWrite write = SidecarWrite::never;
+    SidecarStrip strip = SidecarStrip::keep;
     // The name of a new sidecar, where the photo had none to follow.
     SidecarNaming naming = SidecarNaming::WithExtension;
+
+    // What the command line and the window choose unless told: in the standard form a sidecar
+    // where the photo cannot be written, stripped with the XMP group; in the described form
+    // sidecars are left alone.
+    static SidecarOptions frontEndDefault() {
+        SidecarOptions options;
+        if (isStandardForm()) {
+            options.write = SidecarWrite::fallback;
+            options.strip = SidecarStrip::strip;
+        }
+        return options;
+    }
 
     bool operator==(const SidecarOptions&) const = default;
 };

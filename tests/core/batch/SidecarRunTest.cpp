@@ -47,6 +47,7 @@ TEST_F(SidecarRun, AFormatThatCannotBeWrittenGetsASidecarAndKeepsItsBytes) {
     {
         // The described form leaves sidecars alone: the photos are reported as not written.
         RunValues described = editRun(ProcessingMode::keepUnedited);
+        described.sidecar = SidecarOptions::frontEndDefault();
         edit(described, "Artist", "Jane");
         const BatchResult result = runBatch(described, recordsOf({heic, cr3}));
         EXPECT_EQ(result.problems.size(), 2);
@@ -54,6 +55,7 @@ TEST_F(SidecarRun, AFormatThatCannotBeWrittenGetsASidecarAndKeepsItsBytes) {
     }
     ValueFormScope scope(ValueForm::standard);
     RunValues values = editRun(ProcessingMode::keepUnedited);
+    values.sidecar = SidecarOptions::frontEndDefault();
     edit(values, "Artist", "Jane");
     const BatchResult result = runBatch(values, recordsOf({heic, cr3, jpeg}));
     EXPECT_TRUE(result.problems.isEmpty()) << result.problems.value(0).reason.toStdString();

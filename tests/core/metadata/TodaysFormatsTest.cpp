@@ -7,6 +7,7 @@
 #include "metadata/PropertyLoading.h"
 #include "model/KeyTable.h"
 #include "workingset/SupportedExtensions.h"
+#include "workingset/ThumbnailLoader.h"
 
 #include <QUrl>
 
@@ -63,9 +64,28 @@ TEST(TodaysFormats, RecordsAreBuiltWithTheirTagsAndSize) {
 
     const auto heic = loadImageProperties(QUrl::fromLocalFile(modernFixture("small.heic")));
     ASSERT_TRUE(heic);
-    EXPECT_GT(heic->pixelWidth.float64().value_or(0), 0.0);
+    // The size as shown: the coded picture is larger than its crop.
+    EXPECT_EQ(heic->pixelWidth.float64(), 16.0);
     for (const char* name : {"small.avif", "small.jxl", "small-box.jxl"})
         EXPECT_TRUE(loadImageProperties(QUrl::fromLocalFile(modernFixture(name)))) << name;
+
+    // Pictures for the list: libheif decodes HEIF and AVIF, Qt's plugin WebP.
+    QTemporaryDir dir;
+    const QString webp = dir.filePath("small.webp");
+    QImage picture(40, 30, QImage::Format_RGB32);
+    picture.fill(Qt::darkGreen);
+    ASSERT_TRUE(picture.save(webp, "WEBP"));
+    for (const QString& file : {modernFixture("small.heic"), modernFixture("small.avif"), webp}) {
+        const ThumbnailResult thumbnail = ThumbnailLoader::load({file, 8});
+        EXPECT_FALSE(thumbnail.image.isNull()) << file.toStdString();
+        EXPECT_LE(std::max(thumbnail.image.width(), thumbnail.image.height()), 8);
+    }
+    // WebP is written in place, as Exiv2 writes it.
+    MetadataFieldSet edits;
+    edits.at(*findKeyRow("Exif.Image.Artist")) = PropertyValue(QStringLiteral("Web Artist"));
+    ASSERT_TRUE(MetadataTest().writeMergedFields(webp, edits, {}).written());
+    EXPECT_EQ(loadImageProperties(QUrl::fromLocalFile(webp))->tiffProperties->artist.text(),
+              QStringLiteral("Web Artist"));
 }
 
 TEST(TodaysFormats, AFormatExiv2CannotWriteKeepsItsBytes) {
