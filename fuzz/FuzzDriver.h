@@ -53,6 +53,12 @@ inline QString extensionFor(const QByteArray& bytes) {
         return QStringLiteral("x3f");
     case ImageKind::Kyocera:
         return QStringLiteral("raw");
+    case ImageKind::Heif:
+        return QStringLiteral("heic");
+    case ImageKind::Cr3:
+        return QStringLiteral("cr3");
+    case ImageKind::Jxl:
+        return QStringLiteral("jxl");
     }
     return QStringLiteral("jpg");
 }

@@ -211,9 +211,12 @@ int runBatch(const ApplyOptions& options, const PhotoPipeline& pipeline, const G
 
     if (options.json)
         writeResultJson(out, result, {problemLog, notReached}, {g.leftOut, g.notPhotos});
-    else
+    else {
         for (const QString& line : BatchSummary::of(result).lines())
             out << line << '\n';
+        for (const PhotoProblem& note : result.notes)
+            out << note.path << ": " << note.reason << '\n';
+    }
     out.flush();
     // One line for each photo that did not get what was asked, and why; then those that a
     // stop kept from being reached.

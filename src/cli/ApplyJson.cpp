@@ -141,6 +141,14 @@ void writeResultJson(QTextStream& out, const BatchResult& result, const Unchange
                        {QStringLiteral("problems"), QJsonArray()},
                        {QStringLiteral("notReached"), QJsonArray()}};
     addAside(object, aside);
+    // Photos whose edit went into their sidecar, only when there are any.
+    if (!result.notes.isEmpty()) {
+        QJsonArray notes;
+        for (const PhotoProblem& note : result.notes)
+            notes.append(QJsonObject{{QStringLiteral("path"), note.path},
+                                     {QStringLiteral("note"), note.reason}});
+        object.insert(QStringLiteral("notes"), notes);
+    }
     const QByteArray whole = line(object);
     // The two lists are written into the line where their empty arrays stand, in the order
     // in which the line holds them.

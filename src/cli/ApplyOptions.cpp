@@ -4,6 +4,7 @@
 #include "ExtraArguments.h"
 #include "PresetsCommand.h"
 #include "RenameArgument.h"
+#include "SidecarArguments.h"
 #include "WritingOptions.h"
 #include "batch/FormSnapshot.h"
 #include "editor/FieldValueCheck.h"
@@ -166,7 +167,8 @@ QString runningHelp() {
 } // namespace
 
 QString ApplyOptions::helpText() {
-    return usageHelp() + doneHelp() + extraOptionsHelp() + writingHelp() + runningHelp();
+    return usageHelp() + doneHelp() + extraOptionsHelp() + writingHelp() + sidecarHelp() +
+           runningHelp();
 }
 
 namespace {
@@ -189,7 +191,7 @@ bool takesValue(const QString& arg) {
            arg == QLatin1String("--mode") || arg == QLatin1String("--strip") ||
            arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
            arg == QLatin1String("--preset") || arg == QLatin1String("--threads") ||
-           isExtraOption(arg);
+           isExtraOption(arg) || isSidecarOption(arg);
 }
 
 bool applySet(RunValues& values, const QString& v, QString* error) {
@@ -268,6 +270,8 @@ bool applyValueOption(ParseState& s, const QString& arg, const QString& v, QStri
     }
     if (isExtraOption(arg))
         return applyExtraOption(values.extras, arg, v, error);
+    if (isSidecarOption(arg))
+        return takeSidecarOption(arg, v, values, error);
     // --threads
     bool ok = false;
     s.o.threads = v.toInt(&ok);
@@ -370,6 +374,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
     ParseState s;
     s.o.threads = workerThreadCount();
     s.o.values.editedProperties = FormSnapshot::empty();
+    s.o.values.sidecar = SidecarOptions::frontEndDefault();
     if (!takeArguments(s, args, error))
         return std::nullopt;
     if (s.o.help)

@@ -41,6 +41,8 @@ const char* kReadUsage =
     "  \"extDescription\", \"event\", \"usageTerms\", \"creditLine\", \"instructions\",\n"
     "  \"creatorEmail\", \"creatorPhone\", \"creatorUrl\", \"creatorCity\", \"creatorCountry\".\n"
     "A path that gives no record prints {\"path\": ..., \"error\": ...}.\n"
+    "In the standard form a photo's XMP sidecar (NAME.EXT.xmp or NAME.xmp) is read over its own\n"
+    "values, and \"sidecar\": {\"path\": ..., \"keys\": [...]} names it and the keys it gave.\n"
     "  --form F      standard (the default): numbers, GPS positions and keyword lists as\n"
     "                the file holds them; described: the classic reading rules\n"
     "  --sync-copies on|off\n"
@@ -223,6 +225,18 @@ void appendRecordLine(std::string& line, const QString& path, const CGImagePrope
     if (!extras.isEmpty()) {
         line += ", \"extras\": ";
         line += QJsonDocument(extras).toJson(QJsonDocument::Compact).toStdString();
+    }
+    // Where the values came from, when a sidecar gave some: its path and its keys.
+    if (!record.sidecarPath.isEmpty()) {
+        line += ", \"sidecar\": {\"path\": ";
+        appendQuoted(line, record.sidecarPath);
+        line += ", \"keys\": [";
+        for (qsizetype i = 0; i < record.sidecarKeys.size(); ++i) {
+            if (i > 0)
+                line += ", ";
+            appendQuoted(line, record.sidecarKeys[i]);
+        }
+        line += "]}";
     }
     line += "}\n";
 }

@@ -144,6 +144,9 @@ struct BatchDriver::RunState {
     ProblemBook problems;
     std::atomic<int> written{0};
     std::atomic<int> withoutEdit{0};
+    // The photos' notes by list position.
+    std::mutex notesMutex;
+    std::map<int, PhotoProblem> notes;
     QThreadPool pool;
 };
 
@@ -164,6 +167,8 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
     result.processedWithoutEdit = state.withoutEdit.load();
     state.problems.handOver(photos.count());
     state.problems.moveRestInto(result.problems);
+    for (auto& [index, note] : state.notes)
+        result.notes.append(std::move(note));
     tellNotReached(photos, reached, result);
     return result;
 }
@@ -225,6 +230,10 @@ void BatchDriver::processPhoto(RunState& state, int index, const PhotoPlan& plan
     if (!outcome.problem.isEmpty())
         state.problems.report(index, plan.hasUrl ? plan.sourcePath : state.photos.pathOf(index),
                               outcome.problem);
+    if (!outcome.note.isEmpty()) {
+        const std::lock_guard lock(state.notesMutex);
+        state.notes.emplace(index, PhotoProblem{plan.sourcePath, outcome.note});
+    }
     if (m_observer)
         m_observer->photoDone(plan, outcome.outcome);
 }

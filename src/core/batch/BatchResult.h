@@ -39,6 +39,9 @@ struct BatchResult {
     // not be set): they count in `totalProcessedPhotos` but are not saved. Counted in the
     // standard form only: the described form calls every processed photo saved.
     int processedWithoutEdit = 0;
+    // Photos whose edit went elsewhere than into the photo, in list order, with where it went
+    // ("written to sidecar"); they carry the edit and count as saved.
+    QList<PhotoProblem> notes = {};
 
     int skipped() const { return total - totalProcessedPhotos; }
     // The photos that carry the whole edit: the only ones the result calls saved.

@@ -30,6 +30,8 @@ QString describe(PhotoOutcome outcome);
 struct PhotoResult {
     PhotoOutcome outcome = PhotoOutcome::Written;
     QString problem;
+    // Where the edit went when not into the photo itself ("written to sidecar").
+    QString note = {};
 
     // The photo holds everything that was asked: the only kind of photo called saved.
     bool carriesEdit() const { return outcome == PhotoOutcome::Written && problem.isEmpty(); }

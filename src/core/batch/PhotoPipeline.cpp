@@ -7,6 +7,7 @@
 #include "dates/DateTexts.h"
 #include "dates/OriginalDate.h"
 #include "dates/PhotoDateRule.h"
+#include "metadata/ImageKind.h"
 #include "metadata/MetadataTest.h"
 #include "metadata/PropertyLoading.h"
 #include "model/FormFieldTable.h"
@@ -130,8 +131,10 @@ PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const CompactPathSet
     const auto sourceId = fileIdOf(plan.sourcePath);
     const auto targetId = fileIdOf(plan.finalPath);
     const bool sameFile = plan.finalPath == plan.sourcePath || (sourceId && sourceId == targetId);
+    const SidecarPlan sidecar = sidecarPlan(plan.sourcePath, plan.finalPath);
     const bool taken = entryExists(plan.finalPath) || claimed.contains(plan.finalPath) ||
-                       (!plan.finalLocation.isEmpty() && claimed.contains(plan.finalLocation));
+                       (!plan.finalLocation.isEmpty() && claimed.contains(plan.finalLocation)) ||
+                       (!sameFile && sidecar.from && entryExists(sidecar.to));
     const bool inPlace = m_values.isDestinationPathAsSource && sameFile;
     if (!inPlace && !m_values.overwriteExisting && taken)
         return PhotoOutcome::SkippedCollision;
@@ -156,22 +159,25 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
     const auto sourceId = fileIdOf(source);
     const auto targetId = fileIdOf(target);
     const bool sameFile = target == source || (sourceId && sourceId == targetId);
-    const bool taken = entryExists(target);
+    const SidecarPlan sidecar = sidecarPlan(source, target);
+    // A photo and its sidecar never part: a sidecar in the way is a collision of the photo.
+    const bool taken =
+        entryExists(target) || (!sameFile && sidecar.from && entryExists(sidecar.to));
     const bool inPlace = m_values.isDestinationPathAsSource && sameFile;
     if (!inPlace && !m_values.overwriteExisting && taken)
         return skipped(PhotoOutcome::SkippedCollision);
     if (!sourceId)
         return skipped(PhotoOutcome::SkippedNoSource);
-    if (!sameFile && taken) {
+    if (!sameFile && entryExists(target)) {
         // A photo of this run is never in the way: removing it would lose it.
         if (sources && sources->contains(target))
             return skipped(PhotoOutcome::SkippedSourceInTheWay, target);
         if (!QFile::remove(target))
             qCDebug(lcBatch) << "could not remove the old output" << target;
     }
-    if (sameFile)
-        return editInPlace(target, record);
-    return editCopy(source, target, record, sources);
+    PhotoResult result =
+        sameFile ? editInPlace(target, record) : editCopy(source, target, record, sources);
+    return withSidecar(std::move(result), sidecar, target, record);
 }
 
 PhotoResult PhotoPipeline::editInPlace(const QString& target,
@@ -290,6 +296,9 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
     if (m_values.processingMode == ProcessingMode::removeGroups) {
         return {bridge.cleanMetadata(path, m_values.clean), std::nullopt};
     }
+    // An edit that goes to the sidecar alone leaves the photo's bytes as they are.
+    if (!writesPhoto(sniffImageKindOfFile(path)))
+        return {};
     const FieldEdits edits = fieldEditsFor(record, path);
     bridge.setExtraWrite(extraWriteOf(m_values, edits));
     // The values in the file are merged in from the very bytes that the writer edits.

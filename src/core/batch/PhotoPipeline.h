@@ -6,7 +6,9 @@
 #include "batch/PhotoOutcome.h"
 #include "batch/PhotoPlan.h"
 #include "batch/RunValues.h"
+#include "metadata/ImageKind.h"
 #include "metadata/WriteResult.h"
+#include "metadata/XmpSidecar.h"
 
 #include <QSet>
 
@@ -99,6 +101,20 @@ private:
     // The mode's metadata step on one file.
     MetadataStep changeMetadata(const QString& path, const CGImageProperties& record,
                                 bool flushToDisk = true) const;
+    // The sidecar of a photo's output: the source's sidecar, if it has one, and the path of
+    // the output's. Empty when the run leaves sidecars alone.
+    struct SidecarPlan {
+        std::optional<SidecarFile> from;
+        QString to;
+    };
+    SidecarPlan sidecarPlan(const QString& source, const QString& target) const;
+    // Whether an edit of a photo of this kind goes into the photo, into its sidecar.
+    bool writesPhoto(ImageKind kind) const;
+    bool writesSidecar(ImageKind kind) const;
+    // The sidecar's part of a photo whose output now stands at `target`: taken along, edited,
+    // stripped or removed. The photo's result, with what became of its sidecar.
+    PhotoResult withSidecar(PhotoResult photo, const SidecarPlan& sidecar, const QString& target,
+                            const CGImageProperties& record) const;
     // Sets the file dates the edit asks for; false when that failed.
     bool setFileDates(const QString& path, const std::optional<QString>& modifyDate) const;
     // What a photo whose output exists reports: nothing when the whole edit landed.

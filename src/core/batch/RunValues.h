@@ -5,6 +5,7 @@
 #include "dates/OriginalFinalDate.h"
 #include "extras/ExtraEdits.h"
 #include "metadata/CleanOptions.h"
+#include "metadata/SidecarOptions.h"
 #include "metadata/WriteOptions.h"
 #include "model/CGImageProperties.h"
 #include "rename/Rename.h"
@@ -46,6 +47,8 @@ struct RunValues {
     // What the run writes beyond the form's fields: keywords added and removed, rating,
     // label, the IPTC Core and Extension texts, and whether copies follow their field.
     ExtraEdits extras;
+    // Where the XMP goes beside the photo, and what stripping does to a sidecar.
+    SidecarOptions sidecar;
 };
 
 } // namespace tagmoor

@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,6 +14,26 @@ namespace {
 
 bool startsWith(const QByteArray& head, const char* magic, qsizetype size, qsizetype at = 0) {
     return head.size() >= at + size && std::memcmp(head.constData() + at, magic, size) == 0;
+}
+
+// The ISO base media formats: a "ftyp" box whose major or compatible brands name the kind.
+ImageKind boxFormatKind(const QByteArray& head) {
+    if (!startsWith(head, "ftyp", 4, 4))
+        return ImageKind::Unknown;
+    const qsizetype boxSize = qsizetype(quint8(head[0])) << 24 | qsizetype(quint8(head[1])) << 16 |
+                              qsizetype(quint8(head[2])) << 8 | qsizetype(quint8(head[3]));
+    const qsizetype end = std::min(head.size(), std::max<qsizetype>(boxSize, 16));
+    for (qsizetype at = 8; at + 4 <= end; at += at == 8 ? 8 : 4) {
+        const QByteArray brand = head.mid(at, 4);
+        if (brand == "crx ")
+            return ImageKind::Cr3;
+        if (brand == "jxl ")
+            return ImageKind::Jxl;
+        if (brand == "heic" || brand == "heix" || brand == "heim" || brand == "heis" ||
+            brand == "mif1" || brand == "msf1" || brand == "avif" || brand == "avis")
+            return ImageKind::Heif;
+    }
+    return ImageKind::Unknown;
 }
 
 } // namespace
@@ -48,7 +69,9 @@ ImageKind sniffImageKind(const QByteArray& head) {
     // Kyocera's RAW has no signature at its start; the maker's name is stored reversed.
     if (startsWith(head, "ARECOYK", 7, 0x19))
         return ImageKind::Kyocera;
-    return ImageKind::Unknown;
+    if (startsWith(head, "\xFF\x0A", 2) || startsWith(head, "\0\0\0\x0CJXL \r\n\x87\n", 12))
+        return ImageKind::Jxl;
+    return boxFormatKind(head);
 }
 
 QByteArray readImageHead(const QString& path, qsizetype size) {
@@ -85,11 +108,40 @@ bool exiv2Reads(ImageKind kind) {
     case ImageKind::Crw:
     case ImageKind::Mrw:
     case ImageKind::Raf:
+    case ImageKind::Heif:
+    case ImageKind::Cr3:
         return true;
     case ImageKind::Unknown:
     case ImageKind::J2k:
     case ImageKind::X3f:
     case ImageKind::Kyocera:
+    case ImageKind::Jxl: // Exiv2 finds no tags in a bare code stream, and few in the box form
+        break;
+    }
+    return false;
+}
+
+bool exiv2Writes(ImageKind kind) {
+    switch (kind) {
+    case ImageKind::Jpeg:
+    case ImageKind::Png:
+    case ImageKind::WebP:
+    case ImageKind::Tiff:
+    case ImageKind::Orf:
+    case ImageKind::Jp2:
+    case ImageKind::Psd:
+    case ImageKind::Crw:
+        return true;
+    case ImageKind::Unknown:
+    case ImageKind::Rw2:
+    case ImageKind::Mrw:
+    case ImageKind::Raf:
+    case ImageKind::J2k:
+    case ImageKind::X3f:
+    case ImageKind::Kyocera:
+    case ImageKind::Heif:
+    case ImageKind::Cr3:
+    case ImageKind::Jxl:
         break;
     }
     return false;
@@ -127,6 +179,12 @@ const char* imageKindName(ImageKind kind) {
         return "x3f";
     case ImageKind::Kyocera:
         return "kyocera";
+    case ImageKind::Heif:
+        return "heif";
+    case ImageKind::Cr3:
+        return "cr3";
+    case ImageKind::Jxl:
+        return "jxl";
     }
     return "unknown";
 }

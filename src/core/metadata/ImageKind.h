@@ -23,6 +23,9 @@ enum class ImageKind {
     Raf,
     X3f,
     Kyocera,
+    Heif, // HEIC, HEIF and AVIF: the ISO box format with an image brand
+    Cr3,  // Canon's ISO box RAW
+    Jxl,  // JPEG XL, bare code stream or in its box format
 };
 
 // How many leading bytes sniffImageKind wants to see.
@@ -40,6 +43,11 @@ ImageKind sniffImageKindOfFile(const QString& path);
 
 // Whether Exiv2 parses this kind at all (bare code streams, X3F and Kyocera it doesn't).
 bool exiv2Reads(ImageKind kind);
+
+// Whether Exiv2 can write this kind back. The box formats (HEIF, AVIF, CR3, JPEG XL) and a few
+// RAW formats (RW2, MRW, RAF) it reads only; their tags go to a sidecar, and their bytes are
+// never handed to its writer.
+bool exiv2Writes(ImageKind kind);
 
 const char* imageKindName(ImageKind kind);
 

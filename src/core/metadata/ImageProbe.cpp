@@ -1,5 +1,7 @@
 #include "metadata/ImageProbe.h"
 
+#include "metadata/HeifPicture.h"
+
 #include "metadata/BoundedRawStream.h"
 #include "metadata/Exiv2Guard.h"
 #include "metadata/MetadataLibrary.h"
@@ -173,7 +175,7 @@ bool hasRawExtension(const QString& path) {
         QStringLiteral("erf"), QStringLiteral("gpr"), QStringLiteral("iiq"), QStringLiteral("kdc"),
         QStringLiteral("mdc"), QStringLiteral("mef"), QStringLiteral("raw"), QStringLiteral("rwl"),
         QStringLiteral("srw"), QStringLiteral("orf"), QStringLiteral("raf"), QStringLiteral("mrw"),
-        QStringLiteral("crw"), QStringLiteral("x3f")};
+        QStringLiteral("crw"), QStringLiteral("x3f"), QStringLiteral("cr3"), QStringLiteral("rw2")};
     return raw.contains(QFileInfo(path).suffix().toLower());
 }
 
@@ -238,6 +240,18 @@ ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) 
         break;
     case ImageKind::J2k:
         result.pixelSize = j2kSize(head);
+        break;
+    case ImageKind::Heif:
+        // As shown, after the crop and rotation the file asks for; else the coded size that
+        // Exiv2's box reader finds.
+        result.pixelSize = firstSize([&] { return heifSize(path); }, exiv2);
+        break;
+    case ImageKind::Cr3:
+        result.pixelSize = firstSize(libraw, exiv2);
+        break;
+    case ImageKind::Jxl:
+        // Where Qt has no JPEG XL plugin the signature alone makes it a photo of unknown size.
+        result.pixelSize = qt("jxl")();
         break;
     }
     // A file that held LibRaw's parse past its budget is damaged beyond reading, whatever

@@ -102,6 +102,8 @@ void initializeMetadataLibrary() {
     static std::once_flag once;
     std::call_once(once, [] {
         Exiv2::XmpParser::initialize(lockNamespaces, &namespaceMutex());
+        // HEIF, AVIF and CR3 are read through the box format reader, which is off until asked.
+        Exiv2::enableBMFF(true);
         Exiv2::LogMsg::setHandler(exiv2Log);
         Exiv2::LogMsg::setLevel(Exiv2::LogMsg::warn);
     });

@@ -3,6 +3,7 @@
 #include "metadata/FieldSetReading.h"
 #include "metadata/ImageProbe.h"
 #include "metadata/JpegHead.h"
+#include "metadata/XmpSidecar.h"
 
 #include <QVarLengthArray>
 
@@ -22,6 +23,27 @@ ImageProbeResult readability(const QString& path, const QByteArray& head, ImageK
     return ImageProbe::probe(path, head);
 }
 
+// Lays the values of the photo's sidecar, if it has one, over the photo's own, and notes in
+// the record which keys they filled.
+void mergeSidecar(const QString& path, MetadataFieldSet& set, CGImageProperties& record) {
+    if (!sidecarsAreRead())
+        return;
+    const auto sidecar = findSidecar(path);
+    if (!sidecar)
+        return;
+    const auto inSidecar = readSidecarFile(sidecar->path);
+    if (!inSidecar)
+        return;
+    record.sidecarPath = sidecar->path;
+    for (const KeyRow& row : allKeyRows()) {
+        const PropertyValue& value = inSidecar->at(row);
+        if (value.isAbsent())
+            continue;
+        set.at(row) = value;
+        record.sidecarKeys.append(QString::fromLatin1(row.key));
+    }
+}
+
 } // namespace
 
 std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
@@ -36,12 +58,13 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
         return std::nullopt;
 
     std::optional<QSize> exiv2HeaderSize;
-    const MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize, start});
+    MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize, start});
     const ImageProbeResult probe = readability(path, head, kind, exiv2HeaderSize);
     if (!probe.readable)
         return std::nullopt;
 
     CGImageProperties record;
+    mergeSidecar(path, set, record);
     record.url = url;
     record.tiffProperties.emplace();
     record.exifProperties.emplace();

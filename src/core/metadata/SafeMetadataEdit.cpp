@@ -76,9 +76,11 @@ SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
     const ImageKind kind = sniffImageKind(original.left(kImageKindHeadSize));
     if (kind == ImageKind::Unknown)
         fail(WriteStatus::NotAPhoto, path + QStringLiteral(": not a photo of an accepted type"));
-    if (!exiv2Reads(kind))
-        fail(WriteStatus::NotWritable, QStringLiteral("Writing to %1 images is not supported")
-                                           .arg(QString::fromLatin1(imageKindName(kind))));
+    // A format that Exiv2 reads only never reaches its writer.
+    if (!exiv2Reads(kind) || !exiv2Writes(kind))
+        fail(WriteStatus::NotWritable,
+             QStringLiteral("Writing to %1 images is not supported")
+                 .arg(QString::fromLatin1(imageKindName(kind)).toUpper()));
 
     // Exiv2 reads and writes a JPEG's metadata from the segments before its picture data and
     // copies the picture data unchanged. So a JPEG's head alone goes through Exiv2, and the

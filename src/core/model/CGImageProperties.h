@@ -4,6 +4,7 @@
 #include "model/PropertyValue.h"
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 #include <array>
@@ -112,6 +113,10 @@ struct CGImageProperties {
     std::optional<XMPDataProperties> xmpDataProperties;
     bool isSelected = true;
     bool isTempDataAvailable = false;
+    // The XMP sidecar whose values were laid over the photo's own (empty: none was), and the
+    // keys of the key lists whose values came from it; every other value is the photo's.
+    QString sidecarPath;
+    QStringList sidecarKeys;
 
     // The top-level values (those of type PropertyValue) in declared order.
     static std::span<const FieldInfo<CGImageProperties>> topLevelFields();

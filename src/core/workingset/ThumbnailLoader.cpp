@@ -1,5 +1,6 @@
 #include "workingset/ThumbnailLoader.h"
 
+#include "metadata/HeifPicture.h"
 #include "metadata/PreviewExtractor.h"
 #include "metadata/RawThumbnail.h"
 
@@ -13,10 +14,16 @@
 namespace tagmoor {
 
 bool ThumbnailLoader::isRawExtension(const QString& suffix) {
-    static const QSet<QString> raw{"mos", "cr2", "fff", "dng", "nef", "nrw", "pef", "sr2", "srf",
-                                   "3fr", "arw", "crw", "dcr", "erf", "gpr", "iiq", "kdc", "mdc",
-                                   "mef", "mrw", "orf", "raf", "raw", "rwl", "srw", "x3f"};
+    static const QSet<QString> raw{"mos", "cr2", "fff", "dng", "nef", "nrw", "pef",
+                                   "sr2", "srf", "3fr", "arw", "crw", "dcr", "erf",
+                                   "gpr", "iiq", "kdc", "mdc", "mef", "mrw", "orf",
+                                   "raf", "raw", "rwl", "srw", "x3f", "cr3", "rw2"};
     return raw.contains(suffix);
+}
+
+bool ThumbnailLoader::isHeifExtension(const QString& suffix) {
+    return suffix == QLatin1String("heic") || suffix == QLatin1String("heif") ||
+           suffix == QLatin1String("hif") || suffix == QLatin1String("avif");
 }
 
 ThumbnailResult ThumbnailLoader::load(const ThumbnailRequest& request) {
@@ -31,8 +38,12 @@ ThumbnailResult ThumbnailLoader::load(const ThumbnailRequest& request) {
 
     const int side = std::max(1, request.maxSide);
     QImage image;
-    if (isRawExtension(info.suffix().toLower()))
+    const QString suffix = info.suffix().toLower();
+    if (isRawExtension(suffix))
         image = fromRaw(request.path, result.originalSize);
+    // Qt reads no HEIF or AVIF of its own; libheif does.
+    if (isHeifExtension(suffix))
+        image = heifPicture(request.path, side, result.originalSize);
     if (image.isNull())
         image = fromReader(request.path, side, result.originalSize);
     if (image.isNull())

@@ -33,6 +33,8 @@ public:
 
     // Lower-case extensions of camera RAW formats, read through their embedded thumbnail.
     static bool isRawExtension(const QString& suffix);
+    // HEIC, HEIF and AVIF, whose pictures libheif decodes.
+    static bool isHeifExtension(const QString& suffix);
 
 private:
     static QImage fromReader(const QString& path, int maxSide, QSize& originalSize);

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "metadata/MetadataFieldSet.h"
+#include "metadata/SidecarOptions.h"
+#include "metadata/WriteResult.h"
+#include "model/ErasedRows.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace tagmoor {
+
+struct SidecarFile {
+    QString path;
+    SidecarNaming naming = SidecarNaming::WithExtension;
+    bool operator==(const SidecarFile&) const = default;
+};
+
+// Whether a photo's record takes the values of its sidecar: by default in the standard form
+// only; setSidecarsRead chooses for the whole process (nothing: follow the form again). Set
+// once before any photo is read, as the form is.
+bool sidecarsAreRead();
+void setSidecarsRead(std::optional<bool> read);
+
+// The sidecar path of the photo at `photoPath` by a naming.
+QString sidecarPathFor(const QString& photoPath, SidecarNaming naming);
+
+// The sidecar that stands beside the photo, a regular file: "name.ext.xmp" first, then
+// "name.xmp" (either with ".XMP" too).
+std::optional<SidecarFile> findSidecar(const QString& photoPath);
+
+// The values of the key lists that an XMP packet holds, read as a photo's are: Exif and IPTC
+// rows take what Exiv2's conversion from XMP gives them. Nothing when it is no XMP.
+std::optional<MetadataFieldSet> readSidecarFieldSet(const QByteArray& packet);
+// The same for a sidecar file (a regular file of a bounded size).
+std::optional<MetadataFieldSet> readSidecarFile(const QString& path);
+
+// The packet `base` (empty: a new one) with the edited rows laid in and the erased rows taken
+// out, in XMP's own properties: only the edited fields change, the rest stays as it was.
+// Throws what Exiv2 throws.
+QByteArray editedSidecarPacket(const QByteArray& base, const MetadataFieldSet& edited,
+                               const ErasedRows& erased);
+
+// A packet that holds no property (what stripping a sidecar leaves).
+QByteArray emptySidecarPacket();
+
+// Puts `packet` at `sidecarPath` safely: an existing sidecar is replaced as a photo is (a
+// hidden file beside it, read back, renamed over it), a new one appears whole or not at all
+// and never replaces a file that came in the way meanwhile. The packet is read back before it
+// takes its place.
+WriteResult placeSidecar(const QString& sidecarPath, const QByteArray& packet,
+                         bool flushToDisk = true);
+
+// The edit of a photo's sidecar: the packet `base` (the sidecar's bytes, or empty for a new
+// one) with the edit laid in, placed at `sidecarPath` as placeSidecar does.
+WriteResult writeSidecar(const QString& sidecarPath, const QByteArray& base,
+                         const MetadataFieldSet& edited, const ErasedRows& erased,
+                         bool flushToDisk = true);
+
+// The bytes of a sidecar file, bounded; nothing when it can't be read.
+std::optional<QByteArray> readSidecarBytes(const QString& path);
+
+} // namespace tagmoor
