@@ -2,8 +2,8 @@
 # Takes the screenshots of this folder: the add screen, the home screen with 50 photos
 # handed over on the command line, and through the screenshot tour the editor's states, the
 # location picker (offline and with tiles from a loopback server), the location view and the
-# preview window. Runs the real program under a virtual X server at 1280x800 with settings of
-# its own. Needs xvfb-run, xdotool and ImageMagick.
+# preview window. Runs the real program under a virtual X server with settings of its own, at
+# 1280x800 and 1440x900, light and dark. Needs xvfb-run, xdotool and ImageMagick.
 set -euo pipefail
 # The pictures show the window in English whatever the desktop's language;
 # TOUR_LANGUAGE=de TOUR_OUTPUT=DIR takes them in German into DIR.
@@ -31,10 +31,12 @@ while [ "$i" -lt 50 ]; do
   i=$((i + 1)); n=$((n + 1))
 done
 
-# The welcome window was seen; no update check.
-mkdir -p "$work/config/Tagmoor"
-printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\n' \
-  > "$work/config/Tagmoor/Tagmoor.conf"
+# The welcome window was seen; no update check. APPEARANCE: "light" or "dark".
+write_settings() {
+  mkdir -p "$work/config/Tagmoor"
+  printf '[General]\nStartupOTM=true\nFirstRunOTM=false\nAutoCheckForUpdateOTM=2\nTutorialShowOTM=true\nAppearanceOTM=%s\n' \
+    "$1" > "$work/config/Tagmoor/Tagmoor.conf"
+}
 
 shoot() { # name, screen size, then the program's arguments
   local name=$1 screen=$2; shift 2
@@ -49,16 +51,35 @@ shoot() { # name, screen size, then the program's arguments
     done
     import -window "$window" "'"$work"'/shot.png"
     kill $pid' "$app" "$@"
-  cp "$work/shot.png" "$shots/$name"
+  cp "$work/shot.png" "$name"
 }
 
-shoot add-screen.png 1280x800
-shoot home-screen.png 1280x800 "$work"/photos/*
-shoot home-screen-1440x900.png 1440x900 "$work"/photos/*
-
-# The editor's states, the list's menu and the preset menu and panel, driven through the
-# real screens.
+# One set of pictures: the add screen and the home screen of the real program, then the
+# editor's states, the list's menu, the sheets and the preset menu and panel, driven through
+# the real screens, with the editor rows in view of each in editor-rows.txt.
 tour=${TAGMOOR_TOUR:-$here/../../build/tests/screenshot_tour}
-HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" \
-  xvfb-run -a -s "-screen 0 1280x800x24" "$tour" "$shots" "$work"/photos/*
+take_set() { # folder, screen size, appearance
+  local dir=$1 screen=$2 appearance=$3
+  mkdir -p "$dir"
+  write_settings "$appearance"
+  shoot "$dir/add-screen.png" "$screen"
+  shoot "$dir/home-screen.png" "$screen" "$work"/photos/*
+  HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" \
+  TOUR_SIZE=$screen TOUR_APPEARANCE=$appearance \
+    xvfb-run -a -s "-screen 0 ${screen}x24" "$tour" "$dir" "$work"/photos/*
+  # The other sets are kept in 256 colours, which is plenty to read them by.
+  if [ "$dir" != "$shots" ]; then
+    for f in "$dir"/*.png; do convert "$f" -colors 256 "PNG8:$f"; done
+  fi
+}
+
+# SETS: which of the four sets to take (default all): light, dark, light-1440, dark-1440.
+for set in ${SETS:-light dark light-1440 dark-1440}; do
+  case $set in
+    light) take_set "$shots" 1280x800 light ;;
+    dark) take_set "$shots/dark" 1280x800 dark ;;
+    light-1440) take_set "$shots/1440x900" 1440x900 light ;;
+    dark-1440) take_set "$shots/1440x900-dark" 1440x900 dark ;;
+  esac
+done
 echo "screenshots written to $shots"

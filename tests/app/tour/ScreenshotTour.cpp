@@ -16,6 +16,7 @@
 #include "app/photolibrary/AlbumChooser.h"
 #include "app/presets/PresetsDetailsViewController.h"
 #include "app/presets/PresetsViewController.h"
+#include "app/shell/Appearance.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/PreferencesWindow.h"
 #include "app/shell/RootView.h"
@@ -58,9 +59,34 @@ void settle(int ms = 400) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
+// The editor rows wholly in view in each picture of the home screen, written beside them.
+QStringList g_editorRows;
+
+int visibleEditorRows(QWidget* window) {
+    auto* home = window->findChild<HomeScreen*>(QStringLiteral("Home"));
+    if (!home || !home->isVisible())
+        return -1;
+    int rows = 0;
+    for (auto* editor : home->findChildren<MetadataViewController*>()) {
+        QScrollArea* scroll = editor->findChild<QScrollArea*>();
+        if (!editor->isVisible() || !scroll)
+            continue;
+        const QRect view = scroll->viewport()->rect();
+        for (FieldControl* control : editor->findChildren<FieldControl*>()) {
+            if (!control->isVisibleTo(editor))
+                continue;
+            const QRect at(control->mapTo(scroll->viewport(), QPoint(0, 0)), control->size());
+            rows += view.contains(at) ? 1 : 0;
+        }
+    }
+    return rows;
+}
+
 void shoot(const QString& dir, const QString& name, QWidget* window, QWidget* popup = nullptr,
            int settleMs = 400) {
     settle(settleMs);
+    if (const int rows = visibleEditorRows(window); rows >= 0)
+        g_editorRows << QStringLiteral("%1 %2").arg(name).arg(rows);
     QRect frame = window->frameGeometry();
     if (popup)
         frame |= popup->frameGeometry();
@@ -140,9 +166,17 @@ int main(int argc, char** argv) {
     for (int i = 2; i < argc; ++i)
         photos << QString::fromLocal8Bit(argv[i]);
 
-    test::TestApp t;
+    // The program as users meet it: the standard form.
+    test::TestApp t(true, ValueForm::standard);
+    // TOUR_SIZE=WIDTHxHEIGHT and TOUR_APPEARANCE=dark take the pictures at another size or in
+    // the dark palette.
+    Appearance appearance;
+    if (qEnvironmentVariable("TOUR_APPEARANCE") == QLatin1String("dark"))
+        appearance.apply(Appearance::Choice::Dark);
+    const QStringList size =
+        qEnvironmentVariable("TOUR_SIZE", QStringLiteral("1280x800")).split(QLatin1Char('x'));
     QWidget* window = &t.window();
-    window->resize(1280, 800);
+    window->resize(size.value(0).toInt(), size.value(1).toInt());
     window->move(0, 0);
     settle(800);
 
@@ -444,5 +478,8 @@ int main(int argc, char** argv) {
         !test::named<FinalProcessedVC>(home, QStringLiteral("FinalProcessedVC"))->isShowingResult())
         settle(50);
     shoot(out, QStringLiteral("run-result.png"), window);
+    QFile rows(out + QStringLiteral("/editor-rows.txt"));
+    if (rows.open(QIODevice::WriteOnly | QIODevice::Text))
+        rows.write(g_editorRows.join(QLatin1Char('\n')).toUtf8() + '\n');
     return 0;
 }

@@ -36,7 +36,6 @@ private:
     ValueFormScope m_form{valueForm()};
 
 public:
-
 private:
     QTemporaryDir m_dir;
     QByteArray m_old;
