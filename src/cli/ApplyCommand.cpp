@@ -10,6 +10,7 @@
 #include "batch/BatchSummary.h"
 #include "batch/ChangePlan.h"
 #include "batch/PhotoPipeline.h"
+#include "exchange/GeotagValues.h"
 #include "exchange/PhotoTemplates.h"
 #include "foundation/StopControl.h"
 #include "model/FormFieldTable.h"
@@ -30,7 +31,22 @@ namespace {
 QString valueText(const PropertyValue& v) {
     if (auto t = v.text())
         return QLatin1Char('"') + *t + QLatin1Char('"');
-    return v.variant().toString();
+    const QVariant value = v.variant();
+    // A byte tag (an altitude's reference, a version) as its numbers, not as raw bytes.
+    if (value.typeId() == QMetaType::QByteArray) {
+        QStringList numbers;
+        for (const char byte : value.toByteArray())
+            numbers << QString::number(quint8(byte));
+        return numbers.join(QLatin1Char(' '));
+    }
+    switch (value.typeId()) {
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+        return QString::number(value.toInt());
+    default:
+        return value.toString();
+    }
 }
 
 // Progress on the terminal: one line, rewritten for each photo.
@@ -244,6 +260,49 @@ void addTemplates(RunValues& values, const PathPhotoSource& photos, bool templat
     PhotoTemplates::addTo(values, paths, templatesPerPhoto);
 }
 
+// Where a matched photo lies and the fixes it was worked out from, for the dry run.
+QString placeText(const GeotagMatch& place) {
+    QString text = QStringLiteral("%1, %2").arg(QString::number(place.latitude, 'f', 6),
+                                                QString::number(place.longitude, 'f', 6));
+    if (place.elevation)
+        text += QStringLiteral(", %1 m").arg(QString::number(*place.elevation, 'f', 1));
+    const auto fix = [](const TrackPoint& p) {
+        return QStringLiteral("%1:%2 %3").arg(p.file).arg(p.line).arg(p.time.toString(Qt::ISODate));
+    };
+    text += place.before.line == place.after.line && place.before.file == place.after.file
+                ? QStringLiteral(" (on the fix at %1)").arg(fix(place.before))
+                : QStringLiteral(" (between %1 and %2)").arg(fix(place.before), fix(place.after));
+    return text;
+}
+
+// Loads the tracks of --geotag and lays their positions over the photos of the run. Each photo
+// that finds no place is named on stderr with the reason; the dry run names each place found.
+// False when the tracks give no point at all.
+bool addGeotag(ApplyOptions& options, const PathPhotoSource& photos, const QString& prefix,
+               QTextStream& out, QTextStream& err, int* leftOut) {
+    GpxTracks tracks = loadGpxFiles(options.geotagTracks);
+    for (const QString& problem : std::as_const(tracks.problems))
+        err << prefix << problem << '\n';
+    if (tracks.points.isEmpty()) {
+        err << prefix << "the tracks given hold no point with a time\n";
+        return false;
+    }
+    auto geotag = std::make_shared<GeotagValues>(std::move(tracks), options.geotag);
+    for (int i = 0; i < photos.count(); ++i) {
+        const GeotagMatch place = geotag->match(photos.record(i));
+        if (!place.matched()) {
+            ++*leftOut;
+            err << prefix << photos.pathOf(i) << ": no position: " << place.reason(options.geotag)
+                << '\n';
+        } else if (options.dryRun) {
+            out << "geotag: " << photos.pathOf(i) << ": " << placeText(place) << '\n';
+        }
+    }
+    err.flush();
+    options.values.photoValues.push_back(std::move(geotag));
+    return true;
+}
+
 } // namespace
 
 int runApply(const QStringList& args) {
@@ -271,6 +330,10 @@ int runParsedApply(ApplyOptions options, const QString& command, bool templatesP
     if (!gatherPhotos(options, prefix, err, gathered))
         return 2;
     RunValues& values = options.values;
+    int geotagLeftOut = 0;
+    if (!options.geotagTracks.isEmpty() &&
+        !addGeotag(options, gathered.photos, prefix, out, err, &geotagLeftOut))
+        return 2;
     if (values.processingMode == ProcessingMode::keepUnedited &&
         !values.fieldEditedFlags.hasEdits() && values.photoValues.empty() &&
         !values.extras.writesTags())
@@ -286,13 +349,15 @@ int runParsedApply(ApplyOptions options, const QString& command, bool templatesP
         else
             allWritten = printPlan(out, pipeline, gathered.photos);
         out.flush();
-        return allWritten && gathered.allAsked ? 0 : 1;
+        return allWritten && gathered.allAsked && geotagLeftOut == 0 ? 0 : 1;
     }
     if (values.destinationFolder && !QDir().mkpath(*values.destinationFolder)) {
         err << prefix << "cannot create the output folder " << *values.destinationFolder << '\n';
         return 2;
     }
-    return runBatch(options, pipeline, gathered, prefix, out, err);
+    const int status = runBatch(options, pipeline, gathered, prefix, out, err);
+    // A photo the tracks gave no place did not get what was asked.
+    return status == 0 && geotagLeftOut > 0 ? 1 : status;
 }
 
 } // namespace tagmoor::cli

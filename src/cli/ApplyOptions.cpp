@@ -117,6 +117,17 @@ QString doneHelp() {
         "  --preset NAME        apply a saved preset: its fields and date rules, as the\n"
         "                       window applies it; --set and --date given beside it win\n"
         "                       (see 'tagmoor-cli presets')\n"
+        "  --geotag TRACK.gpx   give each photo the position of a GPS track (GPX 1.0/1.1;\n"
+        "                       repeatable) at its capture time (DateTimeOriginal, else\n"
+        "                       CreateDate), linear between two fixes; with altitude where\n"
+        "                       the track has it. A photo outside the track or in a gap\n"
+        "                       keeps its GPS tags and is named on stderr with the reason.\n"
+        "  --geotag-offset [+|-]H:M:S   added to the camera's clock to give the track's\n"
+        "                       (a camera 2 minutes slow: +0:02:00)\n"
+        "  --geotag-max-gap SECONDS   the longest stretch between two fixes that is bridged\n"
+        "                       (default 300)\n"
+        "  --camera-zone ZONE   the zone the camera's clock was set to: Europe/Lisbon, UTC,\n"
+        "                       +02:00 (default: this computer's zone)\n"
         "\n");
 }
 
@@ -184,6 +195,8 @@ struct ParseState {
     bool inPlace = false;
     std::optional<QString> strip;
     std::optional<QString> preset;
+    // An option that only --geotag takes (its offset, gap or camera zone).
+    bool geotagOptionGiven = false;
 };
 
 bool takesValue(const QString& arg) {
@@ -191,7 +204,43 @@ bool takesValue(const QString& arg) {
            arg == QLatin1String("--mode") || arg == QLatin1String("--strip") ||
            arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
            arg == QLatin1String("--preset") || arg == QLatin1String("--threads") ||
-           isExtraOption(arg) || isSidecarOption(arg);
+           isExtraOption(arg) || isSidecarOption(arg) ||
+           arg.startsWith(QLatin1String("--geotag")) || arg == QLatin1String("--camera-zone");
+}
+
+// --geotag TRACK, --geotag-offset, --geotag-max-gap, --camera-zone.
+bool applyGeotagOption(ApplyOptions& o, const QString& arg, const QString& v, QString* error) {
+    if (arg == QLatin1String("--geotag")) {
+        o.geotagTracks << QFileInfo(v).absoluteFilePath();
+        return true;
+    }
+    if (arg == QLatin1String("--geotag-offset")) {
+        const auto offset = parseClockOffset(v);
+        if (!offset)
+            return failed(error, QStringLiteral("--geotag-offset wants [+|-]H:M:S or seconds, "
+                                                "not '%1'")
+                                     .arg(v));
+        o.geotag.clockOffsetSeconds = *offset;
+        return true;
+    }
+    if (arg == QLatin1String("--geotag-max-gap")) {
+        bool ok = false;
+        o.geotag.maxGapSeconds = v.toLongLong(&ok);
+        if (!ok || o.geotag.maxGapSeconds < 0)
+            return failed(error, QStringLiteral("--geotag-max-gap wants seconds, not '%1'").arg(v));
+        return true;
+    }
+    if (arg == QLatin1String("--camera-zone")) {
+        const auto zone = parseZone(v);
+        if (!zone)
+            return failed(error, QStringLiteral("--camera-zone: no time zone named '%1' (a name "
+                                                "such as Europe/Lisbon, UTC, or an offset "
+                                                "such as +02:00)")
+                                     .arg(v));
+        o.geotag.cameraZone = *zone;
+        return true;
+    }
+    return failed(error, QStringLiteral("unknown option '%1'").arg(arg));
 }
 
 bool applySet(RunValues& values, const QString& v, QString* error) {
@@ -272,6 +321,10 @@ bool applyValueOption(ParseState& s, const QString& arg, const QString& v, QStri
         return applyExtraOption(values.extras, arg, v, error);
     if (isSidecarOption(arg))
         return takeSidecarOption(arg, v, values, error);
+    if (arg.startsWith(QLatin1String("--geotag")) || arg == QLatin1String("--camera-zone")) {
+        s.geotagOptionGiven = s.geotagOptionGiven || arg != QLatin1String("--geotag");
+        return applyGeotagOption(s.o, arg, v, error);
+    }
     // --threads
     bool ok = false;
     s.o.threads = v.toInt(&ok);
@@ -363,6 +416,11 @@ bool checkOptions(ParseState& s, QString* error) {
     if (removing && values.extras.writesTags())
         return failed(error, QStringLiteral("--mode remove writes no field: leave out the "
                                             "keyword, rating, label and text options"));
+    if (s.geotagOptionGiven && s.o.geotagTracks.isEmpty())
+        return failed(error, QStringLiteral("--geotag-offset, --geotag-max-gap and "
+                                            "--camera-zone go with --geotag TRACK.gpx"));
+    if (removing && !s.o.geotagTracks.isEmpty())
+        return failed(error, QStringLiteral("--mode remove writes no field: leave out --geotag"));
     if (s.o.inputs.isEmpty())
         return failed(error, QStringLiteral("no photos or folders given"));
     return true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batch/RunValues.h"
+#include "geo/TrackMatch.h"
 
 #include <QString>
 #include <QStringList>
@@ -20,6 +21,10 @@ struct ApplyOptions {
     bool quiet = false;
     bool json = false;
     int threads = 1;
+    // GPS tracks whose positions the photos take by their capture time (--geotag), with the
+    // camera's zone and clock offset and the largest gap between fixes that is bridged.
+    QStringList geotagTracks;
+    GeotagOptions geotag;
 
     // Parses the arguments after "apply"; on a bad argument gives nothing and sets `error`
     // to a message for the user.

@@ -5,6 +5,9 @@
 #include "geo/GpxTrack.h"
 #include "geo/TimeZoneMap.h"
 
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -141,8 +144,9 @@ TEST(Geotag, MatchesInTheCameraZoneWithTheClockOffsetAndLeavesGapsAndEndsOut) {
               190);
 }
 
-// The same corpus tagged by ExifTool and matched here: the same photos placed, within a metre,
-// and the same ones left out.
+// The same corpus tagged by ExifTool and by `tagmoor-cli apply --geotag`: the same photos
+// placed, within a metre and with the same altitude, and the same ones left out, each named
+// with its reason.
 TEST(Geotag, AgreesWithExifToolOnTwoHundredPhotos) {
     if (!haveTool(QStringLiteral("exiftool")))
         GTEST_SKIP() << "exiftool is not installed";
@@ -168,56 +172,66 @@ TEST(Geotag, AgreesWithExifToolOnTwoHundredPhotos) {
     const QString track = dir.filePath("track.gpx");
     writeBytes(track, gpx(body));
 
-    // 200 photos from 22:50 to 01:10 UTC, their clocks on Lisbon summer time (UTC+1).
-    GeotagOptions options;
-    options.cameraZone = QTimeZone(3600);
-    options.maxGapSeconds = 300;
+    // 200 photos from 22:50 to 01:10 UTC, their clocks on Lisbon summer time (UTC+1), one
+    // copy for each tool.
+    const QString theirs = dir.filePath("exiftool");
+    const QString ours = dir.filePath("tagmoor");
+    QDir().mkpath(theirs);
+    QDir().mkpath(ours);
     QDateTime shot = utcAt("2024-08-31T22:50:00").toOffsetFromUtc(3600);
-    QStringList photos;
     for (int n = 0; n < 200; ++n, shot = shot.addSecs(43)) {
-        const QString path =
-            dir.filePath(QStringLiteral("p%1.jpg").arg(n, 3, 10, QLatin1Char('0')));
+        const QString name = QStringLiteral("p%1.jpg").arg(n, 3, 10, QLatin1Char('0'));
+        const QString path = theirs + "/" + name;
         makeJpeg(path, 16, 16);
         auto image = Exiv2::ImageFactory::open(path.toStdString());
         image->readMetadata();
         image->exifData()["Exif.Photo.DateTimeOriginal"] =
             shot.toString("yyyy:MM:dd HH:mm:ss").toStdString();
         image->writeMetadata();
-        photos << path;
+        QFile::copy(path, ours + "/" + name);
     }
     const ToolResult tagged =
         runTool("exiftool",
                 {"-q", "-q", "-overwrite_original", "-geotag", track, "-api", "GeoMaxIntSecs=300",
-                 "-api", "GeoMaxExtSecs=0", "-geotime<${DateTimeOriginal}+01:00", dir.path()},
+                 "-api", "GeoMaxExtSecs=0", "-geotime<${DateTimeOriginal}+01:00", theirs},
                 120000);
     ASSERT_NE(tagged.exitCode, -1);
-    const ToolResult read = runTool(
-        "exiftool", {"-j", "-n", "-GPSLatitude", "-GPSLongitude", "-DateTimeOriginal", dir.path()},
-        120000);
-    const QJsonArray rows = QJsonDocument::fromJson(read.out).array();
-    ASSERT_EQ(rows.size(), 200);
-
-    const GpxTracks loaded = loadGpxFiles({track});
+    ValueFormScope form(ValueForm::standard);
+    const ToolResult run = runTool(TAGMOOR_CLI,
+                                   {"apply", "--quiet", "--in-place", "--geotag", track,
+                                    "--camera-zone", "+01:00", "--geotag-max-gap", "300", ours},
+                                   120000);
+    EXPECT_EQ(run.exitCode, 1) << "some photos lie outside the track";
+    const auto read = [](const QString& folder) {
+        QHash<QString, QJsonObject> rows;
+        const ToolResult r =
+            runTool("exiftool",
+                    {"-j", "-n", "-GPSLatitude", "-GPSLongitude", "-GPSAltitude", folder}, 120000);
+        for (const QJsonValue& v : QJsonDocument::fromJson(r.out).array())
+            rows.insert(QFileInfo(v["SourceFile"].toString()).fileName(), v.toObject());
+        return rows;
+    };
+    const QHash<QString, QJsonObject> expected = read(theirs);
+    const QHash<QString, QJsonObject> got = read(ours);
+    ASSERT_EQ(expected.size(), 200);
+    ASSERT_EQ(got.size(), 200);
     int placed = 0;
-    for (const QJsonValue& value : rows) {
-        const QJsonObject row = value.toObject();
-        const GeotagMatch m = matchOnTrack(
-            loaded.points,
-            QDateTime::fromString(row["DateTimeOriginal"].toString(), "yyyy:MM:dd HH:mm:ss"),
-            options);
-        const bool theirs = row.contains("GPSLatitude");
-        const QString name = row["SourceFile"].toString();
-        ASSERT_EQ(m.matched(), theirs)
-            << name.toStdString() << " " << m.reason(options).toStdString();
-        if (!theirs) {
-            EXPECT_FALSE(m.reason(options).isEmpty());
+    for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
+        const QJsonObject& e = it.value();
+        const QJsonObject& g = got[it.key()];
+        const std::string name = it.key().toStdString();
+        ASSERT_EQ(g.contains("GPSLatitude"), e.contains("GPSLatitude")) << name;
+        if (!e.contains("GPSLatitude")) {
+            EXPECT_TRUE(run.err.contains(it.key().toUtf8() + ": no position: taken at")) << name;
             continue;
         }
         ++placed;
-        const double north = (m.latitude - row["GPSLatitude"].toDouble()) * 111320.0;
-        const double east = (m.longitude - row["GPSLongitude"].toDouble()) * 111320.0 *
-                            std::cos(m.latitude * M_PI / 180.0);
-        EXPECT_LT(std::hypot(north, east), 1.0) << name.toStdString();
+        const double latitude = g["GPSLatitude"].toDouble();
+        const double north = (latitude - e["GPSLatitude"].toDouble()) * 111320.0;
+        const double east = (g["GPSLongitude"].toDouble() - e["GPSLongitude"].toDouble()) *
+                            111320.0 * std::cos(latitude * M_PI / 180.0);
+        EXPECT_LT(std::hypot(north, east), 1.0) << name;
+        EXPECT_NEAR(g["GPSAltitude"].toDouble(), e["GPSAltitude"].toDouble(), 0.1) << name;
     }
     EXPECT_GT(placed, 100);
     EXPECT_LT(placed, 200);
@@ -249,4 +263,43 @@ TEST(Geotag, FindsTheZoneOfAPlaceOffline) {
     EXPECT_FALSE(TimeZoneMap::zoneAt(91, 0));
     EXPECT_FALSE(TimeZoneMap::zoneAt(0, std::nan("")));
     EXPECT_TRUE(TimeZoneMap::zoneAt(90, 180)) << "the grid's far corner";
+}
+
+TEST(Geotag, TheCommandLineRefusesBadOptionsAndADryRunNamesTheFixes) {
+    QTemporaryDir dir;
+    const QString track = dir.filePath("t.gpx");
+    writeBytes(track,
+               gpx("<trk><trkseg>" + point(10, 20, utcAt("2024-05-01T10:00:00"), 100) +
+                   point(10.1, 20.1, utcAt("2024-05-01T10:04:00"), 200) + "</trkseg></trk>"));
+    const QString photo = dir.filePath("a.jpg");
+    makeJpeg(photo);
+    {
+        auto image = Exiv2::ImageFactory::open(photo.toStdString());
+        image->readMetadata();
+        image->exifData()["Exif.Photo.DateTimeOriginal"] = "2024:05:01 12:02:00";
+        image->writeMetadata();
+    }
+    const QByteArray before = readBytes(photo);
+    for (const QStringList& bad :
+         {QStringList{"--geotag", track, "--geotag-offset", "soon"},
+          QStringList{"--geotag", track, "--camera-zone", "Mars/Olympus"},
+          QStringList{"--camera-zone", "UTC"},
+          QStringList{"--geotag", track, "--mode", "remove", "--strip", "gps"}}) {
+        const ToolResult r =
+            runTool(TAGMOOR_CLI, QStringList{"apply", "--in-place"} + bad + QStringList{photo});
+        EXPECT_EQ(r.exitCode, 2) << bad.join(' ').toStdString();
+    }
+    // The camera on Central European summer time: 12:02 there is 10:02 UTC, halfway.
+    const ToolResult dry = runTool(TAGMOOR_CLI, {"apply", "--dry-run", "--in-place", "--geotag",
+                                                 track, "--camera-zone", "Europe/Berlin", photo});
+    EXPECT_EQ(dry.exitCode, 0) << dry.err.toStdString();
+    EXPECT_TRUE(dry.out.contains(photo.toUtf8() + ": 10.050000, 20.050000, 150.0 m (between " +
+                                 track.toUtf8() + ":3 2024-05-01T10:00:00Z and " + track.toUtf8() +
+                                 ":4 2024-05-01T10:04:00Z)"))
+        << dry.out.toStdString();
+    EXPECT_EQ(readBytes(photo), before);
+    // A track without a single timed fix is refused before anything is written.
+    writeBytes(track, gpx("<trk><trkseg><trkpt lat=\"1\" lon=\"2\"/></trkseg></trk>"));
+    EXPECT_EQ(runTool(TAGMOOR_CLI, {"apply", "--in-place", "--geotag", track, photo}).exitCode, 2);
+    EXPECT_EQ(readBytes(photo), before);
 }
