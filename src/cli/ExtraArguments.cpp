@@ -58,9 +58,12 @@ bool applyExtraOption(ExtraEdits& edits, const QString& arg, const QString& valu
         edits.removeKeywords << value;
     else if (arg == QLatin1String("--label"))
         edits.label = value;
-    else if (arg == QLatin1String("--person"))
-        edits.persons = edits.persons.value_or(QStringList()) << value;
-    else if (const ExtraTextRow* row = textRowOf(arg))
+    else if (arg == QLatin1String("--person")) {
+        // An empty name adds nobody: `--person ""` alone empties the list.
+        edits.persons = edits.persons.value_or(QStringList());
+        if (!value.isEmpty())
+            edits.persons->append(value);
+    } else if (const ExtraTextRow* row = textRowOf(arg))
         edits.texts[std::size_t(row->text)] = value;
     if (!value.isValidUtf16() || value.contains(QChar::ReplacementCharacter))
         return refused(error, arg, QStringLiteral("the text is not valid UTF-8"));

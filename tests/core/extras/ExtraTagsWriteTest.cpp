@@ -176,16 +176,18 @@ TEST_F(ExtraTagsWriteTest, EachNewTagReadsBackAndTheRestStays) {
 TEST_F(ExtraTagsWriteTest, RemovalsUndoWhatWasWritten) {
     ValueFormScope scope(ValueForm::standard);
     const QString photo = copy(QStringLiteral("Reagan.jpg"));
-    ASSERT_EQ(apply({QStringLiteral("--add-keyword"), QStringLiteral("Places|Lisbon"),
-                     QStringLiteral("--rating"), QStringLiteral("5"), QStringLiteral("--event"),
-                     QStringLiteral("Transit"), QStringLiteral("--creator-email"),
-                     QStringLiteral("a@b.c"), photo})
-                  .exitCode,
-              0);
+    ASSERT_EQ(
+        apply({QStringLiteral("--add-keyword"), QStringLiteral("Places|Lisbon"),
+               QStringLiteral("--rating"), QStringLiteral("5"), QStringLiteral("--event"),
+               QStringLiteral("Transit"), QStringLiteral("--creator-email"),
+               QStringLiteral("a@b.c"), QStringLiteral("--person"), QStringLiteral("Ann"), photo})
+            .exitCode,
+        0);
     const ToolResult r =
         apply({QStringLiteral("--remove-keyword"), QStringLiteral("Places|Lisbon"),
                QStringLiteral("--rating"), QStringLiteral("-1"), QStringLiteral("--event"),
-               QString(), QStringLiteral("--creator-email"), QString(), photo});
+               QString(), QStringLiteral("--creator-email"), QString(), QStringLiteral("--person"),
+               QString(), photo});
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     const QJsonObject t = exiftoolTags(photo);
     EXPECT_FALSE(t.contains(QStringLiteral("XMP-lr:HierarchicalSubject")));
@@ -198,6 +200,7 @@ TEST_F(ExtraTagsWriteTest, RemovalsUndoWhatWasWritten) {
     EXPECT_FALSE(t.contains(QStringLiteral("IFD0:RatingPercent")));
     EXPECT_FALSE(t.contains(QStringLiteral("XMP-iptcExt:Event")));
     EXPECT_FALSE(t.contains(QStringLiteral("XMP-iptcCore:CreatorWorkEmail")));
+    EXPECT_FALSE(t.contains(QStringLiteral("XMP-iptcExt:PersonInImage")));
 }
 
 // With the copies in step an edited caption, creator, rights or location field writes all its
