@@ -1,8 +1,8 @@
 // The window's settings about sidecars and formats, as a run and the process take them.
+#include "processing/SidecarSettings.h"
 #include "TestSupport.h"
 #include "foundation/Settings.h"
 #include "metadata/XmpSidecar.h"
-#include "processing/SidecarSettings.h"
 #include "shell/ShellFixture.h"
 #include "workingset/SupportedExtensions.h"
 
