@@ -11,12 +11,6 @@ namespace tagmoor::cli {
 
 namespace {
 
-// The position of `value` among `names`, if it is one of them.
-std::optional<int> choice(const QString& value, const QStringList& names) {
-    const qsizetype at = names.indexOf(value.toLower());
-    return at < 0 ? std::nullopt : std::optional<int>(int(at));
-}
-
 bool refuse(QString* error, const QString& arg, const QStringList& names, const QString& value) {
     *error = QStringLiteral("%1 is %2, not '%3'").arg(arg, names.join(QLatin1Char('|')), value);
     return false;
@@ -32,8 +26,8 @@ bool isSidecarOption(const QString& arg) {
 bool takeSidecarOption(const QString& arg, const QString& value, RunValues& values,
                        QString* error) {
     if (arg == QLatin1String("--sidecar")) {
-        static const QStringList names{"never", "fallback", "always", "both"};
-        const auto at = choice(value, names);
+        const QStringList& names = sidecarWriteNames();
+        const auto at = sidecarChoice(value, names);
         if (!at)
             return refuse(error, arg, names, value);
         values.sidecar.write = SidecarWrite(*at);
@@ -42,23 +36,23 @@ bool takeSidecarOption(const QString& arg, const QString& value, RunValues& valu
         return true;
     }
     if (arg == QLatin1String("--sidecar-strip")) {
-        static const QStringList names{"keep", "strip", "remove"};
-        const auto at = choice(value, names);
+        const QStringList& names = sidecarStripNames();
+        const auto at = sidecarChoice(value, names);
         if (!at)
             return refuse(error, arg, names, value);
         values.sidecar.strip = SidecarStrip(*at);
         return true;
     }
     if (arg == QLatin1String("--sidecar-name")) {
-        static const QStringList names{"ext", "base"};
-        const auto at = choice(value, names);
+        const QStringList& names = sidecarNamingNames();
+        const auto at = sidecarChoice(value, names);
         if (!at)
             return refuse(error, arg, names, value);
         values.sidecar.naming = SidecarNaming(*at);
         return true;
     }
     static const QStringList names{"all", "classic"};
-    const auto at = choice(value, names);
+    const auto at = sidecarChoice(value, names);
     if (!at)
         return refuse(error, arg, names, value);
     setOnlyClassicExtensions(*at == 1);

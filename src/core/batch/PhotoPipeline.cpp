@@ -297,7 +297,7 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
         return {bridge.cleanMetadata(path, m_values.clean), std::nullopt};
     }
     // An edit that goes to the sidecar alone leaves the photo's bytes as they are.
-    if (!writesPhoto(sniffImageKindOfFile(path)))
+    if (m_values.sidecar.write != SidecarWrite::never && !writesPhoto(sniffImageKindOfFile(path)))
         return {};
     const FieldEdits edits = fieldEditsFor(record, path);
     bridge.setExtraWrite(extraWriteOf(m_values, edits));

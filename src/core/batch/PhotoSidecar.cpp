@@ -66,14 +66,18 @@ PhotoResult PhotoPipeline::withSidecar(PhotoResult photo, const SidecarPlan& sid
                                        const QString& target,
                                        const CGImageProperties& record) const {
     // A photo whose output did not come about, or did not take its edit, leaves its sidecar
-    // as it is, so that the two still agree.
-    if (sidecar.to.isEmpty() || photo.outcome != PhotoOutcome::Written || !photo.problem.isEmpty())
+    // as it is, so that the two still agree. A strip still reaches the sidecar of a photo
+    // that could not be stripped itself (a format that cannot be written).
+    const bool removing = m_values.processingMode == ProcessingMode::removeGroups;
+    if (sidecar.to.isEmpty() || photo.outcome != PhotoOutcome::Written ||
+        (!photo.problem.isEmpty() && !removing))
         return photo;
     QByteArray base;
     if (sidecar.from) {
         const auto bytes = readSidecarBytes(sidecar.from->path);
         if (!bytes) {
-            photo.problem = QStringLiteral("sidecar: could not be read");
+            photo.problem += (photo.problem.isEmpty() ? QString() : QStringLiteral("; ")) +
+                             QStringLiteral("sidecar: could not be read");
             return photo;
         }
         base = *bytes;
@@ -81,7 +85,7 @@ PhotoResult PhotoPipeline::withSidecar(PhotoResult photo, const SidecarPlan& sid
     const bool inPlace = sidecar.from && sidecar.from->path == sidecar.to;
     const ImageKind kind = sniffImageKindOfFile(target);
     WriteResult write;
-    if (m_values.processingMode == ProcessingMode::removeGroups) {
+    if (removing) {
         const SidecarStrip strip =
             m_values.clean.cleanXMP ? m_values.sidecar.strip : SidecarStrip::keep;
         if (!sidecar.from || (strip == SidecarStrip::keep && inPlace))
@@ -103,7 +107,8 @@ PhotoResult PhotoPipeline::withSidecar(PhotoResult photo, const SidecarPlan& sid
     }
     if (!write.written()) {
         qCWarning(lcBatch).noquote() << "sidecar" << sidecar.to << "failed:" << write.detail;
-        photo.problem = sidecarProblem(write);
+        photo.problem +=
+            (photo.problem.isEmpty() ? QString() : QStringLiteral("; ")) + sidecarProblem(write);
     }
     return photo;
 }

@@ -62,7 +62,15 @@ class QSettings;
     /* How values are read, shifted and written: "standard" (the default) or "described"           \
        (see ValueForm). A new key: the old Boolean of the standard form, seeded false by           \
        earlier versions, no longer decides. */                                                     \
-    KEY_WITH_DEFAULT(ValueFormOTM, ValueForm, valueForm, setValueForm, ValueForm::standard)
+    KEY_WITH_DEFAULT(ValueFormOTM, ValueForm, valueForm, setValueForm, ValueForm::standard)        \
+    /* Where a run writes the XMP: "never", "fallback", "always" or "both"; where it goes when     \
+       stripped: "keep", "strip" or "remove"; the name of a new sidecar: "ext" (NAME.EXT.xmp)      \
+       or "base" (NAME.xmp). Absent: the form's choice (see SidecarOptions::frontEndDefault). */   \
+    KEY(SidecarWriteOTM, QString, sidecarWrite, setSidecarWrite)                                   \
+    KEY(SidecarStripOTM, QString, sidecarStrip, setSidecarStrip)                                   \
+    KEY(SidecarNamingOTM, QString, sidecarNaming, setSidecarNaming)                                \
+    /* Only the 39 classic extensions are accepted. Absent: so in the described form only. */      \
+    KEY(ClassicExtensionsOnlyOTM, bool, classicExtensionsOnly, setClassicExtensionsOnly)
 
 namespace tagmoor {
 

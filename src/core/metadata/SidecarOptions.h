@@ -2,6 +2,11 @@
 
 #include "foundation/ValueForm.h"
 
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
 namespace tagmoor {
 
 // How a sidecar is named beside its photo: "name.ext.xmp" (the name of the photo with ".xmp"
@@ -46,5 +51,14 @@ struct SidecarOptions {
 
     bool operator==(const SidecarOptions&) const = default;
 };
+
+// The words that name the choices, in the order of their enums; the settings and the command
+// line use the same.
+const QStringList& sidecarWriteNames();
+const QStringList& sidecarStripNames();
+const QStringList& sidecarNamingNames();
+
+// The position of `word` (any case) among `names`, if it is one of them.
+std::optional<int> sidecarChoice(const QString& word, const QStringList& names);
 
 } // namespace tagmoor

@@ -4,6 +4,7 @@
 #include "editor/MetadataForm.h"
 #include "foundation/Settings.h"
 #include "processing/ProcessingOptions.h"
+#include "processing/SidecarSettings.h"
 
 namespace tagmoor {
 
@@ -21,6 +22,7 @@ RunValues reviewRunValues(const ProcessingOptions& options, const Settings& sett
     values.fieldEditedFlags = editorState.fieldEditedFlags;
     values.editorDates = editorState.editorDates().rules();
     values.carryShifts = editorState.carryShifts;
+    values.sidecar = sidecarOptionsFrom(settings);
     return values;
 }
 

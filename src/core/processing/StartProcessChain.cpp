@@ -10,6 +10,7 @@
 #include "presets/PresetCheck.h"
 #include "processing/FolderAccess.h"
 #include "processing/ProcessingOptions.h"
+#include "processing/SidecarSettings.h"
 #include "rename/RenameNumbering.h"
 #include "workingset/WorkingSet.h"
 
@@ -361,6 +362,7 @@ void StartProcessChain::finalProcess() {
     m_values.fieldEditedFlags = m_objects.editorState.fieldEditedFlags;
     m_values.editorDates = m_objects.editorState.editorDates().rules();
     m_values.carryShifts = m_objects.editorState.carryShifts;
+    m_values.sidecar = sidecarOptionsFrom(m_objects.settings);
     PhotoTemplates::addTo(m_values,
                           PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()));
     later(100, &StartProcessChain::executeFinalProcess);

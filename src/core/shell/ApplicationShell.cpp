@@ -1,5 +1,6 @@
 #include "shell/ApplicationShell.h"
 
+#include "processing/SidecarSettings.h"
 #include "shell/ShellLog.h"
 
 #include <QTimer>
@@ -19,6 +20,7 @@ ApplicationShell::ApplicationShell(Options options, QObject* parent)
       m_presets(std::make_unique<PresetStore>(m_settings)) {
     // The form decides how the first photo is read already.
     setValueForm(m_settings.valueFormOrDefault());
+    applyProcessSidecarSettings(m_settings);
 }
 
 bool ApplicationShell::claimInstance(const QStringList& paths) {

@@ -66,6 +66,11 @@ TEST_F(SidecarRun, AFormatThatCannotBeWrittenGetsASidecarAndKeepsItsBytes) {
     EXPECT_EQ(readBytes(cr3), cr3Bytes);
     EXPECT_EQ(sidecarText(heic + ".xmp", "Exif.Image.Artist"), QStringLiteral("Jane"));
     EXPECT_EQ(sidecarText(cr3 + ".xmp", "Exif.Image.Artist"), QStringLiteral("Jane"));
+    if (haveTool("exiftool")) {
+        const ToolResult tags = runTool("exiftool", {"-a", "-G1", "-s", heic + ".xmp"});
+        EXPECT_TRUE(tags.out.contains("[XMP-dc]        Creator                         : Jane"))
+            << tags.out.toStdString();
+    }
     // A photo that can be written takes the edit itself and gets no sidecar.
     EXPECT_EQ(tagOf(jpeg, "Exif.Image.Artist"), QStringLiteral("Jane"));
     EXPECT_FALSE(findSidecar(jpeg));

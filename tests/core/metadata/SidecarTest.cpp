@@ -1,6 +1,7 @@
 // XMP sidecars beside a photo: found by both naming conventions, read over the photo's own
 // values, edited property by property and put in place safely.
 #include "ExivFixture.h"
+#include "WriteHooks.h"
 #include "metadata/PropertyLoading.h"
 #include "metadata/SafeFileReplace.h"
 #include "metadata/XmpSidecar.h"
@@ -120,6 +121,22 @@ TEST_F(Sidecars, AnEditChangesOnlyItsPropertiesAndAnErasureTakesThemOut) {
     SafeFileReplace::waitForReleases();
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).size(), 2)
         << "no temporary file is left";
+}
+
+TEST_F(Sidecars, AFailedReplacementLeavesTheOldSidecarWhole) {
+    const QString path = dir.filePath("photo.jpg.xmp");
+    ASSERT_TRUE(writeBytes(path, kSidecar));
+    MetadataFieldSet edits;
+    edits.at(*findKeyRow("Exif.Image.Artist")) = PropertyValue(QStringLiteral("Lost"));
+    setWriteFaultHook([](SafeFileReplace::Step step) {
+        return step == SafeFileReplace::Step::Rename ? ENOSPC : 0;
+    });
+    const WriteResult result = writeSidecar(path, kSidecar, edits, {});
+    setWriteFaultHook({});
+    EXPECT_EQ(result.status, WriteStatus::DiskFull);
+    EXPECT_EQ(readBytes(path), kSidecar);
+    SafeFileReplace::waitForReleases();
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
 }
 
 } // namespace

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "metadata/SidecarOptions.h"
+
+namespace tagmoor {
+
+class Settings;
+
+// A run's sidecar choices as the settings hold them; what they leave out (or hold no known
+// word for) is the form's choice.
+SidecarOptions sidecarOptionsFrom(const Settings& settings);
+
+// Applies the settings that hold for the whole process: the accepted extensions and whether
+// sidecars are read, as far as the settings choose them.
+void applyProcessSidecarSettings(const Settings& settings);
+
+} // namespace tagmoor
