@@ -481,6 +481,41 @@
     </message>
 </context>
 <context>
+    <name>Geotag</name>
+    <message>
+        <source>a point without a valid position</source>
+        <translation>ein Punkt ohne gültige Position</translation>
+    </message>
+    <message>
+        <source>not a GPX file</source>
+        <translation>keine GPX-Datei</translation>
+    </message>
+    <message>
+        <source>too large to be a track log</source>
+        <translation>zu groß für eine Trackaufzeichnung</translation>
+    </message>
+    <message>
+        <source>no capture date (DateTimeOriginal or CreateDate)</source>
+        <translation>kein Aufnahmedatum (DateTimeOriginal oder CreateDate)</translation>
+    </message>
+    <message>
+        <source>no track points with a time were loaded</source>
+        <translation>es wurden keine Trackpunkte mit Zeitangabe geladen</translation>
+    </message>
+    <message>
+        <source>taken at %1, before the track starts (%2)</source>
+        <translation>aufgenommen um %1, vor Beginn des Tracks (%2)</translation>
+    </message>
+    <message>
+        <source>taken at %1, after the track ends (%2)</source>
+        <translation>aufgenommen um %1, nach Ende des Tracks (%2)</translation>
+    </message>
+    <message>
+        <source>taken at %1, in a gap of %2 s between fixes (at most %3 s is bridged)</source>
+        <translation>aufgenommen um %1, in einer Lücke von %2 s zwischen zwei Punkten (höchstens %3 s werden überbrückt)</translation>
+    </message>
+</context>
+<context>
     <name>GroupTabs</name>
     <message>
         <source>EXIF</source>

@@ -10,10 +10,6 @@ namespace tagmoor {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("Geotag", text);
-}
-
 // A longitude step that crosses the 180th meridian goes the short way round.
 double interpolateLongitude(double from, double to, double fraction) {
     double step = to - from;
@@ -98,17 +94,20 @@ QString GeotagMatch::reason(const GeotagOptions& options) const {
     case Outcome::Matched:
         return {};
     case Outcome::NoCaptureTime:
-        return tr("no capture date (DateTimeOriginal or CreateDate)");
+        return QCoreApplication::translate("Geotag",
+                                           "no capture date (DateTimeOriginal or CreateDate)");
     case Outcome::NoTrack:
-        return tr("no track points with a time were loaded");
+        return QCoreApplication::translate("Geotag", "no track points with a time were loaded");
     case Outcome::BeforeTrack:
-        return tr("taken at %1, before the track starts (%2)")
+        return QCoreApplication::translate("Geotag", "taken at %1, before the track starts (%2)")
             .arg(at, after.time.toString(Qt::ISODate));
     case Outcome::AfterTrack:
-        return tr("taken at %1, after the track ends (%2)")
+        return QCoreApplication::translate("Geotag", "taken at %1, after the track ends (%2)")
             .arg(at, before.time.toString(Qt::ISODate));
     case Outcome::InGap:
-        return tr("taken at %1, in a gap of %2 s between fixes (at most %3 s is bridged)")
+        return QCoreApplication::translate(
+                   "Geotag",
+                   "taken at %1, in a gap of %2 s between fixes (at most %3 s is bridged)")
             .arg(at)
             .arg(before.time.secsTo(after.time))
             .arg(options.maxGapSeconds);
