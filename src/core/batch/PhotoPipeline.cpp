@@ -300,7 +300,9 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
     if (m_values.sidecar.write != SidecarWrite::never && !writesPhoto(sniffImageKindOfFile(path)))
         return {};
     const FieldEdits edits = fieldEditsFor(record, path);
-    bridge.setExtraWrite(extraWriteOf(m_values, edits));
+    // A photo's own values may carry extra edits of their own (a position's moment).
+    bridge.setExtraWrite(
+        extraWriteOf(m_values.photoValues.empty() ? m_values : valuesFor(record), edits));
     // The values in the file are merged in from the very bytes that the writer edits.
     return {bridge.writeMergedFields(path, edits.values, edits.erased),
             edits.values.at(formField(Field::ModifyDate).keyRow()).text()};

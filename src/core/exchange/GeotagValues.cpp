@@ -57,6 +57,7 @@ void GeotagValues::adjust(const CGImageProperties& record, RunValues& values) co
                              *place.elevation < 0 ? QStringLiteral("1") : QStringLiteral("0"));
     }
     FormSnapshot::signCoordinates(values.editedProperties);
+    values.extras.gpsTime = place.utc;
 }
 
 } // namespace tagmoor

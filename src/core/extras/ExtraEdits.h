@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -90,6 +91,9 @@ struct ExtraEdits {
     // Whether an edit of a caption, creator, rights or location field writes all its copies;
     // unset, the process's switch decides (copiesInStep(), off unless set).
     std::optional<bool> syncCopies;
+    // The moment a position was taken, in UTC: GPSDateStamp and GPSTimeStamp (a photo placed
+    // on a GPS track gets the moment of its place).
+    std::optional<QDateTime> gpsTime;
 
     bool syncsCopies() const;
     // Whether anything beyond the form's fields is to be written.

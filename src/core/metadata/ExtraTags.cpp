@@ -279,6 +279,16 @@ void writeCopy(Exiv2::Image& image, const CopyWrite& write, Touched& touched) {
     }
 }
 
+// The date and time of a position, in UTC, as GPS receivers stamp them.
+void writeGpsTime(Exiv2::ExifData& exif, const QDateTime& moment) {
+    const QDateTime utc = moment.toUTC();
+    exif["Exif.GPSInfo.GPSDateStamp"] = bytesOf(utc.toString(QStringLiteral("yyyy:MM:dd")));
+    Exiv2::URationalValue time;
+    for (const int part : {utc.time().hour(), utc.time().minute(), utc.time().second()})
+        time.value_.emplace_back(uint32_t(part), 1U);
+    exif["Exif.GPSInfo.GPSTimeStamp"] = time;
+}
+
 } // namespace
 
 void applyExtraWrite(Exiv2::Image& image, const ExtraWrite& write, bool declareIptcCharset) {
@@ -303,6 +313,8 @@ void applyExtraWrite(Exiv2::Image& image, const ExtraWrite& write, bool declareI
     }
     for (const CopyWrite& copy : write.copies)
         writeCopy(image, copy, touched);
+    if (edits.gpsTime)
+        writeGpsTime(image.exifData(), *edits.gpsTime);
     // The packet as read no longer holds what the XMP block does.
     if (touched.xmp)
         image.writeXmpFromPacket(false);

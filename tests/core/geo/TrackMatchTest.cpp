@@ -204,9 +204,10 @@ TEST(Geotag, AgreesWithExifToolOnTwoHundredPhotos) {
     EXPECT_EQ(run.exitCode, 1) << "some photos lie outside the track";
     const auto read = [](const QString& folder) {
         QHash<QString, QJsonObject> rows;
-        const ToolResult r =
-            runTool("exiftool",
-                    {"-j", "-n", "-GPSLatitude", "-GPSLongitude", "-GPSAltitude", folder}, 120000);
+        const ToolResult r = runTool("exiftool",
+                                     {"-j", "-n", "-GPSLatitude", "-GPSLongitude", "-GPSAltitude",
+                                      "-GPSDateStamp", "-GPSTimeStamp", folder},
+                                     120000);
         for (const QJsonValue& v : QJsonDocument::fromJson(r.out).array())
             rows.insert(QFileInfo(v["SourceFile"].toString()).fileName(), v.toObject());
         return rows;
@@ -232,6 +233,9 @@ TEST(Geotag, AgreesWithExifToolOnTwoHundredPhotos) {
                             111320.0 * std::cos(latitude * M_PI / 180.0);
         EXPECT_LT(std::hypot(north, east), 1.0) << name;
         EXPECT_NEAR(g["GPSAltitude"].toDouble(), e["GPSAltitude"].toDouble(), 0.1) << name;
+        // The moment of the place, in UTC.
+        EXPECT_EQ(g["GPSDateStamp"], e["GPSDateStamp"]) << name;
+        EXPECT_EQ(g["GPSTimeStamp"], e["GPSTimeStamp"]) << name;
     }
     EXPECT_GT(placed, 100);
     EXPECT_LT(placed, 200);
