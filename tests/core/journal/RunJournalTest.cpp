@@ -2,6 +2,7 @@
 #include "../batch/BatchTestSupport.h"
 
 #include "journal/RunJournal.h"
+#include "metadata/XmpSidecar.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -170,6 +171,32 @@ TEST_F(RunJournalTest, ARunIntoAFolderHasTheFilesItMadeRemoved) {
     EXPECT_TRUE(QFile::exists(outB));
     EXPECT_TRUE(QFile::exists(earlier));
     EXPECT_EQ(readBytes(a), aBefore);
+}
+
+TEST_F(RunJournalTest, SidecarsTheRunChangedOrMadeAreUndoneWithTheirPhotos) {
+    ValueFormScope form(ValueForm::standard);
+    const QString withSidecar = makeJpeg(dir.filePath(QStringLiteral("a.jpg")));
+    const QString without = makeJpeg(dir.filePath(QStringLiteral("b.jpg")));
+    const QString oldSidecar = dir.filePath(QStringLiteral("a.xmp"));
+    const QByteArray sidecarBytes = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+                                    "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+                                    "<rdf:Description rdf:about=\"\"/></rdf:RDF></x:xmpmeta>";
+    ASSERT_TRUE(writeBytes(oldSidecar, sidecarBytes));
+    const QByteArray photoBytes = readBytes(withSidecar);
+    RunValues values = editRun(ProcessingMode::keepUnedited);
+    values.sidecar.write = SidecarWrite::always;
+    edit(values, "Artist", "Undo Tester");
+    ASSERT_TRUE(journaledRun(values, {withSidecar, without}).problems.isEmpty());
+    ASSERT_NE(readBytes(oldSidecar), sidecarBytes);
+    const auto made = findSidecar(without);
+    ASSERT_TRUE(made);
+    const QString newSidecar = made->path;
+
+    const UndoReport report = RunJournal::undo();
+    EXPECT_TRUE(report.leftAlone.isEmpty()) << report.leftAlone.value(0).reason.toStdString();
+    EXPECT_EQ(readBytes(oldSidecar), sidecarBytes);
+    EXPECT_FALSE(QFile::exists(newSidecar));
+    EXPECT_EQ(readBytes(withSidecar), photoBytes);
 }
 
 TEST_F(RunJournalTest, NoPhotoIsChangedWhoseOldBytesCannotBeKept) {
