@@ -1756,6 +1756,58 @@
         <source>&amp;Photos</source>
         <translation>F&amp;otos</translation>
     </message>
+    <message>
+        <source>&amp;Undo Last Batch...</source>
+        <translation>&amp;Letzten Stapel rückgängig machen...</translation>
+    </message>
+    <message>
+        <source>Undo Last Batch</source>
+        <translation>Letzten Stapel rückgängig machen</translation>
+    </message>
+    <message>
+        <source>There is no batch to undo.</source>
+        <translation>Es gibt keinen Stapel, der rückgängig gemacht werden kann.</translation>
+    </message>
+    <message>
+        <source>A batch is running. Undo it when it is done.</source>
+        <translation>Ein Stapel läuft. Machen Sie ihn rückgängig, wenn er fertig ist.</translation>
+    </message>
+    <message>
+        <source>in place</source>
+        <translation>am Ort</translation>
+    </message>
+    <message>
+        <source>%1, %2, photos: %3%4</source>
+        <translation>%1, %2, Fotos: %3%4</translation>
+    </message>
+    <message>
+        <source> (undone)</source>
+        <translation> (rückgängig gemacht)</translation>
+    </message>
+    <message>
+        <source>Undo the batch of %1? Its photos get their old metadata back and the files it made are removed.
+
+Past batches, newest first:
+%2</source>
+        <translation>Den Stapel vom %1 rückgängig machen? Seine Fotos erhalten ihre alten Metadaten zurück, und die Dateien, die er angelegt hat, werden entfernt.
+
+Frühere Stapel, die neuesten zuerst:
+%2</translation>
+    </message>
+    <message>
+        <source>Files restored or removed: %1.</source>
+        <translation>Wiederhergestellte oder entfernte Dateien: %1.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>These files were left as they are:
+%1</source>
+        <translation>Diese Dateien wurden so gelassen, wie sie sind:
+%1</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::MapTypeSegment</name>

@@ -209,6 +209,8 @@ int runBatch(const ApplyOptions& options, const PhotoPipeline& pipeline, const G
     const bool showProgress = !options.quiet && ::isatty(STDERR_FILENO);
     BatchDriver driver(pipeline, numbering, stop, showProgress ? &progress : nullptr,
                        options.threads);
+    // Every run can be undone (`tagmoor-cli undo`).
+    driver.setJournaled(true);
     // The problems and the photos not reached wait in files until the summary is out, rather
     // than in the result.
     ProblemLog problemLog;

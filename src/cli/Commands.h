@@ -9,5 +9,7 @@ namespace tagmoor::cli {
 int runRead(const QStringList& args);
 int runApply(const QStringList& args);
 int runPresets(const QStringList& args);
+int runHistory(const QStringList& args);
+int runUndo(const QStringList& args);
 
 } // namespace tagmoor::cli

@@ -21,6 +21,8 @@ const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
                      "                   the photos' metadata as a table, a row per photo\n"
                      "  import --csv FILE [OPTIONS]\n"
                      "                   write a table's rows into the photos they name\n"
+                     "  history          the batch runs that can be undone, newest first\n"
+                     "  undo [RUN]       undo the newest run not undone, or the run RUN\n"
                      "\n"
                      "options of every command:\n"
                      "  --help           the options of the command\n"
@@ -58,6 +60,10 @@ int main(int argc, char** argv) {
         return tagmoor::cli::runExport(args);
     if (command == QLatin1String("import"))
         return tagmoor::cli::runImport(args);
+    if (command == QLatin1String("history"))
+        return tagmoor::cli::runHistory(args);
+    if (command == QLatin1String("undo"))
+        return tagmoor::cli::runUndo(args);
     if (command == QLatin1String("--version")) {
         QTextStream(stdout) << "tagmoor-cli " TAGMOOR_VERSION "\n";
         return 0;

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 #include <unicode/locid.h>
@@ -15,6 +16,10 @@ int main(int argc, char** argv) {
     setenv("TZ", "UTC", 1);
     tzset();
     tagmoor::initializeMetadataLibrary();
+    // The journals of the runs the tests make (and of the command lines they start) go to a
+    // scratch folder, not to the user's.
+    QTemporaryDir dataHome;
+    setenv("XDG_DATA_HOME", dataHome.path().toLocal8Bit().constData(), 1);
     QCoreApplication app(argc, argv);
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     UErrorCode status = U_ZERO_ERROR;

@@ -7,12 +7,19 @@
 #include "batch/BatchController.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
+#include "foundation/UserPrompt.h"
+#include "journal/RunJournal.h"
 #include "processing/HomeSession.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFutureWatcher>
+#include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include <algorithm>
 
 namespace tagmoor {
 
@@ -28,6 +35,9 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     QAction* addPhotos = file->addAction(tr("&Add Photos..."));
     addPhotos->setShortcut(QKeySequence::Open);
     connect(addPhotos, &QAction::triggered, m_root, &RootView::addFiles);
+    m_undoBatch = file->addAction(tr("&Undo Last Batch..."));
+    m_undoBatch->setObjectName(QStringLiteral("menuItemUndoLastBatch"));
+    connect(m_undoBatch, &QAction::triggered, this, &MainWindow::undoLastBatch);
     file->addSeparator();
     m_preferences = file->addAction(tr("&Preferences..."));
     m_preferences->setObjectName(QStringLiteral("menuItemPreferences"));
@@ -71,6 +81,53 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
         m_checkForUpdates->setEnabled(isHidden);
         m_about->setEnabled(isHidden);
     });
+}
+
+void MainWindow::undoLastBatch() {
+    const QList<JournalRun> runs = RunJournal::runs();
+    const auto newest =
+        std::find_if(runs.begin(), runs.end(), [](const JournalRun& run) { return !run.undone; });
+    const QString title = tr("Undo Last Batch");
+    if (newest == runs.end()) {
+        m_app.prompt().ask(Alert::ok(title, tr("There is no batch to undo.")));
+        return;
+    }
+    if (m_app.homeSession().batch().isRunning()) {
+        m_app.prompt().ask(Alert::ok(title, tr("A batch is running. Undo it when it is done.")));
+        return;
+    }
+    QStringList lines;
+    for (const JournalRun& run : runs) {
+        const QString where = run.inPlace ? tr("in place") : run.folder;
+        lines << tr("%1, %2, photos: %3%4")
+                     .arg(QLocale().toString(run.when.toLocalTime(), QLocale::ShortFormat), where,
+                          QString::number(run.photos), run.undone ? tr(" (undone)") : QString());
+    }
+    const QString text =
+        tr("Undo the batch of %1? Its photos get their old metadata back and the "
+           "files it made are removed.\n\nPast batches, newest first:\n%2")
+            .arg(QLocale().toString(newest->when.toLocalTime(), QLocale::ShortFormat),
+                 lines.join(QLatin1Char('\n')));
+    if (m_app.prompt().ask(Alert::yesNo(title, text)) != 0)
+        return;
+    m_undoBatch->setEnabled(false);
+    auto* watcher = new QFutureWatcher<UndoReport>(this);
+    connect(watcher, &QFutureWatcher<UndoReport>::finished, this, [this, watcher, title] {
+        watcher->deleteLater();
+        m_undoBatch->setEnabled(true);
+        const UndoReport report = watcher->result();
+        QString told = tr("Files restored or removed: %1.").arg(report.restored.size());
+        if (!report.leftAlone.isEmpty()) {
+            QStringList left;
+            for (const LeftAlone& file : report.leftAlone)
+                left << tr("%1: %2").arg(file.path, file.reason);
+            told += QLatin1Char(' ') +
+                    tr("These files were left as they are:\n%1").arg(left.join(QLatin1Char('\n')));
+        }
+        m_app.prompt().ask(Alert::ok(title, told));
+    });
+    const QString id = newest->id;
+    watcher->setFuture(QtConcurrent::run([id] { return RunJournal::undo(id); }));
 }
 
 void MainWindow::showTM() {

@@ -20,6 +20,10 @@ public:
     // The Window menu's entry: brings the main window back to the front.
     void showTM();
 
+    // File > Undo Last Batch...: shows the past runs, newest first, and after a "YES" undoes
+    // the newest one not undone on a worker thread, then tells what became of its files.
+    void undoLastBatch();
+
 protected:
     // Closing the window ends the program. A running batch is asked about first, as its Stop
     // button asks; "NO" keeps the window and the run.
@@ -32,6 +36,7 @@ private:
     AppDelegate& m_app;
     RootView* m_root;
     QAction* m_preferences = nullptr;
+    QAction* m_undoBatch = nullptr;
     QAction* m_checkForUpdates = nullptr;
     QAction* m_about = nullptr;
 };

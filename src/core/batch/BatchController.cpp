@@ -63,6 +63,7 @@ bool BatchController::start(const RunValues& values, std::shared_ptr<const Photo
         const PhotoPipeline pipeline(values);
         SignalObserver observer(this);
         BatchDriver driver(pipeline, m_numbering, m_stop, &observer, threads);
+        driver.setJournaled(true);
         const BatchResult result = driver.run(*photos);
         QMetaObject::invokeMethod(
             this,

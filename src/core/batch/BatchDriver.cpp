@@ -3,8 +3,11 @@
 #include "foundation/ThreadPriority.h"
 
 #include "batch/BatchObserver.h"
+#include "batch/FileIdentity.h"
+#include "journal/RunJournal.h"
 #include "metadata/SafeFileReplace.h"
 
+#include <QFileInfo>
 #include <QThreadPool>
 
 #include <algorithm>
@@ -155,9 +158,49 @@ BatchDriver::BatchDriver(const PhotoPipeline& pipeline, RenameNumbering& numberi
     : m_pipeline(pipeline), m_numbering(numbering), m_stop(stop), m_observer(observer),
       m_threads(std::max(1, threads)) {}
 
+BatchDriver::~BatchDriver() = default;
+
+QString BatchDriver::journalId() const {
+    return m_journal ? m_journal->id() : QString();
+}
+
+namespace {
+
+// Stands in for a journal that could not be started: no photo is changed without its undo.
+class RefusingWitness : public SafeFileReplace::Witness {
+public:
+    explicit RefusingWitness(QString why) : m_why(std::move(why)) {}
+    bool beforeReplace(const QString&, const QByteArray&, qint64, const char*, std::size_t,
+                       const struct stat&, QString* error) override {
+        *error = QStringLiteral("the journal of the run could not be written (%1)").arg(m_why);
+        return false;
+    }
+
+private:
+    QString m_why;
+};
+
+} // namespace
+
+void BatchDriver::startJournal(int photos) {
+    m_journal.reset();
+    m_refusal.reset();
+    if (!m_journaled)
+        return;
+    const RunValues& values = m_pipeline.values();
+    QString why;
+    m_journal = RunJournal::start(
+        values.isDestinationPathAsSource,
+        values.isDestinationPathAsSource ? QString() : values.destinationFolder.value_or(QString()),
+        photos, &why);
+    if (!m_journal)
+        m_refusal = std::make_unique<RefusingWitness>(why);
+}
+
 BatchResult BatchDriver::run(const PhotoSource& photos) {
     BatchResult result;
     result.total = selectedCount(photos);
+    startJournal(result.total);
     sweepOutputFolder();
     RunState state(photos, m_threads, m_problemSink);
     const int reached = startPhotos(state, result);
@@ -219,7 +262,8 @@ int BatchDriver::startPhotos(RunState& state, BatchResult& result) {
 
 void BatchDriver::processPhoto(RunState& state, int index, const PhotoPlan& plan,
                                const CGImageProperties& record) const {
-    const PhotoResult outcome = m_pipeline.process(plan, record, &state.sources);
+    const PhotoResult outcome = m_journaled ? processJournaled(state, plan, record)
+                                            : m_pipeline.process(plan, record, &state.sources);
     if (isCounted(outcome.outcome))
         ++state.written;
     // The standard form calls only the photos that carry the edit saved; the described form
@@ -236,6 +280,42 @@ void BatchDriver::processPhoto(RunState& state, int index, const PhotoPlan& plan
     }
     if (m_observer)
         m_observer->photoDone(plan, outcome.outcome);
+}
+
+PhotoResult BatchDriver::processJournaled(RunState& state, const PhotoPlan& plan,
+                                          const CGImageProperties& record) const {
+    if (!plan.hasUrl)
+        return m_pipeline.process(plan, record, &state.sources);
+    // The photo's output and its sidecar: what stood there before, to tell what the run made.
+    const QStringList outputs = {plan.finalPath,
+                                 m_pipeline.outputSidecarPath(plan.sourcePath, plan.finalPath)};
+    std::vector<std::optional<FileId>> before;
+    for (const QString& path : outputs)
+        before.push_back(path.isEmpty() ? std::nullopt : fileIdOf(path));
+    const auto sourceId = fileIdOf(plan.sourcePath);
+
+    SafeFileReplace::Witness* witness =
+        m_journal ? static_cast<SafeFileReplace::Witness*>(m_journal.get()) : m_refusal.get();
+    PhotoResult outcome;
+    {
+        const SafeFileReplace::WitnessScope scope(witness);
+        outcome = m_pipeline.process(plan, record, &state.sources);
+    }
+    if (!m_journal)
+        return outcome;
+    const QStringList replaced = m_journal->settleReplaced();
+    for (std::size_t i = 0; i < std::size_t(outputs.size()); ++i) {
+        const QString& path = outputs.at(qsizetype(i));
+        if (path.isEmpty())
+            continue;
+        const auto now = fileIdOf(path);
+        // A file the run replaced in place is journaled with its old bytes, not as made.
+        if (!now || now == sourceId || now == before[i] ||
+            replaced.contains(QFileInfo(path).canonicalFilePath()))
+            continue;
+        m_journal->recordCreated(path);
+    }
+    return outcome;
 }
 
 void BatchDriver::tellNotReached(const PhotoSource& photos, int from, BatchResult& result) const {

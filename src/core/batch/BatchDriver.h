@@ -4,13 +4,16 @@
 #include "batch/PhotoPipeline.h"
 #include "batch/PhotoSource.h"
 #include "foundation/StopControl.h"
+#include "metadata/SafeFileReplace.h"
 #include "rename/RenameNumbering.h"
 
 #include <functional>
+#include <memory>
 
 namespace tagmoor {
 
 class BatchObserver;
+class RunJournal;
 
 // Walks a run's photos in list order and hands each selected one to the pipeline.
 //
@@ -28,6 +31,14 @@ class BatchDriver {
 public:
     BatchDriver(const PhotoPipeline& pipeline, RenameNumbering& numbering, StopControl& stop,
                 BatchObserver* observer = nullptr, int threads = 1);
+    ~BatchDriver();
+
+    // Keeps a journal of the run (RunJournal), so that it can be undone: the bytes each photo
+    // changed in place had, the files the run made. A photo whose old bytes can't be kept is
+    // not changed. Off by default.
+    void setJournaled(bool journaled) { m_journaled = journaled; }
+    // The id of the last run's journal; empty when it kept none.
+    QString journalId() const;
 
     // Runs to the end of the list or to a stop, and returns the result screen's values.
     BatchResult run(const PhotoSource& photos);
@@ -52,6 +63,10 @@ private:
     int startPhotos(RunState& state, BatchResult& result);
     void processPhoto(RunState& state, int index, const PhotoPlan& plan,
                       const CGImageProperties& record) const;
+    // process() of the pipeline with the journal told of what the photo changed and made.
+    PhotoResult processJournaled(RunState& state, const PhotoPlan& plan,
+                                 const CGImageProperties& record) const;
+    void startJournal(int photos);
     void sweepOutputFolder() const;
     void tellNotReached(const PhotoSource& photos, int from, BatchResult& result) const;
 
@@ -62,6 +77,10 @@ private:
     int m_threads;
     std::function<void(const PhotoProblem&)> m_problemSink;
     std::function<void(const QString&)> m_notReachedSink;
+    bool m_journaled = false;
+    std::unique_ptr<RunJournal> m_journal;
+    // Refuses every replacement when the journal could not be started.
+    std::unique_ptr<SafeFileReplace::Witness> m_refusal;
 };
 
 } // namespace tagmoor

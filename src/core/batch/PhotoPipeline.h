@@ -61,6 +61,12 @@ public:
     static QString baseNameOf(const QString& fileName);
     static QString extensionOf(const QString& fileName);
 
+    // Where the sidecar of the output `target` of `source` goes; empty when the run leaves
+    // sidecars alone.
+    QString outputSidecarPath(const QString& source, const QString& target) const {
+        return sidecarPlan(source, target).to;
+    }
+
     // The metadata step of a run on the file at `path` (a scratch copy, for a preview),
     // without flushing it to disk.
     WriteResult writeMetadataInto(const QString& path, const CGImageProperties& record) const;

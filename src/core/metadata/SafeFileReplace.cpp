@@ -39,6 +39,8 @@ const QRegularExpression& temporaryPattern() {
     return re;
 }
 
+thread_local SafeFileReplace::Witness* t_witness = nullptr;
+
 QDateTime modificationTime(const struct stat& st) {
     return QDateTime::fromMSecsSinceEpoch(
         qint64(st.st_mtim.tv_sec) * 1000 + st.st_mtim.tv_nsec / 1000000, Qt::UTC);
@@ -159,6 +161,14 @@ QByteArray linkAside(const QByteArray& folder, const QByteArray& target) {
 }
 
 } // namespace
+
+SafeFileReplace::WitnessScope::WitnessScope(Witness* witness) : m_previous(t_witness) {
+    t_witness = witness;
+}
+
+SafeFileReplace::WitnessScope::~WitnessScope() {
+    t_witness = m_previous;
+}
 
 std::size_t SafeFileReplace::unchangedTailSize(const char* data, std::size_t size,
                                                const QByteArray& original) {
@@ -388,6 +398,20 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
         return fail(QStringLiteral("Failed to close the new file"), errno);
     if (written.st_size != off_t(qint64(size) + kept))
         return fail(QStringLiteral("The new file is incomplete"), EIO);
+    if (m_flushToDisk && t_witness) {
+        // The witness keeps the bytes that are about to go; without them nothing is replaced.
+        if (!readUpTo(keptFrom < 0 ? targetSize() : keptFrom))
+            return false;
+        const QByteArray replaced = keptFrom < 0 ? m_original : m_original.left(keptFrom);
+        QString why;
+        if (!t_witness->beforeReplace(QFile::decodeName(m_encodedTarget), replaced, keptFrom, data,
+                                      size, m_status, &why)) {
+            m_errorCode = EIO;
+            m_trouble = Trouble::System;
+            m_error = m_target + QStringLiteral(": ") + why;
+            return false;
+        }
+    }
     return moveIntoPlace(folder);
 }
 

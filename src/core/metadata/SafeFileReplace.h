@@ -24,6 +24,32 @@ namespace tagmoor {
 // and process).
 class SafeFileReplace {
 public:
+    // Told of each replacement of a file that holds the user's bytes (not of a staged output
+    // that goes without the flush), after the new bytes are flushed and checked and before
+    // they take the target's place. Set per thread with WitnessScope.
+    class Witness {
+    public:
+        virtual ~Witness() = default;
+        // `replaced` are the target's bytes that the new ones replace: its first `keptFrom`
+        // bytes when the rest stays (the new head is `newSize` bytes at `newData`), else the
+        // whole old file. `old` is the target's status when it was read. False stops the
+        // replacement, the target keeping its bytes, with `error` telling why.
+        virtual bool beforeReplace(const QString& target, const QByteArray& replaced,
+                                   qint64 keptFrom, const char* newData, std::size_t newSize,
+                                   const struct stat& old, QString* error) = 0;
+    };
+    // Makes `witness` the witness of this thread's replacements while it lives.
+    class WitnessScope {
+    public:
+        explicit WitnessScope(Witness* witness);
+        ~WitnessScope();
+        WitnessScope(const WitnessScope&) = delete;
+        WitnessScope& operator=(const WitnessScope&) = delete;
+
+    private:
+        Witness* m_previous;
+    };
+
     // The steps of a replacement, at each of which a test can inject a failure or block
     // (writeFaultAt, WriteSeams.h). `Write` is reached before each chunk of the temporary
     // file, so a test can stop a writer with the copy half done.

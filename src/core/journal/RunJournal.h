@@ -1,0 +1,95 @@
+#pragma once
+
+#include "metadata/SafeFileReplace.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QMutex>
+#include <QSet>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tagmoor {
+
+// One past run as its journal tells it.
+struct JournalRun {
+    QString id;
+    QDateTime when;
+    bool inPlace = true;
+    // The output folder of a run into a folder.
+    QString folder;
+    int photos = 0;
+    bool undone = false;
+};
+
+// A file that undo left as it is, and why.
+struct LeftAlone {
+    QString path;
+    QString reason;
+};
+
+struct UndoReport {
+    enum class Status { Undone, NoSuchRun, AlreadyUndone };
+    Status status = Status::Undone;
+    QString id;
+    // The photos given back their old bytes and the created files removed.
+    QStringList restored;
+    QList<LeftAlone> leftAlone;
+};
+
+// The journal of one batch run, kept under the user's data folder ("Tagmoor/journal/<id>/"),
+// so that the run can be undone: for a photo changed in place, the bytes the write replaced
+// (a JPEG's old head only, when the picture data stayed), its old file times and permissions;
+// for a run into a folder, the files it made. Each with the size, modification time and hash
+// of what the run left, so that undo can tell a file changed since.
+//
+// Records are appended to "records.jsonl" and flushed one by one, so a journal cut short by a
+// crash still undoes what it holds. Safe to use from several threads at once.
+class RunJournal : public SafeFileReplace::Witness {
+public:
+    // How many runs are kept; starting a run removes the oldest beyond them.
+    static constexpr int kKeptRuns = 20;
+
+    // Starts the journal of a new run; nothing, with `error` set, when it can't be made.
+    static std::unique_ptr<RunJournal> start(bool inPlace, const QString& folder, int photos,
+                                             QString* error = nullptr);
+    // The folder that holds the journals.
+    static QString root();
+    // The runs in the journal, newest first.
+    static QList<JournalRun> runs();
+    // Undoes run `id` (empty: the newest not undone).
+    static UndoReport undo(const QString& id = {});
+
+    ~RunJournal() override;
+
+    QString id() const { return m_id; }
+
+    bool beforeReplace(const QString& target, const QByteArray& replaced, qint64 keptFrom,
+                       const char* newData, std::size_t newSize, const struct stat& old,
+                       QString* error) override;
+
+    // Notes the size and modification time that the files replaced in place on this thread
+    // since the last call have now, once the run is done with them (their file dates set).
+    // Gives their paths.
+    QStringList settleReplaced();
+    // Notes a file the run made (an output, a sidecar), as it is now.
+    void recordCreated(const QString& path);
+
+private:
+    explicit RunJournal(QString folder, QString id);
+    // Appends a record; `flush` waits until it is on the disk.
+    bool append(const QByteArray& line, QString* error, bool flush = true);
+
+    QString m_folder;
+    QString m_id;
+    QMutex m_mutex;
+    // The files replaced in place on each thread and not yet settled.
+    QHash<Qt::HANDLE, QStringList> m_pending;
+    int m_fd = -1;
+    int m_nextBlob = 0;
+};
+
+} // namespace tagmoor
