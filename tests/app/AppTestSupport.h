@@ -76,6 +76,7 @@ struct TestApp {
     // The screens' older tests check the described form; tests of the default pass standard.
     explicit TestApp(bool welcomeSeen = true, ValueForm form = ValueForm::described) {
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(QStringLiteral("config"))));
+        qputenv("TAGMOOR_JOURNAL_DIR", QFile::encodeName(home.filePath(QStringLiteral("journal"))));
         AppDelegate::Options options;
         options.settingsFile = home.filePath(QStringLiteral("settings.ini"));
         Settings(options.settingsFile).setValueForm(form);

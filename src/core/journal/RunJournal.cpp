@@ -111,6 +111,10 @@ const QString kChanged = QStringLiteral("changed since the run");
 } // namespace
 
 QString RunJournal::root() {
+    // TAGMOOR_JOURNAL_DIR keeps the journal elsewhere (the screen tests keep theirs in their
+    // scratch folder).
+    if (const QString moved = qEnvironmentVariable("TAGMOOR_JOURNAL_DIR"); !moved.isEmpty())
+        return moved;
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
            QStringLiteral("/Tagmoor/journal");
 }
