@@ -488,6 +488,11 @@ void HomeScreen::openSummaryItem(const RunSummaryItem& item) {
     case RunSummaryItem::Kind::preset:
         m_editorBox->openPresets();
         return;
+    case RunSummaryItem::Kind::keywords:
+    case RunSummaryItem::Kind::rating:
+    case RunSummaryItem::Kind::label:
+    case RunSummaryItem::Kind::texts:
+        return;
     }
 }
 
