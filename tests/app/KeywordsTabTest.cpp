@@ -3,10 +3,15 @@
 // summary, the run and the written files.
 #include "WindowRunSupport.h"
 #include "app/editor/KeywordsMorePanel.h"
+#include "app/shell/PreferencesWindow.h"
 #include "app/workingset/PhotoListViews.h"
 #include "editor/EditorState.h"
+#include "extras/CopiesInStep.h"
+#include "foundation/Settings.h"
 #include "processing/HomeSession.h"
+#include "workingset/SupportedExtensions.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -46,6 +51,7 @@ private slots:
     }
     void listsCountsAndEditsTheMarkedPhotosKeywords();
     void ratingKeysWorkOnTheListOnly();
+    void preferencesHoldCopiesSidecarsAndFormats();
 
 private:
     std::unique_ptr<QTemporaryDir> m_home;
@@ -142,6 +148,49 @@ void KeywordsTabTest::ratingKeysWorkOnTheListOnly() {
     t.set().setAllSelected(false);
     QTest::keyClick(table, Qt::Key_2);
     QCOMPARE(session.extraEdits().rating, std::nullopt);
+}
+
+// Copies in step: on by default in the standard form only, and the box turns the process's
+// switch at once; the sidecar and formats choices are stored and reach the next run and scan.
+void KeywordsTabTest::preferencesHoldCopiesSidecarsAndFormats() {
+    {
+        TestApp t(true, ValueForm::described);
+        QVERIFY(!copiesInStep());
+    }
+    TestApp t(true, ValueForm::standard);
+    QVERIFY(copiesInStep());
+    t.app->showPreferences();
+    PreferencesWindow* preferences = t.app->preferencesWindow();
+    auto* copies = named<QCheckBox>(preferences, QStringLiteral("btnCopiesInStep"));
+    QVERIFY(copies->isChecked());
+    copies->click();
+    QVERIFY(!copiesInStep());
+    QCOMPARE(t.app->settings().copiesInStep(), std::optional(false));
+
+    auto* sidecars = named<QComboBox>(preferences, QStringLiteral("comboBoxSidecarWrite"));
+    QCOMPARE(sidecars->currentData().toString(), QStringLiteral("fallback"));
+    sidecars->setCurrentIndex(sidecars->findData(QStringLiteral("always")));
+    emit sidecars->activated(sidecars->currentIndex());
+    QCOMPARE(t.app->settings().sidecarWrite(), std::optional(QStringLiteral("always")));
+    QCOMPARE(t.app->homeSession().reviewValues().sidecar.write, SidecarWrite::always);
+
+    auto* classic = named<QCheckBox>(preferences, QStringLiteral("btnClassicExtensionsOnly"));
+    QVERIFY(!classic->isChecked());
+    QVERIFY(supportedExtensions().contains(QStringLiteral("heic")));
+    classic->click();
+    QVERIFY(!supportedExtensions().contains(QStringLiteral("heic")));
+    classic->click();
+    QVERIFY(supportedExtensions().contains(QStringLiteral("heic")));
+    preferences->close();
+
+    // The stored choice holds at the next start.
+    t.app.reset();
+    AppDelegate::Options options;
+    options.settingsFile = t.home.filePath(QStringLiteral("settings.ini"));
+    options.loginExecutable = QStringLiteral("/usr/bin/tagmoor");
+    t.app = std::make_unique<AppDelegate>(t.prompt, options);
+    t.app->start();
+    QVERIFY(!copiesInStep());
 }
 
 TAGMOOR_APP_TEST_MAIN(KeywordsTabTest)

@@ -1,10 +1,14 @@
 #include "app/shell/PreferencesWindow.h"
 
+#include "extras/CopiesInStep.h"
 #include "foundation/Settings.h"
 #include "geo/MapTileNotices.h"
 #include "geo/TileLoader.h"
+#include "metadata/SidecarOptions.h"
+#include "processing/SidecarSettings.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
+#include "workingset/SupportedExtensions.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -52,6 +56,7 @@ PreferencesWindow::PreferencesWindow(Settings& settings, LoginItem& loginItem, L
     setObjectName(QStringLiteral("preferencesWindow"));
     setWindowTitle(tr("Preferences"));
     m_tabs->addTab(makeGeneralTab(), tr("General"));
+    m_tabs->addTab(makeMetadataTab(), tr("Metadata"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     buttons->setObjectName(QStringLiteral("btnClose"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
@@ -148,6 +153,50 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     return page;
 }
 
+QWidget* PreferencesWindow::makeMetadataTab() {
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("MetadataPreferences"));
+    m_copiesInStep = new QCheckBox(tr("Keep captions, creators and rights in step"));
+    m_copiesInStep->setObjectName(QStringLiteral("btnCopiesInStep"));
+    connect(m_copiesInStep, &QCheckBox::clicked, this, &PreferencesWindow::clickedCopiesInStep);
+    m_sidecarWrite = new QComboBox;
+    m_sidecarWrite->setObjectName(QStringLiteral("comboBoxSidecarWrite"));
+    m_sidecarWrite->setAccessibleName(tr("XMP sidecar files"));
+    const QStringList shown{tr("Never"), tr("Only where the photo cannot hold XMP"),
+                            tr("Always, instead of the photo"), tr("Both the photo and a sidecar")};
+    for (int i = 0; i < sidecarWriteNames().size(); ++i)
+        m_sidecarWrite->addItem(shown.value(i, sidecarWriteNames()[i]), sidecarWriteNames()[i]);
+    connect(m_sidecarWrite, &QComboBox::activated, this,
+            [this](int row) { chosenSidecarWrite(m_sidecarWrite->itemData(row).toString()); });
+    auto* sidecarLabel = new QLabel(tr("XMP sidecar files:"));
+    sidecarLabel->setObjectName(QStringLiteral("lblSidecarWrite"));
+    sidecarLabel->setBuddy(m_sidecarWrite);
+    auto* sidecarRow = new QHBoxLayout;
+    sidecarRow->addWidget(sidecarLabel);
+    sidecarRow->addWidget(m_sidecarWrite, 1);
+    m_classicOnly = new QCheckBox(tr("Accept only the classic file formats"));
+    m_classicOnly->setObjectName(QStringLiteral("btnClassicExtensionsOnly"));
+    connect(m_classicOnly, &QCheckBox::clicked, this,
+            &PreferencesWindow::clickedClassicExtensionsOnly);
+
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(20, 18, 20, 18);
+    layout->setSpacing(8);
+    layout->addWidget(caption(tr("Writing")));
+    layout->addWidget(m_copiesInStep);
+    layout->addWidget(note(tr("An edit of a caption, creator or rights is written to its Exif, "
+                              "IPTC and XMP copies alike, and a photo shows the copy that "
+                              "readers prefer. Applies to the photos added from now on.")));
+    layout->addLayout(sidecarRow);
+    layout->addSpacing(10);
+    layout->addWidget(caption(tr("Formats")));
+    layout->addWidget(m_classicOnly);
+    layout->addWidget(note(tr("When ticked, HEIC, AVIF, JPEG XL, WebP, CR3 and RW2 photos are "
+                              "not added.")));
+    layout->addStretch(1);
+    return page;
+}
+
 // The language choice and the update box show what is in force but change nothing in this
 // version, so they take no clicks, and say why.
 QHBoxLayout* PreferencesWindow::makeLanguageRow() {
@@ -198,6 +247,11 @@ void PreferencesWindow::reload() {
     const int appearance =
         m_appearance->findData(m_settings.appearance().value_or(QStringLiteral("system")));
     m_appearance->setCurrentIndex(appearance < 0 ? 0 : appearance);
+    m_copiesInStep->setChecked(copiesInStep());
+    const int sidecar =
+        m_sidecarWrite->findData(sidecarWriteNames()[int(sidecarOptionsFrom(m_settings).write)]);
+    m_sidecarWrite->setCurrentIndex(std::max(0, sidecar));
+    m_classicOnly->setChecked(onlyClassicExtensions());
 }
 
 void PreferencesWindow::clickedAutomatically(bool on) {
@@ -222,6 +276,21 @@ void PreferencesWindow::clickedLoadMapTiles(bool on) {
 void PreferencesWindow::clickedClearMapCache() {
     TileLoader::clearDiskCache(TileLoader::defaultCacheFolder());
     m_mapCacheState->setText(tr("The map cache is empty."));
+}
+
+void PreferencesWindow::clickedCopiesInStep(bool on) {
+    m_settings.setCopiesInStep(on);
+    tagmoor::setCopiesInStep(on);
+}
+
+void PreferencesWindow::chosenSidecarWrite(const QString& word) {
+    m_settings.setSidecarWrite(word);
+    applyProcessSidecarSettings(m_settings);
+}
+
+void PreferencesWindow::clickedClassicExtensionsOnly(bool on) {
+    m_settings.setClassicExtensionsOnly(on);
+    applyProcessSidecarSettings(m_settings);
 }
 
 } // namespace tagmoor

@@ -15,7 +15,7 @@ class LoginItem;
 class Settings;
 struct LaunchState;
 
-// The preferences window with its one tab, "General". Every box stores its setting the
+// The preferences window with its tabs, "General" and "Metadata". Every box stores its setting the
 // moment it changes; there is nothing to apply.
 class PreferencesWindow : public QWidget {
     Q_OBJECT
@@ -33,6 +33,11 @@ public:
     void clickedLoadMapTiles(bool on);
     // Empties the tile cache, on disk and in the maps.
     void clickedClearMapCache();
+    // Stores the choice and applies it to the process (the photos read from now on, and runs).
+    void clickedCopiesInStep(bool on);
+    // "never", "fallback", "always" or "both": stored, and sidecars read or not from now on.
+    void chosenSidecarWrite(const QString& word);
+    void clickedClassicExtensionsOnly(bool on);
 
 signals:
     // "system", "light" or "dark", as the appearance box was set.
@@ -40,6 +45,7 @@ signals:
 
 private:
     QWidget* makeGeneralTab();
+    QWidget* makeMetadataTab();
     QHBoxLayout* makeLanguageRow();
     QHBoxLayout* makeAppearanceRow();
 
@@ -57,6 +63,9 @@ private:
     QPushButton* m_clearMapCache = nullptr;
     QLabel* m_mapCacheState = nullptr;
     QComboBox* m_appearance = nullptr;
+    QCheckBox* m_copiesInStep = nullptr;
+    QComboBox* m_sidecarWrite = nullptr;
+    QCheckBox* m_classicOnly = nullptr;
 };
 
 } // namespace tagmoor

@@ -14,4 +14,8 @@ SidecarOptions sidecarOptionsFrom(const Settings& settings);
 // sidecars are read, as far as the settings choose them.
 void applyProcessSidecarSettings(const Settings& settings);
 
+// Whether the window keeps the copies of a group in step: the setting, or when absent, the
+// standard form. The command line keeps its own default (off unless asked).
+bool copiesInStepFrom(const Settings& settings);
+
 } // namespace tagmoor
