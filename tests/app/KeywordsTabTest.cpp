@@ -9,6 +9,7 @@
 #include "extras/CopiesInStep.h"
 #include "foundation/Settings.h"
 #include "processing/HomeSession.h"
+#include "processing/SidecarSettings.h"
 #include "workingset/SupportedExtensions.h"
 
 #include <QCheckBox>
@@ -150,22 +151,20 @@ void KeywordsTabTest::ratingKeysWorkOnTheListOnly() {
     QCOMPARE(session.extraEdits().rating, std::nullopt);
 }
 
-// Copies in step: on by default in the standard form only, and the box turns the process's
-// switch at once; the sidecar and formats choices are stored and reach the next run and scan.
+// Copies in step: the box turns the process's switch at once and is stored for the next start;
+// the sidecar and formats choices are stored and reach the next run and scan.
 void KeywordsTabTest::preferencesHoldCopiesSidecarsAndFormats() {
-    {
-        TestApp t(true, ValueForm::described);
-        QVERIFY(!copiesInStep());
-    }
     TestApp t(true, ValueForm::standard);
-    QVERIFY(copiesInStep());
+    QCOMPARE(copiesInStep(), kCopiesInStepByDefault);
     t.app->showPreferences();
     PreferencesWindow* preferences = t.app->preferencesWindow();
     auto* copies = named<QCheckBox>(preferences, QStringLiteral("btnCopiesInStep"));
-    QVERIFY(copies->isChecked());
+    QCOMPARE(copies->isChecked(), kCopiesInStepByDefault);
+    if (copies->isChecked())
+        copies->click();
     copies->click();
-    QVERIFY(!copiesInStep());
-    QCOMPARE(t.app->settings().copiesInStep(), std::optional(false));
+    QVERIFY(copiesInStep());
+    QCOMPARE(t.app->settings().copiesInStep(), std::optional(true));
 
     auto* sidecars = named<QComboBox>(preferences, QStringLiteral("comboBoxSidecarWrite"));
     QCOMPARE(sidecars->currentData().toString(), QStringLiteral("fallback"));
@@ -190,7 +189,8 @@ void KeywordsTabTest::preferencesHoldCopiesSidecarsAndFormats() {
     options.loginExecutable = QStringLiteral("/usr/bin/tagmoor");
     t.app = std::make_unique<AppDelegate>(t.prompt, options);
     t.app->start();
-    QVERIFY(!copiesInStep());
+    QVERIFY(copiesInStep());
+    setCopiesInStep(false);
 }
 
 TAGMOOR_APP_TEST_MAIN(KeywordsTabTest)

@@ -56,7 +56,6 @@ PreferencesWindow::PreferencesWindow(Settings& settings, LoginItem& loginItem, L
     setObjectName(QStringLiteral("preferencesWindow"));
     setWindowTitle(tr("Preferences"));
     m_tabs->addTab(makeGeneralTab(), tr("General"));
-    m_tabs->addTab(makeMetadataTab(), tr("Metadata"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     buttons->setObjectName(QStringLiteral("btnClose"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
@@ -121,6 +120,7 @@ QWidget* PreferencesWindow::makeGeneralTab() {
                 "keyword is kept and date shifts wrap instead of carrying."));
     formNote->setObjectName(QStringLiteral("lblStandardFormNote"));
     layout->addWidget(formNote);
+    layout->addLayout(makeMetadataRows());
     layout->addSpacing(10);
     layout->addWidget(caption(tr("Map")));
     m_mapTiles = new QCheckBox(tr("Load map tiles from the internet"));
@@ -153,9 +153,8 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     return page;
 }
 
-QWidget* PreferencesWindow::makeMetadataTab() {
-    auto* page = new QWidget;
-    page->setObjectName(QStringLiteral("MetadataPreferences"));
+// Under the file saving boxes: how the copies of a value, sidecars and formats are handled.
+QVBoxLayout* PreferencesWindow::makeMetadataRows() {
     m_copiesInStep = new QCheckBox(tr("Keep captions, creators and rights in step"));
     m_copiesInStep->setObjectName(QStringLiteral("btnCopiesInStep"));
     connect(m_copiesInStep, &QCheckBox::clicked, this, &PreferencesWindow::clickedCopiesInStep);
@@ -179,22 +178,18 @@ QWidget* PreferencesWindow::makeMetadataTab() {
     connect(m_classicOnly, &QCheckBox::clicked, this,
             &PreferencesWindow::clickedClassicExtensionsOnly);
 
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(20, 18, 20, 18);
+    auto* layout = new QVBoxLayout;
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
-    layout->addWidget(caption(tr("Writing")));
     layout->addWidget(m_copiesInStep);
     layout->addWidget(note(tr("An edit of a caption, creator or rights is written to its Exif, "
                               "IPTC and XMP copies alike, and a photo shows the copy that "
                               "readers prefer. Applies to the photos added from now on.")));
     layout->addLayout(sidecarRow);
-    layout->addSpacing(10);
-    layout->addWidget(caption(tr("Formats")));
     layout->addWidget(m_classicOnly);
     layout->addWidget(note(tr("When ticked, HEIC, AVIF, JPEG XL, WebP, CR3 and RW2 photos are "
                               "not added.")));
-    layout->addStretch(1);
-    return page;
+    return layout;
 }
 
 // The language choice and the update box show what is in force but change nothing in this

@@ -8,6 +8,7 @@ class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QTabWidget;
+class QVBoxLayout;
 
 namespace tagmoor {
 
@@ -15,7 +16,7 @@ class LoginItem;
 class Settings;
 struct LaunchState;
 
-// The preferences window with its tabs, "General" and "Metadata". Every box stores its setting the
+// The preferences window with its one tab, "General". Every box stores its setting the
 // moment it changes; there is nothing to apply.
 class PreferencesWindow : public QWidget {
     Q_OBJECT
@@ -45,7 +46,7 @@ signals:
 
 private:
     QWidget* makeGeneralTab();
-    QWidget* makeMetadataTab();
+    QVBoxLayout* makeMetadataRows();
     QHBoxLayout* makeLanguageRow();
     QHBoxLayout* makeAppearanceRow();
 

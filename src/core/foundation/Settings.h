@@ -72,7 +72,7 @@ class QSettings;
     /* Only the 39 classic extensions are accepted. Absent: so in the described form only. */      \
     KEY(ClassicExtensionsOnlyOTM, bool, classicExtensionsOnly, setClassicExtensionsOnly)           \
     /* Whether the window keeps the copies of a caption, creator, rights or location value in      \
-       step. Absent: so in the standard form only (see copiesInStepFrom). */                       \
+       step. Absent: see copiesInStepFrom. */                                                      \
     KEY(CopiesInStepOTM, bool, copiesInStep, setCopiesInStep)
 
 namespace tagmoor {

@@ -29,7 +29,7 @@ void applyProcessSidecarSettings(const Settings& settings) {
 }
 
 bool copiesInStepFrom(const Settings& settings) {
-    return settings.copiesInStep().value_or(isStandardForm());
+    return settings.copiesInStep().value_or(kCopiesInStepByDefault);
 }
 
 } // namespace tagmoor
