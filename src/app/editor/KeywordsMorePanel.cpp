@@ -47,11 +47,11 @@ QStringList namesOf(const QString& line) {
 
 // The colour labels as shown, in the order of colourLabelNames(); the names written stay English.
 constexpr const char* kShownColours[] = {
-    QT_TRANSLATE_NOOP("RatingLabelSection", "Red"),
-    QT_TRANSLATE_NOOP("RatingLabelSection", "Yellow"),
-    QT_TRANSLATE_NOOP("RatingLabelSection", "Green"),
-    QT_TRANSLATE_NOOP("RatingLabelSection", "Blue"),
-    QT_TRANSLATE_NOOP("RatingLabelSection", "Purple"),
+    QT_TRANSLATE_NOOP("tagmoor::RatingLabelSection", "Red"),
+    QT_TRANSLATE_NOOP("tagmoor::RatingLabelSection", "Yellow"),
+    QT_TRANSLATE_NOOP("tagmoor::RatingLabelSection", "Green"),
+    QT_TRANSLATE_NOOP("tagmoor::RatingLabelSection", "Blue"),
+    QT_TRANSLATE_NOOP("tagmoor::RatingLabelSection", "Purple"),
 };
 
 } // namespace
