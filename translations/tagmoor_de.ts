@@ -484,15 +484,15 @@
     <name>Geotag</name>
     <message>
         <source>a point without a valid position</source>
-        <translation type="unfinished"></translation>
+        <translation>ein Punkt ohne gültige Position</translation>
     </message>
     <message>
         <source>not a GPX file</source>
-        <translation type="unfinished"></translation>
+        <translation>keine GPX-Datei</translation>
     </message>
     <message>
         <source>too large to be a track log</source>
-        <translation type="unfinished"></translation>
+        <translation>zu groß für eine Streckenaufzeichnung</translation>
     </message>
 </context>
 <context>
@@ -1564,23 +1564,23 @@
     <name>tagmoor::GeotagMatch</name>
     <message>
         <source>no capture date (DateTimeOriginal or CreateDate)</source>
-        <translation type="unfinished"></translation>
+        <translation>kein Aufnahmedatum (DateTimeOriginal oder CreateDate)</translation>
     </message>
     <message>
         <source>no track points with a time were loaded</source>
-        <translation type="unfinished"></translation>
+        <translation>es wurden keine Streckenpunkte mit Zeitangabe geladen</translation>
     </message>
     <message>
         <source>taken at %1, before the track starts (%2)</source>
-        <translation type="unfinished"></translation>
+        <translation>aufgenommen um %1, vor dem Beginn der Strecke (%2)</translation>
     </message>
     <message>
         <source>taken at %1, after the track ends (%2)</source>
-        <translation type="unfinished"></translation>
+        <translation>aufgenommen um %1, nach dem Ende der Strecke (%2)</translation>
     </message>
     <message>
         <source>taken at %1, in a gap of %2 s between fixes (at most %3 s is bridged)</source>
-        <translation type="unfinished"></translation>
+        <translation>aufgenommen um %1, in einer Lücke von %2 s zwischen Positionen (höchstens %3 s werden überbrückt)</translation>
     </message>
 </context>
 <context>
@@ -2300,13 +2300,6 @@
         <source>Rejected</source>
         <translation>Abgelehnt</translation>
     </message>
-    <message numerus="yes">
-        <source>%n star(s)</source>
-        <translation>
-            <numerusform>%n Stern</numerusform>
-            <numerusform>%n Sterne</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Label</source>
         <translation>Markierung</translation>
@@ -2350,6 +2343,14 @@
     <message>
         <source>Purple</source>
         <translation>Lila</translation>
+    </message>
+    <message>
+        <source>1 star</source>
+        <translation>1 Stern</translation>
+    </message>
+    <message>
+        <source>%1 stars</source>
+        <translation>%1 Sterne</translation>
     </message>
 </context>
 <context>

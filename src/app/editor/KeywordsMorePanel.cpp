@@ -178,7 +178,7 @@ RatingLabelSection::RatingLabelSection(HomeSession& session, QWidget* parent)
             button->setAccessibleName(tr("Rejected"));
         } else {
             button->setText(rating == 0 ? QStringLiteral("0") : QString(rating, QChar(0x2605)));
-            button->setAccessibleName(tr("%n star(s)", nullptr, rating));
+            button->setAccessibleName(rating == 1 ? tr("1 star") : tr("%1 stars").arg(rating));
         }
         button->setToolTip(button->accessibleName());
         m_rating->addButton(button, rating);
