@@ -177,7 +177,8 @@ RatingLabelSection::RatingLabelSection(HomeSession& session, QWidget* parent)
             button->setText(tr("Rejected"));
             button->setAccessibleName(tr("Rejected"));
         } else {
-            button->setText(rating == 0 ? QStringLiteral("0") : QString(rating, QChar(0x2605)));
+            button->setText(QString::number(rating) +
+                            (rating == 0 ? QString() : QStringLiteral("\u2605")));
             button->setAccessibleName(rating == 1 ? tr("1 star") : tr("%1 stars").arg(rating));
         }
         button->setToolTip(button->accessibleName());

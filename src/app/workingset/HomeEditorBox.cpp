@@ -40,6 +40,7 @@ HomeEditorBox::HomeEditorBox(const Objects& objects, QWidget* parent)
     hostLayout->addWidget(m_editor, 1);
     m_keywordsPage->setObjectName(QStringLiteral("scrollKeywordsMore"));
     m_keywordsPage->setWidgetResizable(true);
+    m_keywordsPage->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_keywordsPage->setFrameShape(QFrame::NoFrame);
     m_keywordsPage->setWidget(m_keywords);
     m_keywordsPage->hide();
@@ -58,8 +59,11 @@ HomeEditorBox::HomeEditorBox(const Objects& objects, QWidget* parent)
 
 QLayout* HomeEditorBox::makeTabs() {
     auto* tabs = new QHBoxLayout;
-    for (QToolButton* tab : addGroupTabs(m_tabs, tabs))
+    // Four tabs and the count share the pane's width: the group tabs give up some of theirs.
+    for (QToolButton* tab : addGroupTabs(m_tabs, tabs)) {
+        tab->setMinimumWidth(56);
         m_tabButtons.append(tab);
+    }
     auto* keywordsTab = new QToolButton;
     keywordsTab->setObjectName(QStringLiteral("btnKeywordsMore"));
     keywordsTab->setText(tr("Keywords && More"));
