@@ -748,6 +748,34 @@
         <source>preset: %1</source>
         <translation>Vorgabe: %1</translation>
     </message>
+    <message>
+        <source>rating: rejected</source>
+        <translation>Bewertung: abgelehnt</translation>
+    </message>
+    <message>
+        <source>rating: %1</source>
+        <translation>Bewertung: %1</translation>
+    </message>
+    <message>
+        <source>keywords: %1</source>
+        <translation>Stichwörter: %1</translation>
+    </message>
+    <message>
+        <source>label: none</source>
+        <translation>Markierung: keine</translation>
+    </message>
+    <message>
+        <source>label: %1</source>
+        <translation>Markierung: %1</translation>
+    </message>
+    <message>
+        <source>1 IPTC text</source>
+        <translation>1 IPTC-Text</translation>
+    </message>
+    <message>
+        <source>%1 IPTC texts</source>
+        <translation>%1 IPTC-Texte</translation>
+    </message>
 </context>
 <context>
     <name>ScanProgress</name>
@@ -1285,6 +1313,73 @@
     </message>
 </context>
 <context>
+    <name>tagmoor::ExtraTextsSection</name>
+    <message>
+        <source>Alt text:</source>
+        <translation>Alternativtext:</translation>
+    </message>
+    <message>
+        <source>Extended description:</source>
+        <translation>Erweiterte Beschreibung:</translation>
+    </message>
+    <message>
+        <source>Event:</source>
+        <translation>Ereignis:</translation>
+    </message>
+    <message>
+        <source>Usage terms:</source>
+        <translation>Nutzungsbedingungen:</translation>
+    </message>
+    <message>
+        <source>Credit line:</source>
+        <translation>Bildnachweis:</translation>
+    </message>
+    <message>
+        <source>Instructions:</source>
+        <translation>Anweisungen:</translation>
+    </message>
+    <message>
+        <source>Creator email:</source>
+        <translation>E-Mail des Urhebers:</translation>
+    </message>
+    <message>
+        <source>Creator phone:</source>
+        <translation>Telefon des Urhebers:</translation>
+    </message>
+    <message>
+        <source>Creator website:</source>
+        <translation>Website des Urhebers:</translation>
+    </message>
+    <message>
+        <source>Creator city:</source>
+        <translation>Ort des Urhebers:</translation>
+    </message>
+    <message>
+        <source>Creator country:</source>
+        <translation>Land des Urhebers:</translation>
+    </message>
+    <message>
+        <source>IPTC texts</source>
+        <translation>IPTC-Texte</translation>
+    </message>
+    <message>
+        <source>Unchanged</source>
+        <translation>Unverändert</translation>
+    </message>
+    <message>
+        <source>People shown</source>
+        <translation>Abgebildete Personen</translation>
+    </message>
+    <message>
+        <source>Names, separated by commas</source>
+        <translation>Namen, durch Kommas getrennt</translation>
+    </message>
+    <message>
+        <source>People shown:</source>
+        <translation>Abgebildete Personen:</translation>
+    </message>
+</context>
+<context>
     <name>tagmoor::FieldControl</name>
     <message>
         <source>Set...</source>
@@ -1486,6 +1581,29 @@
     </message>
 </context>
 <context>
+    <name>tagmoor::GeotagMatch</name>
+    <message>
+        <source>no capture date (DateTimeOriginal or CreateDate)</source>
+        <translation>kein Aufnahmedatum (DateTimeOriginal oder CreateDate)</translation>
+    </message>
+    <message>
+        <source>no track points with a time were loaded</source>
+        <translation>es wurden keine Streckenpunkte mit Zeitangabe geladen</translation>
+    </message>
+    <message>
+        <source>taken at %1, before the track starts (%2)</source>
+        <translation>aufgenommen um %1, vor dem Beginn der Strecke (%2)</translation>
+    </message>
+    <message>
+        <source>taken at %1, after the track ends (%2)</source>
+        <translation>aufgenommen um %1, nach dem Ende der Strecke (%2)</translation>
+    </message>
+    <message>
+        <source>taken at %1, in a gap of %2 s between fixes (at most %3 s is bridged)</source>
+        <translation>aufgenommen um %1, in einer Lücke von %2 s zwischen Positionen (höchstens %3 s werden überbrückt)</translation>
+    </message>
+</context>
+<context>
     <name>tagmoor::HomeActionBar</name>
     <message>
         <source>Review changes...</source>
@@ -1529,6 +1647,14 @@
     <message>
         <source>The editor and a run work on the marked photos.</source>
         <translation>Der Editor und ein Lauf wirken auf die markierten Fotos.</translation>
+    </message>
+    <message>
+        <source>Keywords &amp;&amp; More</source>
+        <translation>Stichwörter &amp;&amp; mehr</translation>
+    </message>
+    <message>
+        <source>Keywords and more</source>
+        <translation>Stichwörter und mehr</translation>
     </message>
 </context>
 <context>
@@ -1704,6 +1830,61 @@
     <message>
         <source>Take this back</source>
         <translation>Zurücknehmen</translation>
+    </message>
+</context>
+<context>
+    <name>tagmoor::KeywordListSection</name>
+    <message>
+        <source>Keywords of the marked photos</source>
+        <translation>Stichwörter der markierten Fotos</translation>
+    </message>
+    <message>
+        <source>Keyword</source>
+        <translation>Stichwort</translation>
+    </message>
+    <message>
+        <source>Photos</source>
+        <translation>Fotos</translation>
+    </message>
+    <message>
+        <source>Add a keyword</source>
+        <translation>Stichwort hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add a keyword (&quot;|&quot; between levels)</source>
+        <translation>Stichwort hinzufügen („|“ zwischen Ebenen)</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add the keyword</source>
+        <translation>Das Stichwort hinzufügen</translation>
+    </message>
+    <message>
+        <source>Keywords</source>
+        <translation>Stichwörter</translation>
+    </message>
+    <message>
+        <source>new</source>
+        <translation>neu</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Keep the keyword %1</source>
+        <translation>Das Stichwort %1 behalten</translation>
+    </message>
+    <message>
+        <source>Remove the keyword %1</source>
+        <translation>Das Stichwort %1 entfernen</translation>
+    </message>
+    <message>
+        <source>Keyword not added</source>
+        <translation>Stichwort nicht hinzugefügt</translation>
     </message>
 </context>
 <context>
@@ -2008,6 +2189,46 @@ Frühere Stapel, die neuesten zuerst:
         <source>Appearance:</source>
         <translation>Erscheinungsbild:</translation>
     </message>
+    <message>
+        <source>Keep captions, creators and rights in step</source>
+        <translation>Beschreibungen, Urheber und Rechte gleich halten</translation>
+    </message>
+    <message>
+        <source>XMP sidecar files</source>
+        <translation>XMP-Begleitdateien</translation>
+    </message>
+    <message>
+        <source>Never</source>
+        <translation>Nie</translation>
+    </message>
+    <message>
+        <source>Only where the photo cannot hold XMP</source>
+        <translation>Nur wo das Foto kein XMP aufnehmen kann</translation>
+    </message>
+    <message>
+        <source>Always, instead of the photo</source>
+        <translation>Immer, statt in das Foto</translation>
+    </message>
+    <message>
+        <source>Both the photo and a sidecar</source>
+        <translation>In das Foto und eine Begleitdatei</translation>
+    </message>
+    <message>
+        <source>XMP sidecar files:</source>
+        <translation>XMP-Begleitdateien:</translation>
+    </message>
+    <message>
+        <source>Accept only the classic file formats</source>
+        <translation>Nur die klassischen Dateiformate annehmen</translation>
+    </message>
+    <message>
+        <source>An edit of a caption, creator or rights is written to its Exif, IPTC and XMP copies alike, and a photo shows the copy that readers prefer. Applies to the photos added from now on.</source>
+        <translation>Eine geänderte Beschreibung, ein Urheber oder Rechte werden in die Exif-, IPTC- und XMP-Kopien gleichermaßen geschrieben, und ein Foto zeigt die Kopie, die Leseprogramme bevorzugen. Gilt für die von nun an hinzugefügten Fotos.</translation>
+    </message>
+    <message>
+        <source>When ticked, HEIC, AVIF, JPEG XL, WebP, CR3 and RW2 photos are not added.</source>
+        <translation>Mit Häkchen werden HEIC-, AVIF-, JPEG-XL-, WebP-, CR3- und RW2-Fotos nicht hinzugefügt.</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::PresetsDetailsViewController</name>
@@ -2143,6 +2364,65 @@ Frühere Stapel, die neuesten zuerst:
     <message>
         <source>XMP</source>
         <translation>XMP</translation>
+    </message>
+</context>
+<context>
+    <name>tagmoor::RatingLabelSection</name>
+    <message>
+        <source>Rejected</source>
+        <translation>Abgelehnt</translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation>Markierung</translation>
+    </message>
+    <message>
+        <source>Unchanged</source>
+        <translation>Unverändert</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Rating and label</source>
+        <translation>Bewertung und Markierung</translation>
+    </message>
+    <message>
+        <source>Rating:</source>
+        <translation>Bewertung:</translation>
+    </message>
+    <message>
+        <source>Label:</source>
+        <translation>Markierung:</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Gelb</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>Lila</translation>
+    </message>
+    <message>
+        <source>1 star</source>
+        <translation>1 Stern</translation>
+    </message>
+    <message>
+        <source>%1 stars</source>
+        <translation>%1 Sterne</translation>
     </message>
 </context>
 <context>

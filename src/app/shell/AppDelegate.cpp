@@ -6,8 +6,10 @@
 #include "app/shell/WelcomeWindow.h"
 #include "app/widgets/FilePanel.h"
 #include "app/workingset/ThumbnailProvider.h"
+#include "extras/CopiesInStep.h"
 #include "foundation/UserPrompt.h"
 #include "processing/HomeSession.h"
+#include "processing/SidecarSettings.h"
 #include "workingset/ScanController.h"
 #include "workingset/WorkingListModel.h"
 
@@ -127,6 +129,9 @@ void AppDelegate::centreOnScreen(QWidget* window) {
 }
 
 void AppDelegate::start(const QStringList& openedPaths) {
+    // The window keeps a group's copies in step unless the preference says otherwise; the
+    // command line keeps them apart unless asked.
+    setCopiesInStep(copiesInStepFrom(settings()));
     makeScreens();
     const StartPlan plan = m_shell.start([this](bool welcome) { showFirstWindow(welcome); });
     for (const QString& event : plan.usageEvents)

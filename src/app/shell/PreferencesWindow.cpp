@@ -1,10 +1,14 @@
 #include "app/shell/PreferencesWindow.h"
 
+#include "extras/CopiesInStep.h"
 #include "foundation/Settings.h"
 #include "geo/MapTileNotices.h"
 #include "geo/TileLoader.h"
+#include "metadata/SidecarOptions.h"
+#include "processing/SidecarSettings.h"
 #include "shell/LaunchState.h"
 #include "shell/LoginItem.h"
+#include "workingset/SupportedExtensions.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -116,6 +120,7 @@ QWidget* PreferencesWindow::makeGeneralTab() {
                 "keyword is kept and date shifts wrap instead of carrying."));
     formNote->setObjectName(QStringLiteral("lblStandardFormNote"));
     layout->addWidget(formNote);
+    layout->addLayout(makeMetadataRows());
     layout->addSpacing(10);
     layout->addWidget(caption(tr("Map")));
     m_mapTiles = new QCheckBox(tr("Load map tiles from the internet"));
@@ -146,6 +151,45 @@ QWidget* PreferencesWindow::makeGeneralTab() {
     layout->addWidget(m_autoUpdate);
     layout->addStretch(1);
     return page;
+}
+
+// Under the file saving boxes: how the copies of a value, sidecars and formats are handled.
+QVBoxLayout* PreferencesWindow::makeMetadataRows() {
+    m_copiesInStep = new QCheckBox(tr("Keep captions, creators and rights in step"));
+    m_copiesInStep->setObjectName(QStringLiteral("btnCopiesInStep"));
+    connect(m_copiesInStep, &QCheckBox::clicked, this, &PreferencesWindow::clickedCopiesInStep);
+    m_sidecarWrite = new QComboBox;
+    m_sidecarWrite->setObjectName(QStringLiteral("comboBoxSidecarWrite"));
+    m_sidecarWrite->setAccessibleName(tr("XMP sidecar files"));
+    const QStringList shown{tr("Never"), tr("Only where the photo cannot hold XMP"),
+                            tr("Always, instead of the photo"), tr("Both the photo and a sidecar")};
+    for (int i = 0; i < sidecarWriteNames().size(); ++i)
+        m_sidecarWrite->addItem(shown.value(i, sidecarWriteNames()[i]), sidecarWriteNames()[i]);
+    connect(m_sidecarWrite, &QComboBox::activated, this,
+            [this](int row) { chosenSidecarWrite(m_sidecarWrite->itemData(row).toString()); });
+    auto* sidecarLabel = new QLabel(tr("XMP sidecar files:"));
+    sidecarLabel->setObjectName(QStringLiteral("lblSidecarWrite"));
+    sidecarLabel->setBuddy(m_sidecarWrite);
+    auto* sidecarRow = new QHBoxLayout;
+    sidecarRow->addWidget(sidecarLabel);
+    sidecarRow->addWidget(m_sidecarWrite, 1);
+    m_classicOnly = new QCheckBox(tr("Accept only the classic file formats"));
+    m_classicOnly->setObjectName(QStringLiteral("btnClassicExtensionsOnly"));
+    connect(m_classicOnly, &QCheckBox::clicked, this,
+            &PreferencesWindow::clickedClassicExtensionsOnly);
+
+    auto* layout = new QVBoxLayout;
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    layout->addWidget(m_copiesInStep);
+    layout->addWidget(note(tr("An edit of a caption, creator or rights is written to its Exif, "
+                              "IPTC and XMP copies alike, and a photo shows the copy that "
+                              "readers prefer. Applies to the photos added from now on.")));
+    layout->addLayout(sidecarRow);
+    layout->addWidget(m_classicOnly);
+    layout->addWidget(note(tr("When ticked, HEIC, AVIF, JPEG XL, WebP, CR3 and RW2 photos are "
+                              "not added.")));
+    return layout;
 }
 
 // The language choice and the update box show what is in force but change nothing in this
@@ -198,6 +242,11 @@ void PreferencesWindow::reload() {
     const int appearance =
         m_appearance->findData(m_settings.appearance().value_or(QStringLiteral("system")));
     m_appearance->setCurrentIndex(appearance < 0 ? 0 : appearance);
+    m_copiesInStep->setChecked(copiesInStep());
+    const int sidecar =
+        m_sidecarWrite->findData(sidecarWriteNames()[int(sidecarOptionsFrom(m_settings).write)]);
+    m_sidecarWrite->setCurrentIndex(std::max(0, sidecar));
+    m_classicOnly->setChecked(onlyClassicExtensions());
 }
 
 void PreferencesWindow::clickedAutomatically(bool on) {
@@ -222,6 +271,21 @@ void PreferencesWindow::clickedLoadMapTiles(bool on) {
 void PreferencesWindow::clickedClearMapCache() {
     TileLoader::clearDiskCache(TileLoader::defaultCacheFolder());
     m_mapCacheState->setText(tr("The map cache is empty."));
+}
+
+void PreferencesWindow::clickedCopiesInStep(bool on) {
+    m_settings.setCopiesInStep(on);
+    tagmoor::setCopiesInStep(on);
+}
+
+void PreferencesWindow::chosenSidecarWrite(const QString& word) {
+    m_settings.setSidecarWrite(word);
+    applyProcessSidecarSettings(m_settings);
+}
+
+void PreferencesWindow::clickedClassicExtensionsOnly(bool on) {
+    m_settings.setClassicExtensionsOnly(on);
+    applyProcessSidecarSettings(m_settings);
 }
 
 } // namespace tagmoor

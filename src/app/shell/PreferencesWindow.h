@@ -8,6 +8,7 @@ class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QTabWidget;
+class QVBoxLayout;
 
 namespace tagmoor {
 
@@ -33,6 +34,11 @@ public:
     void clickedLoadMapTiles(bool on);
     // Empties the tile cache, on disk and in the maps.
     void clickedClearMapCache();
+    // Stores the choice and applies it to the process (the photos read from now on, and runs).
+    void clickedCopiesInStep(bool on);
+    // "never", "fallback", "always" or "both": stored, and sidecars read or not from now on.
+    void chosenSidecarWrite(const QString& word);
+    void clickedClassicExtensionsOnly(bool on);
 
 signals:
     // "system", "light" or "dark", as the appearance box was set.
@@ -40,6 +46,7 @@ signals:
 
 private:
     QWidget* makeGeneralTab();
+    QVBoxLayout* makeMetadataRows();
     QHBoxLayout* makeLanguageRow();
     QHBoxLayout* makeAppearanceRow();
 
@@ -57,6 +64,9 @@ private:
     QPushButton* m_clearMapCache = nullptr;
     QLabel* m_mapCacheState = nullptr;
     QComboBox* m_appearance = nullptr;
+    QCheckBox* m_copiesInStep = nullptr;
+    QComboBox* m_sidecarWrite = nullptr;
+    QCheckBox* m_classicOnly = nullptr;
 };
 
 } // namespace tagmoor

@@ -2,11 +2,13 @@
 
 #include "app/batch/ProcessingControls.h"
 #include "app/editor/FieldControl.h"
+#include "app/editor/KeywordsMorePanel.h"
 #include "app/editor/MetadataViewController.h"
 #include "app/presets/PresetsViewController.h"
 #include "app/widgets/GroupTabs.h"
 #include "app/workingset/HomePaneParts.h"
 #include "editor/FormSections.h"
+#include "foundation/AppEvents.h"
 #include "model/Field.h"
 
 #include <QAbstractButton>
@@ -15,6 +17,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -24,6 +27,7 @@ HomeEditorBox::HomeEditorBox(const Objects& objects, QWidget* parent)
     : QWidget(parent), m_objects(objects), m_tabs(new QButtonGroup(this)),
       m_markedSummary(new QLabel),
       m_editor(new MetadataViewController(objects.form, objects.events)),
+      m_keywordsPage(new QScrollArea), m_keywords(new KeywordsMorePanel(objects.session)),
       m_gps(makePaneButton(QStringLiteral("btnShowEditorGPS"), tr("Location..."))),
       m_resetAll(makePaneButton(QStringLiteral("btnResetAll"), tr("Reset All"))),
       m_rename(makePaneButton(QStringLiteral("btnRename"), tr("Rename..."))),
@@ -34,6 +38,15 @@ HomeEditorBox::HomeEditorBox(const Objects& objects, QWidget* parent)
     auto* hostLayout = new QVBoxLayout(host);
     hostLayout->setContentsMargins(0, 0, 0, 0);
     hostLayout->addWidget(m_editor, 1);
+    m_keywordsPage->setObjectName(QStringLiteral("scrollKeywordsMore"));
+    m_keywordsPage->setWidgetResizable(true);
+    m_keywordsPage->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_keywordsPage->setFrameShape(QFrame::NoFrame);
+    m_keywordsPage->setWidget(m_keywords);
+    m_keywordsPage->hide();
+    hostLayout->addWidget(m_keywordsPage, 1);
+    connect(&objects.events, &AppEvents::UpdateMetadataInfoOTM, m_keywords,
+            &KeywordsMorePanel::markedPhotosChanged);
     hostLayout->addWidget(objects.processing.cleanBox(), 1);
 
     auto* layout = new QVBoxLayout(this);
@@ -46,8 +59,20 @@ HomeEditorBox::HomeEditorBox(const Objects& objects, QWidget* parent)
 
 QLayout* HomeEditorBox::makeTabs() {
     auto* tabs = new QHBoxLayout;
-    for (QToolButton* tab : addGroupTabs(m_tabs, tabs))
+    // Four tabs and the count share the pane's width: the group tabs give up some of theirs.
+    for (QToolButton* tab : addGroupTabs(m_tabs, tabs)) {
+        tab->setMinimumWidth(56);
         m_tabButtons.append(tab);
+    }
+    auto* keywordsTab = new QToolButton;
+    keywordsTab->setObjectName(QStringLiteral("btnKeywordsMore"));
+    keywordsTab->setText(tr("Keywords && More"));
+    keywordsTab->setAccessibleName(tr("Keywords and more"));
+    keywordsTab->setCheckable(true);
+    keywordsTab->setMinimumHeight(28);
+    m_tabs->addButton(keywordsTab, kKeywordsTab);
+    tabs->addWidget(keywordsTab);
+    m_tabButtons.append(keywordsTab);
     tabs->addStretch(1);
     tabs->addWidget(m_markedSummary);
     m_tabRow = tabs;
@@ -110,7 +135,11 @@ void HomeEditorBox::openPresets() {
 void HomeEditorBox::showTab(int editor) {
     if (QAbstractButton* tab = m_tabs->button(editor))
         tab->setChecked(true);
-    m_editor->showEditor(editorOfTab(editor));
+    const bool keywords = editor == kKeywordsTab;
+    m_keywordsPage->setVisible(keywords && !m_removing);
+    m_editor->setVisible(!keywords && !m_removing);
+    if (!keywords)
+        m_editor->showEditor(editorOfTab(editor));
 }
 
 void HomeEditorBox::setMarkedSummary(int marked, int count) {
@@ -122,7 +151,10 @@ void HomeEditorBox::setMarkedSummary(int marked, int count) {
 }
 
 void HomeEditorBox::showRemoving(bool removing) {
-    m_editor->setVisible(!removing);
+    m_removing = removing;
+    const bool keywords = m_tabs->checkedId() == kKeywordsTab;
+    m_editor->setVisible(!removing && !keywords);
+    m_keywordsPage->setVisible(!removing && keywords);
     m_objects.processing.cleanBox()->setVisible(removing);
 }
 

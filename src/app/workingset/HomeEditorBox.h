@@ -6,20 +6,23 @@ class QButtonGroup;
 class QHBoxLayout;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 
 namespace tagmoor {
 
 class AppEvents;
 enum class Field;
+class HomeSession;
+class KeywordsMorePanel;
 class MetadataForm;
 class MetadataViewController;
 class PresetStore;
 class PresetsViewController;
 class ProcessingControls;
 
-// The middle of the home screen's side pane: the EXIF, IPTC and XMP tabs with the count of
-// marked photos, the editor (or, on the remove row, the clean boxes in its place), and the
-// buttons under it: Location..., Reset All, Rename... and Presets....
+// The middle of the home screen's side pane: the EXIF, IPTC, XMP and Keywords & More tabs with
+// the count of marked photos, the editor (or, on the remove row, the clean boxes in its place), and
+// the buttons under it: Location..., Reset All, Rename... and Presets....
 class HomeEditorBox : public QWidget {
     Q_OBJECT
 public:
@@ -28,11 +31,14 @@ public:
         AppEvents& events;
         PresetStore& presets;
         ProcessingControls& processing;
+        HomeSession& session;
     };
+    // The id of the Keywords & More tab, after the three of the form.
+    static constexpr int kKeywordsTab = 3;
 
     explicit HomeEditorBox(const Objects& objects, QWidget* parent = nullptr);
 
-    // The tab of the EXIF, IPTC or XMP editor: 0, 1, 2.
+    // The tab of the EXIF, IPTC or XMP editor: 0, 1, 2; or Keywords & More (kKeywordsTab).
     void showTab(int editor);
     void setMarkedSummary(int marked, int count);
     // A control at the end of the tab row (the preview's fold button).
@@ -64,6 +70,9 @@ private:
     QLabel* m_markedSummary;
     QHBoxLayout* m_tabRow = nullptr;
     MetadataViewController* m_editor;
+    QScrollArea* m_keywordsPage;
+    KeywordsMorePanel* m_keywords;
+    bool m_removing = false;
     QPushButton* m_gps;
     QPushButton* m_resetAll;
     QPushButton* m_rename;

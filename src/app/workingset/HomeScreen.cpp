@@ -19,6 +19,7 @@
 #include "app/workingset/HomePreviewPane.h"
 #include "app/workingset/HomeSummaryBar.h"
 #include "app/workingset/PhotoItemDelegate.h"
+#include "app/workingset/PhotoListViews.h"
 #include "app/workingset/ScanProgressBox.h"
 #include "app/workingset/TutorialOverlay.h"
 #include "dates/DateField.h"
@@ -57,8 +58,9 @@ HomeScreen::HomeScreen(const Objects& objects, QWidget* parent)
       m_processing(new ProcessingControls(objects.session.objects().processingOptions, this)),
       m_list(new HomeListPane(objects.listModel, objects.thumbnails)),
       m_preview(new HomePreviewPane(objects.thumbnails, objects.session.objects().settings)),
-      m_editorBox(new HomeEditorBox({objects.session.form(), objects.session.objects().events,
-                                     objects.session.objects().presets, *m_processing})),
+      m_editorBox(
+          new HomeEditorBox({objects.session.form(), objects.session.objects().events,
+                             objects.session.objects().presets, *m_processing, objects.session})),
       m_actions(new HomeActionBar(*m_processing)),
       m_desktop(new DesktopActions(objects.session.objects().prompt, this)) {
     setObjectName(QStringLiteral("Home"));
@@ -193,7 +195,13 @@ void HomeScreen::connectPanes() {
     connect(m_summary, &HomeSummaryBar::openRequested, this, &HomeScreen::openSummaryItem);
     connect(m_progress->btnStopScanning(), &QPushButton::clicked, this,
             &HomeScreen::clickedStopScanning);
+    auto* ratingKeys = new RatingKeys(this);
+    connect(ratingKeys, &RatingKeys::ratingKey, this, [this](int stars) {
+        if (m_objects.session.objects().workingSet.markedCount() > 0)
+            m_objects.session.setRating(stars);
+    });
     for (QAbstractItemView* view : m_list->views()) {
+        view->installEventFilter(ratingKeys);
         auto* delegate = qobject_cast<PhotoItemDelegate*>(view->itemDelegate());
         connect(delegate, &PhotoItemDelegate::checkBoxToggled, this, &HomeScreen::clickedCheckBox);
         connect(view, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
@@ -487,6 +495,12 @@ void HomeScreen::openSummaryItem(const RunSummaryItem& item) {
         return;
     case RunSummaryItem::Kind::preset:
         m_editorBox->openPresets();
+        return;
+    case RunSummaryItem::Kind::keywords:
+    case RunSummaryItem::Kind::rating:
+    case RunSummaryItem::Kind::label:
+    case RunSummaryItem::Kind::texts:
+        clickedEditorTab(HomeEditorBox::kKeywordsTab);
         return;
     }
 }

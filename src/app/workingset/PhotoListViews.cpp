@@ -7,6 +7,7 @@
 
 #include <QCursor>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QPaintEvent>
 #include <QPainter>
@@ -377,6 +378,17 @@ void PhotoTableView::saveColumns() {
     m_saveLater->stop();
     if (m_settings)
         m_settings->setPhotoTableColumns(horizontalHeader()->saveState());
+}
+
+bool RatingKeys::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress)
+        return QObject::eventFilter(watched, event);
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const auto modifiers = key->modifiers() & ~Qt::KeypadModifier;
+    if (modifiers != Qt::NoModifier || key->key() < Qt::Key_0 || key->key() > Qt::Key_5)
+        return QObject::eventFilter(watched, event);
+    emit ratingKey(key->key() - Qt::Key_0);
+    return true;
 }
 
 } // namespace tagmoor

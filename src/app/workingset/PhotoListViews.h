@@ -85,4 +85,19 @@ private:
     QTimer* m_saveLater;
 };
 
+// The keys 0 to 5 on a view of the list, the keypad's included, without a modifier: the
+// rating of the marked photos. Installed on the grid and the table, so that typing into a
+// field never sets one.
+class RatingKeys : public QObject {
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+signals:
+    void ratingKey(int stars);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+};
+
 } // namespace tagmoor

@@ -3,6 +3,7 @@
 #include "batch/FieldEditedFlags.h"
 #include "dates/DateRuleStore.h"
 #include "dates/OriginalDate.h"
+#include "extras/ExtraEdits.h"
 
 namespace tagmoor {
 
@@ -17,6 +18,9 @@ struct EditorState {
     int currentImageIndex = 0;
     // The date panel's "Carry into days, months and years": shifts of every date rule carry.
     bool carryShifts = false;
+    // The edits of the Keywords & More tab: keywords added and removed, rating, label, the
+    // IPTC texts and the people shown.
+    ExtraEdits extras;
 
     DateRuleStore& editorDates() { return dateStores.editorDates; }
     const DateRuleStore& editorDates() const { return dateStores.editorDates; }

@@ -70,7 +70,10 @@ class QSettings;
     KEY(SidecarStripOTM, QString, sidecarStrip, setSidecarStrip)                                   \
     KEY(SidecarNamingOTM, QString, sidecarNaming, setSidecarNaming)                                \
     /* Only the 39 classic extensions are accepted. Absent: so in the described form only. */      \
-    KEY(ClassicExtensionsOnlyOTM, bool, classicExtensionsOnly, setClassicExtensionsOnly)
+    KEY(ClassicExtensionsOnlyOTM, bool, classicExtensionsOnly, setClassicExtensionsOnly)           \
+    /* Whether the window keeps the copies of a caption, creator, rights or location value in      \
+       step. Absent: see copiesInStepFrom. */                                                      \
+    KEY(CopiesInStepOTM, bool, copiesInStep, setCopiesInStep)
 
 namespace tagmoor {
 

@@ -94,6 +94,7 @@ void HomeSession::startNewList() {
 
 void HomeSession::letGoOfTheEdits() {
     m_presetName.clear();
+    setExtraEdits(ExtraEdits{});
     m_form.resetAll();
     m_objects.renameSettings = Rename{};
     m_objects.processingOptions.reset();
@@ -130,6 +131,24 @@ void HomeSession::takePickedLocation() {
     m_form.takeLocation(m_location.latitude(), m_location.longitude());
 }
 
+const ExtraEdits& HomeSession::extraEdits() const {
+    return m_objects.editorState.extras;
+}
+
+void HomeSession::setExtraEdits(const ExtraEdits& edits) {
+    if (m_objects.editorState.extras == edits)
+        return;
+    m_objects.editorState.extras = edits;
+    emit extraEditsChanged();
+    emit summaryChanged();
+}
+
+void HomeSession::setRating(int stars) {
+    ExtraEdits edits = extraEdits();
+    edits.rating = stars;
+    setExtraEdits(edits);
+}
+
 std::optional<std::pair<double, double>> HomeSession::editedPosition() const {
     const auto signedCoordinate = [this](Field coordinate, Field reference) {
         bool ok = false;
@@ -156,7 +175,8 @@ QList<RunSummaryItem> HomeSession::summary() const {
                        .arg(position->second, 0, 'f', 4);
     const bool anyEdit = state.fieldEditedFlags.hasEdits();
     return runSummary({state.fieldEditedFlags, state.editorDates().rules(),
-                       m_objects.renameSettings, location, anyEdit ? m_presetName : QString()});
+                       m_objects.renameSettings, location, anyEdit ? m_presetName : QString(),
+                       &state.extras});
 }
 
 void HomeSession::clearSummaryItem(const RunSummaryItem& item) {
@@ -180,8 +200,30 @@ void HomeSession::clearSummaryItem(const RunSummaryItem& item) {
         m_form.revertEdits([](Field) { return true; });
         m_presetName.clear();
         break;
+    case RunSummaryItem::Kind::keywords:
+    case RunSummaryItem::Kind::rating:
+    case RunSummaryItem::Kind::label:
+    case RunSummaryItem::Kind::texts:
+        clearExtraItem(item.kind);
+        return;
     }
     emit summaryChanged();
+}
+
+void HomeSession::clearExtraItem(RunSummaryItem::Kind kind) {
+    ExtraEdits edits = extraEdits();
+    if (kind == RunSummaryItem::Kind::keywords) {
+        edits.addKeywords.clear();
+        edits.removeKeywords.clear();
+    } else if (kind == RunSummaryItem::Kind::rating) {
+        edits.rating.reset();
+    } else if (kind == RunSummaryItem::Kind::label) {
+        edits.label.reset();
+    } else {
+        edits.texts = {};
+        edits.persons.reset();
+    }
+    setExtraEdits(edits);
 }
 
 } // namespace tagmoor

@@ -26,6 +26,7 @@ class UserPrompt;
 class WorkingSet;
 struct CGImageProperties;
 struct EditorState;
+struct ExtraEdits;
 
 // The home screen's state without its widgets: the editor's form, the chain of questions of
 // Start Process, the controller of the run and the position the location picker shares, over
@@ -86,6 +87,11 @@ public:
 
     // What the next run is set to do, item by item.
     QList<RunSummaryItem> summary() const;
+    // The edits of the Keywords & More tab, which a run and the review take with the form's.
+    const ExtraEdits& extraEdits() const;
+    void setExtraEdits(const ExtraEdits& edits);
+    // The keys 0 to 5 on the list: the rating of the marked photos.
+    void setRating(int stars);
     // The edited position (both coordinates typed or picked), signed.
     std::optional<std::pair<double, double>> editedPosition() const;
     // Takes one item back: its edits, its date rule, the rename rule, the position, or the
@@ -96,6 +102,8 @@ signals:
     // The list became empty and everything of the last one was let go: no edit, date rule,
     // rename rule, mode or picked position reaches the next photos.
     void newListStarted();
+    // The edits beyond the form changed (the tab shows them anew).
+    void extraEditsChanged();
     // The summary may read differently (edits, rules, preset or rename changed).
     void summaryChanged();
 
@@ -103,6 +111,7 @@ private:
     void startNewList();
     // What a new list and Reset All both let go of.
     void letGoOfTheEdits();
+    void clearExtraItem(RunSummaryItem::Kind kind);
 
     Objects m_objects;
     MetadataForm m_form;

@@ -22,6 +22,7 @@ RunValues reviewRunValues(const ProcessingOptions& options, const Settings& sett
     values.fieldEditedFlags = editorState.fieldEditedFlags;
     values.editorDates = editorState.editorDates().rules();
     values.carryShifts = editorState.carryShifts;
+    values.extras = editorState.extras;
     values.sidecar = sidecarOptionsFrom(settings);
     return values;
 }

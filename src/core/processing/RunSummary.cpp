@@ -4,6 +4,7 @@
 #include "dates/DateField.h"
 #include "dates/DateTimeConfiguration.h"
 #include "dates/OriginalFinalDate.h"
+#include "extras/ExtraEdits.h"
 #include "model/FormFieldTable.h"
 #include "rename/Rename.h"
 
@@ -41,6 +42,42 @@ QString renameText(const Rename& rename) {
     if (rename.is<CaptureDateName>())
         return QCoreApplication::translate("RunSummary", "rename: capture date");
     return {};
+}
+
+QString ratingText(int rating) {
+    if (rating == kRejectedRating)
+        return QCoreApplication::translate("RunSummary", "rating: rejected");
+    return QCoreApplication::translate("RunSummary", "rating: %1").arg(rating);
+}
+
+// The items of the edits beyond the form, in the order of the tab.
+void addExtraItems(QList<RunSummaryItem>& items, const ExtraEdits& extras) {
+    QStringList keywordParts;
+    if (!extras.addKeywords.isEmpty())
+        keywordParts << QStringLiteral("+%1").arg(extras.addKeywords.size());
+    if (!extras.removeKeywords.isEmpty())
+        keywordParts << QStringLiteral("\u2212%1").arg(extras.removeKeywords.size());
+    if (!keywordParts.isEmpty())
+        items.append({RunSummaryItem::Kind::keywords,
+                      QCoreApplication::translate("RunSummary", "keywords: %1")
+                          .arg(keywordParts.join(QLatin1Char(' ')))});
+    if (extras.rating)
+        items.append({RunSummaryItem::Kind::rating, ratingText(*extras.rating)});
+    if (extras.label)
+        items.append(
+            {RunSummaryItem::Kind::label,
+             extras.label->isEmpty()
+                 ? QCoreApplication::translate("RunSummary", "label: none")
+                 : QCoreApplication::translate("RunSummary", "label: %1").arg(*extras.label)});
+    int texts = extras.persons ? 1 : 0;
+    for (const auto& text : extras.texts)
+        texts += text ? 1 : 0;
+    if (texts == 1)
+        items.append({RunSummaryItem::Kind::texts,
+                      QCoreApplication::translate("RunSummary", "1 IPTC text")});
+    else if (texts > 1)
+        items.append({RunSummaryItem::Kind::texts,
+                      QCoreApplication::translate("RunSummary", "%1 IPTC texts").arg(texts)});
 }
 
 } // namespace
@@ -115,6 +152,8 @@ QList<RunSummaryItem> runSummary(const RunSummaryInputs& inputs) {
     if (!inputs.preset.isEmpty())
         items.append({RunSummaryItem::Kind::preset,
                       QCoreApplication::translate("RunSummary", "preset: %1").arg(inputs.preset)});
+    if (inputs.extras)
+        addExtraItems(items, *inputs.extras);
     return items;
 }
 

@@ -12,13 +12,15 @@ class DateTimeConfiguration;
 enum class Field;
 class FieldEditedFlags;
 class Rename;
+struct ExtraEdits;
 struct OriginalFinalDate;
 
 // What the next run is set to do, in a few words per item, for the bar above Start Process:
 // "3 fields edited", "DateTimeOriginal +1 h", "rename: capture date", "location: …",
-// "preset: Holiday". Each item is one thing the user set and can take back on its own.
+// "preset: Holiday", "keywords: +2 −1", "rating: 3", "label: Red". Each item is one thing the user
+// set and can take back on its own.
 struct RunSummaryItem {
-    enum class Kind { fields, date, rename, location, preset };
+    enum class Kind { fields, date, rename, location, preset, keywords, rating, label, texts };
     Kind kind;
     QString text;
     // For a date item: which of the six fields (its index in allDateFields).
@@ -35,6 +37,8 @@ struct RunSummaryInputs {
     std::optional<QString> location;
     // The preset whose values the form holds; empty when none.
     QString preset;
+    // The edits beyond the form: keywords, rating, label, texts and people.
+    const ExtraEdits* extras = nullptr;
 };
 
 QList<RunSummaryItem> runSummary(const RunSummaryInputs& inputs);

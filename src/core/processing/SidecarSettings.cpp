@@ -28,4 +28,8 @@ void applyProcessSidecarSettings(const Settings& settings) {
                        : std::nullopt);
 }
 
+bool copiesInStepFrom(const Settings& settings) {
+    return settings.copiesInStep().value_or(kCopiesInStepByDefault);
+}
+
 } // namespace tagmoor

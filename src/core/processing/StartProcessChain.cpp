@@ -210,8 +210,10 @@ void StartProcessChain::clickedStartProcess() {
     Alert confirmation;
     switch (options.mode()) {
     case ProcessingMode::keepUnedited:
-        confirmation = m_objects.editorState.fieldEditedFlags.hasEdits() ? editConfirmation()
-                                                                         : noChangesQuestion();
+        confirmation = m_objects.editorState.fieldEditedFlags.hasEdits() ||
+                               m_objects.editorState.extras.writesTags()
+                           ? editConfirmation()
+                           : noChangesQuestion();
         break;
     case ProcessingMode::clearUnedited:
         confirmation = clearConfirmation();
@@ -362,6 +364,7 @@ void StartProcessChain::finalProcess() {
     m_values.fieldEditedFlags = m_objects.editorState.fieldEditedFlags;
     m_values.editorDates = m_objects.editorState.editorDates().rules();
     m_values.carryShifts = m_objects.editorState.carryShifts;
+    m_values.extras = m_objects.editorState.extras;
     m_values.sidecar = sidecarOptionsFrom(m_objects.settings);
     PhotoTemplates::addTo(m_values,
                           PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()));

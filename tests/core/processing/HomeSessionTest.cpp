@@ -222,5 +222,64 @@ TEST(HomeSession, CopiesThePhotoOnDisplayAndPastesTheTickedValues) {
     EXPECT_FALSE(f.session.summary().isEmpty());
 }
 
+// The edits of the Keywords & More tab: named in the summary and cleared item by item, taken by
+// the review and by the run (with the edit question, not the no-changes one, when they are the
+// only edits), and let go of by Reset All and by a new list.
+TEST(HomeSession, TheEditsBeyondTheFormReachTheRunAndGoWithTheList) {
+    SessionFixture f;
+    const auto texts = [&f] {
+        QStringList t;
+        for (const RunSummaryItem& item : f.session.summary())
+            t << item.text;
+        return t;
+    };
+    const auto clear = [&f](RunSummaryItem::Kind kind) {
+        for (const RunSummaryItem& item : f.session.summary())
+            if (item.kind == kind)
+                return f.session.clearSummaryItem(item);
+        ADD_FAILURE() << "no item of that kind";
+    };
+    ExtraEdits edits;
+    edits.addKeywords = QStringList{"Places|Lisbon", "Tram"};
+    edits.removeKeywords = QStringList{"Old"};
+    edits.label = QStringLiteral("Red");
+    edits.texts[std::size_t(ExtraText::Event)] = QStringLiteral("Festa");
+    edits.persons = QStringList{"Ana"};
+    QSignalSpy changed(&f.session, &HomeSession::summaryChanged);
+    f.session.setExtraEdits(edits);
+    f.session.setRating(kRejectedRating);
+    EXPECT_EQ(changed.size(), 2);
+    EXPECT_EQ(texts(), (QStringList{QString::fromUtf8("keywords: +2 \u22121"), "rating: rejected",
+                                    "label: Red", "2 IPTC texts"}));
+    f.session.setRating(3);
+    EXPECT_TRUE(texts().contains("rating: 3"));
+    edits.rating = 3;
+    EXPECT_EQ(f.session.reviewValues().extras, edits);
+
+    clear(RunSummaryItem::Kind::label);
+    clear(RunSummaryItem::Kind::texts);
+    EXPECT_EQ(texts(), (QStringList{QString::fromUtf8("keywords: +2 \u22121"), "rating: 3"}));
+    clear(RunSummaryItem::Kind::keywords);
+    EXPECT_EQ(texts(), QStringList{"rating: 3"});
+    EXPECT_EQ(f.session.extraEdits().rating, 3);
+
+    QSignalSpy ready(&f.session.chain(), &StartProcessChain::runReady);
+    f.prompt.panelAnswers = {{f.out}};
+    f.session.startProcess();
+    ASSERT_TRUE(ready.wait(5000));
+    ASSERT_FALSE(f.prompt.alerts.isEmpty());
+    EXPECT_EQ(f.prompt.alerts.first().title,
+              "Are you sure to edit metadata of all the selected images?");
+    EXPECT_EQ(ready.first().first().value<RunValues>().extras.rating, 3);
+    f.session.chain().runClosed();
+
+    f.session.resetAll();
+    EXPECT_EQ(f.session.extraEdits(), ExtraEdits{});
+    f.session.setRating(5);
+    f.set.clearImages();
+    EXPECT_EQ(f.session.extraEdits(), ExtraEdits{}) << "a new list starts without them";
+    EXPECT_TRUE(f.session.summary().isEmpty());
+}
+
 } // namespace
 } // namespace tagmoor
