@@ -1581,29 +1581,6 @@
     </message>
 </context>
 <context>
-    <name>tagmoor::GeotagMatch</name>
-    <message>
-        <source>no capture date (DateTimeOriginal or CreateDate)</source>
-        <translation>kein Aufnahmedatum (DateTimeOriginal oder CreateDate)</translation>
-    </message>
-    <message>
-        <source>no track points with a time were loaded</source>
-        <translation>es wurden keine Streckenpunkte mit Zeitangabe geladen</translation>
-    </message>
-    <message>
-        <source>taken at %1, before the track starts (%2)</source>
-        <translation>aufgenommen um %1, vor dem Beginn der Strecke (%2)</translation>
-    </message>
-    <message>
-        <source>taken at %1, after the track ends (%2)</source>
-        <translation>aufgenommen um %1, nach dem Ende der Strecke (%2)</translation>
-    </message>
-    <message>
-        <source>taken at %1, in a gap of %2 s between fixes (at most %3 s is bridged)</source>
-        <translation>aufgenommen um %1, in einer Lücke von %2 s zwischen Positionen (höchstens %3 s werden überbrückt)</translation>
-    </message>
-</context>
-<context>
     <name>tagmoor::HomeActionBar</name>
     <message>
         <source>Review changes...</source>
