@@ -2,6 +2,8 @@
 // Helpers shared by the screen tests: a whole application over temporary settings, answered
 // by a ScriptedPrompt, and scratch folders of sample photos.
 
+#include "app/editor/FieldControl.h"
+#include "app/editor/MetadataViewController.h"
 #include "app/shell/AppDelegate.h"
 #include "app/shell/MainWindow.h"
 #include "foundation/ScriptedPrompt.h"
@@ -14,6 +16,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScrollArea>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -59,6 +62,22 @@ template <typename T = QWidget> T* named(const QObject* root, const QString& nam
                                     .arg(name)),
                      __FILE__, __LINE__);
     return found.value(0);
+}
+
+// The field rows of an editor that lie wholly in its scroll area's view.
+inline int rowsInView(const MetadataViewController* editor) {
+    const QScrollArea* scroll = editor->findChild<QScrollArea*>();
+    if (!scroll)
+        return 0;
+    const QRect view = scroll->viewport()->rect();
+    int rows = 0;
+    for (const FieldControl* control : editor->findChildren<FieldControl*>()) {
+        if (!control->isVisibleTo(editor))
+            continue;
+        const QRect at(control->mapTo(scroll->viewport(), QPoint(0, 0)), control->size());
+        rows += view.contains(at) ? 1 : 0;
+    }
+    return rows;
 }
 
 inline void writeText(const QString& path, const QByteArray& bytes) {

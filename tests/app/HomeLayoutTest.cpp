@@ -44,18 +44,8 @@ private:
 
     // The field rows of the shown editor box that lie wholly in its scroll area's view.
     static int visibleRows(HomeScreen* home) {
-        auto* editor =
-            named<MetadataViewController>(home, QStringLiteral("MetadataViewController"));
-        QScrollArea* scroll = editor->findChild<QScrollArea*>();
-        const QRect view = scroll->viewport()->rect();
-        int rows = 0;
-        for (FieldControl* control : editor->findChildren<FieldControl*>()) {
-            if (!control->isVisibleTo(editor))
-                continue;
-            const QRect at(control->mapTo(scroll->viewport(), QPoint(0, 0)), control->size());
-            rows += view.contains(at) ? 1 : 0;
-        }
-        return rows;
+        return rowsInView(
+            named<MetadataViewController>(home, QStringLiteral("MetadataViewController")));
     }
 };
 

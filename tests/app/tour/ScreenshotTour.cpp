@@ -67,18 +67,8 @@ int visibleEditorRows(QWidget* window) {
     if (!home || !home->isVisible())
         return -1;
     int rows = 0;
-    for (auto* editor : home->findChildren<MetadataViewController*>()) {
-        QScrollArea* scroll = editor->findChild<QScrollArea*>();
-        if (!editor->isVisible() || !scroll)
-            continue;
-        const QRect view = scroll->viewport()->rect();
-        for (FieldControl* control : editor->findChildren<FieldControl*>()) {
-            if (!control->isVisibleTo(editor))
-                continue;
-            const QRect at(control->mapTo(scroll->viewport(), QPoint(0, 0)), control->size());
-            rows += view.contains(at) ? 1 : 0;
-        }
-    }
+    for (const auto* editor : home->findChildren<MetadataViewController*>())
+        rows += editor->isVisible() ? test::rowsInView(editor) : 0;
     return rows;
 }
 
