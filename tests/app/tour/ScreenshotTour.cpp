@@ -23,6 +23,7 @@
 #include "app/shell/Translations.h"
 #include "app/widgets/DialogPrompt.h"
 #include "app/workingset/AddFilesScreen.h"
+#include "app/workingset/HomeEditorBox.h"
 #include "app/workingset/HomeScreen.h"
 #include "app/workingset/PhotoListViews.h"
 #include "app/workingset/PhotoTableModel.h"
@@ -210,6 +211,9 @@ int main(int argc, char** argv) {
     shoot(out, QStringLiteral("editor-iptc.png"), window);
     home->clickedEditorTab(2);
     shoot(out, QStringLiteral("editor-xmp.png"), window);
+    // The keywords of the marked photos are read on a worker thread.
+    home->clickedEditorTab(HomeEditorBox::kKeywordsTab);
+    shoot(out, QStringLiteral("editor-keywords.png"), window, nullptr, 2500);
     home->clickedEditorTab(0);
 
     // One photo marked, with an Artist typed: its values and the edited mark.
