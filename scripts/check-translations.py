@@ -40,6 +40,20 @@ def messages(ts_path):
             yield name, message.findtext("source", ""), translation
 
 
+def text_faults(source, text):
+    """What makes one translated text unsafe in place of its source."""
+    found = []
+    if sorted(PLACEHOLDER.findall(source)) != sorted(PLACEHOLDER.findall(text)):
+        found.append(f"the placeholders differ in {text!r}")
+    if ACCELERATOR.search(source.replace("&&", "")) and not ACCELERATOR.search(
+            text.replace("&&", "")):
+        found.append(f"the accelerator is lost in {text!r}")
+    for end, pattern in (("start", r"^\s*"), ("end", r"\s*$")):
+        if re.search(pattern, source).group() != re.search(pattern, text).group():
+            found.append(f"the spaces at the {end} differ in {text!r}")
+    return found
+
+
 def faults(ts_path):
     """One line for every translation of the file that is unfinished or unsafe."""
     found = []
@@ -48,18 +62,15 @@ def faults(ts_path):
         if context in NAMESPACES:
             found.append(f"{where}: tr() outside a class; write QCoreApplication::translate "
                          "with the context the code looks it up in")
-        text = "" if translation is None else "".join(translation.itertext())
-        if translation is None or translation.get("type") == "unfinished" or not text:
+        # A plural text has one form for each count; every form is checked on its own.
+        forms = [] if translation is None else translation.findall("numerusform")
+        texts = ([form.text or "" for form in forms] if forms else
+                 ["" if translation is None else "".join(translation.itertext())])
+        if translation is None or translation.get("type") == "unfinished" or not all(texts):
             found.append(f"{where}: not translated")
             continue
-        if sorted(PLACEHOLDER.findall(source)) != sorted(PLACEHOLDER.findall(text)):
-            found.append(f"{where}: the placeholders differ in {text!r}")
-        if ACCELERATOR.search(source.replace("&&", "")) and not ACCELERATOR.search(
-                text.replace("&&", "")):
-            found.append(f"{where}: the accelerator is lost in {text!r}")
-        for end, pattern in (("start", r"^\s*"), ("end", r"\s*$")):
-            if re.search(pattern, source).group() != re.search(pattern, text).group():
-                found.append(f"{where}: the spaces at the {end} differ in {text!r}")
+        for text in texts:
+            found.extend(f"{where}: {fault}" for fault in text_faults(source, text))
     return found
 
 

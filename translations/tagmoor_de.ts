@@ -1397,6 +1397,17 @@
         <source>Set the rule of %1</source>
         <translation>Die Regel für %1 festlegen</translation>
     </message>
+    <message numerus="yes">
+        <source>From the XMP sidecars of %n of the marked photos</source>
+        <translation>
+            <numerusform>Aus der XMP-Begleitdatei von %n der markierten Fotos</numerusform>
+            <numerusform>Aus den XMP-Begleitdateien von %n der markierten Fotos</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>From the XMP sidecar %1</source>
+        <translation>Aus der XMP-Begleitdatei %1</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::FileInfoDialog</name>
@@ -1862,6 +1873,13 @@
     <message>
         <source>Keyword not added</source>
         <translation>Stichwort nicht hinzugefügt</translation>
+    </message>
+    <message numerus="yes">
+        <source>The keywords of %n photo(s) come from their XMP sidecars.</source>
+        <translation>
+            <numerusform>Die Stichwörter von %n Foto stammen aus seiner XMP-Begleitdatei.</numerusform>
+            <numerusform>Die Stichwörter von %n Fotos stammen aus ihren XMP-Begleitdateien.</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,21 @@ QJsonObject extraValuesJson(const ExtraValues& values) {
     for (const ExtraTextRow& row : kExtraTextRows)
         if (const auto& text = values.texts[std::size_t(row.text)])
             json.insert(QLatin1String(row.jsonName), *text);
+    // The names of the values that came from the photo's XMP sidecar.
+    const ExtraSources& from = values.fromSidecar;
+    QStringList fromSidecar;
+    if (from.keywords)
+        fromSidecar << QStringLiteral("keywords") << QStringLiteral("keywordPaths");
+    if (from.rating)
+        fromSidecar << QStringLiteral("rating");
+    if (from.label)
+        fromSidecar << QStringLiteral("label");
+    if (from.persons)
+        fromSidecar << QStringLiteral("persons");
+    for (const ExtraTextRow& row : kExtraTextRows)
+        if (from.texts[std::size_t(row.text)])
+            fromSidecar << QLatin1String(row.jsonName);
+    putList("fromSidecar", fromSidecar);
     return json;
 }
 

@@ -67,6 +67,7 @@ private slots:
     void menuRemovalAsksAndNoKeepsTheList();
     void tutorialShowsOnceAndEndsOnSkip();
     void aFailedOpenIsToldToTheUser();
+    void valuesFromASidecarAreMarkedUntilEdited();
 
 private:
     HomeScreen* load(TestApp& t, const QStringList& paths) {
@@ -281,6 +282,47 @@ void EditorTest::aFailedOpenIsToldToTheUser() {
     desktop.setOpener(QStringLiteral("/nonexistent/opener"));
     desktop.openInDefaultApplication(QStringLiteral("/photos/a.jpg"));
     QTRY_COMPARE(prompt.alerts.size(), 2);
+}
+
+// A value read from a photo's XMP sidecar carries a mark that names the sidecar; the photo's
+// own values carry none, and an edit takes the mark away.
+void EditorTest::valuesFromASidecarAreMarkedUntilEdited() {
+    TestApp t(true, ValueForm::standard);
+    const QStringList paths = photosWithArtists(t.dir("side"), {"Ann", "Bob"});
+    QFile sidecar(paths[0] + QStringLiteral(".xmp"));
+    QVERIFY(sidecar.open(QIODevice::WriteOnly));
+    sidecar.write("<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+                  "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+                  "rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\"><dc:creator>"
+                  "<rdf:Seq><rdf:li>Sid</rdf:li></rdf:Seq></dc:creator></rdf:Description>"
+                  "</rdf:RDF></x:xmpmeta>");
+    sidecar.close();
+    HomeScreen* home = load(t, paths);
+    auto* controller =
+        named<MetadataViewController>(home, QStringLiteral("MetadataViewController"));
+    FieldControl* artist = controller->control(kArtist);
+    QVERIFY(artist->showsSidecarSource());
+    QCOMPARE(artist->sourceText(),
+             QStringLiteral("From the XMP sidecars of 1 of the marked photos"));
+    QVERIFY(!controller->control(kIso)->showsSidecarSource());
+
+    MetadataForm& form = t.app->homeSession().form();
+    form.updateMetadataInfo(1, false, {1});
+    QCOMPARE(line(home, kArtist)->text(), QStringLiteral("Bob"));
+    QVERIFY(!artist->showsSidecarSource());
+    form.updateMetadataInfo(0, false, {0});
+    QCOMPARE(line(home, kArtist)->text(), QStringLiteral("Sid"));
+    QVERIFY(artist->showsSidecarSource());
+    QCOMPARE(artist->sourceText(), QStringLiteral("From the XMP sidecar photo0.jpg.xmp"));
+    auto* mark =
+        line(home, kArtist)->findChild<QAction*>(QStringLiteral("txtFieldArtistSidecarSource"));
+    QVERIFY(mark && mark->isVisible());
+    QCOMPARE(mark->toolTip(), artist->sourceText());
+    QVERIFY(line(home, kArtist)->accessibleDescription().endsWith(artist->sourceText()));
+
+    QTest::keyClicks(line(home, kArtist), QStringLiteral("e"));
+    QVERIFY(!artist->showsSidecarSource());
+    QVERIFY(!mark->isVisible());
 }
 
 TAGMOOR_APP_TEST_MAIN(EditorTest)

@@ -4,9 +4,12 @@
 #include "editor/MetadataForm.h"
 #include "model/FormFieldTable.h"
 
+#include <QAction>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
 #include <QStyle>
@@ -32,6 +35,29 @@ QString dateButtonName(Field field) {
     default:
         return QStringLiteral("btnCreateDatePhotoshop");
     }
+}
+
+// A small sheet with a folded corner: a file beside the photo. Grey, which reads on light
+// and dark fields alike; drawn for the screen's pixels.
+QIcon sidecarIcon() {
+    QIcon icon;
+    for (const qreal scale : {1.0, 2.0}) {
+        QPixmap pixmap(QSize(16, 16) * scale);
+        pixmap.setDevicePixelRatio(scale);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(QColor(0x8a, 0x8a, 0x8a), 1.2));
+        painter.setBrush(Qt::NoBrush);
+        const QPolygonF sheet{{3.5, 1.5}, {9.5, 1.5}, {12.5, 4.5}, {12.5, 14.5}, {3.5, 14.5}};
+        painter.drawPolygon(sheet);
+        painter.drawPolyline(QPolygonF{{9.5, 1.5}, {9.5, 4.5}, {12.5, 4.5}});
+        painter.drawLine(QPointF(5.5, 8.5), QPointF(10.5, 8.5));
+        painter.drawLine(QPointF(5.5, 11.5), QPointF(10.5, 11.5));
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
 }
 
 } // namespace
@@ -82,11 +108,16 @@ FieldControl::FieldControl(const FormField& field, QWidget* parent)
     // Screen readers name the input by its row's label and tell its family.
     QWidget* in = input();
     in->setAccessibleName(labelOf(field.field));
-    in->setAccessibleDescription(
-        tr("%1 field")
-            .arg(QString::fromLatin1(field.block == KeyBlock::Exif   ? "EXIF"
-                                     : field.block == KeyBlock::Iptc ? "IPTC"
-                                                                     : "XMP")));
+    m_description = tr("%1 field")
+                        .arg(QString::fromLatin1(field.block == KeyBlock::Exif   ? "EXIF"
+                                                 : field.block == KeyBlock::Iptc ? "IPTC"
+                                                                                 : "XMP"));
+    in->setAccessibleDescription(m_description);
+    if (m_line) {
+        m_sourceAction = m_line->addAction(sidecarIcon(), QLineEdit::TrailingPosition);
+        m_sourceAction->setObjectName(name + QStringLiteral("SidecarSource"));
+        m_sourceAction->setVisible(false);
+    }
     if (m_dateButton)
         m_dateButton->setAccessibleName(tr("Set the rule of %1").arg(labelOf(field.field)));
     setEdited(false);
@@ -128,7 +159,39 @@ void FieldControl::showValue(const MetadataForm& form) {
     m_line->setToolTip(cut || m_dateButton ? text : QString());
 }
 
+void FieldControl::showSource(const MetadataForm& form) {
+    const MetadataForm::SidecarSource& source = form.sidecarSource(m_field);
+    m_fromSidecar = source.photos > 0;
+    if (!m_fromSidecar)
+        m_sourceText.clear();
+    else if (form.isMultipleSelected())
+        m_sourceText =
+            tr("From the XMP sidecars of %n of the marked photos", nullptr, source.photos);
+    else
+        m_sourceText = tr("From the XMP sidecar %1").arg(QFileInfo(source.path).fileName());
+    updateSourceMark();
+}
+
+void FieldControl::updateSourceMark() {
+    const bool shown = m_fromSidecar && !m_edited;
+    const QString text = shown ? m_sourceText : QString();
+    if (shown == m_sourceShown && (!m_sourceAction || m_sourceAction->toolTip() == text))
+        return;
+    m_sourceShown = shown;
+    QWidget* in = input();
+    in->setAccessibleDescription(shown ? m_description + QStringLiteral(", ") + text
+                                       : m_description);
+    if (m_sourceAction) {
+        m_sourceAction->setToolTip(text);
+        m_sourceAction->setVisible(shown);
+    } else {
+        in->setToolTip(text);
+    }
+}
+
 void FieldControl::setEdited(bool edited) {
+    m_edited = edited;
+    updateSourceMark();
     QWidget* widget = input();
     if (widget->property("edited").toBool() == edited && widget->property("edited").isValid())
         return;

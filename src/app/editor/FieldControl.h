@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+class QAction;
 class QComboBox;
 class QLineEdit;
 class QPlainTextEdit;
@@ -31,6 +32,11 @@ public:
 
     // Shows the form's text or row and placeholder for this field.
     void showValue(const MetadataForm& form);
+    // The source mark: a small sidecar sign in the field, with the sidecar's name in its
+    // tooltip, while the value shown is one read from the XMP sidecar and not edited.
+    void showSource(const MetadataForm& form);
+    bool showsSidecarSource() const { return m_sourceShown; }
+    QString sourceText() const { return m_sourceText; }
     // The edited mark: a 1-pixel border in the accent colour.
     void setEdited(bool edited);
     // Puts the popup back on a row without reporting it (a refused choice).
@@ -48,6 +54,13 @@ private:
     QComboBox* m_popup = nullptr;
     QToolButton* m_dateButton = nullptr;
     int m_shownRow = FormPopups::kBlankRow;
+    QAction* m_sourceAction = nullptr;
+    QString m_description;
+    QString m_sourceText;
+    bool m_fromSidecar = false;
+    bool m_sourceShown = false;
+    bool m_edited = false;
+    void updateSourceMark();
 };
 
 } // namespace tagmoor

@@ -57,8 +57,8 @@ constexpr const char* kShownColours[] = {
 } // namespace
 
 KeywordListSection::KeywordListSection(HomeSession& session, QWidget* parent)
-    : QWidget(parent), m_session(session), m_list(new QTreeWidget), m_add(new QLineEdit),
-      m_completions(new QStringListModel(this)) {
+    : QWidget(parent), m_session(session), m_list(new QTreeWidget), m_source(new QLabel),
+      m_add(new QLineEdit), m_completions(new QStringListModel(this)) {
     m_list->setObjectName(QStringLiteral("treeKeywords"));
     m_list->setAccessibleName(tr("Keywords of the marked photos"));
     m_list->setColumnCount(3);
@@ -90,11 +90,19 @@ KeywordListSection::KeywordListSection(HomeSession& session, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(sectionTitle(tr("Keywords")));
     layout->addWidget(m_list, 1);
+    m_source->setObjectName(QStringLiteral("lblKeywordsSource"));
+    m_source->setWordWrap(true);
+    m_source->setForegroundRole(QPalette::PlaceholderText);
+    m_source->hide();
+    layout->addWidget(m_source);
     layout->addLayout(addRow);
 }
 
-void KeywordListSection::setCounts(std::vector<KeywordCount> counts) {
+void KeywordListSection::setCounts(std::vector<KeywordCount> counts, int fromSidecars) {
     m_counts = std::move(counts);
+    m_source->setText(
+        tr("The keywords of %n photo(s) come from their XMP sidecars.", nullptr, fromSidecars));
+    m_source->setVisible(fromSidecars > 0);
     m_completions->setStringList(keywordCompletions(m_counts));
     refresh();
 }
@@ -319,23 +327,30 @@ void KeywordsMorePanel::readKeywords() {
     const int reading = ++m_reading;
     const QStringList paths =
         PhotoTemplates::markedPhotos(m_session.objects().workingSet.workingImages());
-    auto* watcher = new QFutureWatcher<std::vector<KeywordCount>>(this);
-    connect(watcher, &QFutureWatcher<std::vector<KeywordCount>>::finished, this,
-            [this, watcher, reading] {
-                watcher->deleteLater();
-                // A later marking's reading replaces this one.
-                if (reading != m_reading)
-                    return;
-                m_keywords->setCounts(watcher->result());
-                emit keywordsShown();
-            });
+    struct Reading {
+        std::vector<KeywordCount> counts;
+        int fromSidecars = 0;
+    };
+    auto* watcher = new QFutureWatcher<Reading>(this);
+    connect(watcher, &QFutureWatcher<Reading>::finished, this, [this, watcher, reading] {
+        watcher->deleteLater();
+        // A later marking's reading replaces this one.
+        if (reading != m_reading)
+            return;
+        Reading read = watcher->result();
+        m_keywords->setCounts(std::move(read.counts), read.fromSidecars);
+        emit keywordsShown();
+    });
     watcher->setFuture(QtConcurrent::run([paths] {
         std::vector<ExtraValues> values;
+        int fromSidecars = 0;
         for (const QString& path : paths) {
-            if (auto read = readExtraValuesOf(path))
+            if (auto read = readExtraValuesOf(path)) {
+                fromSidecars += read->fromSidecar.keywords ? 1 : 0;
                 values.push_back(std::move(*read));
+            }
         }
-        return keywordCounts(values);
+        return Reading{keywordCounts(values), fromSidecars};
     }));
 }
 

@@ -25,7 +25,8 @@ class KeywordListSection : public QWidget {
 public:
     explicit KeywordListSection(HomeSession& session, QWidget* parent = nullptr);
 
-    void setCounts(std::vector<KeywordCount> counts);
+    // `fromSidecars`: how many of the photos have their keywords from an XMP sidecar.
+    void setCounts(std::vector<KeywordCount> counts, int fromSidecars = 0);
     // Shows the session's added and removed keywords.
     void refresh();
 
@@ -38,6 +39,7 @@ private:
     HomeSession& m_session;
     std::vector<KeywordCount> m_counts;
     QTreeWidget* m_list;
+    QLabel* m_source;
     QLineEdit* m_add;
     QStringListModel* m_completions;
 };

@@ -147,8 +147,10 @@ void MetadataViewController::setHideGeneral(bool hide) {
 
 void MetadataViewController::refreshAll() {
     for (FieldControl* control : std::as_const(m_controls)) {
-        if (control)
-            control->showValue(m_form);
+        if (!control)
+            continue;
+        control->showValue(m_form);
+        control->showSource(m_form);
     }
     highlightEditedFields();
 }

@@ -1,8 +1,10 @@
 // The sidecar's part of one photo of a run: it goes where its photo goes, takes the edit where
 // the photo cannot (or is not to), and goes with the XMP group when that is stripped.
 #include "batch/BatchLog.h"
+#include "batch/ExtraRunEdits.h"
 #include "batch/FileIdentity.h"
 #include "batch/PhotoPipeline.h"
+#include "metadata/ExtraTags.h"
 #include "metadata/ImageKind.h"
 
 #include <QFile>
@@ -99,7 +101,15 @@ PhotoResult PhotoPipeline::withSidecar(PhotoResult photo, const SidecarPlan& sid
         }
     } else if (writesSidecar(kind)) {
         const FieldEdits edits = fieldEditsFor(record, target);
-        write = writeSidecar(sidecar.to, base, edits.values, edits.erased);
+        SidecarExtras extras{
+            extraWriteOf(m_values.photoValues.empty() ? m_values : valuesFor(record), edits), {}};
+        // A keyword edit starts from the photo's own keywords where the sidecar has none.
+        const ExtraEdits& keywords = extras.write.edits;
+        if (!keywords.addKeywords.isEmpty() || !keywords.removeKeywords.isEmpty()) {
+            if (const auto own = readExtraValuesOf(target, SidecarValues::Ignored))
+                extras.photoKeywords = own->keywords;
+        }
+        write = writeSidecar(sidecar.to, base, edits.values, edits.erased, extras);
         if (write.written() && !writesPhoto(kind))
             photo.note = QStringLiteral("written to sidecar");
     } else if (sidecar.from && !inPlace) {

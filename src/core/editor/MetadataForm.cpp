@@ -90,6 +90,7 @@ void MetadataForm::clearFields(bool resetDates) {
     for (QString& text : m_texts)
         text.clear();
     m_rows.fill(FormPopups::kBlankRow);
+    m_sidecarSources.fill({});
     if (resetDates) {
         m_state.originalDates = OriginalDate{};
         dateStore().reset();
@@ -186,6 +187,7 @@ void MetadataForm::showSelection(int index, CGImageProperties record,
     m_placeholders = placeholders;
     m_tempProperty = std::move(record);
     showRecord(m_tempProperty);
+    noteSidecarSources();
 
     const CGImageProperties& shown = m_set.workingImages()[index];
     m_selectedLatitude.reset();
@@ -212,6 +214,21 @@ void MetadataForm::showSelection(int index, CGImageProperties record,
     }
     refreshDateSummaries();
     emit formReset();
+}
+
+void MetadataForm::noteSidecarSources() {
+    m_sidecarSources.fill({});
+    for (const CGImageProperties* record : selectedRecords()) {
+        if (record->sidecarPath.isEmpty())
+            continue;
+        for (const FormField& field : formFields()) {
+            if (!record->sidecarKeys.contains(QLatin1String(field.keyRow().key)))
+                continue;
+            SidecarSource& source = m_sidecarSources[field.field];
+            if (source.photos++ == 0)
+                source.path = record->sidecarPath;
+        }
+    }
 }
 
 void MetadataForm::showRecord(const CGImageProperties& record) {

@@ -118,6 +118,14 @@ public:
     std::optional<double> selectedLatitude() const { return m_selectedLatitude; }
     std::optional<double> selectedLongitude() const { return m_selectedLongitude; }
 
+    // The shown photos whose value of a field came from their XMP sidecar rather than from
+    // their own bytes: how many, and the first one's sidecar.
+    struct SidecarSource {
+        int photos = 0;
+        QString path;
+    };
+    const SidecarSource& sidecarSource(Field field) const { return m_sidecarSources[field]; }
+
     // The merged record of the selection, or the record being compared.
     const CGImageProperties& tempProperty() const { return m_tempProperty; }
 
@@ -152,6 +160,8 @@ private:
                        const PerField<Placeholder>& placeholders);
     // One turn's part of a long selection's merge; the last part shows the merge.
     void continueMerge(quint64 choice);
+    // Counts, for every field, the shown photos that hold its value from their sidecar.
+    void noteSidecarSources();
 
     // A merge spread over several turns, for the choice numbered `choice`.
     struct PendingMerge {
@@ -172,6 +182,7 @@ private:
     PerField<Placeholder> m_placeholders;
     QList<int> m_selection;
     CGImageProperties m_tempProperty;
+    PerField<SidecarSource> m_sidecarSources;
     std::optional<double> m_selectedLatitude;
     std::optional<double> m_selectedLongitude;
     bool m_isCheckToEditable = false;

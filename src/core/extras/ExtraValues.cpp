@@ -6,6 +6,11 @@
 
 namespace tagmoor {
 
+bool ExtraSources::any() const {
+    return keywords || rating || label || persons ||
+           std::find(texts.begin(), texts.end(), true) != texts.end();
+}
+
 QStringList ExtraValues::shownKeywords() const {
     QStringList shown;
     QStringList leaves;

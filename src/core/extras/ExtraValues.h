@@ -12,6 +12,18 @@
 
 namespace tagmoor {
 
+// Which of a photo's values beyond the form's fields came from its sidecar.
+struct ExtraSources {
+    bool keywords = false;
+    bool rating = false;
+    bool label = false;
+    PerExtraText<bool> texts{};
+    bool persons = false;
+
+    bool any() const;
+    bool operator==(const ExtraSources&) const = default;
+};
+
 // What one photo holds of the values beyond the form's fields.
 struct ExtraValues {
     KeywordLists keywords;
@@ -19,6 +31,10 @@ struct ExtraValues {
     std::optional<QString> label;
     PerExtraText<std::optional<QString>> texts;
     QStringList persons;
+    // The XMP sidecar whose values were laid over the photo's own (empty: none was), and the
+    // values that came from it.
+    QString sidecarPath;
+    ExtraSources fromSidecar;
 
     // The keywords as a person would list them: every path of either path list (with "|"),
     // then the plain keywords of either flat list that are not the leaf of one of those

@@ -4,6 +4,7 @@
 
 #include "metadata/MetadataBlockReader.h"
 #include "metadata/StandardForm.h"
+#include "metadata/XmpSidecar.h"
 #include "model/KeyTable.h"
 
 #include <exiv2/exiv2.hpp>
@@ -322,6 +323,19 @@ void applyExtraWrite(Exiv2::Image& image, const ExtraWrite& write, bool declareI
         declareIptcUtf8(image);
 }
 
+void seedKeywordLists(Exiv2::XmpData& xmp, const KeywordLists& lists) {
+    for (const char* key : {kSubject, kHierarchical, kTagsList})
+        if (xmp.findKey(Exiv2::XmpKey(key)) != xmp.end())
+            return;
+    QStringList flat = lists.iptc;
+    for (const QString& keyword : lists.subject)
+        if (!flat.contains(keyword))
+            flat << keyword;
+    setXmpList(xmp, kSubject, Exiv2::xmpBag, flat);
+    setXmpList(xmp, kHierarchical, Exiv2::xmpBag, lists.hierarchical);
+    setXmpList(xmp, kTagsList, Exiv2::xmpSeq, lists.tagsList);
+}
+
 ExtraValues readExtraValues(const Exiv2::Image& image) {
     ExtraValues values;
     const Exiv2::XmpData& xmp = image.xmpData();
@@ -348,10 +362,53 @@ ExtraValues readExtraValues(const Exiv2::Image& image) {
     return values;
 }
 
-std::optional<ExtraValues> readExtraValuesOf(const QString& path) {
+namespace {
+
+// Lays the values of a sidecar over the photo's own. The keyword lists go together: a sidecar
+// that holds any keyword holds the photo's whole set, as the programs that write one keep it.
+void laySidecarValues(ExtraValues& values, const ExtraValues& sidecar) {
+    ExtraSources& from = values.fromSidecar;
+    const KeywordLists& lists = sidecar.keywords;
+    if (!lists.iptc.isEmpty() || !lists.subject.isEmpty() || !lists.hierarchical.isEmpty() ||
+        !lists.tagsList.isEmpty()) {
+        values.keywords = lists;
+        from.keywords = true;
+    }
+    if (sidecar.rating) {
+        values.rating = sidecar.rating;
+        from.rating = true;
+    }
+    if (sidecar.label) {
+        values.label = sidecar.label;
+        from.label = true;
+    }
+    for (std::size_t i = 0; i < sidecar.texts.size(); ++i) {
+        if (!sidecar.texts[i])
+            continue;
+        values.texts[i] = sidecar.texts[i];
+        from.texts[i] = true;
+    }
+    if (!sidecar.persons.isEmpty()) {
+        values.persons = sidecar.persons;
+        from.persons = true;
+    }
+}
+
+} // namespace
+
+std::optional<ExtraValues> readExtraValuesOf(const QString& path, SidecarValues sidecar) {
     std::optional<ExtraValues> values;
     MetadataBlockReader::readParsed(
         path, [&](const Exiv2::Image& image) { values = readExtraValues(image); });
+    if (!values || sidecar == SidecarValues::Ignored || !sidecarsAreRead())
+        return values;
+    const auto found = findSidecar(path);
+    const auto bytes = found ? readSidecarBytes(found->path) : std::nullopt;
+    const auto inSidecar = bytes ? readSidecarExtras(*bytes) : std::nullopt;
+    if (inSidecar) {
+        values->sidecarPath = found->path;
+        laySidecarValues(*values, *inSidecar);
+    }
     return values;
 }
 

@@ -12,7 +12,8 @@
 
 namespace Exiv2 {
 class Image;
-}
+class XmpData;
+} // namespace Exiv2
 
 namespace tagmoor {
 
@@ -31,11 +32,21 @@ struct ExtraWrite {
 // `declareIptcCharset`. Throws what Exiv2 throws.
 void applyExtraWrite(Exiv2::Image& image, const ExtraWrite& write, bool declareIptcCharset);
 
+// Lays a photo's keyword lists into XMP that holds none of the three XMP lists (the flat
+// lists as one dc:subject, the paths as they stand), so that a keyword edit of it keeps the
+// photo's other keywords.
+void seedKeywordLists(Exiv2::XmpData& xmp, const KeywordLists& lists);
+
 // The values of an open image. Throws what Exiv2 throws.
 ExtraValues readExtraValues(const Exiv2::Image& image);
 
+// Whether a photo's values are read with those of its XMP sidecar laid over them (when
+// sidecars are read at all), or as the photo's bytes alone hold them.
+enum class SidecarValues { Merged, Ignored };
+
 // The values of the photo at `path`; nothing when it cannot be read.
-std::optional<ExtraValues> readExtraValuesOf(const QString& path);
+std::optional<ExtraValues> readExtraValuesOf(const QString& path,
+                                             SidecarValues sidecar = SidecarValues::Merged);
 
 // The text a reader takes from a group of copies: the first copy, in the group's order, that
 // holds a non-empty value. Throws what Exiv2 throws.

@@ -5,6 +5,7 @@
 #include "foundation/BoundedFile.h"
 #include "foundation/ValueForm.h"
 #include "metadata/Exiv2Guard.h"
+#include "metadata/ExtraTags.h"
 #include "metadata/FieldSetReading.h"
 #include "metadata/MergeForWriting.h"
 #include "metadata/MetadataLibrary.h"
@@ -193,8 +194,11 @@ std::optional<QByteArray> readSidecarBytes(const QString& path) {
     return std::move(read.bytes);
 }
 
-std::optional<MetadataFieldSet> readSidecarFieldSet(const QByteArray& packet) {
-    std::optional<MetadataFieldSet> set;
+namespace {
+
+// Calls fn with the packet opened as an XMP image whose metadata is read (the properties
+// converted to Exif and IPTC as well); not at all when the packet is no XMP.
+template <typename Fn> void withSidecarImage(const QByteArray& packet, Fn&& fn) {
     guardExiv2(
         [&] {
             auto image = Exiv2::ImageFactory::open(
@@ -206,10 +210,23 @@ std::optional<MetadataFieldSet> readSidecarFieldSet(const QByteArray& packet) {
                 const auto lock = lockXmpToolkit();
                 image->readMetadata();
             }
-            set = readMetadataFieldSet(*image);
+            fn(*image);
         },
         [](Exiv2Failure, const QString&) {});
+}
+
+} // namespace
+
+std::optional<MetadataFieldSet> readSidecarFieldSet(const QByteArray& packet) {
+    std::optional<MetadataFieldSet> set;
+    withSidecarImage(packet, [&](const Exiv2::Image& image) { set = readMetadataFieldSet(image); });
     return set;
+}
+
+std::optional<ExtraValues> readSidecarExtras(const QByteArray& packet) {
+    std::optional<ExtraValues> values;
+    withSidecarImage(packet, [&](const Exiv2::Image& image) { values = readExtraValues(image); });
+    return values;
 }
 
 std::optional<MetadataFieldSet> readSidecarFile(const QString& path) {
@@ -220,11 +237,15 @@ std::optional<MetadataFieldSet> readSidecarFile(const QString& path) {
 }
 
 QByteArray editedSidecarPacket(const QByteArray& base, const MetadataFieldSet& edited,
-                               const ErasedRows& erased) {
+                               const ErasedRows& erased, const SidecarExtras& extras) {
     const auto lock = lockXmpToolkit();
     Exiv2::XmpData xmp;
     if (!base.trimmed().isEmpty() && Exiv2::XmpParser::decode(xmp, base.toStdString()) != 0)
         throw Exiv2::Error(Exiv2::kerErrorMessage, "the sidecar holds no readable XMP");
+    const ExtraEdits& extraEdits = extras.write.edits;
+    if (extras.photoKeywords &&
+        !(extraEdits.addKeywords.isEmpty() && extraEdits.removeKeywords.isEmpty()))
+        seedKeywordLists(xmp, *extras.photoKeywords);
     // The Exif and IPTC rows are edited as tags, the way the photo's own are, and go back into
     // XMP through the same conversion that reading made of them.
     Exiv2::ExifData exifBefore;
@@ -236,6 +257,8 @@ QByteArray editedSidecarPacket(const QByteArray& base, const MetadataFieldSet& e
     image->setIptcData(iptcBefore);
     image->setXmpData(xmp);
     applyStandardForm(*image, mergeForWriting(edited, MetadataFieldSet{}), erased);
+    if (!extras.write.isEmpty())
+        applyExtraWrite(*image, extras.write, /*declareIptcCharset=*/false);
 
     // Each block is compared with itself, since an Exif tag and an IPTC dataset may both
     // convert to one property (the artist and the by-line to dc:creator).
@@ -277,10 +300,10 @@ WriteResult placeSidecar(const QString& sidecarPath, const QByteArray& packet, b
 
 WriteResult writeSidecar(const QString& sidecarPath, const QByteArray& base,
                          const MetadataFieldSet& edited, const ErasedRows& erased,
-                         bool flushToDisk) {
+                         const SidecarExtras& extras, bool flushToDisk) {
     QByteArray packet;
     WriteResult result;
-    guardExiv2([&] { packet = editedSidecarPacket(base, edited, erased); },
+    guardExiv2([&] { packet = editedSidecarPacket(base, edited, erased, extras); },
                [&](Exiv2Failure, const QString& what) {
                    result = {WriteStatus::Failed, QStringLiteral("sidecar: ") + what};
                });

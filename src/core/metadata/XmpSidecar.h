@@ -1,5 +1,7 @@
 #pragma once
 
+#include "extras/ExtraValues.h"
+#include "metadata/ExtraTags.h"
 #include "metadata/MetadataFieldSet.h"
 #include "metadata/SidecarOptions.h"
 #include "metadata/WriteResult.h"
@@ -34,14 +36,25 @@ std::optional<SidecarFile> findSidecar(const QString& photoPath);
 // The values of the key lists that an XMP packet holds, read as a photo's are: Exif and IPTC
 // rows take what Exiv2's conversion from XMP gives them. Nothing when it is no XMP.
 std::optional<MetadataFieldSet> readSidecarFieldSet(const QByteArray& packet);
-// The same for a sidecar file (a regular file of a bounded size).
+// The values beyond the key lists (keywords, rating, label, texts) that an XMP packet holds,
+// read as a photo's are. Nothing when it is no XMP.
+std::optional<ExtraValues> readSidecarExtras(const QByteArray& packet);
+// The key-list values of a sidecar file (a regular file of a bounded size).
 std::optional<MetadataFieldSet> readSidecarFile(const QString& path);
 
-// The packet `base` (empty: a new one) with the edited rows laid in and the erased rows taken
-// out, in XMP's own properties: only the edited fields change, the rest stays as it was.
-// Throws what Exiv2 throws.
+// What a sidecar's edit lays in beyond the key-list rows: the extra edits (keywords, rating,
+// label, texts, copies), and the photo's own keyword lists, which a sidecar without any
+// starts from, so that adding one keyword keeps the photo's others.
+struct SidecarExtras {
+    ExtraWrite write;
+    std::optional<KeywordLists> photoKeywords;
+};
+
+// The packet `base` (empty: a new one) with the edited rows and `extras` laid in and the erased
+// rows taken out, in XMP's own properties: only the edited fields change, the rest stays as
+// it was. Throws what Exiv2 throws.
 QByteArray editedSidecarPacket(const QByteArray& base, const MetadataFieldSet& edited,
-                               const ErasedRows& erased);
+                               const ErasedRows& erased, const SidecarExtras& extras = {});
 
 // A packet that holds no property (what stripping a sidecar leaves).
 QByteArray emptySidecarPacket();
@@ -57,7 +70,7 @@ WriteResult placeSidecar(const QString& sidecarPath, const QByteArray& packet,
 // one) with the edit laid in, placed at `sidecarPath` as placeSidecar does.
 WriteResult writeSidecar(const QString& sidecarPath, const QByteArray& base,
                          const MetadataFieldSet& edited, const ErasedRows& erased,
-                         bool flushToDisk = true);
+                         const SidecarExtras& extras = {}, bool flushToDisk = true);
 
 // The bytes of a sidecar file, bounded; nothing when it can't be read.
 std::optional<QByteArray> readSidecarBytes(const QString& path);

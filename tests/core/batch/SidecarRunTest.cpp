@@ -1,6 +1,7 @@
 // Runs that write, carry and strip XMP sidecars.
 #include "BatchTestSupport.h"
 
+#include "metadata/ExtraTags.h"
 #include "metadata/XmpSidecar.h"
 #include "model/KeyTable.h"
 
@@ -97,6 +98,55 @@ TEST_F(SidecarRun, AlwaysLeavesThePhotoAndBothWritesBothIntoTheSidecarFound) {
     EXPECT_TRUE(runBatch(values, recordsOf({jpeg})).problems.isEmpty());
     EXPECT_EQ(tagOf(jpeg, "Exif.Image.Artist"), QStringLiteral("Joe"));
     EXPECT_EQ(sidecarText(path("photo.xmp"), "Exif.Image.Artist"), QStringLiteral("Joe"));
+}
+
+TEST_F(SidecarRun, KeywordsRatingAndLabelGoToTheSidecarAndReadBackFromIt) {
+    ValueFormScope scope(ValueForm::standard);
+    const QString jpeg = makeJpeg(path("photo.jpg"));
+    RunValues values = editRun(ProcessingMode::keepUnedited);
+    values.extras.addKeywords = QStringList{"Dawn", "Places|Lisbon"};
+    ASSERT_TRUE(runBatch(values, recordsOf({jpeg})).problems.isEmpty());
+    const QByteArray before = readBytes(jpeg);
+
+    // A sidecar made for a keyword edit starts from the photo's own keywords.
+    values.sidecar.write = SidecarWrite::always;
+    values.extras.addKeywords = QStringList{"Harbour"};
+    values.extras.rating = 4;
+    values.extras.label = QStringLiteral("Red");
+    const BatchResult result = runBatch(values, recordsOf({jpeg}));
+    EXPECT_TRUE(result.problems.isEmpty()) << result.problems.value(0).reason.toStdString();
+    EXPECT_EQ(readBytes(jpeg), before);
+    const auto merged = readExtraValuesOf(jpeg);
+    ASSERT_TRUE(merged);
+    EXPECT_EQ(merged->keywords.subject, (QStringList{"Dawn", "Lisbon", "Harbour"}));
+    EXPECT_EQ(merged->keywords.hierarchical, QStringList{"Places|Lisbon"});
+    EXPECT_EQ(merged->rating, 4);
+    EXPECT_EQ(merged->label, QStringLiteral("Red"));
+    EXPECT_EQ(merged->sidecarPath, jpeg + ".xmp");
+    EXPECT_TRUE(merged->fromSidecar.keywords && merged->fromSidecar.rating &&
+                merged->fromSidecar.label);
+    EXPECT_FALSE(merged->fromSidecar.persons);
+    const auto own = readExtraValuesOf(jpeg, SidecarValues::Ignored);
+    ASSERT_TRUE(own);
+    EXPECT_EQ(own->keywords.subject, (QStringList{"Dawn", "Lisbon"}));
+    EXPECT_FALSE(own->rating);
+    EXPECT_FALSE(own->fromSidecar.any());
+    if (haveTool("exiftool")) {
+        const ToolResult tags = runTool("exiftool", {"-a", "-G1", "-s", jpeg + ".xmp"});
+        for (const char* line : {"[XMP-xmp]       Rating                          : 4",
+                                 "[XMP-xmp]       Label                           : Red",
+                                 "[XMP-dc]        Subject                         : Dawn, Lisbon, "
+                                 "Harbour"})
+            EXPECT_TRUE(tags.out.contains(line)) << line << "\n" << tags.out.toStdString();
+    }
+
+    // The next edit starts from the sidecar, which now holds the photo's whole set.
+    values.extras = {};
+    values.extras.removeKeywords = QStringList{"Dawn"};
+    EXPECT_TRUE(runBatch(values, recordsOf({jpeg})).problems.isEmpty());
+    EXPECT_EQ(readExtraValuesOf(jpeg)->keywords.subject, (QStringList{"Lisbon", "Harbour"}));
+    EXPECT_EQ(readExtraValuesOf(jpeg)->rating, 4);
+    EXPECT_EQ(readBytes(jpeg), before);
 }
 
 } // namespace
