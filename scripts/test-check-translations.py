@@ -25,11 +25,6 @@ PLANTS = [
     ("<translation>Ändern: </translation>", "<translation>Ändern:</translation>",
      "spaces at the end differ"),
     ("<name>RenamePanel</name>", "<name>tagmoor</name>", "tr() outside a class"),
-    ("<numerusform>Aus den XMP-Begleitdateien von %n der markierten Fotos</numerusform>",
-     "<numerusform></numerusform>", "not translated"),
-    ("<numerusform>Aus der XMP-Begleitdatei von %n der markierten Fotos</numerusform>",
-     "<numerusform>Aus der XMP-Begleitdatei von %n der markierten Fotos </numerusform>",
-     "spaces at the end differ"),
 ]
 
 

@@ -1397,16 +1397,17 @@
         <source>Set the rule of %1</source>
         <translation>Die Regel für %1 festlegen</translation>
     </message>
-    <message numerus="yes">
-        <source>From the XMP sidecars of %n of the marked photos</source>
-        <translation>
-            <numerusform>Aus der XMP-Begleitdatei von %n der markierten Fotos</numerusform>
-            <numerusform>Aus den XMP-Begleitdateien von %n der markierten Fotos</numerusform>
-        </translation>
-    </message>
     <message>
         <source>From the XMP sidecar %1</source>
         <translation>Aus der XMP-Begleitdatei %1</translation>
+    </message>
+    <message>
+        <source>From the XMP sidecar of one of the marked photos</source>
+        <translation>Aus der XMP-Begleitdatei eines der markierten Fotos</translation>
+    </message>
+    <message>
+        <source>From the XMP sidecars of %1 of the marked photos</source>
+        <translation>Aus den XMP-Begleitdateien von %1 der markierten Fotos</translation>
     </message>
 </context>
 <context>
@@ -1874,12 +1875,13 @@
         <source>Keyword not added</source>
         <translation>Stichwort nicht hinzugefügt</translation>
     </message>
-    <message numerus="yes">
-        <source>The keywords of %n photo(s) come from their XMP sidecars.</source>
-        <translation>
-            <numerusform>Die Stichwörter von %n Foto stammen aus seiner XMP-Begleitdatei.</numerusform>
-            <numerusform>Die Stichwörter von %n Fotos stammen aus ihren XMP-Begleitdateien.</numerusform>
-        </translation>
+    <message>
+        <source>The keywords of one photo come from its XMP sidecar.</source>
+        <translation>Die Stichwörter eines Fotos stammen aus seiner XMP-Begleitdatei.</translation>
+    </message>
+    <message>
+        <source>The keywords of %1 photos come from their XMP sidecars.</source>
+        <translation>Die Stichwörter von %1 Fotos stammen aus ihren XMP-Begleitdateien.</translation>
     </message>
 </context>
 <context>

@@ -303,7 +303,7 @@ void EditorTest::valuesFromASidecarAreMarkedUntilEdited() {
     FieldControl* artist = controller->control(kArtist);
     QVERIFY(artist->showsSidecarSource());
     QCOMPARE(artist->sourceText(),
-             QStringLiteral("From the XMP sidecars of 1 of the marked photos"));
+             QStringLiteral("From the XMP sidecar of one of the marked photos"));
     QVERIFY(!controller->control(kIso)->showsSidecarSource());
 
     MetadataForm& form = t.app->homeSession().form();

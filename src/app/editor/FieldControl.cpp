@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
@@ -164,9 +165,11 @@ void FieldControl::showSource(const MetadataForm& form) {
     m_fromSidecar = source.photos > 0;
     if (!m_fromSidecar)
         m_sourceText.clear();
+    else if (form.isMultipleSelected() && source.photos == 1)
+        m_sourceText = tr("From the XMP sidecar of one of the marked photos");
     else if (form.isMultipleSelected())
-        m_sourceText =
-            tr("From the XMP sidecars of %n of the marked photos", nullptr, source.photos);
+        m_sourceText = tr("From the XMP sidecars of %1 of the marked photos")
+                           .arg(QLocale().toString(source.photos));
     else
         m_sourceText = tr("From the XMP sidecar %1").arg(QFileInfo(source.path).fileName());
     updateSourceMark();

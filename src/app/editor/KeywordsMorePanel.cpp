@@ -16,6 +16,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPointer>
 #include <QPushButton>
 #include <QStringListModel>
@@ -100,8 +101,10 @@ KeywordListSection::KeywordListSection(HomeSession& session, QWidget* parent)
 
 void KeywordListSection::setCounts(std::vector<KeywordCount> counts, int fromSidecars) {
     m_counts = std::move(counts);
-    m_source->setText(
-        tr("The keywords of %n photo(s) come from their XMP sidecars.", nullptr, fromSidecars));
+    m_source->setText(fromSidecars == 1
+                          ? tr("The keywords of one photo come from its XMP sidecar.")
+                          : tr("The keywords of %1 photos come from their XMP sidecars.")
+                                .arg(QLocale().toString(fromSidecars)));
     m_source->setVisible(fromSidecars > 0);
     m_completions->setStringList(keywordCompletions(m_counts));
     refresh();

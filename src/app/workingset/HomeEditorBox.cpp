@@ -5,6 +5,7 @@
 #include "app/editor/KeywordsMorePanel.h"
 #include "app/editor/MetadataViewController.h"
 #include "app/presets/PresetsViewController.h"
+#include "app/widgets/FittingLabel.h"
 #include "app/widgets/GroupTabs.h"
 #include "app/workingset/HomePaneParts.h"
 #include "editor/FormSections.h"
@@ -25,7 +26,7 @@ namespace tagmoor {
 
 HomeEditorBox::HomeEditorBox(const Objects& objects, QWidget* parent)
     : QWidget(parent), m_objects(objects), m_tabs(new QButtonGroup(this)),
-      m_markedSummary(new QLabel),
+      m_markedSummary(new FittingLabel),
       m_editor(new MetadataViewController(objects.form, objects.events)),
       m_keywordsPage(new QScrollArea), m_keywords(new KeywordsMorePanel(objects.session)),
       m_gps(makePaneButton(QStringLiteral("btnShowEditorGPS"), tr("Location..."))),
@@ -70,6 +71,8 @@ QLayout* HomeEditorBox::makeTabs() {
     keywordsTab->setAccessibleName(tr("Keywords and more"));
     keywordsTab->setCheckable(true);
     keywordsTab->setMinimumHeight(28);
+    // The tab keeps its whole name; the count beside it gives way first.
+    keywordsTab->setMinimumWidth(keywordsTab->sizeHint().width());
     m_tabs->addButton(keywordsTab, kKeywordsTab);
     tabs->addWidget(keywordsTab);
     m_tabButtons.append(keywordsTab);
