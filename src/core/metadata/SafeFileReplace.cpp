@@ -368,6 +368,23 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size, qint64 kep
     return replace(data, size, keptFrom, verify);
 }
 
+bool SafeFileReplace::replaceHeadWith(const char* data, std::size_t size, qint64 keptFrom,
+                                      const HeadCheck& check) {
+    return replaceWith(data, size, keptFrom, [&](const QString&) {
+        QByteArray head(qsizetype(size), Qt::Uninitialized);
+        std::size_t done = 0;
+        while (done < size) {
+            const ssize_t n = ::pread(m_temporaryFd, head.data() + done, size - done, off_t(done));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                return false;
+            done += std::size_t(n);
+        }
+        return check(head);
+    });
+}
+
 bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFrom,
                               const std::function<bool(const QString&)>& verify) {
     const QString targetName = QFile::decodeName(m_encodedTarget);
@@ -381,8 +398,10 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     if (fd < 0)
         return fail(QStringLiteral("Failed to create a temporary file"), errno);
     m_temporary = pattern;
+    m_temporaryFd = fd;
     bool closed = false;
     auto closeFd = qScopeGuard([&] {
+        m_temporaryFd = -1;
         if (!closed)
             ::close(fd);
     });
@@ -394,6 +413,7 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     if (::fstat(fd, &written) != 0)
         return fail(QStringLiteral("Failed to examine the new file"), errno);
     closed = true;
+    m_temporaryFd = -1;
     if (::close(fd) != 0)
         return fail(QStringLiteral("Failed to close the new file"), errno);
     if (written.st_size != off_t(qint64(size) + kept))
