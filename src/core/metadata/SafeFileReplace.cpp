@@ -73,6 +73,25 @@ void SafeFileReplace::sweepLeftovers(const QString& folder) {
     }
 }
 
+QByteArray SafeFileReplace::linkUnderTemporaryName(const QByteArray& folder,
+                                                   const QByteArray& target, int* error) {
+    static const char kAlphabet[] =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        QByteArray name = folder + "/.tagmoor-" + QByteArray::number(getpid()) + '-';
+        for (int i = 0; i < 6; ++i)
+            name += kAlphabet[QRandomGenerator::global()->bounded(int(sizeof kAlphabet) - 1)];
+        name += ".tmp";
+        if (::link(target.constData(), name.constData()) == 0)
+            return name;
+        if (errno != EEXIST)
+            break;
+    }
+    if (error)
+        *error = errno;
+    return {};
+}
+
 QByteArray SafeFileReplace::temporaryTemplate(const QString& folder) {
     return QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) + "-XXXXXX.tmp";
 }
@@ -145,19 +164,7 @@ QThreadPool& releasePool() {
 // A second hidden name for the file at `target` in `folder`, or empty when the file system
 // won't give one (no hard links there); the replacement then frees the old file itself.
 QByteArray linkAside(const QByteArray& folder, const QByteArray& target) {
-    static const char kAlphabet[] =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
-    for (int attempt = 0; attempt < 8; ++attempt) {
-        QByteArray name = folder + "/.tagmoor-" + QByteArray::number(getpid()) + '-';
-        for (int i = 0; i < 6; ++i)
-            name += kAlphabet[QRandomGenerator::global()->bounded(int(sizeof kAlphabet) - 1)];
-        name += ".tmp";
-        if (::link(target.constData(), name.constData()) == 0)
-            return name;
-        if (errno != EEXIST)
-            break;
-    }
-    return {};
+    return SafeFileReplace::linkUnderTemporaryName(folder, target);
 }
 
 } // namespace

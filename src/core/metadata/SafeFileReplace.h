@@ -119,6 +119,11 @@ public:
     // (six X before a four-character suffix). Others who stage files beside a target use it,
     // so that the same sweep removes what a killed process of theirs left.
     static QByteArray temporaryTemplate(const QString& folder);
+    // Gives the file `target` a second name in `folder`: a free temporary name of this process,
+    // taken by a hard link, without making a file first. Empty when the link fails for
+    // another reason than a name in use, with `error` (if given) set to its errno value.
+    static QByteArray linkUnderTemporaryName(const QByteArray& folder, const QByteArray& target,
+                                             int* error = nullptr);
     // Removes, once per folder and process, the temporary files in `folder` whose process is
     // gone. Replacing a file does this for its folder by itself.
     static void sweepLeftovers(const QString& folder);
