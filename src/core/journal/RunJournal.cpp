@@ -83,6 +83,17 @@ QString systemError(int error) {
     return QString::fromLocal8Bit(std::strerror(error));
 }
 
+// Puts the names in `folder` on the disk.
+bool flushFolder(const QString& folder) {
+    const int fd =
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    const bool flushed = ::fsync(fd) == 0;
+    ::close(fd);
+    return flushed;
+}
+
 QJsonArray timeOf(const struct timespec& t) {
     return {double(t.tv_sec), double(t.tv_nsec)};
 }
@@ -193,7 +204,9 @@ std::unique_ptr<RunJournal> RunJournal::start(bool inPlace, const QString& folde
     journal->m_fd =
         ::open(QFile::encodeName(runFolder + QLatin1Char('/') + kRecordsFile).constData(),
                O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    if (journal->m_fd < 0 || !writeRun(runFolder, run)) {
+    // The records' file is flushed photo by photo; its name, and the run's folder, once here.
+    if (journal->m_fd < 0 || !writeRun(runFolder, run) || !flushFolder(runFolder) ||
+        !flushFolder(root())) {
         why = QStringLiteral("cannot write in %1").arg(runFolder);
         QDir(runFolder).removeRecursively();
         return nullptr;
