@@ -64,7 +64,9 @@ speed() {
   # exiftool on the first 200 photos, against the run on the same 200.
   if command -v exiftool >/dev/null; then
     mkdir -p "$WORK/few" "$WORK/et"
-    find "$big" -name '*.jpg' | sort | head -200 | xargs -I{} ln {} "$WORK/few/"
+    local files
+    mapfile -t files < <(find "$big" -name '*.jpg' | sort)
+    ln "${files[@]:0:200}" "$WORK/few/"
     run=$("$PROBE" child -- "$CLI" apply --quiet --threads 2 "${EDITS[@]}" --out "$WORK/fewout" "$WORK/few" | tail -1)
     local et
     et=$("$PROBE" child -- exiftool -q -q -o "$WORK/et/" -Artist="Jane Doe" "-Copyright=(c) Jane Doe" \
