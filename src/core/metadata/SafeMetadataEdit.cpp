@@ -156,6 +156,37 @@ void readHead(Exiv2::Image& image, QByteArray& head) {
     image.readMetadata();
 }
 
+// Puts `size` new bytes (a new head, with `headEnd`) in place once they read back holding
+// what the edit asked for; `notLanded` tells what did not land.
+bool replaceChecked(SafeFileReplace& file, const char* data, std::size_t size,
+                    const std::optional<qint64>& headEnd,
+                    const SafeMetadataEdit::LandedCheck& landedCheck, QString& notLanded) {
+    const auto landed = [&](Exiv2::Image& check) {
+        if (landedCheck)
+            notLanded = landedCheck(check);
+        return notLanded.isEmpty();
+    };
+    // A new head is read back from the temporary file and parsed as it came back, as the edit
+    // parsed the old head: Exiv2 reads a JPEG no further than its picture data.
+    const auto verifyHead = [&](QByteArray& written) {
+        auto check = Exiv2::ImageFactory::open(
+            reinterpret_cast<const Exiv2::byte*>(written.constData()), long(written.size()));
+        readHead(*check, written);
+        return landed(*check);
+    };
+    const auto verify = [&](const QString& temporaryPath) {
+        auto check =
+            Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
+        {
+            const auto xmpLock = lockXmpToolkit();
+            check->readMetadata();
+        }
+        return landed(*check);
+    };
+    return headEnd ? file.replaceHeadWith(data, size, *headEnd, verifyHead)
+                   : file.replaceWith(data, size, verify);
+}
+
 } // namespace
 
 SafeMetadataEdit::Result SafeMetadataEdit::run(const QString& path,
@@ -284,30 +315,7 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
     const std::size_t newSize =
         rewritten.isNull() ? std::size_t(size) : std::size_t(rewritten.size());
     QString notLanded;
-    const auto landed = [&](Exiv2::Image& check) {
-        if (landedCheck)
-            notLanded = landedCheck(check);
-        return notLanded.isEmpty();
-    };
-    // A new head is read back from the temporary file and parsed as it came back, as the edit
-    // parsed the old head: Exiv2 reads a JPEG no further than its picture data.
-    const auto verifyHead = [&](QByteArray& written) {
-        auto check = Exiv2::ImageFactory::open(
-            reinterpret_cast<const Exiv2::byte*>(written.constData()), long(written.size()));
-        readHead(*check, written);
-        return landed(*check);
-    };
-    const auto verify = [&](const QString& temporaryPath) {
-        auto check =
-            Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
-        {
-            const auto xmpLock = lockXmpToolkit();
-            check->readMetadata();
-        }
-        return landed(*check);
-    };
-    const bool replaced = headEnd ? file.replaceHeadWith(newBytes, newSize, *headEnd, verifyHead)
-                                  : file.replaceWith(newBytes, newSize, verify);
+    const bool replaced = replaceChecked(file, newBytes, newSize, headEnd, landedCheck, notLanded);
     if (!notLanded.isEmpty())
         fail(WriteStatus::NotWritable, path + QStringLiteral(": ") + notLanded);
     if (!replaced)
