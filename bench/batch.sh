@@ -1,17 +1,23 @@
 #!/usr/bin/env bash
 # Batch benchmark.
 #   bench/batch.sh [COUNT]
-# 1. Speed: COUNT (default 1000) camera-size JPEGs, keepUnedited with 8 edited fields and one
-#    date rule into an output folder, against the floor (copy + bare Exiv2 write of the same
-#    tags) and against exiftool -o doing the same edits in one process.
+# 1. Speed, on two corpora of COUNT (default 1000) JPEGs, camera-size (2000x1500) and
+#    640x480: keepUnedited with 8 edited fields and one date rule, into an output folder on
+#    2 threads, against its references in the same run: the bare Exiv2 program (each photo
+#    read once into memory, edited there and written once, 2 threads), the plain in-kernel
+#    copy of the folder (copy_file_range, one thread) and, on the first 200 photos,
+#    exiftool -o doing the same edits in one process. Then the same edit in place against
+#    the in-place floor (the bare program with the safe replace).
 # 2. Memory: peak resident memory of tagmoor-cli apply over small photos, 1,000 and 10,000 by
 #    default (BATCH_MEMORY_COUNTS="1000 100000" for the long run).
+# BENCH_CLI=PATH times another tagmoor-cli (an older build, say) in the same way;
+# BENCH_NO_BUILD=1 uses what $BUILD_DIR holds without building.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 COUNT=${1:-1000}
 source bench/common.sh
 bench_build make_corpus bench_batch tagmoor-cli
-CLI="$BUILD_DIR/src/cli/tagmoor-cli"
+CLI=${BENCH_CLI:-$BUILD_DIR/src/cli/tagmoor-cli}
 PROBE="$BUILD_DIR/bench/bench_batch"
 
 corpus() { # DIR COUNT [make_corpus options]
@@ -19,47 +25,76 @@ corpus() { # DIR COUNT [make_corpus options]
   find "$1" -name "*.jpg" -exec cat {} + >/dev/null # warm the page cache: every contender reads from memory
 }
 
-BIG=bench/corpus-camera-$COUNT
-corpus "$BIG" "$COUNT"
 # Outputs on the corpus's file system, as a user's output folder usually is.
 WORK=$(mktemp -d "bench/corpus-out.XXXXXX")
 trap 'rm -rf "$WORK"' EXIT
+# The runs' undo journals stay with the outputs, not in the user's data folder.
+export TAGMOOR_JOURNAL_DIR="$WORK/journal"
 
 EDITS=(--set "Artist=Jane Doe" --set "Copyright=(c) Jane Doe" --set "ImageDescription=Harbour at dawn"
        --set ISO=400 --set FNumber=2.8 --set Iptc.Application2.City=Paris
        --set Iptc.Application2.Headline=Morning --set Xmp.aux.Lens="Lens 50"
        --date DateTimeOriginal=shift-time:+1:00:00)
 
-echo "== speed: $COUNT photos of $(du -sh "$BIG" | cut -f1)"
-"$PROBE" floor "$BIG" "$WORK/floor"
-rm -rf "$WORK/floor"; sync
-# The references of a run into a folder, each at the niceness of the run's workers: the
-# in-memory floor (one read, an edit in memory and one write of each photo, 2 threads) and
-# cp -r of the folder.
-"$PROBE" memfloor "$BIG" "$WORK/memfloor" 2
-rm -rf "$WORK/memfloor"; sync
-echo -n "cp -r: "
-"$PROBE" child -- nice -n 5 cp -r "$BIG" "$WORK/cp" | tail -1
-rm -rf "$WORK/cp"; sync
-# In place: the run against the plain in-place write with the safe replace, each on a copy.
-cp -r "$BIG" "$WORK/inplace-floor"; cp -r "$BIG" "$WORK/inplace-run"; sync
-"$PROBE" inplacefloor "$WORK/inplace-floor" 2
-echo -n "tagmoor-cli apply in place --threads 2: "
-"$PROBE" child -- "$CLI" apply --quiet --threads 2 "${EDITS[@]}" --in-place "$WORK/inplace-run" | tail -1
-rm -rf "$WORK/inplace-floor" "$WORK/inplace-run"; sync
-for threads in 1 2; do
-  echo -n "tagmoor-cli apply --threads $threads: "
-  "$PROBE" child -- "$CLI" apply --quiet --threads "$threads" "${EDITS[@]}" --out "$WORK/t$threads" "$BIG" | tail -1
-  rm -rf "$WORK/t$threads"; sync
-done
-if command -v exiftool >/dev/null; then
-  echo -n "exiftool -o: "
-  mkdir -p "$WORK/et"
-  "$PROBE" child -- exiftool -q -q -o "$WORK/et/" -Artist="Jane Doe" "-Copyright=(c) Jane Doe" \
-    "-ImageDescription=Harbour at dawn" -ISO=400 -FNumber=2.8 -IPTC:City=Paris \
-    -IPTC:Headline=Morning "-XMP-aux:Lens=Lens 50" "-DateTimeOriginal+=1:00:00" "$BIG"
-  rm -rf "$WORK/et"; sync
-fi
+wall_of() { sed -n 's/.*wall=\([0-9.]*\) s.*/\1/p' <<<"$1"; }
+# ratio NAME RUN_LINE REFERENCE_LINE: the run's wall time over the reference's.
+ratio() {
+  awk -v n="$1" -v a="$(wall_of "$2")" -v b="$(wall_of "$3")" \
+    'BEGIN { printf "  %-44s %6.2fx (%.3f s against %.3f s)\n", n, a / b, a, b }'
+}
+
+# speed CORPUS: every row of the speed table on one corpus.
+speed() {
+  local big=$1 run memfloor copy inplace inplacefloor
+  echo "== speed: $(find "$big" -name '*.jpg' | wc -l) photos of $(du -sh "$big" | cut -f1) in $big ($(uptime | sed 's/.*load/load/'))"
+  # The references of a run into a folder, each at the niceness of the run's workers.
+  memfloor=$("$PROBE" memfloor "$big" "$WORK/memfloor" 2)
+  echo "$memfloor"
+  rm -rf "$WORK/memfloor"; sync
+  copy=$("$PROBE" copy "$big" "$WORK/copy")
+  echo "$copy"
+  rm -rf "$WORK/copy"; sync
+  for threads in 1 2; do
+    run=$("$PROBE" child -- "$CLI" apply --quiet --threads "$threads" "${EDITS[@]}" --out "$WORK/t$threads" "$big" | tail -1)
+    echo "tagmoor-cli apply --threads $threads: $run"
+    rm -rf "$WORK/t$threads"; sync
+  done
+  ratio "into a folder, 2 threads / bare Exiv2 program" "$run" "$memfloor"
+  ratio "into a folder, 2 threads / kernel copy" "$run" "$copy"
+  # exiftool on the first 200 photos, against the run on the same 200.
+  if command -v exiftool >/dev/null; then
+    mkdir -p "$WORK/few" "$WORK/et"
+    local files
+    mapfile -t files < <(find "$big" -name '*.jpg' | sort)
+    ln "${files[@]:0:200}" "$WORK/few/"
+    run=$("$PROBE" child -- "$CLI" apply --quiet --threads 2 "${EDITS[@]}" --out "$WORK/fewout" "$WORK/few" | tail -1)
+    local et
+    et=$("$PROBE" child -- exiftool -q -q -o "$WORK/et/" -Artist="Jane Doe" "-Copyright=(c) Jane Doe" \
+      "-ImageDescription=Harbour at dawn" -ISO=400 -FNumber=2.8 -IPTC:City=Paris \
+      -IPTC:Headline=Morning "-XMP-aux:Lens=Lens 50" "-DateTimeOriginal+=1:00:00" "$WORK/few" | tail -1)
+    echo "exiftool -o, 200 photos: $et"
+    echo "tagmoor-cli apply --threads 2, 200 photos: $run"
+    awk -v a="$(wall_of "$et")" -v b="$(wall_of "$run")" \
+      'BEGIN { printf "  %-44s %6.2fx faster\n", "into a folder, 200 photos, against exiftool -o", a / b }'
+    rm -rf "$WORK/few" "$WORK/fewout" "$WORK/et"; sync
+  fi
+  # In place: the run against the plain in-place write with the safe replace, each on a copy.
+  cp -r "$big" "$WORK/inplace-floor"; cp -r "$big" "$WORK/inplace-run"; sync
+  inplacefloor=$("$PROBE" inplacefloor "$WORK/inplace-floor" 2)
+  echo "$inplacefloor"
+  inplace=$("$PROBE" child -- "$CLI" apply --quiet --threads 2 "${EDITS[@]}" --in-place "$WORK/inplace-run" | tail -1)
+  echo "tagmoor-cli apply in place --threads 2: $inplace"
+  ratio "in place, 2 threads / in-place floor" "$inplace" "$inplacefloor"
+  echo "  journal of the run in place: $(du -sh "$(ls -d "$TAGMOOR_JOURNAL_DIR"/* | tail -1)" | cut -f1)"
+  rm -rf "$WORK/inplace-floor" "$WORK/inplace-run" "$TAGMOOR_JOURNAL_DIR"; sync
+}
+
+BIG=bench/corpus-batch-2000-$COUNT
+corpus "$BIG" "$COUNT" --size 2000x1500 --prefix big
+MEDIUM=bench/corpus-batch-640-$COUNT
+corpus "$MEDIUM" "$COUNT" --size 640x480 --prefix medium
+speed "$BIG"
+speed "$MEDIUM"
 
 echo "== memory: peak resident memory of small-photo runs"
 # Each count against the first: a run that streams keeps its peak flat (at most 1.2x).

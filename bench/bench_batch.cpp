@@ -6,6 +6,9 @@
 //   bench_batch memfloor CORPUS OUT [THREADS]
 //       The in-memory floor of a run into a folder: on THREADS threads (default 2), each photo
 //       read once into memory, edited there by bare Exiv2 and written once into OUT.
+//   bench_batch copy CORPUS OUT
+//       The plain in-kernel copy of the photos into OUT on one thread: each file opened,
+//       created beside and copied with copy_file_range, nothing read into memory.
 //   bench_batch inplacefloor FOLDER [THREADS]
 //       The floor of a run in place: each photo of FOLDER read once, edited in memory, written
 //       to a temporary file beside it, flushed and renamed over it (the safe replace).
@@ -156,6 +159,41 @@ void editInMemory(const std::string& from, const std::string& to, bool flushAndR
     }
 }
 
+// Copies every photo of `corpus` into `out` inside the kernel, one after another.
+int kernelCopy(const QString& corpus, const QString& out) {
+    QDir().mkpath(out);
+    const QStringList names = QDir(corpus).entryList({"*.jpg"}, QDir::Files, QDir::Name);
+    QElapsedTimer timer;
+    timer.start();
+    const double cpu0 = cpuSeconds();
+    for (const QString& name : names) {
+        const std::string src = QFile::encodeName(corpus + "/" + name).toStdString();
+        const std::string dst = QFile::encodeName(out + "/" + name).toStdString();
+        const int in = ::open(src.c_str(), O_RDONLY | O_CLOEXEC);
+        const int to = ::open(dst.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+        struct stat st {};
+        if (in < 0 || to < 0 || ::fstat(in, &st) != 0) {
+            std::fprintf(stderr, "%s: cannot copy\n", src.c_str());
+        } else {
+            off_t left = st.st_size;
+            while (left > 0) {
+                const ssize_t n = ::copy_file_range(in, nullptr, to, nullptr, std::size_t(left), 0);
+                if (n <= 0)
+                    break;
+                left -= n;
+            }
+        }
+        if (in >= 0)
+            ::close(in);
+        if (to >= 0)
+            ::close(to);
+    }
+    std::printf("kernel copy: %lld photos, 1 thread: wall=%.3f s cpu=%.3f s\n",
+                static_cast<long long>(names.size()), double(timer.nsecsElapsed()) / 1e9,
+                cpuSeconds() - cpu0);
+    return 0;
+}
+
 // The photos of `corpus`, handed out one at a time to `threads` threads.
 int inMemory(const QString& corpus, const QString& out, int threads) {
     const bool inPlace = out.isEmpty();
@@ -229,11 +267,14 @@ int main(int argc, char** argv) {
                         threadsAt(4));
     if (argc >= 3 && std::string(argv[1]) == "inplacefloor")
         return inMemory(QString::fromLocal8Bit(argv[2]), QString(), threadsAt(3));
+    if (argc == 4 && std::string(argv[1]) == "copy")
+        return kernelCopy(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
     if (argc == 4 && std::string(argv[1]) == "floor")
         return floor(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
     std::fprintf(
         stderr,
         "usage: bench_batch floor CORPUS OUT | bench_batch memfloor CORPUS OUT [THREADS] | "
+        "bench_batch copy CORPUS OUT | "
         "bench_batch inplacefloor FOLDER [THREADS] | bench_batch child -- PROGRAM ARGS...\n");
     return 2;
 }

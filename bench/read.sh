@@ -1,23 +1,28 @@
 #!/usr/bin/env bash
-# Read benchmark: `tagmoor-cli read` over COUNT small JPEGs (640x480) on one and on two
-# threads, against the bare one-thread Exiv2 read loop of bench_load, all in the same run;
-# then the share of a one-thread read spent holding the XMP lock (bench_xmp_lock reads the same
-# files with the lock timed; the program itself times nothing).
-#   bench/read.sh [COUNT]
+# Read benchmark: `tagmoor-cli read` (JSON out) on one and on two threads, against the bare
+# one-thread Exiv2 read loop of bench_load, all in the same run; then the share of a
+# one-thread read spent holding the XMP lock (bench_xmp_lock reads the same files with the
+# lock timed; the program itself times nothing). On two corpora: COUNT (default 10000) JPEGs
+# of 640x480 and CAMERA_COUNT (default 1000) camera-size JPEGs (2000x1500).
+#   bench/read.sh [COUNT [CAMERA_COUNT]]
 # Builds make_corpus, bench_load and tagmoor-cli in Release (build-release/), generates the
-# corpus once into bench/corpus-read-COUNT.
+# corpora once into bench/corpus-read-COUNT and bench/corpus-batch-2000-CAMERA_COUNT (which
+# bench/batch.sh shares).
+# BENCH_CLI=PATH times another tagmoor-cli; BENCH_NO_BUILD=1 skips the build.
 # On a machine shared with other work, BENCH_REALTIME=1 runs every timed command under
 # round-robin real-time scheduling (chrt -r, needs the right to), so that the load of others
 # weighs on no side; the threads' nice values then count for nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 COUNT=${1:-10000}
+CAMERA_COUNT=${2:-1000}
 source bench/common.sh
 bench_build make_corpus bench_load bench_xmp_lock tagmoor-cli
-CORPUS=bench/corpus-read-$COUNT
-bench_corpus "$CORPUS" "$COUNT" --size 640x480 --prefix read
-CLI="$BUILD_DIR"/src/cli/tagmoor-cli
-files=("$CORPUS"/*.jpg)
+SMALL=bench/corpus-read-$COUNT
+bench_corpus "$SMALL" "$COUNT" --size 640x480 --prefix read
+CAMERA=bench/corpus-batch-2000-$CAMERA_COUNT
+bench_corpus "$CAMERA" "$CAMERA_COUNT" --size 2000x1500 --prefix big
+CLI=${BENCH_CLI:-$BUILD_DIR/src/cli/tagmoor-cli}
 RUN=()
 if [ "${BENCH_REALTIME:-0}" = 1 ]; then RUN=(chrt -r 5); fi
 
@@ -30,24 +35,32 @@ seconds() {
   echo "$end - $start" | bc -l
 }
 
-cat "${files[@]}" >/dev/null # warm the page cache
-# Only bench_load's floor line is used here; its own exit status is about its load pass.
-floor_ms=$({ "${RUN[@]}" "$BUILD_DIR"/bench/bench_load "$CORPUS" --rounds 1 || true; } | awk '/^exiv2 floor/ {print $3}')
-floor=$(echo "$floor_ms / 1000" | bc -l)
-one=$(seconds "$CLI" read --threads 1 -- "${files[@]}")
-two=$(seconds "$CLI" read --threads 2 -- "${files[@]}")
-one_again=$(seconds "$CLI" read --threads 1 -- "${files[@]}")
-# The better of the two one-thread runs, so that a burst of load from elsewhere does not
-# flatter the two-thread figure.
-if (($(echo "$one_again < $one" | bc -l))); then one=$one_again; fi
-stats=$("${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_lock --threads 1 -- "${files[@]}" | grep '^xmp lock')
-stats_two=$("${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_lock --threads 2 -- "${files[@]}" | grep '^xmp lock')
-held_ms=$(echo "$stats" | sed -E 's/.*held ([0-9]+) ms.*/\1/')
+# measure CORPUS: every figure on one corpus.
+measure() {
+  local CORPUS=$1 floor_ms floor one two one_again stats stats_two held_ms
+  local files=("$CORPUS"/*.jpg)
+  cat "${files[@]}" >/dev/null # warm the page cache
+  # Only bench_load's floor line is used here; its own exit status is about its load pass.
+  floor_ms=$({ "${RUN[@]}" "$BUILD_DIR"/bench/bench_load "$CORPUS" --rounds 1 || true; } | awk '/^exiv2 floor/ {print $3}')
+  floor=$(echo "$floor_ms / 1000" | bc -l)
+  one=$(seconds "$CLI" read --threads 1 -- "${files[@]}")
+  two=$(seconds "$CLI" read --threads 2 -- "${files[@]}")
+  one_again=$(seconds "$CLI" read --threads 1 -- "${files[@]}")
+  # The better of the two one-thread runs, so that a burst of load from elsewhere does not
+  # flatter the two-thread figure.
+  if (($(echo "$one_again < $one" | bc -l))); then one=$one_again; fi
+  stats=$("${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_lock --threads 1 -- "${files[@]}" | grep '^xmp lock')
+  stats_two=$("${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_lock --threads 2 -- "${files[@]}" | grep '^xmp lock')
+  held_ms=$(echo "$stats" | sed -E 's/.*held ([0-9]+) ms.*/\1/')
 
-printf 'files: %d%s\n' "${#files[@]}" "${RUN:+ (real-time scheduling)}"
-printf 'exiv2 floor, one thread     %8.2f s\n' "$floor"
-printf 'read --threads 1            %8.2f s  %5.2fx floor\n' "$one" "$(echo "$one / $floor" | bc -l)"
-printf 'read --threads 2            %8.2f s  %5.2fx floor  %5.2fx one thread\n' "$two" \
-  "$(echo "$two / $floor" | bc -l)" "$(echo "$two / $one" | bc -l)"
-printf 'one thread:  %s (%.0f%% of the read)\n' "$stats" "$(echo "100 * $held_ms / ($one * 1000)" | bc -l)"
-printf 'two threads: %s\n' "$stats_two"
+  printf '== %s: %d files%s (%s)\n' "$CORPUS" "${#files[@]}" "${RUN:+ (real-time scheduling)}" "$(uptime | sed 's/.*load/load/')"
+  printf 'exiv2 floor, one thread     %8.2f s\n' "$floor"
+  printf 'read --threads 1            %8.2f s  %5.2fx floor\n' "$one" "$(echo "$one / $floor" | bc -l)"
+  printf 'read --threads 2            %8.2f s  %5.2fx floor  %5.2fx one thread\n' "$two" \
+    "$(echo "$two / $floor" | bc -l)" "$(echo "$two / $one" | bc -l)"
+  printf 'one thread:  %s (%.0f%% of the read)\n' "$stats" "$(echo "100 * $held_ms / ($one * 1000)" | bc -l)"
+  printf 'two threads: %s\n' "$stats_two"
+}
+
+measure "$SMALL"
+measure "$CAMERA"

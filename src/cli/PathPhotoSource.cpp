@@ -135,8 +135,7 @@ void keepPhotos(PathPhotoSource& paths, int threads, QStringList* notPhotos) {
     for (int t = 0; t < pool.maxThreadCount(); ++t) {
         pool.start([&] {
             for (int i = next++; i < count; i = next++)
-                gives[std::size_t(i)] =
-                    loadImageProperties(QUrl::fromLocalFile(paths.pathOf(i))).has_value();
+                gives[std::size_t(i)] = givesRecord(paths.pathOf(i));
         });
     }
     pool.waitForDone();

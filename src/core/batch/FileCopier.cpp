@@ -189,20 +189,21 @@ QString FileCopier::stage(const QString& source, const QString& folder, QString*
     // A source that its owner may not write is staged as a real copy, so that the copy can be
     // given the write bit without touching the source.
     if (st.st_mode & S_IWUSR) {
-        // A free name for the link: a fresh temporary file, removed again, then linked.
-        for (int attempt = 0; attempt < 8; ++attempt) {
-            QByteArray name;
-            const int fd = createTemporary(folder, &name, failure);
-            if (fd < 0)
-                return {};
-            ::close(fd);
-            ::unlink(name.constData());
-            if (::link(src.constData(), name.constData()) == 0)
-                return QFile::decodeName(name);
-            if (errno == EEXIST)
-                continue;
-            break; // another file system, or links not allowed: a real copy instead
+        // The link takes a free temporary name itself: no file is made (and removed) for the
+        // name first, which would cost the file system an inode each time.
+        int error = 0;
+        const QByteArray name =
+            SafeFileReplace::linkUnderTemporaryName(QFile::encodeName(folder), src, &error);
+        if (!name.isEmpty())
+            return QFile::decodeName(name);
+        // A folder that takes no new name takes no copy either.
+        if (error != EXDEV && error != EPERM && error != EMLINK && error != ENOSYS &&
+            error != EOPNOTSUPP) {
+            errno = error;
+            failure.system("create");
+            return {};
         }
+        // Another file system, or links not allowed: a real copy instead.
     }
     const QByteArray copy = copyToTemporary(source, folder, failure);
     return copy.isEmpty() ? QString() : QFile::decodeName(copy);

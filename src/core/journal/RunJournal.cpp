@@ -1,5 +1,7 @@
 #include "journal/RunJournal.h"
 
+#include "journal/Checksum.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -16,51 +18,80 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tagmoor {
 
 namespace {
 
 const QString kRunFile = QStringLiteral("run.json");
-const QString kRecordsFile = QStringLiteral("records.jsonl");
+// The records of a run: one JSON object per line, the old bytes of a replaced file right after
+// the line of its record (as many as its "bytes" says), so that a photo's whole entry goes to
+// the disk in one write and one flush.
+const QString kRecordsFile = QStringLiteral("records.log");
+// Journals of earlier versions: the same lines without bytes between them, each file's old bytes
+// in a file of their own ("blob").
+const QString kOldRecordsFile = QStringLiteral("records.jsonl");
 
 QString sha256(const char* data, qsizetype size) {
     return QString::fromLatin1(
         QCryptographicHash::hash(QByteArrayView(data, size), QCryptographicHash::Sha256).toHex());
 }
 
+// What tells that bytes are still those a run left: their CRC-32C under "crc32c" (records of
+// this version), or the SHA-256 under "hash" that journals of earlier versions hold. Either goes
+// with the size, which is compared first.
+const QString kCrc = QStringLiteral("crc32c");
+const QString kSha = QStringLiteral("hash");
+
+bool sameBytes(const QJsonObject& record, const char* data, qsizetype size) {
+    if (record.contains(kCrc))
+        return double(crc32c(data, std::size_t(size))) == record.value(kCrc).toDouble();
+    return sha256(data, size) == record.value(kSha).toString();
+}
+
+// The checksum of a whole file as the record keys it, read in pieces; nothing when it can't be
+// read.
+std::optional<std::pair<QString, QJsonValue>> checksumOfFile(const QString& path,
+                                                             bool earlierVersion) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    if (earlierVersion) {
+        QCryptographicHash hash(QCryptographicHash::Sha256);
+        if (!hash.addData(&file))
+            return std::nullopt;
+        return std::pair{kSha, QJsonValue(QString::fromLatin1(hash.result().toHex()))};
+    }
+    QByteArray buffer(1 << 20, Qt::Uninitialized);
+    std::uint32_t crc = 0;
+    for (;;) {
+        const qint64 n = file.read(buffer.data(), buffer.size());
+        if (n < 0)
+            return std::nullopt;
+        if (n == 0)
+            break;
+        crc = crc32c(buffer.constData(), std::size_t(n), crc);
+    }
+    return std::pair{kCrc, QJsonValue(double(crc))};
+}
+
 QString systemError(int error) {
     return QString::fromLocal8Bit(std::strerror(error));
 }
 
-// Writes `bytes` to a new file at `path` and flushes them to disk.
-bool writeFlushed(const QString& path, const char* data, qsizetype size, QString* error) {
+// Puts the names in `folder` on the disk.
+bool flushFolder(const QString& folder) {
     const int fd =
-        ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (fd < 0) {
-        *error = systemError(errno);
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
         return false;
-    }
-    qsizetype done = 0;
-    while (done < size) {
-        const ssize_t n = ::write(fd, data + done, std::size_t(size - done));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            *error = systemError(n < 0 ? errno : EIO);
-            ::close(fd);
-            return false;
-        }
-        done += n;
-    }
-    if (::fdatasync(fd) != 0) {
-        *error = systemError(errno);
-        ::close(fd);
-        return false;
-    }
-    return ::close(fd) == 0 || (*error = systemError(errno), false);
+    const bool flushed = ::fsync(fd) == 0;
+    ::close(fd);
+    return flushed;
 }
 
 QJsonArray timeOf(const struct timespec& t) {
@@ -173,7 +204,9 @@ std::unique_ptr<RunJournal> RunJournal::start(bool inPlace, const QString& folde
     journal->m_fd =
         ::open(QFile::encodeName(runFolder + QLatin1Char('/') + kRecordsFile).constData(),
                O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    if (journal->m_fd < 0 || !writeRun(runFolder, run)) {
+    // The records' file is flushed photo by photo; its name, and the run's folder, once here.
+    if (journal->m_fd < 0 || !writeRun(runFolder, run) || !flushFolder(runFolder) ||
+        !flushFolder(root())) {
         why = QStringLiteral("cannot write in %1").arg(runFolder);
         QDir(runFolder).removeRecursively();
         return nullptr;
@@ -181,49 +214,60 @@ std::unique_ptr<RunJournal> RunJournal::start(bool inPlace, const QString& folde
     return journal;
 }
 
-bool RunJournal::append(const QByteArray& line, QString* error, bool flush) {
-    const QByteArray bytes = line + '\n';
+bool RunJournal::append(const QByteArray& entry, QString* error, bool flush) {
+    const auto failed = [&](int code) {
+        // A record cut short would make the records after it unreadable: the file goes back to
+        // where it ended, and the entry is as if never begun. Should even that fail, nothing
+        // more is written into it.
+        if (::ftruncate(m_fd, off_t(m_size)) != 0)
+            m_broken = true;
+        if (error)
+            *error = systemError(code);
+        return false;
+    };
     qsizetype done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(m_fd, bytes.constData() + done, std::size_t(bytes.size() - done));
+    while (done < entry.size()) {
+        const ssize_t n = ::write(m_fd, entry.constData() + done, std::size_t(entry.size() - done));
         if (n < 0 && errno == EINTR)
             continue;
-        if (n <= 0) {
-            if (error)
-                *error = systemError(n < 0 ? errno : EIO);
-            return false;
-        }
+        if (n <= 0)
+            return failed(n < 0 ? errno : EIO);
         done += n;
     }
-    if (flush && ::fdatasync(m_fd) != 0) {
-        if (error)
-            *error = systemError(errno);
-        return false;
-    }
+    if (flush && ::fdatasync(m_fd) != 0)
+        return failed(errno);
+    m_size += entry.size();
     return true;
 }
 
 bool RunJournal::beforeReplace(const QString& target, const QByteArray& replaced, qint64 keptFrom,
                                const char* newData, std::size_t newSize, const struct stat& old,
                                QString* error) {
-    const QMutexLocker lock(&m_mutex);
-    const QString blob = QString::number(m_nextBlob++) + QStringLiteral(".bin");
-    QString why;
-    if (!writeFlushed(m_folder + QLatin1Char('/') + blob, replaced.constData(), replaced.size(),
-                      &why)) {
-        *error = QStringLiteral("the journal of the run could not be written (%1)").arg(why);
-        return false;
-    }
+    // The checksum needs no lock.
+    const double newCrc = double(crc32c(newData, newSize));
     const QJsonObject record{{QStringLiteral("t"), QStringLiteral("replaced")},
                              {QStringLiteral("path"), target},
-                             {QStringLiteral("blob"), blob},
+                             {QStringLiteral("bytes"), double(replaced.size())},
                              {QStringLiteral("keptFrom"), double(keptFrom)},
                              {QStringLiteral("newSize"), double(newSize)},
-                             {QStringLiteral("hash"), sha256(newData, qsizetype(newSize))},
+                             {kCrc, newCrc},
                              {QStringLiteral("mode"), int(old.st_mode & 07777)},
                              {QStringLiteral("atime"), timeOf(old.st_atim)},
                              {QStringLiteral("mtime"), timeOf(old.st_mtim)}};
-    if (!append(QJsonDocument(record).toJson(QJsonDocument::Compact), &why)) {
+    QByteArray entry = QJsonDocument(record).toJson(QJsonDocument::Compact);
+    entry.reserve(entry.size() + 1 + replaced.size());
+    entry += '\n';
+    entry += replaced;
+    const QMutexLocker lock(&m_mutex);
+    QString why;
+    // The records' file is kept open: one that lost its name keeps nothing for an undo.
+    struct stat st {};
+    if (m_broken)
+        why = QStringLiteral("an earlier record could not be taken back");
+    else if (::fstat(m_fd, &st) != 0 || st.st_nlink == 0)
+        why = QStringLiteral("its file is gone");
+    // One write and one flush for the whole entry: the record and the old bytes with it.
+    if (!why.isEmpty() || !append(entry, &why)) {
         *error = QStringLiteral("the journal of the run could not be written (%1)").arg(why);
         return false;
     }
@@ -243,26 +287,26 @@ QStringList RunJournal::settleReplaced() {
                                  {QStringLiteral("size"), double(st.st_size)},
                                  {QStringLiteral("mtime"), timeOf(st.st_mtim)}};
         // Not flushed: without it, undo still tells the run's bytes by their hash.
-        append(QJsonDocument(record).toJson(QJsonDocument::Compact), nullptr, false);
+        append(QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n', nullptr, false);
     }
     return paths;
 }
 
 void RunJournal::recordCreated(const QString& path) {
-    QFile file(path);
     struct stat st {};
-    if (::stat(QFile::encodeName(path).constData(), &st) != 0 || !file.open(QIODevice::ReadOnly))
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
         return;
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    hash.addData(&file);
+    const auto checksum = checksumOfFile(path, false);
+    if (!checksum)
+        return;
     const QJsonObject record{{QStringLiteral("t"), QStringLiteral("created")},
                              {QStringLiteral("path"), path},
                              {QStringLiteral("size"), double(st.st_size)},
                              {QStringLiteral("mtime"), timeOf(st.st_mtim)},
-                             {QStringLiteral("hash"), QString::fromLatin1(hash.result().toHex())}};
+                             {checksum->first, checksum->second}};
     // Not flushed, as the new files themselves are not: a crash may lose both.
     const QMutexLocker lock(&m_mutex);
-    append(QJsonDocument(record).toJson(QJsonDocument::Compact), nullptr, false);
+    append(QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n', nullptr, false);
 }
 
 QList<JournalRun> RunJournal::runs() {
@@ -280,6 +324,54 @@ namespace {
 
 bool sameTime(const struct timespec& a, const struct timespec& b) {
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+// Where a record's old bytes stand in the records' file ("at", noted while reading it), or the
+// file of its own that an older journal kept them in.
+const QString kAt = QStringLiteral("at");
+
+std::optional<QByteArray> oldBytesOf(const QString& folder, const QJsonObject& record) {
+    if (record.contains(kAt)) {
+        QFile records(folder + QLatin1Char('/') + kRecordsFile);
+        const qint64 size = qint64(record.value(QStringLiteral("bytes")).toDouble());
+        if (!records.open(QIODevice::ReadOnly) ||
+            !records.seek(qint64(record.value(kAt).toDouble())))
+            return std::nullopt;
+        QByteArray bytes = records.read(size);
+        if (bytes.size() != size)
+            return std::nullopt;
+        return bytes;
+    }
+    QFile blob(folder + QLatin1Char('/') + record.value(QStringLiteral("blob")).toString());
+    if (!blob.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return blob.readAll();
+}
+
+// The records of a run in the order they were written. An entry cut short by a crash, at the
+// end, is no record.
+QList<QJsonObject> readRecords(const QString& folder) {
+    QList<QJsonObject> list;
+    QFile records(folder + QLatin1Char('/') + kRecordsFile);
+    if (!records.exists())
+        records.setFileName(folder + QLatin1Char('/') + kOldRecordsFile);
+    if (!records.open(QIODevice::ReadOnly))
+        return list;
+    while (!records.atEnd()) {
+        const QByteArray line = records.readLine();
+        if (!line.endsWith('\n'))
+            break;
+        QJsonObject record = QJsonDocument::fromJson(line).object();
+        if (const QJsonValue bytes = record.value(QStringLiteral("bytes")); !bytes.isUndefined()) {
+            const qint64 at = records.pos();
+            const qint64 size = qint64(bytes.toDouble());
+            if (size < 0 || at + size > records.size() || !records.seek(at + size))
+                break;
+            record.insert(kAt, double(at));
+        }
+        list.append(record);
+    }
+    return list;
 }
 
 // Gives a photo replaced in place its old bytes, file times and permissions back.
@@ -304,18 +396,17 @@ QString restoreReplaced(const QString& folder, const QJsonObject& first, const Q
     const QByteArray& current = file.originalBytes();
     if ((keptFrom >= 0 && file.targetSize() < newSize) ||
         (keptFrom < 0 && current.size() != newSize) ||
-        sha256(current.constData(), qsizetype(newSize)) !=
-            last.value(QStringLiteral("hash")).toString())
+        !sameBytes(last, current.constData(), qsizetype(newSize)))
         return kChanged;
 
-    QFile blob(folder + QLatin1Char('/') + first.value(QStringLiteral("blob")).toString());
-    if (!blob.open(QIODevice::ReadOnly))
+    const std::optional<QByteArray> old = oldBytesOf(folder, first);
+    if (!old)
         return QStringLiteral("the journal has lost its copy");
-    const QByteArray old = blob.readAll();
     const auto accept = [](const QString&) { return true; };
     const bool replaced =
-        keptFrom < 0 ? file.replaceWith(old.constData(), std::size_t(old.size()), accept)
-                     : file.replaceWith(old.constData(), std::size_t(old.size()), newSize, accept);
+        keptFrom < 0
+            ? file.replaceWith(old->constData(), std::size_t(old->size()), accept)
+            : file.replaceWith(old->constData(), std::size_t(old->size()), newSize, accept);
     if (!replaced)
         return file.errorText();
     ::chmod(encoded.constData(), mode_t(first.value(QStringLiteral("mode")).toInt()));
@@ -335,16 +426,15 @@ QString removeCreated(const QJsonObject& record) {
     if (qint64(now.st_size) != qint64(record.value(QStringLiteral("size")).toDouble()) ||
         !sameTime(now.st_mtim, timeFrom(record.value(QStringLiteral("mtime")))))
         return kChanged;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return file.errorString();
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    hash.addData(&file);
-    file.close();
-    if (QString::fromLatin1(hash.result().toHex()) !=
-        record.value(QStringLiteral("hash")).toString())
+    const auto checksum = checksumOfFile(path, !record.contains(kCrc));
+    if (!checksum)
+        return QStringLiteral("it could not be read");
+    const QJsonValue recorded = record.value(checksum->first);
+    if (checksum->first == kCrc ? checksum->second.toDouble() != recorded.toDouble()
+                                : checksum->second.toString() != recorded.toString())
         return kChanged;
-    if (!QFile::remove(path))
+    QFile file(path);
+    if (!file.remove())
         return file.errorString();
     return {};
 }
@@ -374,28 +464,23 @@ UndoReport RunJournal::undo(const QString& id) {
         return report;
     }
 
-    QFile records(folder + QLatin1Char('/') + kRecordsFile);
     QList<QJsonObject> created;
     QStringList replacedOrder;
     QHash<QString, QJsonObject> firstReplaced, lastReplaced, settled;
-    if (records.open(QIODevice::ReadOnly)) {
-        while (!records.atEnd()) {
-            // A line cut short by a crash is no record.
-            const QJsonObject record = QJsonDocument::fromJson(records.readLine()).object();
-            const QString kind = record.value(QStringLiteral("t")).toString();
-            const QString path = record.value(QStringLiteral("path")).toString();
-            if (kind == QLatin1String("created")) {
-                created.append(record);
-            } else if (kind == QLatin1String("replaced")) {
-                if (!firstReplaced.contains(path)) {
-                    firstReplaced.insert(path, record);
-                    replacedOrder.append(path);
-                }
-                lastReplaced.insert(path, record);
-                settled.remove(path);
-            } else if (kind == QLatin1String("settled")) {
-                settled.insert(path, record);
+    for (const QJsonObject& record : readRecords(folder)) {
+        const QString kind = record.value(QStringLiteral("t")).toString();
+        const QString path = record.value(QStringLiteral("path")).toString();
+        if (kind == QLatin1String("created")) {
+            created.append(record);
+        } else if (kind == QLatin1String("replaced")) {
+            if (!firstReplaced.contains(path)) {
+                firstReplaced.insert(path, record);
+                replacedOrder.append(path);
             }
+            lastReplaced.insert(path, record);
+            settled.remove(path);
+        } else if (kind == QLatin1String("settled")) {
+            settled.insert(path, record);
         }
     }
     for (const QString& path : replacedOrder) {

@@ -46,8 +46,10 @@ struct UndoReport {
 // for a run into a folder, the files it made. Each with the size, modification time and hash
 // of what the run left, so that undo can tell a file changed since.
 //
-// Records are appended to "records.jsonl" and flushed one by one, so a journal cut short by a
-// crash still undoes what it holds. Safe to use from several threads at once.
+// Records are appended to one file; a photo's record goes with its old bytes in one write and
+// is flushed before the photo is replaced, so a journal cut short by a crash still undoes what
+// it holds, and a photo is never replaced without its record. Safe to use from several threads
+// at once.
 class RunJournal : public SafeFileReplace::Witness {
 public:
     // How many runs are kept; starting a run removes the oldest beyond them.
@@ -80,8 +82,9 @@ public:
 
 private:
     explicit RunJournal(QString folder, QString id);
-    // Appends a record; `flush` waits until it is on the disk.
-    bool append(const QByteArray& line, QString* error, bool flush = true);
+    // Appends an entry (a record's line, and the old bytes that go with it); `flush` waits until
+    // it is on the disk. On failure the file is cut back to its last whole entry.
+    bool append(const QByteArray& entry, QString* error, bool flush = true);
 
     QString m_folder;
     QString m_id;
@@ -89,7 +92,10 @@ private:
     // The files replaced in place on each thread and not yet settled.
     QHash<Qt::HANDLE, QStringList> m_pending;
     int m_fd = -1;
-    int m_nextBlob = 0;
+    // Where the last whole entry ends.
+    qint64 m_size = 0;
+    // An entry cut short could not be taken back: nothing more is recorded.
+    bool m_broken = false;
 };
 
 } // namespace tagmoor

@@ -187,6 +187,10 @@ template <typename... Readers> std::optional<QSize> firstSize(Readers&&... reade
 
 } // namespace
 
+std::optional<QSize> ImageProbe::qtJpegSize(const QString& path) {
+    return qtSize(path, "jpeg");
+}
+
 ImageProbeResult ImageProbe::probe(const QString& path) {
     return probe(path, readImageHead(path));
 }

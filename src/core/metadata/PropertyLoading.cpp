@@ -46,6 +46,14 @@ void mergeSidecar(const QString& path, MetadataFieldSet& set, CGImageProperties&
 
 } // namespace
 
+bool givesRecord(const QString& path) {
+    // A JPEG is readable when Exiv2 finds its frame header or, failing that, Qt's reader does;
+    // the second alone is a cheap test, and when it holds the record is sure.
+    if (sniffImageKind(readImageHead(path)) == ImageKind::Jpeg && ImageProbe::qtJpegSize(path))
+        return true;
+    return loadImageProperties(QUrl::fromLocalFile(path)).has_value();
+}
+
 std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
     if (!url.isLocalFile())
         return std::nullopt;

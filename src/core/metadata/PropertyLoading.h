@@ -15,6 +15,10 @@ namespace tagmoor {
 // Reads headers only. Safe to call from any thread.
 std::optional<CGImageProperties> loadImageProperties(const QUrl& url);
 
+// Whether loadImageProperties gives the file a record, with as little work as tells it: a JPEG
+// whose frame header Qt's reader finds needs no parse of its tags.
+bool givesRecord(const QString& path);
+
 // The key-list values of a file, cast to their row kinds; all absent when the bridge failed.
 MetadataFieldSet readMetadataFieldSet(const QString& path);
 

@@ -73,6 +73,25 @@ void SafeFileReplace::sweepLeftovers(const QString& folder) {
     }
 }
 
+QByteArray SafeFileReplace::linkUnderTemporaryName(const QByteArray& folder,
+                                                   const QByteArray& target, int* error) {
+    static const char kAlphabet[] =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        QByteArray name = folder + "/.tagmoor-" + QByteArray::number(getpid()) + '-';
+        for (int i = 0; i < 6; ++i)
+            name += kAlphabet[QRandomGenerator::global()->bounded(int(sizeof kAlphabet) - 1)];
+        name += ".tmp";
+        if (::link(target.constData(), name.constData()) == 0)
+            return name;
+        if (errno != EEXIST)
+            break;
+    }
+    if (error)
+        *error = errno;
+    return {};
+}
+
 QByteArray SafeFileReplace::temporaryTemplate(const QString& folder) {
     return QFile::encodeName(folder) + "/.tagmoor-" + QByteArray::number(getpid()) + "-XXXXXX.tmp";
 }
@@ -145,19 +164,7 @@ QThreadPool& releasePool() {
 // A second hidden name for the file at `target` in `folder`, or empty when the file system
 // won't give one (no hard links there); the replacement then frees the old file itself.
 QByteArray linkAside(const QByteArray& folder, const QByteArray& target) {
-    static const char kAlphabet[] =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
-    for (int attempt = 0; attempt < 8; ++attempt) {
-        QByteArray name = folder + "/.tagmoor-" + QByteArray::number(getpid()) + '-';
-        for (int i = 0; i < 6; ++i)
-            name += kAlphabet[QRandomGenerator::global()->bounded(int(sizeof kAlphabet) - 1)];
-        name += ".tmp";
-        if (::link(target.constData(), name.constData()) == 0)
-            return name;
-        if (errno != EEXIST)
-            break;
-    }
-    return {};
+    return SafeFileReplace::linkUnderTemporaryName(folder, target);
 }
 
 } // namespace
@@ -368,6 +375,23 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size, qint64 kep
     return replace(data, size, keptFrom, verify);
 }
 
+bool SafeFileReplace::replaceHeadWith(const char* data, std::size_t size, qint64 keptFrom,
+                                      const HeadCheck& check) {
+    return replaceWith(data, size, keptFrom, [&](const QString&) {
+        QByteArray head(qsizetype(size), Qt::Uninitialized);
+        std::size_t done = 0;
+        while (done < size) {
+            const ssize_t n = ::pread(m_temporaryFd, head.data() + done, size - done, off_t(done));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                return false;
+            done += std::size_t(n);
+        }
+        return check(head);
+    });
+}
+
 bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFrom,
                               const std::function<bool(const QString&)>& verify) {
     const QString targetName = QFile::decodeName(m_encodedTarget);
@@ -381,8 +405,10 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     if (fd < 0)
         return fail(QStringLiteral("Failed to create a temporary file"), errno);
     m_temporary = pattern;
+    m_temporaryFd = fd;
     bool closed = false;
     auto closeFd = qScopeGuard([&] {
+        m_temporaryFd = -1;
         if (!closed)
             ::close(fd);
     });
@@ -394,6 +420,7 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     if (::fstat(fd, &written) != 0)
         return fail(QStringLiteral("Failed to examine the new file"), errno);
     closed = true;
+    m_temporaryFd = -1;
     if (::close(fd) != 0)
         return fail(QStringLiteral("Failed to close the new file"), errno);
     if (written.st_size != off_t(qint64(size) + kept))

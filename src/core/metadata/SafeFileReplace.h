@@ -91,6 +91,14 @@ public:
     bool replaceWith(const char* data, std::size_t size, qint64 keptFrom,
                      const std::function<bool(const QString& temporaryPath)>& verify);
 
+    // The same for a new head in place of the target's first `keptFrom` bytes, with the check
+    // given the head as it reads back from the temporary file (its first `size` bytes, read
+    // again once written) rather than the file's path: a check that parses only the head then
+    // needs no second opening of the file. The check may change the bytes it is given.
+    using HeadCheck = std::function<bool(QByteArray& writtenHead)>;
+    bool replaceHeadWith(const char* data, std::size_t size, qint64 keptFrom,
+                         const HeadCheck& check);
+
     QString errorText() const { return m_error; }
     // The errno value of the failure (0 when there was none, or it was no system error).
     int errorCode() const { return m_errorCode; }
@@ -111,6 +119,11 @@ public:
     // (six X before a four-character suffix). Others who stage files beside a target use it,
     // so that the same sweep removes what a killed process of theirs left.
     static QByteArray temporaryTemplate(const QString& folder);
+    // Gives the file `target` a second name in `folder`: a free temporary name of this process,
+    // taken by a hard link, without making a file first. Empty when the link fails for
+    // another reason than a name in use, with `error` (if given) set to its errno value.
+    static QByteArray linkUnderTemporaryName(const QByteArray& folder, const QByteArray& target,
+                                             int* error = nullptr);
     // Removes, once per folder and process, the temporary files in `folder` whose process is
     // gone. Replacing a file does this for its folder by itself.
     static void sweepLeftovers(const QString& folder);
@@ -135,6 +148,8 @@ private:
 
     bool m_flushToDisk = true;
     int m_readFd = -1;
+    // The temporary file while it is open.
+    int m_temporaryFd = -1;
     bool fail(const QString& what, int error);
     bool targetUnchangedSinceRead();
     void removeTemporary();

@@ -13,6 +13,12 @@
 
 #include <exiv2/exiv2.hpp>
 
+#include <cstring>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace tagmoor {
 
 Q_LOGGING_CATEGORY(lcMetadataWrite, "tagmoor.metadata.write", QtInfoMsg)
@@ -44,6 +50,142 @@ WriteStatus statusOf(const SafeFileReplace& file) {
 // The first read of a photo: enough for the head of nearly every JPEG, whose picture data are
 // then never read at all.
 constexpr qint64 kFirstRead = 128 * 1024;
+
+// The XMP segments of a JPEG head: the first one's packet as Exiv2 reads it (everything after
+// the signature), and where each XMP segment's signature starts.
+struct HeadXmp {
+    std::string packet;
+    bool found = false;
+    std::vector<qint64> signatures;
+};
+
+constexpr char kXmpSignature[] = "http://ns.adobe.com/xap/1.0/";
+constexpr qint64 kXmpSignatureSize = sizeof kXmpSignature; // with its terminating zero
+
+// Nothing when the head does not walk to its picture data.
+std::optional<HeadXmp> xmpOfHead(const QByteArray& head) {
+    HeadXmp xmp;
+    const auto walk = walkJpegHead(
+        head, [](qint64) { return false; },
+        [&](unsigned char marker, qint64 at, qint64 length) {
+            const char* signature = head.constData() + at + 2;
+            if (marker != 0xe1 || length < 2 + kXmpSignatureSize ||
+                std::memcmp(signature, kXmpSignature, kXmpSignatureSize) != 0)
+                return;
+            if (!xmp.found)
+                xmp.packet.assign(signature + kXmpSignatureSize,
+                                  std::size_t(length - 2 - kXmpSignatureSize));
+            xmp.found = true;
+            xmp.signatures.push_back(at + 2);
+        });
+    if (!walk || walk->endOfImage)
+        return std::nullopt;
+    return xmp;
+}
+
+// Reads a JPEG head's metadata as readMetadata() does, with the XMP packet decoded apart, so
+// that the XMP lock is held only while the packet is decoded and the rest is parsed beside
+// other threads. While Exiv2 parses, the head's XMP signatures are masked so that it passes
+// over them; then they are put back: `head` is the very buffer that the image reads, and
+// that its writer copies the other segments from.
+void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
+    char* bytes = head.data();
+    for (const qint64 at : xmp.signatures)
+        bytes[at] = 'X';
+    const auto unmask = qScopeGuard([&] {
+        for (const qint64 at : xmp.signatures)
+            bytes[at] = kXmpSignature[0];
+    });
+    // Decoded first when the lock is free, else once the rest is parsed (the two parts do not
+    // touch each other; readMetadata() empties the image's XMP, so the packet is decoded into
+    // a block of its own that the image takes at the end).
+    Exiv2::XmpData decoded;
+    const auto decode = [&] {
+        if (Exiv2::XmpParser::decode(decoded, xmp.packet) != 0)
+            qCDebug(lcMetadataWrite) << "Failed to decode XMP metadata";
+    };
+    bool done = xmp.packet.empty();
+    if (!done) {
+        if (const auto xmpLock = tryLockXmpToolkit(); xmpLock.ownsLock()) {
+            decode();
+            done = true;
+        }
+    }
+    image.readMetadata();
+    if (!done) {
+        const auto xmpLock = lockXmpToolkit();
+        decode();
+    }
+    if (xmp.found) {
+        std::swap(image.xmpData(), decoded);
+        image.xmpPacket() = xmp.packet;
+    }
+}
+
+// Writes a JPEG image with its XMP packet encoded apart, as the JPEG writer encodes it, so that
+// the XMP lock is held only while the packet is encoded. A packet that does not encode goes
+// the usual way, under the lock, with Exiv2's own message.
+void writeXmpApart(Exiv2::Image& image) {
+    if (!image.writeXmpFromPacket()) {
+        std::string packet;
+        int status = 0;
+        {
+            const auto xmpLock = lockXmpToolkit();
+            status = Exiv2::XmpParser::encode(packet, image.xmpData(),
+                                              Exiv2::XmpParser::useCompactFormat |
+                                                  Exiv2::XmpParser::omitAllFormatting);
+        }
+        if (status > 1) {
+            const auto xmpLock = lockXmpToolkit();
+            image.writeMetadata();
+            return;
+        }
+        image.xmpPacket() = std::move(packet);
+        image.writeXmpFromPacket(true);
+    }
+    image.writeMetadata();
+}
+
+// Parses a JPEG head with its XMP apart when it walks, else all of it under the lock.
+void readHead(Exiv2::Image& image, QByteArray& head) {
+    if (const std::optional<HeadXmp> xmp = xmpOfHead(head)) {
+        readXmpApart(image, head, *xmp);
+        return;
+    }
+    const auto xmpLock = lockXmpToolkit();
+    image.readMetadata();
+}
+
+// Puts `size` new bytes (a new head, with `headEnd`) in place once they read back holding
+// what the edit asked for; `notLanded` tells what did not land.
+bool replaceChecked(SafeFileReplace& file, const char* data, std::size_t size,
+                    const std::optional<qint64>& headEnd,
+                    const SafeMetadataEdit::LandedCheck& landedCheck, QString& notLanded) {
+    const auto landed = [&](Exiv2::Image& check) {
+        if (landedCheck)
+            notLanded = landedCheck(check);
+        return notLanded.isEmpty();
+    };
+    // A new head is read back from the temporary file and parsed as it came back, as the edit
+    // parsed the old head: Exiv2 reads a JPEG no further than its picture data.
+    const auto verifyHead = [&](QByteArray& written) {
+        auto check = Exiv2::ImageFactory::open(
+            reinterpret_cast<const Exiv2::byte*>(written.constData()), long(written.size()));
+        readHead(*check, written);
+        return landed(*check);
+    };
+    const auto verify = [&](const QString& temporaryPath) {
+        auto check =
+            Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
+        {
+            const auto xmpLock = lockXmpToolkit();
+            check->readMetadata();
+        }
+        return landed(*check);
+    };
+    return headEnd ? file.replaceHeadWith(data, size, *headEnd, verifyHead)
+                   : file.replaceWith(data, size, verify);
+}
 
 } // namespace
 
@@ -120,21 +262,30 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
     // Exiv2 works on a copy of its own: for a TIFF whose tags still fit, it writes the new
     // values into the very buffer it was given, and the file's read bytes must stay as they
     // were on disk, since the replacement copies the unchanged end of the new file from there.
-    const QByteArray working(original.constData(), headEnd ? *headEnd : original.size());
+    QByteArray working(original.constData(), headEnd ? *headEnd : original.size());
     auto image = Exiv2::ImageFactory::open(
         reinterpret_cast<const Exiv2::byte*>(working.constData()), long(working.size()));
     Q_ASSERT(image.get() != nullptr);
-    LandedCheck landedCheck;
-    {
-        // Parsing and serialising XMP share one toolkit that is not safe across threads.
-        const auto xmpLock = lockXmpToolkit();
-        image->readMetadata();
+    // Parsing and serialising XMP share one toolkit that is not safe across threads. A JPEG's
+    // head holds the lock only for its XMP packet; any other file for the whole of its parse
+    // and its writing.
+    const auto editImage = [&] {
         if (standardForm) {
             const QString refusal = standardFormRefusal(*image, kind, file.targetSize());
             if (!refusal.isEmpty())
                 fail(WriteStatus::NotWritable, path + QStringLiteral(": ") + refusal);
         }
-        landedCheck = edit(*image);
+        return edit(*image);
+    };
+    LandedCheck landedCheck;
+    if (headEnd) {
+        readHead(*image, working);
+        landedCheck = editImage();
+        writeXmpApart(*image);
+    } else {
+        const auto xmpLock = lockXmpToolkit();
+        image->readMetadata();
+        landedCheck = editImage();
         image->writeMetadata();
     }
 
@@ -164,17 +315,7 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
     const std::size_t newSize =
         rewritten.isNull() ? std::size_t(size) : std::size_t(rewritten.size());
     QString notLanded;
-    const auto verify = [&](const QString& temporaryPath) {
-        auto check =
-            Exiv2::ImageFactory::open(QFile::encodeName(temporaryPath).toStdString(), true);
-        const auto xmpLock = lockXmpToolkit();
-        check->readMetadata();
-        if (landedCheck)
-            notLanded = landedCheck(*check);
-        return notLanded.isEmpty();
-    };
-    const bool replaced = headEnd ? file.replaceWith(newBytes, newSize, *headEnd, verify)
-                                  : file.replaceWith(newBytes, newSize, verify);
+    const bool replaced = replaceChecked(file, newBytes, newSize, headEnd, landedCheck, notLanded);
     if (!notLanded.isEmpty())
         fail(WriteStatus::NotWritable, path + QStringLiteral(": ") + notLanded);
     if (!replaced)

@@ -5,6 +5,7 @@
 
 #include "metadata/SafeFileReplace.h"
 
+#include <QDir>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
@@ -56,6 +57,36 @@ TEST(SafeReplaceTail, NewBytesLandExactlyWhateverTheyShareWithTheOld) {
             << file.errorText().toStdString();
         EXPECT_TRUE(readBytes(path) == c.bytes);
     }
+}
+
+TEST(SafeReplaceTail, AHeadCheckSeesTheHeadAsTheFileHoldsItAndCanStopTheReplacement) {
+    QTemporaryDir tmp;
+    const QString path = tmp.path() + "/photo.jpg";
+    const QByteArray old = randomBytes(200 * 1024 + 7, 4);
+    const qint64 keptFrom = 9000;
+    for (const int headSize : {1, 5000, 9000, 70000}) {
+        SCOPED_TRACE(headSize);
+        const QByteArray head = randomBytes(headSize, quint32(headSize));
+        ASSERT_TRUE(writeBytes(path, old));
+        // A check that refuses leaves the old bytes; one that accepts has seen exactly the new
+        // head, and the file is that head and the old end.
+        for (const bool accept : {false, true}) {
+            SafeFileReplace file(path);
+            ASSERT_EQ(file.readTarget(std::nullopt, 4096), SafeFileReplace::ReadResult::Read);
+            QByteArray seen;
+            const bool replaced = file.replaceHeadWith(head.constData(), std::size_t(head.size()),
+                                                       keptFrom, [&](QByteArray& written) {
+                                                           seen = written;
+                                                           return accept;
+                                                       });
+            EXPECT_EQ(replaced, accept) << file.errorText().toStdString();
+            EXPECT_TRUE(seen == head);
+            EXPECT_TRUE(readBytes(path) == (accept ? head + old.mid(keptFrom) : old));
+        }
+    }
+    SafeFileReplace::waitForReleases();
+    QDir folder(tmp.path());
+    EXPECT_EQ(folder.entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
 } // namespace
