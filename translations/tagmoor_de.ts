@@ -531,10 +531,162 @@
     </message>
 </context>
 <context>
+    <name>HomeSession</name>
+    <message>
+        <source>Paste Metadata</source>
+        <translation>Metadaten einfügen</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Nothing has been copied. Choose Copy Metadata on a photo whose values you want to give other photos.</source>
+        <translation>Es wurde nichts kopiert. Wählen Sie „Metadaten kopieren“ bei einem Foto, dessen Werte Sie anderen Fotos geben möchten.</translation>
+    </message>
+    <message>
+        <source>The ticked values become edits of the marked photos: %1.</source>
+        <translation>Die angekreuzten Werte werden zu Änderungen der markierten Fotos: %1.</translation>
+    </message>
+    <message>
+        <source>imported tables: %1</source>
+        <translation>importierte Tabellen: %1</translation>
+    </message>
+</context>
+<context>
     <name>Keywords</name>
     <message>
         <source>The keyword &quot;%1&quot; is %2 bytes long; a keyword holds at most %3 bytes.</source>
         <translation>Das Stichwort „%1“ ist %2 Bytes lang; ein Stichwort fasst höchstens %3 Bytes.</translation>
+    </message>
+</context>
+<context>
+    <name>ListExchange</name>
+    <message>
+        <source>Export Metadata</source>
+        <translation>Metadaten exportieren</translation>
+    </message>
+    <message>
+        <source>Import Metadata</source>
+        <translation>Metadaten importieren</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be written: %2</source>
+        <translation>Die Datei %1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>Export the metadata of the photos to</source>
+        <translation>Metadaten der Fotos exportieren nach</translation>
+    </message>
+    <message>
+        <source>Choose a metadata table (CSV) whose rows name photos of the list.</source>
+        <translation>Wählen Sie eine Metadatentabelle (CSV), deren Zeilen Fotos der Liste nennen.</translation>
+    </message>
+</context>
+<context>
+    <name>ListTables</name>
+    <message>
+        <source>… and %1 more</source>
+        <translation>… und %1 weitere</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be read.</source>
+        <translation>Die Datei %1 kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The file %1 is too large for a metadata table.</source>
+        <translation>Die Datei %1 ist zu groß für eine Metadatentabelle.</translation>
+    </message>
+    <message>
+        <source>The file %1 is no metadata table: it needs a first line of column names with a SourceFile column.</source>
+        <translation>Die Datei %1 ist keine Metadatentabelle: Sie braucht eine erste Zeile mit Spaltennamen und einer Spalte SourceFile.</translation>
+    </message>
+    <message>
+        <source>Rows read: %1. Photos matched: %2.</source>
+        <translation>Gelesene Zeilen: %1. Zugeordnete Fotos: %2.</translation>
+    </message>
+    <message>
+        <source>The matched photos are marked. Their new values show in Review Changes... and are written by Start Process.</source>
+        <translation>Die zugeordneten Fotos sind markiert. Ihre neuen Werte zeigt „Änderungen prüfen...“, geschrieben werden sie mit „Verarbeitung starten“.</translation>
+    </message>
+    <message>
+        <source>Rows that match no photo of the list:</source>
+        <translation>Zeilen ohne passendes Foto in der Liste:</translation>
+    </message>
+    <message>
+        <source>Columns not understood, left out:</source>
+        <translation>Nicht erkannte Spalten, ausgelassen:</translation>
+    </message>
+    <message>
+        <source>Cells left out:</source>
+        <translation>Ausgelassene Zellen:</translation>
+    </message>
+</context>
+<context>
+    <name>MetadataClipboard</name>
+    <message>
+        <source>Alt text</source>
+        <translation>Alternativtext</translation>
+    </message>
+    <message>
+        <source>Extended description</source>
+        <translation>Erweiterte Beschreibung</translation>
+    </message>
+    <message>
+        <source>Event</source>
+        <translation>Ereignis</translation>
+    </message>
+    <message>
+        <source>Usage terms</source>
+        <translation>Nutzungsbedingungen</translation>
+    </message>
+    <message>
+        <source>Credit line</source>
+        <translation>Bildnachweis</translation>
+    </message>
+    <message>
+        <source>Instructions</source>
+        <translation>Anweisungen</translation>
+    </message>
+    <message>
+        <source>Creator email</source>
+        <translation>E-Mail des Urhebers</translation>
+    </message>
+    <message>
+        <source>Creator phone</source>
+        <translation>Telefon des Urhebers</translation>
+    </message>
+    <message>
+        <source>Creator website</source>
+        <translation>Website des Urhebers</translation>
+    </message>
+    <message>
+        <source>Creator city</source>
+        <translation>Ort des Urhebers</translation>
+    </message>
+    <message>
+        <source>Creator country</source>
+        <translation>Land des Urhebers</translation>
+    </message>
+    <message>
+        <source>Rating</source>
+        <translation>Bewertung</translation>
+    </message>
+    <message>
+        <source>rejected</source>
+        <translation>abgelehnt</translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation>Farbmarkierung</translation>
+    </message>
+    <message>
+        <source>People shown</source>
+        <translation>Abgebildete Personen</translation>
     </message>
 </context>
 <context>
@@ -1739,6 +1891,22 @@
         <source>&amp;Remove Marked</source>
         <translation>Markierte &amp;entfernen</translation>
     </message>
+    <message>
+        <source>&amp;Copy Metadata</source>
+        <translation>Metadaten &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste Metadata...</source>
+        <translation>Metadaten &amp;einfügen...</translation>
+    </message>
+    <message>
+        <source>&amp;Export Metadata...</source>
+        <translation>Metadaten e&amp;xportieren...</translation>
+    </message>
+    <message>
+        <source>&amp;Import Metadata...</source>
+        <translation>Metadaten &amp;importieren...</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::HomePreviewPane</name>
@@ -1800,6 +1968,14 @@
     <message>
         <source>Show or hide the picture and the map of the photo on display</source>
         <translation>Bild und Karte des angezeigten Fotos ein- oder ausblenden</translation>
+    </message>
+    <message>
+        <source>Copy Metadata</source>
+        <translation>Metadaten kopieren</translation>
+    </message>
+    <message>
+        <source>Mark a photo to show it, then copy its values.</source>
+        <translation>Markieren Sie ein Foto, damit es angezeigt wird, und kopieren Sie dann seine Werte.</translation>
     </message>
 </context>
 <context>
@@ -1985,6 +2161,10 @@ Frühere Stapel, die neuesten zuerst:
 %1</source>
         <translation>Diese Dateien wurden so gelassen, wie sie sind:
 %1</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
     </message>
 </context>
 <context>
@@ -2633,6 +2813,17 @@ Frühere Stapel, die neuesten zuerst:
     <message>
         <source>Stop</source>
         <translation>Anhalten</translation>
+    </message>
+</context>
+<context>
+    <name>tagmoor::TickListDialog</name>
+    <message>
+        <source>Tick All</source>
+        <translation>Alle ankreuzen</translation>
+    </message>
+    <message>
+        <source>Tick None</source>
+        <translation>Keine ankreuzen</translation>
     </message>
 </context>
 <context>

@@ -9,6 +9,7 @@
 #include "editor/FieldValueCheck.h"
 #include "foundation/Settings.h"
 #include "model/FormFieldTable.h"
+#include "presets/PresetExtras.h"
 #include "presets/PresetForm.h"
 #include "presets/PresetJson.h"
 #include "presets/PresetPhoto.h"
@@ -170,7 +171,7 @@ std::optional<ActualPreset> presetFromOptions(const QStringList& args, QString* 
         *error = QStringLiteral("give the preset's values with --set and --date");
         return std::nullopt;
     }
-    return ActualPreset{std::nullopt, QString(), values, rules};
+    return ActualPreset{std::nullopt, QString(), values, rules, std::nullopt};
 }
 
 int savePreset(QStringList args) {
@@ -302,6 +303,8 @@ bool applyStoredPreset(RunValues& values, const QString& name, QString* error) {
     values.editedProperties = std::move(edits.editedProperties);
     values.fieldEditedFlags = edits.fieldEditedFlags;
     values.editorDates = edits.editorDates;
+    if (preset.extras)
+        values.extras = extrasOverPreset(*preset.extras, values.extras);
     return true;
 }
 

@@ -35,7 +35,8 @@ constexpr Field kArtist = Field::Artist;
 constexpr Field kIso = Field::ISO;
 constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
 
-// Copies of one sample, each given an Artist (an empty text removes the tag).
+// Copies of one sample, each given an Artist (an empty text removes the tag and the creator's
+// XMP and IPTC copies, which the standard form would show in its place).
 QStringList photosWithArtists(const QString& dir, const QStringList& artists) {
     QDir().mkpath(dir);
     QStringList paths;
@@ -43,10 +44,12 @@ QStringList photosWithArtists(const QString& dir, const QStringList& artists) {
         const QString path = dir + QStringLiteral("/photo%1.jpg").arg(i);
         QFile::copy(formatsDir() + QStringLiteral("/Reagan.jpg"), path);
         QFile(path).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-        const QString command = artists[i].isEmpty()
-                                    ? QStringLiteral("del Exif.Image.Artist")
-                                    : QStringLiteral("set Exif.Image.Artist ") + artists[i];
-        if (QProcess::execute(QStringLiteral("exiv2"), {QStringLiteral("-M"), command, path}) != 0)
+        const QStringList commands =
+            artists[i].isEmpty()
+                ? QStringList{"-M", "del Exif.Image.Artist",       "-M", "del Xmp.dc.creator",
+                              "-M", "del Iptc.Application2.Byline"}
+                : QStringList{"-M", QStringLiteral("set Exif.Image.Artist ") + artists[i]};
+        if (QProcess::execute(QStringLiteral("exiv2"), commands + QStringList{path}) != 0)
             qWarning() << "exiv2 could not prepare" << path;
         paths << path;
     }

@@ -151,11 +151,18 @@ void KeywordsTabTest::ratingKeysWorkOnTheListOnly() {
     QCOMPARE(session.extraEdits().rating, std::nullopt);
 }
 
-// Copies in step: the box turns the process's switch at once and is stored for the next start;
-// the sidecar and formats choices are stored and reach the next run and scan.
+// Copies in step: on by default, kept apart by the described form whatever the switch says; the
+// box turns the process's switch at once and is stored for the next start; the sidecar and
+// formats choices are stored and reach the next run and scan.
 void KeywordsTabTest::preferencesHoldCopiesSidecarsAndFormats() {
+    {
+        TestApp described(true, ValueForm::described);
+        QCOMPARE(copiesInStep(), kCopiesInStepByDefault);
+        QVERIFY(!described.app->homeSession().reviewValues().extras.syncsCopies());
+    }
     TestApp t(true, ValueForm::standard);
     QCOMPARE(copiesInStep(), kCopiesInStepByDefault);
+    QCOMPARE(t.app->homeSession().reviewValues().extras.syncsCopies(), kCopiesInStepByDefault);
     t.app->showPreferences();
     PreferencesWindow* preferences = t.app->preferencesWindow();
     auto* copies = named<QCheckBox>(preferences, QStringLiteral("btnCopiesInStep"));

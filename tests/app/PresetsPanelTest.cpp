@@ -276,12 +276,14 @@ void PresetsPanelTest::aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine() {
     QCOMPARE(t.prompt.alerts.value(0).title,
              QStringLiteral("Are you sure to edit metadata of all the selected images?"));
 
-    // The command line, with the same store and the same (default) form.
+    // The command line, with the same store and the same (default) form, keeping the copies of
+    // a value in step as the window does by default.
     const QString cliOut = t.home.filePath(QStringLiteral("Cli"));
     QProcess cli;
     cli.start(QStringLiteral(TAGMOOR_CLI),
               {QStringLiteral("apply"), QStringLiteral("--preset"), QStringLiteral("Trip"),
-               QStringLiteral("--out"), cliOut, pictures});
+               QStringLiteral("--sync-copies"), QStringLiteral("on"), QStringLiteral("--out"),
+               cliOut, pictures});
     QVERIFY(cli.waitForFinished(60000));
     QVERIFY2(cli.exitCode() == 0, cli.readAllStandardError().constData());
 
@@ -294,6 +296,12 @@ void PresetsPanelTest::aPanelPresetRunsTheSameFromTheWindowAndTheCommandLine() {
         QCOMPARE(*cliTags, *windowTags);
         const QVariantMap exif = windowTags->value(QStringLiteral("exif")).toMap();
         QCOMPARE(exif.value(QStringLiteral("Exif.Image.Artist")).toString(),
+                 QStringLiteral("Jane Doe"));
+        // The creator's IPTC copy follows the edit.
+        QCOMPARE(windowTags->value(QStringLiteral("iptc"))
+                     .toMap()
+                     .value(QStringLiteral("Iptc.Application2.Byline"))
+                     .toString(),
                  QStringLiteral("Jane Doe"));
         QCOMPARE(windowTags->value(QStringLiteral("iptc"))
                      .toMap()

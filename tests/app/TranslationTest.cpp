@@ -71,7 +71,7 @@ void TranslationTest::theGermanWindowShowsGermanTexts() {
     QStringList menus;
     for (const QAction* menu : t.window().menuBar()->actions())
         menus.append(menu->text());
-    QCOMPARE(menus, (QStringList{"&Datei", "F&otos", "&Fenster", "&Hilfe"}));
+    QCOMPARE(menus, (QStringList{"&Datei", "&Bearbeiten", "F&otos", "&Fenster", "&Hilfe"}));
     QCOMPARE(named<QAction>(&t.window(), QStringLiteral("menuItemPreferences"))->text(),
              QStringLiteral("&Einstellungen..."));
 

@@ -35,6 +35,10 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     QAction* addPhotos = file->addAction(tr("&Add Photos..."));
     addPhotos->setShortcut(QKeySequence::Open);
     connect(addPhotos, &QAction::triggered, m_root, &RootView::addFiles);
+    const HomeMenuActions& home = m_root->home()->menuActions();
+    file->addSeparator();
+    file->addActions(home.fileActions());
+    file->addSeparator();
     m_undoBatch = file->addAction(tr("&Undo Last Batch..."));
     m_undoBatch->setObjectName(QStringLiteral("menuItemUndoLastBatch"));
     connect(m_undoBatch, &QAction::triggered, this, &MainWindow::undoLastBatch);
@@ -49,10 +53,13 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     quit->setShortcut(QKeySequence::Quit);
     connect(quit, &QAction::triggered, qApp, &QApplication::quit);
 
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    edit->setObjectName(QStringLiteral("menuEdit"));
+    edit->addActions(home.editActions());
+
     // The home screen's actions, with their keys.
     QMenu* photos = menuBar()->addMenu(tr("&Photos"));
     photos->setObjectName(QStringLiteral("menuPhotos"));
-    const HomeMenuActions& home = m_root->home()->menuActions();
     for (QAction* action : home.photoActions()) {
         if (action)
             photos->addAction(action);

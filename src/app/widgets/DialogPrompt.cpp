@@ -2,8 +2,10 @@
 
 #include "app/widgets/DimmingCover.h"
 #include "app/widgets/FilePanel.h"
+#include "app/widgets/TickListDialog.h"
 
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -126,6 +128,35 @@ TextAnswer DialogPrompt::askForText(const TextQuestion& question) {
     box.setMinimumWidth(440);
     box.exec();
     return {chosen, field->text(), suppress->isChecked()};
+}
+
+QString DialogPrompt::savePanel(const SavePanelRequest& request) {
+    const auto cover = coverWindow();
+    // The same dialog on every desktop, so that it sits over the cover like the other panels.
+    QFileDialog panel(m_window, request.prompt, request.directory);
+    panel.setObjectName(QStringLiteral("savePanel"));
+    panel.setOption(QFileDialog::DontUseNativeDialog);
+    panel.setAcceptMode(QFileDialog::AcceptSave);
+    panel.setFileMode(QFileDialog::AnyFile);
+    panel.setWindowModality(Qt::WindowModal);
+    if (!request.allowedExtensions.isEmpty()) {
+        QStringList patterns;
+        for (const QString& extension : request.allowedExtensions)
+            patterns << QStringLiteral("*.") + extension;
+        panel.setNameFilter(patterns.join(QLatin1Char(' ')));
+        panel.setDefaultSuffix(request.allowedExtensions.first());
+    }
+    panel.selectFile(request.fileName);
+    if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty())
+        return {};
+    return panel.selectedFiles().first();
+}
+
+TickAnswer DialogPrompt::askToTick(const TickQuestion& question) {
+    const auto cover = coverWindow();
+    TickListDialog box(m_window, question);
+    box.exec();
+    return box.answer();
 }
 
 } // namespace tagmoor

@@ -24,6 +24,8 @@ public:
     QStringList openPanel(const OpenPanelRequest& request) override;
     PanelAnswer openPanelWithAccessory(const OpenPanelRequest& request) override;
     TextAnswer askForText(const TextQuestion& question) override;
+    QString savePanel(const SavePanelRequest& request) override;
+    TickAnswer askToTick(const TickQuestion& question) override;
 
 private:
     // Dims the window's content while a box or panel is up; nothing when it is not shown.

@@ -40,6 +40,8 @@ HomeMenuActions::HomeMenuActions(HomeScreen& home) : QObject(&home), m_home(home
            QKeySequence(Qt::CTRL | Qt::Key_Return), true),
        [this] { m_home.clickedStartProcess(); });
 
+    addExchangeActions();
+
     m_tips = new QAction(tr("Show &Tips"), this);
     m_tips->setObjectName(QStringLiteral("actionTips"));
     m_tips->setShortcut(QKeySequence::HelpContents);
@@ -56,6 +58,30 @@ QAction* HomeMenuActions::add(const QString& name, const QString& text, const QK
     m_photoActions.append(action);
     (needsMarks ? m_needMarks : m_needScreen).append(action);
     return action;
+}
+
+void HomeMenuActions::addExchangeActions() {
+    const auto on = [](QAction* action, auto slot) {
+        QObject::connect(action, &QAction::triggered, action, slot);
+    };
+    // Each add() lands in the photo actions first; these go to menus of their own.
+    const auto take = [this](QList<QAction*>& into) { into << m_photoActions.takeLast(); };
+    on(add(QStringLiteral("actionCopyMetadata"), tr("&Copy Metadata"),
+           QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), true),
+       [this] { m_home.copyMetadata(); });
+    take(m_editActions);
+    on(add(QStringLiteral("actionPasteMetadata"), tr("&Paste Metadata..."),
+           QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V), true),
+       [this] { m_home.pasteMetadata(); });
+    take(m_editActions);
+    on(add(QStringLiteral("actionExportMetadata"), tr("&Export Metadata..."), QKeySequence(),
+           false),
+       [this] { m_home.exportMetadata(); });
+    take(m_fileActions);
+    on(add(QStringLiteral("actionImportMetadata"), tr("&Import Metadata..."), QKeySequence(),
+           false),
+       [this] { m_home.importMetadata(); });
+    take(m_fileActions);
 }
 
 void HomeMenuActions::update(bool screenUp, bool anyMarked) {

@@ -20,6 +20,10 @@ public:
 
     // In menu order; a null entry stands for a separator.
     const QList<QAction*>& photoActions() const { return m_photoActions; }
+    // Copy Metadata and Paste Metadata..., for the Edit menu.
+    const QList<QAction*>& editActions() const { return m_editActions; }
+    // Export Metadata... and Import Metadata..., for the File menu.
+    const QList<QAction*>& fileActions() const { return m_fileActions; }
     QAction* tips() const { return m_tips; }
 
     // The screen is up (or not), with photos marked (or not).
@@ -28,9 +32,12 @@ public:
 private:
     QAction* add(const QString& name, const QString& text, const QKeySequence& keys,
                  bool needsMarks);
+    void addExchangeActions();
 
     HomeScreen& m_home;
     QList<QAction*> m_photoActions;
+    QList<QAction*> m_editActions;
+    QList<QAction*> m_fileActions;
     QList<QAction*> m_needMarks;
     QList<QAction*> m_needScreen;
     QAction* m_tips;

@@ -234,6 +234,9 @@ void HomeScreen::connectCore() {
     connect(&core.workingSet, &WorkingSet::imagesReset, this, &HomeScreen::updateTotal);
     connect(&core.workingSet, &WorkingSet::selectionChanged, this,
             &HomeScreen::updateMarkedSummary);
+    // An import marks the photos its rows matched: the screen refreshes as after a scan.
+    connect(&session.exchange(), &ListExchange::imported, this,
+            [this, &core] { applyOutcome(core.scans.selection().refresh()); });
     connect(&core.events, &AppEvents::OpenWithItemsOTM, this,
             [&core] { core.scans.getOpenWithItems(); });
     connect(&core.scans, &ScanController::scanFinished, this, [this, &core] {
@@ -292,6 +295,25 @@ void HomeScreen::clickedStopScanning() {
 
 void HomeScreen::clickedCheckBox(int row, bool on) {
     applyOutcome(m_objects.session.objects().scans.selection().checkBoxClicked(row, on));
+}
+
+void HomeScreen::copyMetadata() {
+    HomeSession& session = m_objects.session;
+    if (!session.copyMetadata())
+        session.objects().prompt.ask(
+            Alert::ok(tr("Copy Metadata"), tr("Mark a photo to show it, then copy its values.")));
+}
+
+void HomeScreen::pasteMetadata() {
+    m_objects.session.askAndPasteMetadata();
+}
+
+void HomeScreen::exportMetadata() {
+    m_objects.session.exchange().exportMetadata();
+}
+
+void HomeScreen::importMetadata() {
+    m_objects.session.exchange().importMetadata();
 }
 
 void HomeScreen::clickedSelectUnselectAll(bool on) {
@@ -501,6 +523,9 @@ void HomeScreen::openSummaryItem(const RunSummaryItem& item) {
     case RunSummaryItem::Kind::label:
     case RunSummaryItem::Kind::texts:
         clickedEditorTab(HomeEditorBox::kKeywordsTab);
+        return;
+    case RunSummaryItem::Kind::table:
+        openReview();
         return;
     }
 }

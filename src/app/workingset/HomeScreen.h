@@ -84,6 +84,14 @@ public:
     void showTutorialOnce();
     // Start Process: the chain of questions, then the run screen.
     void clickedStartProcess();
+    // Edit > Copy Metadata: the values of the photo on display; Edit > Paste Metadata...: the
+    // list to tick, then the ticked values as edits of the marked photos.
+    void copyMetadata();
+    void pasteMetadata();
+    // File > Export Metadata... and File > Import Metadata...; the photos an import matched
+    // come up marked.
+    void exportMetadata();
+    void importMetadata();
     void openReview();
     void openPresets();
     // The keyboard's way into the editor: the first field of the tab on show.

@@ -1,9 +1,13 @@
 #pragma once
 
 #include "batch/FieldEditedFlags.h"
+#include "batch/PhotoValues.h"
 #include "dates/DateRuleStore.h"
 #include "dates/OriginalDate.h"
 #include "extras/ExtraEdits.h"
+
+#include <memory>
+#include <vector>
 
 namespace tagmoor {
 
@@ -21,6 +25,9 @@ struct EditorState {
     // The edits of the Keywords & More tab: keywords added and removed, rating, label, the
     // IPTC texts and the people shown.
     ExtraEdits extras;
+    // Values that differ from photo to photo, laid over the form's in order (the rows of
+    // imported metadata tables).
+    std::vector<std::shared_ptr<const PhotoValues>> photoValues;
 
     DateRuleStore& editorDates() { return dateStores.editorDates; }
     const DateRuleStore& editorDates() const { return dateStores.editorDates; }

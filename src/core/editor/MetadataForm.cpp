@@ -312,26 +312,32 @@ CGImageProperties MetadataForm::readForm() const {
     return record;
 }
 
+// Both stop at the first marked photo that differs, without listing the marked photos first:
+// a paste onto many thousand photos asks them for each field it edits.
 bool MetadataForm::selectionHoldsText(Field field, const QString& text) const {
-    const QList<const CGImageProperties*> records = selectedRecords();
-    if (records.isEmpty())
-        return text.isEmpty();
-    for (const CGImageProperties* record : records) {
-        if (FieldDisplay::text(*record, formField(field)) != text)
+    const auto& images = m_set.workingImages();
+    bool any = false;
+    for (int i : m_selection) {
+        if (i < 0 || i >= images.size())
+            continue;
+        any = true;
+        if (FieldDisplay::text(images[i], formField(field)) != text)
             return false;
     }
-    return true;
+    return any || text.isEmpty();
 }
 
 bool MetadataForm::selectionHoldsRow(Field field, int row) const {
-    const QList<const CGImageProperties*> records = selectedRecords();
-    if (records.isEmpty())
-        return row == FormPopups::kBlankRow;
-    for (const CGImageProperties* record : records) {
-        if (FieldDisplay::popupRow(*record, formField(field)) != row)
+    const auto& images = m_set.workingImages();
+    bool any = false;
+    for (int i : m_selection) {
+        if (i < 0 || i >= images.size())
+            continue;
+        any = true;
+        if (FieldDisplay::popupRow(images[i], formField(field)) != row)
             return false;
     }
-    return true;
+    return any || row == FormPopups::kBlankRow;
 }
 
 void MetadataForm::setFlag(Field field, bool edited) {

@@ -8,6 +8,8 @@
 #include <QLocale>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace tagmoor {
 
 namespace {
@@ -87,7 +89,10 @@ bool PhotoTemplates::neededFor(const RunValues& values) {
         if (holdsPlaceholder(textOf(field.keyRow().peek(values.editedProperties))))
             return true;
     }
-    return false;
+    const ExtraEdits& extras = values.extras;
+    return std::any_of(extras.texts.begin(), extras.texts.end(),
+                       [](const auto& text) { return text && holdsPlaceholder(*text); }) ||
+           std::any_of(extras.addKeywords.begin(), extras.addKeywords.end(), holdsPlaceholder);
 }
 
 void PhotoTemplates::addTo(RunValues& values, const QStringList& photos, bool photoValuesMayHold) {
@@ -136,6 +141,15 @@ void PhotoTemplates::adjust(const CGImageProperties& record, RunValues& values) 
         PropertyValue& value = *field.keyRow().field(values.editedProperties);
         if (const auto text = value.text(); text && text->contains(QLatin1Char('{')))
             value = PropertyValue(fill(*text, photo));
+    }
+    // The texts beyond the form and the keywords added take placeholders as well.
+    for (auto& text : values.extras.texts) {
+        if (text && text->contains(QLatin1Char('{')))
+            text = fill(*text, photo);
+    }
+    for (QString& keyword : values.extras.addKeywords) {
+        if (keyword.contains(QLatin1Char('{')))
+            keyword = fill(keyword, photo);
     }
 }
 

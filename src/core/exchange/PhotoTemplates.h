@@ -18,8 +18,9 @@ namespace tagmoor {
 //                     pattern ("yyyy-MM-dd")
 //   {counter}         its number in the run, from 1; {counter:3} with at least 3 digits
 //   {camera}          its Make and Model
-// A name in braces that is none of these stays as it was typed. Only the standard form fills
-// them in; the described form writes the text as typed.
+// A name in braces that is none of these stays as it was typed. The form's texts, the texts
+// beyond the form and the keywords added are filled in. Only the standard form fills them in;
+// the described form writes the text as typed.
 class PhotoTemplates : public PhotoValues {
 public:
     // The facts of one photo a template draws on.

@@ -5,7 +5,8 @@ namespace tagmoor {
 // Whether this process keeps the copies of a caption, creator, rights or location value in
 // step (see CopyGroups): in the standard form a photo then shows in each field of a group the
 // copy a reader prefers, and a run writes all copies of an edited field unless it says
-// otherwise (ExtraEdits::syncCopies). Off unless set; set before photos are read.
+// otherwise (ExtraEdits::syncCopies). Off unless set; set before photos are read. The described
+// form reads and writes each copy on its own whatever the switch says.
 bool copiesInStep();
 void setCopiesInStep(bool inStep);
 

@@ -2,6 +2,7 @@
 
 #include "extras/CopiesInStep.h"
 #include "extras/KeywordLists.h"
+#include "foundation/ValueForm.h"
 #include "model/Keywords.h"
 
 #include <algorithm>
@@ -15,7 +16,8 @@ bool ExtraEdits::writesTags() const {
 }
 
 bool ExtraEdits::syncsCopies() const {
-    return syncCopies.value_or(copiesInStep());
+    // The described form writes the one tag each field names: the switch does not reach it.
+    return syncCopies.value_or(copiesInStep() && isStandardForm());
 }
 
 int ratingPercent(int stars) {

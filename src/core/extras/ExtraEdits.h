@@ -89,7 +89,8 @@ struct ExtraEdits {
     // The people shown; an empty list removes the tag.
     std::optional<QStringList> persons;
     // Whether an edit of a caption, creator, rights or location field writes all its copies;
-    // unset, the process's switch decides (copiesInStep(), off unless set).
+    // unset, the process's switch decides in the standard form (copiesInStep(), off unless
+    // set; the window sets it from its preference) and the described form writes no copies.
     std::optional<bool> syncCopies;
     // The moment a position was taken, in UTC: GPSDateStamp and GPSTimeStamp (a photo placed
     // on a GPS track gets the moment of its place).

@@ -42,6 +42,21 @@ public:
         return {0, question.text, false};
     }
 
+    QString savePanel(const SavePanelRequest& request) override {
+        savePanels.append(request);
+        return saveAnswers.isEmpty() ? QString() : saveAnswers.takeFirst();
+    }
+    // With no answer queued, the first button and every item as it was ticked.
+    TickAnswer askToTick(const TickQuestion& question) override {
+        tickQuestions.append(question);
+        alerts.append(question.alert);
+        if (onAlert)
+            onAlert(question.alert);
+        if (!tickAnswers.isEmpty())
+            return tickAnswers.takeFirst();
+        return {0, QList<bool>(question.items.size(), true)};
+    }
+
     // Queues the answer to the next alert by button text.
     void answerNext(const QString& button, const QStringList& buttons = {"YES", "NO"}) {
         answers.append(std::max(0, int(buttons.indexOf(button))));
@@ -55,6 +70,10 @@ public:
     QList<bool> accessoryAnswers;
     QList<TextQuestion> textQuestions;
     QList<TextAnswer> textAnswers;
+    QList<SavePanelRequest> savePanels;
+    QStringList saveAnswers;
+    QList<TickQuestion> tickQuestions;
+    QList<TickAnswer> tickAnswers;
     std::function<void(const Alert&)> onAlert;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -58,6 +59,26 @@ struct TextAnswer {
     bool suppressed = false;
 };
 
+// A panel that asks where to save one file.
+struct SavePanelRequest {
+    QString prompt;
+    QString directory;             // where it opens; empty: the last place
+    QString fileName;              // the name it proposes
+    QStringList allowedExtensions; // the first is added to a name typed without one
+};
+
+// An alert with a list of items to tick, all ticked when it opens.
+struct TickQuestion {
+    Alert alert;
+    QStringList items;
+};
+
+struct TickAnswer {
+    int button = 0;
+    // One per item of the question, in its order.
+    QList<bool> ticked;
+};
+
 // Every alert, question and file panel reaches the user through this interface. The
 // application shows real dialogs; tests answer with ScriptedPrompt. Called on the main thread.
 class UserPrompt {
@@ -78,6 +99,17 @@ public:
     // Shows the alert with a text field (and the suppression box, if any).
     virtual TextAnswer askForText(const TextQuestion& question) {
         return {ask(question.alert), question.text, false};
+    }
+
+    // Shows a save panel; the chosen path, or an empty text when cancelled.
+    virtual QString savePanel(const SavePanelRequest& request) {
+        Q_UNUSED(request);
+        return {};
+    }
+
+    // Shows the alert with its list of items to tick.
+    virtual TickAnswer askToTick(const TickQuestion& question) {
+        return {ask(question.alert), QList<bool>(question.items.size(), true)};
     }
 
     bool askYesNo(const QString& title, const QString& text) {

@@ -280,6 +280,14 @@ void writeCopy(Exiv2::Image& image, const CopyWrite& write, Touched& touched) {
     }
 }
 
+// Whether the XMP block holds what the file's packet does: no packet, or one that decodes.
+bool xmpPacketReadable(const Exiv2::Image& image) {
+    if (image.xmpPacket().empty() || !image.xmpData().empty())
+        return true;
+    Exiv2::XmpData probe;
+    return Exiv2::XmpParser::decode(probe, image.xmpPacket()) == 0;
+}
+
 // The date and time of a position, in UTC, as GPS receivers stamp them.
 void writeGpsTime(Exiv2::ExifData& exif, const QDateTime& moment) {
     const QDateTime utc = moment.toUTC();
@@ -312,8 +320,17 @@ void applyExtraWrite(Exiv2::Image& image, const ExtraWrite& write, bool declareI
         setXmpList(image.xmpData(), kPersons, Exiv2::xmpBag, *edits.persons);
         touched.xmp = true;
     }
-    for (const CopyWrite& copy : write.copies)
+    // A copy goes only into a block the file can hold, and never into an XMP packet that
+    // could not be read: writing it would replace the packet and lose all it holds.
+    const bool xmpTakesCopies = image.supportsMetadata(Exiv2::mdXmp) && xmpPacketReadable(image);
+    const bool iptcTakesCopies = image.supportsMetadata(Exiv2::mdIptc);
+    for (const CopyWrite& copy : write.copies) {
+        const char* key = copy.copy.key;
+        if ((startsWith(key, "Xmp.") && !xmpTakesCopies) ||
+            (startsWith(key, "Iptc.") && !iptcTakesCopies))
+            continue;
         writeCopy(image, copy, touched);
+    }
     if (edits.gpsTime)
         writeGpsTime(image.exifData(), *edits.gpsTime);
     // The packet as read no longer holds what the XMP block does.

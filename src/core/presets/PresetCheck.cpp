@@ -47,6 +47,10 @@ std::optional<QString> presetRefusal(const ActualPreset& preset) {
     if (auto refused =
             refusedRunValue(edits.editedProperties, edits.fieldEditedFlags, edits.editorDates))
         return refused;
+    if (preset.extras) {
+        if (const QString refused = extraEditsRefusal(*preset.extras); !refused.isEmpty())
+            return refused;
+    }
     return std::nullopt;
 }
 

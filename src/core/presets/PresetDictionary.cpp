@@ -3,6 +3,7 @@
 #include "dates/DateTexts.h"
 #include "dates/OriginalFinalDateJson.h"
 #include "metadata/PropertyLoading.h"
+#include "presets/PresetExtras.h"
 #include "presets/PresetLog.h"
 #include "presets/PresetPhoto.h"
 
@@ -24,6 +25,7 @@ const QString kPropertite = QStringLiteral("propertite");
 const QString kCreateDate = QStringLiteral("createDate");
 const QString kModifyDate = QStringLiteral("modifyDate");
 const QString kTimeSetting = QStringLiteral("TimeSetting");
+const QString kExtras = QStringLiteral("extras");
 
 // Keys of the record dictionary that are not group or field keys.
 const QString kColorModel = QStringLiteral("kCGImagePropertyColorModel");
@@ -272,6 +274,8 @@ QVariantMap presetToDictionary(const ActualPreset& preset) {
     }
     if (preset.timeSetting)
         dict.insert(kTimeSetting, encodeOriginalFinalDate(*preset.timeSetting));
+    if (preset.extras)
+        dict.insert(kExtras, presetExtrasToDictionary(*preset.extras));
     return dict;
 }
 
@@ -311,6 +315,7 @@ ActualPreset presetFromDictionary(const QVariantMap& dict, StoredRulesCache* rul
         qCWarning(lcPresets) << "A preset's date rules could not be read; default rules stand";
     preset.timeSetting = decoded.value_or(OriginalFinalDate{});
 
+    preset.extras = presetExtrasFromDictionary(dict.value(kExtras));
     preset.properties->createDate = PropertyValue::fromVariant(dict.value(kCreateDate));
     preset.properties->modifyDate = PropertyValue::fromVariant(dict.value(kModifyDate));
     return preset;

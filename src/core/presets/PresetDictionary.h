@@ -15,8 +15,9 @@ namespace tagmoor {
 // misspellings included ("propertite"). Every value keeps its kind.
 //
 // Preset: "name", "index", "path" (the record's file), "propertite" (the record),
-// "createDate" and "modifyDate" (the record's own two dates) and "TimeSetting" (the date
-// rules as JSON text); each only when it has a value.
+// "createDate" and "modifyDate" (the record's own two dates), "TimeSetting" (the date
+// rules as JSON text) and "extras" (the edits beyond the form, see PresetExtras); each only
+// when it has a value.
 QVariantMap presetToDictionary(const ActualPreset& preset);
 
 // Whether a record's photo (its "path") is read as the record is: Now for a single preset, as

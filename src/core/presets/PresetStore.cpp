@@ -164,7 +164,7 @@ QList<ActualPreset> PresetStore::menuRows() const {
     rows.reserve(m_presets.size() + 2);
     const auto fixedRow = [](const char* name) {
         return ActualPreset{std::nullopt, QString::fromLatin1(name), makeEmptyRecord(std::nullopt),
-                            OriginalFinalDate{}};
+                            OriginalFinalDate{}, std::nullopt};
     };
     rows.append(fixedRow(NewConfigurationRow));
     rows.append(m_presets);
@@ -249,6 +249,18 @@ bool PresetStore::replaceValues(qsizetype position, const CGImageProperties& pro
     ActualPreset& preset = m_presets[position];
     preset.properties = properties;
     preset.timeSetting = timeSetting;
+    changed();
+    return true;
+}
+
+bool PresetStore::replaceExtras(qsizetype position, const ExtraEdits& extras) {
+    if (!isValidPosition(position))
+        return false;
+    ActualPreset& preset = m_presets[position];
+    if (extras.writesTags() || extras.syncCopies)
+        preset.extras = extras;
+    else
+        preset.extras.reset();
     changed();
     return true;
 }

@@ -115,6 +115,9 @@ public:
     // Stores new values and date rules in the preset at `position`; false when there is none.
     bool replaceValues(qsizetype position, const CGImageProperties& properties,
                        const OriginalFinalDate& timeSetting);
+    // Stores the edits beyond the form in the preset at `position` (none when they edit
+    // nothing); false when there is no preset there.
+    bool replaceExtras(qsizetype position, const ExtraEdits& extras);
 
     // The file the presets are saved in.
     const QString& fileName() const { return m_fileName; }

@@ -6,12 +6,17 @@
 #include "exchange/PhotoTemplates.h"
 #include "foundation/AppEvents.h"
 #include "foundation/Settings.h"
+#include "foundation/UserPrompt.h"
+#include "metadata/ExtraTags.h"
+#include "presets/PresetExtras.h"
 #include "presets/PresetForm.h"
 #include "presets/PresetStore.h"
 #include "processing/ProcessingOptions.h"
 #include "processing/ReviewValues.h"
 #include "rename/Rename.h"
 #include "workingset/WorkingSet.h"
+
+#include <QCoreApplication>
 
 #include <cmath>
 
@@ -23,7 +28,8 @@ HomeSession::HomeSession(const Objects& objects, QObject* parent)
       m_chain({objects.workingSet, m_form, objects.editorState, objects.processingOptions,
                objects.folderAccess, objects.settings, objects.prompt, objects.renameNumbering,
                objects.renameSettings}),
-      m_batch(objects.prompt, objects.renameNumbering) {
+      m_batch(objects.prompt, objects.renameNumbering),
+      m_exchange(objects.workingSet, objects.editorState, objects.prompt) {
     // The chain's preset sheet saves the form and its date rules as a new preset.
     PresetStore& presets = objects.presets;
     m_chain.setPresetHooks({[&presets] { return presets.defaultName(); },
@@ -34,6 +40,8 @@ HomeSession::HomeSession(const Objects& objects, QObject* parent)
                                 const qsizetype position = presets.addPreset(name);
                                 presets.replaceValues(position, presetValuesOf(m_form),
                                                       m_objects.editorState.editorDates().rules());
+                                presets.replaceExtras(position,
+                                                      presetExtrasOf(m_objects.editorState.extras));
                             }});
     connect(&objects.events, &AppEvents::UpdateMetadataInfoOTM, &m_form,
             [this](const QList<int>& indexes, bool isMultipleSelected, int index) {
@@ -46,11 +54,16 @@ HomeSession::HomeSession(const Objects& objects, QObject* parent)
     connect(&objects.events, &AppEvents::PresetsDetailsOTM, this, [this](PresetsMenuChoice c) {
         if (c.row != PresetMenuRow::savedPreset)
             return;
-        m_presetName = m_objects.presets.preset(c.presetIndex).name.value_or(QString());
+        const ActualPreset preset = m_objects.presets.preset(c.presetIndex);
+        m_presetName = preset.name.value_or(QString());
+        // A preset that holds edits beyond the form puts them into the tab as well.
+        if (preset.extras)
+            setExtraEdits(*preset.extras);
         emit summaryChanged();
     });
     connect(&m_form, &MetadataForm::editedFlagsChanged, this, &HomeSession::summaryChanged);
     connect(&m_form, &MetadataForm::formReset, this, &HomeSession::summaryChanged);
+    connect(&m_exchange, &ListExchange::imported, this, &HomeSession::summaryChanged);
 }
 
 void HomeSession::startProcess() {
@@ -64,7 +77,8 @@ RunValues HomeSession::reviewValues() {
                                        m_objects.renameSettings, m_form, m_objects.editorState);
     // The review shows each photo's texts with their placeholders filled in, as the run will.
     PhotoTemplates::addTo(values,
-                          PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()));
+                          PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()),
+                          !values.photoValues.empty());
     return values;
 }
 
@@ -73,12 +87,48 @@ bool HomeSession::copyMetadata() {
     const int shown = m_objects.editorState.currentImageIndex;
     if (shown < 0 || shown >= images.size())
         return false;
-    m_clipboard.copy(images[shown]);
+    m_clipboard.copy(images[shown], readExtraValuesOf(images[shown].path()));
     return true;
 }
 
-void HomeSession::pasteMetadata(const std::function<bool(Field)>& ticked) {
-    m_clipboard.paste(m_form, ticked);
+void HomeSession::pasteMetadata(const QList<bool>& ticked) {
+    ExtraEdits extras = extraEdits();
+    m_clipboard.paste(m_form, extras, ticked);
+    setExtraEdits(extras);
+}
+
+TickQuestion HomeSession::pasteQuestion() const {
+    TickQuestion question;
+    question.alert = {QCoreApplication::translate("HomeSession", "Paste Metadata"),
+                      QCoreApplication::translate("HomeSession",
+                                                  "The ticked values become edits of the marked "
+                                                  "photos: %1.")
+                          .arg(m_objects.workingSet.markedCount()),
+                      {QCoreApplication::translate("HomeSession", "Paste"),
+                       QCoreApplication::translate("HomeSession", "Cancel")}};
+    for (const MetadataClipboard::Entry& entry : m_clipboard.entries()) {
+        // A long text shows its start; the whole of it is pasted.
+        const QString value = entry.value.simplified();
+        question.items << QStringLiteral("%1: %2").arg(
+            entry.label, value.size() > 60 ? value.left(59) + QChar(0x2026) : value);
+    }
+    return question;
+}
+
+bool HomeSession::askAndPasteMetadata() {
+    if (m_clipboard.isEmpty()) {
+        m_objects.prompt.ask(Alert::ok(
+            QCoreApplication::translate("HomeSession", "Paste Metadata"),
+            QCoreApplication::translate("HomeSession",
+                                        "Nothing has been copied. Choose Copy Metadata on a photo "
+                                        "whose values you want to give other photos.")));
+        return false;
+    }
+    const TickAnswer answer = m_objects.prompt.askToTick(pasteQuestion());
+    if (answer.button != 0 || !answer.ticked.contains(true))
+        return false;
+    pasteMetadata(answer.ticked);
+    return true;
 }
 
 void HomeSession::resetAll() {
@@ -99,6 +149,7 @@ void HomeSession::letGoOfTheEdits() {
     m_objects.renameSettings = Rename{};
     m_objects.processingOptions.reset();
     m_location.reset();
+    m_objects.editorState.photoValues.clear();
 }
 
 void HomeSession::finishRun() {
@@ -174,9 +225,15 @@ QList<RunSummaryItem> HomeSession::summary() const {
                        .arg(position->first, 0, 'f', 4)
                        .arg(position->second, 0, 'f', 4);
     const bool anyEdit = state.fieldEditedFlags.hasEdits();
-    return runSummary({state.fieldEditedFlags, state.editorDates().rules(),
-                       m_objects.renameSettings, location, anyEdit ? m_presetName : QString(),
-                       &state.extras});
+    QList<RunSummaryItem> items =
+        runSummary({state.fieldEditedFlags, state.editorDates().rules(), m_objects.renameSettings,
+                    location, anyEdit ? m_presetName : QString(), &state.extras});
+    if (!state.photoValues.empty())
+        items << RunSummaryItem{RunSummaryItem::Kind::table,
+                                QCoreApplication::translate("HomeSession", "imported tables: %1")
+                                    .arg(state.photoValues.size()),
+                                -1};
+    return items;
 }
 
 void HomeSession::clearSummaryItem(const RunSummaryItem& item) {
@@ -199,6 +256,9 @@ void HomeSession::clearSummaryItem(const RunSummaryItem& item) {
     case RunSummaryItem::Kind::preset:
         m_form.revertEdits([](Field) { return true; });
         m_presetName.clear();
+        break;
+    case RunSummaryItem::Kind::table:
+        m_objects.editorState.photoValues.clear();
         break;
     case RunSummaryItem::Kind::keywords:
     case RunSummaryItem::Kind::rating:

@@ -3,6 +3,7 @@
 #include "batch/BatchController.h"
 #include "editor/MetadataClipboard.h"
 #include "editor/MetadataForm.h"
+#include "exchange/ListExchange.h"
 #include "geo/SharedLocation.h"
 #include "processing/RunSummary.h"
 #include "processing/StartProcessChain.h"
@@ -76,14 +77,24 @@ public:
     // The picker closed: the form's GPS fields take the shared position as edits.
     void takePickedLocation();
 
-    // Copy Metadata: the values of the photo on display go to the clipboard, replacing what it
-    // held; false (and the clipboard as it was) when no photo is on display.
+    // Copy Metadata: the values of the photo on display (with its rating, label, IPTC texts
+    // and people shown, read from its file) go to the clipboard, replacing what it held; false
+    // (and the clipboard as it was) when no photo is on display.
     bool copyMetadata();
     // What Paste Metadata... offers to tick.
     const MetadataClipboard& clipboard() const { return m_clipboard; }
-    // Paste Metadata...: the values of the ticked fields go into the form as edits of the
-    // marked photos.
-    void pasteMetadata(const std::function<bool(Field)>& ticked);
+    // Paste Metadata...: the values of the ticked entries (by their position in the
+    // clipboard's entries) go into the form and the edits beyond it as edits of the marked
+    // photos.
+    void pasteMetadata(const QList<bool>& ticked);
+    // Paste Metadata... as the menu runs it: the list of the clipboard's values to tick, then
+    // the paste of those ticked; an alert when nothing was copied. False when nothing changed.
+    bool askAndPasteMetadata();
+    // The question Paste Metadata... asks: one "label: value" item per value copied.
+    TickQuestion pasteQuestion() const;
+
+    // File > Export Metadata... and File > Import Metadata....
+    ListExchange& exchange() { return m_exchange; }
 
     // What the next run is set to do, item by item.
     QList<RunSummaryItem> summary() const;
@@ -120,6 +131,7 @@ private:
     SharedLocation m_location;
     // Outlives the list, so that values copied from one list can go into the next.
     MetadataClipboard m_clipboard;
+    ListExchange m_exchange;
     // The saved preset last put into the form.
     QString m_presetName;
 };

@@ -23,6 +23,7 @@ RunValues reviewRunValues(const ProcessingOptions& options, const Settings& sett
     values.editorDates = editorState.editorDates().rules();
     values.carryShifts = editorState.carryShifts;
     values.extras = editorState.extras;
+    values.photoValues = editorState.photoValues;
     values.sidecar = sidecarOptionsFrom(settings);
     return values;
 }

@@ -20,7 +20,18 @@ struct OriginalFinalDate;
 // "preset: Holiday", "keywords: +2 −1", "rating: 3", "label: Red". Each item is one thing the user
 // set and can take back on its own.
 struct RunSummaryItem {
-    enum class Kind { fields, date, rename, location, preset, keywords, rating, label, texts };
+    enum class Kind {
+        fields,
+        date,
+        rename,
+        location,
+        preset,
+        keywords,
+        rating,
+        label,
+        texts,
+        table, // the values of imported metadata tables
+    };
     Kind kind;
     QString text;
     // For a date item: which of the six fields (its index in allDateFields).

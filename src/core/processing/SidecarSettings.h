@@ -14,10 +14,11 @@ SidecarOptions sidecarOptionsFrom(const Settings& settings);
 // sidecars are read, as far as the settings choose them.
 void applyProcessSidecarSettings(const Settings& settings);
 
-// Whether the window keeps the copies of a group in step when the setting is absent. Off for
-// now: with it on, a photo whose Exif copy is gone shows its XMP or IPTC copy in the form, and
-// a run of the window writes every copy where the command line writes one.
-inline constexpr bool kCopiesInStepByDefault = false;
+// Whether the window keeps the copies of a group in step when the setting is absent: on, so
+// that a photo whose Exif copy is gone shows its XMP or IPTC copy in the form, and an edit of
+// a caption, creator or rights field writes every copy of it. The described form keeps its
+// copies apart whatever the switch says (ExtraEdits::syncsCopies).
+inline constexpr bool kCopiesInStepByDefault = true;
 
 // Whether the window keeps the copies of a group in step: the setting, or the default above.
 // The command line keeps its own switch (off unless asked).

@@ -211,7 +211,8 @@ void StartProcessChain::clickedStartProcess() {
     switch (options.mode()) {
     case ProcessingMode::keepUnedited:
         confirmation = m_objects.editorState.fieldEditedFlags.hasEdits() ||
-                               m_objects.editorState.extras.writesTags()
+                               m_objects.editorState.extras.writesTags() ||
+                               !m_objects.editorState.photoValues.empty()
                            ? editConfirmation()
                            : noChangesQuestion();
         break;
@@ -365,9 +366,12 @@ void StartProcessChain::finalProcess() {
     m_values.editorDates = m_objects.editorState.editorDates().rules();
     m_values.carryShifts = m_objects.editorState.carryShifts;
     m_values.extras = m_objects.editorState.extras;
+    m_values.photoValues = m_objects.editorState.photoValues;
     m_values.sidecar = sidecarOptionsFrom(m_objects.settings);
+    // An imported table's cells may hold placeholders too.
     PhotoTemplates::addTo(m_values,
-                          PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()));
+                          PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()),
+                          !m_values.photoValues.empty());
     later(100, &StartProcessChain::executeFinalProcess);
 }
 

@@ -115,6 +115,20 @@ void WorkingSet::setAllSelected(bool selected) {
         emit selectionChanged(0, count() - 1);
 }
 
+void WorkingSet::markOnly(const QList<int>& rows) {
+    for (CGImageProperties& record : m_workingImages)
+        record.isSelected = false;
+    m_markedCount = 0;
+    for (const int row : rows) {
+        if (row >= 0 && row < count() && !m_workingImages[row].isSelected) {
+            m_workingImages[row].isSelected = true;
+            ++m_markedCount;
+        }
+    }
+    if (!m_workingImages.isEmpty())
+        emit selectionChanged(0, count() - 1);
+}
+
 bool WorkingSet::replaceImage(int row, const CGImageProperties& record) {
     if (row < 0 || row >= count())
         return false;

@@ -44,6 +44,9 @@ public:
     // Sets isSelected of one record; false when the row is outside the list.
     bool setSelected(int row, bool selected);
     void setAllSelected(bool selected);
+    // Marks the rows of `rows` and unmarks every other, with one selectionChanged for the
+    // list; rows outside the list are passed over.
+    void markOnly(const QList<int>& rows);
 
     // Indices of marked records, ascending.
     QList<int> markedIndices() const;

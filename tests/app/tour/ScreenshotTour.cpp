@@ -30,6 +30,7 @@
 #include "app/workingset/TutorialOverlay.h"
 #include "model/FormFieldTable.h"
 #include "presets/PresetStore.h"
+#include "processing/HomeSession.h"
 #include "processing/StartProcessChain.h"
 #include "workingset/ScanController.h"
 
@@ -413,6 +414,26 @@ int main(int argc, char** argv) {
     shootModal(QStringLiteral("preset-sheet.png"), [&] {
         dialogs.askForText(StartProcessChain::presetSheet(QStringLiteral("Preset 1")));
     });
+    // Paste Metadata... with the values of the photo on display, and what an import tells.
+    HomeSession& session = t.app->homeSession();
+    home->clickedSelectUnselectAll(false);
+    home->clickedCheckBox(0, true);
+    session.copyMetadata();
+    home->clickedSelectUnselectAll(true);
+    shootModal(QStringLiteral("paste-metadata.png"),
+               [&] { dialogs.askToTick(session.pasteQuestion()); });
+    const QStringList listed = t.set().imagePaths();
+    QByteArray tableText = "SourceFile,Artist,City,Rating Stars\n";
+    for (int i = 0; i < std::min<qsizetype>(listed.size(), 12); ++i)
+        tableText +=
+            "/Volumes/Card/" + QFileInfo(listed[i]).fileName().toUtf8() + ",Jane Doe,Reykjavik,4\n";
+    tableText += "/Volumes/Card/IMG_9001.jpg,Jane Doe,Vik,3\n";
+    const QString tablePath = QDir::temp().filePath(QStringLiteral("tour-metadata.csv"));
+    test::writeText(tablePath, tableText);
+    shootModal(QStringLiteral("import-metadata.png"), [&] {
+        dialogs.ask(ListExchange::importAlert(importTableForList(tablePath, listed)));
+    });
+    QFile::remove(tablePath);
     OpenPanelRequest folderPanel = StartProcessChain::destinationPanel(true);
     folderPanel.directory = QDir::homePath();
     shootModal(QStringLiteral("folder-panel.png"),

@@ -73,5 +73,46 @@ TEST(MetadataClipboard, PastesTheTickedValuesAsEditsOfTheMarkedPhotos) {
     EXPECT_EQ(snapshot.tiffProperties->artist.text(), "Ann");
 }
 
+// The photo's rating, label, IPTC texts and people come after its fields; the ticked ones
+// replace those of the edits beyond the form, the others stay as they were edited.
+TEST(MetadataClipboard, CarriesTheValuesBeyondTheForm) {
+    CGImageProperties source = photo("source.jpg");
+    source.tiffProperties->artist = PropertyValue("Ann");
+    ExtraValues extras;
+    extras.rating = kRejectedRating;
+    extras.label = QStringLiteral("Blue");
+    extras.texts[std::size_t(ExtraText::AltText)] = QStringLiteral("A red tram");
+    extras.texts[std::size_t(ExtraText::Event)] = QString(); // empty: nothing to copy
+    extras.persons = {"Ana, the elder", "Rui"};
+
+    MetadataClipboard clip;
+    clip.copy(source, extras);
+    using Kind = MetadataClipboard::Kind;
+    QList<Kind> kinds;
+    for (const MetadataClipboard::Entry& e : clip.entries())
+        kinds << e.kind;
+    ASSERT_EQ(kinds,
+              (QList<Kind>{Kind::field, Kind::rating, Kind::label, Kind::text, Kind::persons}));
+    EXPECT_EQ(clip.entries()[3].value, "A red tram");
+
+    Session s;
+    s.set.appendImages({photo("b.jpg")});
+    s.form.updateMetadataInfo(0, false, {0});
+    ExtraEdits edits;
+    edits.label = QStringLiteral("Red");
+    edits.addKeywords = {"Kept"};
+    clip.paste(s.form, edits, {false, true, false, true, true});
+    EXPECT_FALSE(s.form.isEdited(Field::Artist));
+    EXPECT_EQ(edits.rating, kRejectedRating);
+    EXPECT_EQ(edits.label, "Red");
+    EXPECT_EQ(edits.texts[std::size_t(ExtraText::AltText)], "A red tram");
+    EXPECT_EQ(edits.persons, (QStringList{"Ana, the elder", "Rui"}));
+    EXPECT_EQ(edits.addKeywords, QStringList{"Kept"});
+
+    // A copy from a photo without them holds none of them any more.
+    clip.copy(source);
+    EXPECT_EQ(clip.entries().size(), 1);
+}
+
 } // namespace
 } // namespace tagmoor

@@ -62,5 +62,23 @@ TEST(CopyPreferenceTest, TheStandardFormShowsThePreferredCopyInEveryFieldOfItsGr
     EXPECT_FALSE(readExtraValuesOf(dir.filePath(QStringLiteral("missing.jpg"))));
 }
 
+// A run writes every copy of an edited value when the switch is on in the standard form, or
+// when the run says so itself; the described form writes the one tag whatever the switch says.
+TEST(CopyPreferenceTest, OnlyTheStandardFormFollowsTheSwitch) {
+    ExtraEdits unset;
+    ExtraEdits asked;
+    asked.syncCopies = true;
+    for (const bool inStepOn : {false, true}) {
+        CopiesInStepScope inStep(inStepOn);
+        {
+            ValueFormScope scope(ValueForm::standard);
+            EXPECT_EQ(unset.syncsCopies(), inStepOn);
+        }
+        ValueFormScope scope(ValueForm::described);
+        EXPECT_FALSE(unset.syncsCopies());
+        EXPECT_TRUE(asked.syncsCopies());
+    }
+}
+
 } // namespace
 } // namespace tagmoor::test

@@ -14,6 +14,9 @@
 #include "workingset/ScanController.h"
 #include "workingset/WorkingSet.h"
 
+#include "exchange/CsvTable.h"
+#include "presets/PresetExtras.h"
+
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -214,7 +217,10 @@ TEST(HomeSession, CopiesThePhotoOnDisplayAndPastesTheTickedValues) {
 
     f.session.form().updateMetadataInfo(0, false, {0});
     QSignalSpy summary(&f.session, &HomeSession::summaryChanged);
-    f.session.pasteMetadata([](Field field) { return field == Field::Artist; });
+    QList<bool> ticked;
+    for (const MetadataClipboard::Entry& entry : f.session.clipboard().entries())
+        ticked << (entry.kind == MetadataClipboard::Kind::field && entry.field == Field::Artist);
+    f.session.pasteMetadata(ticked);
     EXPECT_EQ(f.session.form().text(Field::Artist), "Ian Britton");
     EXPECT_TRUE(f.session.form().isEdited(Field::Artist));
     EXPECT_FALSE(f.session.form().isEdited(Field::Copyright));
@@ -279,6 +285,141 @@ TEST(HomeSession, TheEditsBeyondTheFormReachTheRunAndGoWithTheList) {
     f.set.clearImages();
     EXPECT_EQ(f.session.extraEdits(), ExtraEdits{}) << "a new list starts without them";
     EXPECT_TRUE(f.session.summary().isEmpty());
+}
+
+// Paste Metadata... lists every value copied, "label: value", all ticked; only the ticked ones
+// become edits. Cancel, or nothing ticked, changes nothing; with nothing copied it says so.
+TEST(HomeSession, PasteAsksWhichValuesAndTakesOnlyThoseTicked) {
+    SessionFixture f;
+    EXPECT_FALSE(f.session.askAndPasteMetadata());
+    ASSERT_EQ(f.prompt.alerts.size(), 1);
+    EXPECT_TRUE(f.prompt.tickQuestions.isEmpty());
+
+    f.session.form().updateMetadataInfo(1, false, {1});
+    ASSERT_TRUE(f.session.copyMetadata());
+    const auto& entries = f.session.clipboard().entries();
+    f.session.form().updateMetadataInfo(0, true, {0, 1});
+    const auto artist = std::find_if(entries.begin(), entries.end(), [](const auto& e) {
+        return e.kind == MetadataClipboard::Kind::field && e.field == Field::Artist;
+    });
+    ASSERT_NE(artist, entries.end());
+    QList<bool> onlyArtist(entries.size(), false);
+    onlyArtist[artist - entries.begin()] = true;
+
+    f.prompt.tickAnswers = {{1, QList<bool>(entries.size(), true)}, {0, {}}, {0, onlyArtist}};
+    EXPECT_FALSE(f.session.askAndPasteMetadata()) << "cancelled";
+    EXPECT_FALSE(f.session.askAndPasteMetadata()) << "nothing ticked";
+    EXPECT_FALSE(f.session.form().hasEdits());
+    EXPECT_TRUE(f.session.askAndPasteMetadata());
+    ASSERT_EQ(f.prompt.tickQuestions.size(), 3);
+    const TickQuestion& asked = f.prompt.tickQuestions.last();
+    ASSERT_EQ(asked.items.size(), entries.size());
+    EXPECT_EQ(asked.items[artist - entries.begin()], artist->label + ": Ian Britton");
+    EXPECT_TRUE(asked.alert.text.contains("marked photos: 2")) << asked.alert.text.toStdString();
+    EXPECT_EQ(f.session.form().text(Field::Artist), "Ian Britton");
+    for (const MetadataClipboard::Entry& entry : entries) {
+        if (entry.kind == MetadataClipboard::Kind::field) {
+            EXPECT_EQ(f.session.form().isEdited(entry.field), entry.field == Field::Artist)
+                << entry.label.toStdString();
+        }
+    }
+}
+
+// Import Metadata...: the rows of a table become edits of the photos they name, by path or by
+// file name; those photos come up marked, the review shows each its own row, a run takes the
+// rows, and the summary names the table until it is taken back or the list goes.
+TEST(HomeSession, ImportedRowsBecomeEditsOfTheirPhotos) {
+    const ValueFormScope scope(ValueForm::standard);
+    SessionFixture f;
+    f.set.setAllSelected(false);
+    const QString table = f.home.filePath("table.csv");
+    const QString second = f.set.workingImages()[1].path();
+    ASSERT_TRUE(test::writeBytes(table, "SourceFile,Artist,Mood\n"
+                                        "/elsewhere/Reagan.jpg,Row One,x\n" +
+                                            second.toUtf8() + ",Row Two,\nother.jpg,Row Three,\n"));
+    f.prompt.panelAnswers = {{table}};
+    QSignalSpy imported(&f.session.exchange(), &ListExchange::imported);
+    ASSERT_TRUE(f.session.exchange().importMetadata());
+    ASSERT_TRUE(imported.wait(10000));
+    EXPECT_EQ(f.set.markedIndices(), (QList<int>{0, 1}));
+    ASSERT_EQ(f.prompt.alerts.size(), 1);
+    const QString told = f.prompt.alerts.first().text;
+    EXPECT_TRUE(told.contains("Rows read: 3. Photos matched: 2.")) << told.toStdString();
+    EXPECT_TRUE(told.contains("other.jpg") && told.contains("Mood"));
+
+    const PhotoPipeline pipeline(f.session.reviewValues());
+    const KeyRow& artist = formField(Field::Artist).keyRow();
+    EXPECT_EQ(pipeline.fieldEditsFor(f.set.workingImages()[0]).values.at(artist).text(), "Row One");
+    EXPECT_EQ(pipeline.fieldEditsFor(f.set.workingImages()[1]).values.at(artist).text(), "Row Two");
+    const auto tableItem = [&f]() -> std::optional<RunSummaryItem> {
+        for (const RunSummaryItem& item : f.session.summary())
+            if (item.kind == RunSummaryItem::Kind::table)
+                return item;
+        return std::nullopt;
+    };
+    ASSERT_TRUE(tableItem());
+
+    // The imported rows alone are an edit: the run asks to edit, not whether to go on
+    // without changes, and carries them.
+    QSignalSpy ready(&f.session.chain(), &StartProcessChain::runReady);
+    f.prompt.panelAnswers = {{f.out}};
+    f.session.startProcess();
+    ASSERT_TRUE(ready.wait(5000));
+    EXPECT_EQ(f.prompt.alerts[1].title,
+              "Are you sure to edit metadata of all the selected images?");
+    EXPECT_FALSE(ready.first().first().value<RunValues>().photoValues.empty());
+    f.session.chain().runClosed();
+
+    f.session.clearSummaryItem(*tableItem());
+    EXPECT_FALSE(tableItem());
+    EXPECT_TRUE(f.session.reviewValues().photoValues.empty());
+}
+
+// Export Metadata...: the marked photos, or all when none is marked, in a table the import
+// reads back; a cancelled panel writes nothing.
+TEST(HomeSession, ExportWritesTheMarkedPhotosOrAll) {
+    SessionFixture f;
+    EXPECT_FALSE(f.session.exchange().exportMetadata());
+    const QString path = f.home.filePath("out.csv");
+    const auto exported = [&f, &path] {
+        f.prompt.saveAnswers = {path};
+        QSignalSpy done(&f.session.exchange(), &ListExchange::exported);
+        EXPECT_TRUE(f.session.exchange().exportMetadata());
+        EXPECT_TRUE(done.wait(10000));
+        EXPECT_EQ(done.value(0).value(0).toBool(), true);
+        QString error;
+        return CsvTable::parse(test::readBytes(path), &error).value_or(CsvTable{});
+    };
+    f.set.setSelected(0, false);
+    CsvTable one = exported();
+    ASSERT_EQ(one.rows.size(), 1);
+    EXPECT_EQ(one.header.first(), "SourceFile");
+    EXPECT_EQ(one.rows[0][0], f.set.workingImages()[1].path());
+    EXPECT_TRUE(one.header.contains("Artist"));
+    f.set.setAllSelected(false);
+    EXPECT_EQ(exported().rows.size(), 2);
+    EXPECT_EQ(f.prompt.savePanels.size(), 3);
+}
+
+// A preset saved from the window keeps the edits of the Keywords & More tab; choosing it puts
+// them back, and a preset without any leaves the tab as it is.
+TEST(HomeSession, PresetsCarryTheEditsBeyondTheForm) {
+    SessionFixture f;
+    ExtraEdits edits;
+    edits.addKeywords = {"Tram"};
+    edits.rating = 2;
+    edits.texts[std::size_t(ExtraText::AltText)] = QStringLiteral("{filename}");
+    const qsizetype with = f.presets.addPreset("With");
+    f.presets.replaceExtras(with, presetExtrasOf(edits));
+    const qsizetype without = f.presets.addPreset("Without");
+    f.presets.replaceExtras(without, ExtraEdits{});
+    EXPECT_EQ(f.presets.presets()[without].extras, std::nullopt);
+
+    emit f.events.PresetsDetailsOTM({PresetMenuRow::savedPreset, with});
+    EXPECT_EQ(f.session.extraEdits(), edits);
+    f.session.setRating(5);
+    emit f.events.PresetsDetailsOTM({PresetMenuRow::savedPreset, without});
+    EXPECT_EQ(f.session.extraEdits().rating, 5);
 }
 
 } // namespace
