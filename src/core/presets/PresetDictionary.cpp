@@ -23,7 +23,7 @@ const QString kPath = QStringLiteral("path");
 const QString kPropertite = QStringLiteral("propertite");
 const QString kCreateDate = QStringLiteral("createDate");
 const QString kModifyDate = QStringLiteral("modifyDate");
-const QString kTimeSetting = QStringLiteral("TimeSetting");
+const QString kTimeSettingKey = QStringLiteral("TimeSetting");
 
 // Keys of the record dictionary that are not group or field keys.
 const QString kColorModel = QStringLiteral("kCGImagePropertyColorModel");
@@ -271,7 +271,7 @@ QVariantMap presetToDictionary(const ActualPreset& preset) {
             dict.insert(kModifyDate, record->modifyDate.variant());
     }
     if (preset.timeSetting)
-        dict.insert(kTimeSetting, encodeOriginalFinalDate(*preset.timeSetting));
+        dict.insert(kTimeSettingKey, encodeOriginalFinalDate(*preset.timeSetting));
     return dict;
 }
 
@@ -293,7 +293,7 @@ ActualPreset presetFromDictionary(const QVariantMap& dict, StoredRulesCache* rul
         preset.properties = makeEmptyRecord(std::nullopt);
     }
 
-    const QVariant rules = dict.value(kTimeSetting);
+    const QVariant rules = dict.value(kTimeSettingKey);
     std::optional<OriginalFinalDate> decoded;
     if (rules.typeId() == QMetaType::QByteArray) {
         const QByteArray json = rules.toByteArray();
