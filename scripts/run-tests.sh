@@ -19,6 +19,10 @@ bash scripts/install-deps.sh
 BUILD_DIR=${BUILD_DIR:-build-asan}
 LAUNCHER=()
 if command -v ccache >/dev/null 2>&1; then LAUNCHER=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache); fi
+SPEED=()
+for option in TAGMOOR_UNITY TAGMOOR_PCH TAGMOOR_LINKER; do
+  if [ -n "${!option:-}" ]; then SPEED+=("-D$option=${!option}"); fi
+done
 # Leaks are checked; what Qt, fontconfig and the other system libraries keep until exit is
 # listed in the suppressions file. The options apply to the build too, which runs the test
 # binary to list its cases.
@@ -26,7 +30,7 @@ export ASAN_OPTIONS=detect_leaks=1:check_initialization_order=1:strict_init_orde
 export LSAN_OPTIONS=suppressions=$PWD/scripts/sanitizer-suppressions.txt:print_suppressions=0
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 cmake -S . -B "$BUILD_DIR" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAGMOOR_SANITIZE=ON \
-  -DTAGMOOR_BUILD_BENCH=OFF "${LAUNCHER[@]}" >/dev/null
+  -DTAGMOOR_BUILD_BENCH=OFF "${LAUNCHER[@]}" "${SPEED[@]}" >/dev/null
 cmake --build "$BUILD_DIR" -j"${JOBS:-2}"
 cd "$BUILD_DIR"
 # Instrumented code runs a few times slower, hence the longer limit.

@@ -116,15 +116,17 @@ struct TestApp {
     bool scanIdle() { return !set().isScanning(); }
 };
 
+// Every screen test class is linked into one runner (AppTestMain.cpp) that runs the class named
+// by its first argument, so that ctest still names each class. `prepare` runs before the
+// application exists, for a class that needs an environment of its own.
+using AppTestMaker = std::unique_ptr<QObject> (*)();
+int registerAppTest(const char* name, AppTestMaker make, void (*prepare)() = nullptr);
+
 } // namespace tagmoor::test
 
-// Each screen test binary starts the metadata library once, before any thread.
-#define TAGMOOR_APP_TEST_MAIN(TestClass)                                                           \
-    int main(int argc, char** argv) {                                                              \
-        qputenv("QT_QPA_PLATFORM", "offscreen");                                                   \
-        tagmoor::initializeMetadataLibrary();                                                      \
-        QApplication app(argc, argv);                                                              \
-        QStandardPaths::setTestModeEnabled(true);                                                  \
-        TestClass test;                                                                            \
-        return QTest::qExec(&test, argc, argv);                                                    \
-    }
+#define TAGMOOR_APP_TEST_MAIN_PREPARED(TestClass, prepare)                                         \
+    [[maybe_unused]] static const int tagmoorRegistered##TestClass =                               \
+        tagmoor::test::registerAppTest(                                                            \
+            #TestClass,                                                                            \
+            []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); }, prepare);
+#define TAGMOOR_APP_TEST_MAIN(TestClass) TAGMOOR_APP_TEST_MAIN_PREPARED(TestClass, nullptr)

@@ -110,16 +110,15 @@ void AppearanceTest::picturesAreMadeForTheScreensPixels() {
     QVERIFY2(!sides().contains(120), "a picture made for half the pixels");
 }
 
-int main(int argc, char** argv) {
-    // Every picture of this test is looked at on a display scaled to twice its pixels.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+namespace {
+
+// Every picture of this test is looked at on a display scaled to twice its pixels.
+void prepareAppearanceTest() {
     qputenv("QT_SCALE_FACTOR", "2");
     qunsetenv("GTK_THEME");
-    initializeMetadataLibrary();
-    QApplication app(argc, argv);
-    QStandardPaths::setTestModeEnabled(true);
-    AppearanceTest test;
-    return QTest::qExec(&test, argc, argv);
 }
 
+} // namespace
+
+TAGMOOR_APP_TEST_MAIN_PREPARED(AppearanceTest, prepareAppearanceTest)
 #include "AppearanceTest.moc"

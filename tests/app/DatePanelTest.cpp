@@ -134,5 +134,5 @@ void DatePanelTest::photoWithoutTheDateOffersOnlyThreeModes() {
     QVERIFY(!t.app->editorState().fieldEditedFlags.test(Field::ModifyDate));
 }
 
-QTEST_MAIN(DatePanelTest)
+TAGMOOR_APP_TEST_MAIN(DatePanelTest)
 #include "DatePanelTest.moc"

@@ -15,7 +15,7 @@ Q_LOGGING_CATEGORY(lcLocationView, "tagmoor.location.view")
 namespace tagmoor {
 
 namespace {
-constexpr double kSpan = 12.0;
+constexpr double kOverviewSpan = 12.0;
 } // namespace
 
 LocationView::LocationView(const Settings& settings, QWidget* parent)
@@ -42,7 +42,7 @@ void LocationView::showPosition(double latitude, double longitude, Naming naming
     const bool hadPosition = !m_map->isHidden();
     m_map->show();
     // A wider view than the picker's: at this size the country around the pin tells more.
-    m_map->setRegion({latitude, longitude, kSpan, kSpan}, false);
+    m_map->setRegion({latitude, longitude, kOverviewSpan, kOverviewSpan}, false);
     m_map->removeAnnotations();
     m_map->addAnnotation({latitude, longitude, QString(), QString()});
     if (!hadPosition || m_text->text().isEmpty())

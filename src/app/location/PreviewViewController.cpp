@@ -33,7 +33,7 @@ namespace tagmoor {
 
 namespace {
 
-constexpr double kSpan = 1.0;
+constexpr double kPreviewSpan = 1.0;
 
 QLabel* makeCaption(const QString& objectName, const QString& text) {
     auto* label = new QLabel(text);
@@ -294,7 +294,7 @@ void PreviewViewController::pictureDecoded() {
 void PreviewViewController::updateMapView(double latitude, double longitude, const QString& title,
                                           const QString& subtitle, MapType type) {
     const PinAnnotation pin{latitude, longitude, title, subtitle};
-    m_newRegion = m_map->showPin(pin, type, kSpan);
+    m_newRegion = m_map->showPin(pin, type, kPreviewSpan);
     m_mapAnnotations = {pin};
 }
 

@@ -11,7 +11,7 @@ struct FieldMembers {
     bool OriginalFinalDate::*alive;
 };
 
-constexpr FieldMembers kMembers[] = {
+constexpr FieldMembers kFinalMembers[] = {
 #define TAGMOOR_DATE_MEMBERS(name, rule, key)                                                      \
     {&OriginalFinalDate::name, &OriginalFinalDate::rule, &OriginalFinalDate::name##Alive},
     TAGMOOR_DATE_FIELDS(TAGMOOR_DATE_MEMBERS)
@@ -19,7 +19,7 @@ constexpr FieldMembers kMembers[] = {
 };
 
 const FieldMembers& membersOf(DateField field) {
-    return kMembers[static_cast<int>(field)];
+    return kFinalMembers[static_cast<int>(field)];
 }
 
 } // namespace

@@ -24,7 +24,7 @@ constexpr QDataStream::Version kStreamVersion = QDataStream::Qt_6_4;
 
 // Nesting deeper than this is refused on both sides: the stored structure itself is four
 // levels deep (list, preset, record, group), which leaves room for lists inside values.
-constexpr int kMaxDepth = 32;
+constexpr int kMaxNesting = 32;
 
 // The smallest stream form of a list element (a variant: type id and null flag), of a
 // dictionary entry (an empty key and a variant) and of a text list element (an empty text).
@@ -81,7 +81,7 @@ public:
 
     bool readList(QVariantList& out, int depth) {
         quint32 count = 0;
-        if (depth > kMaxDepth || !readCount(count, kMinVariantSize))
+        if (depth > kMaxNesting || !readCount(count, kMinVariantSize))
             return false;
         out.reserve(count);
         for (quint32 i = 0; i < count; ++i) {
@@ -103,7 +103,7 @@ private:
 
     bool readMap(QVariantMap& out, int depth) {
         quint32 count = 0;
-        if (depth > kMaxDepth || !readCount(count, kMinEntrySize))
+        if (depth > kMaxNesting || !readCount(count, kMinEntrySize))
             return false;
         for (quint32 i = 0; i < count; ++i) {
             QString key;
@@ -185,7 +185,7 @@ private:
 // Whether the reader above takes `v` back; checked before writing so that a save never
 // writes what the next start could not read.
 bool isStorable(const QVariant& v, int depth) {
-    if (depth > kMaxDepth)
+    if (depth > kMaxNesting)
         return false;
     switch (shapeOf(v.typeId())) {
     case Shape::List: {
@@ -211,14 +211,14 @@ bool isStorable(const QVariant& v, int depth) {
 QVariant storablePart(const QVariant& v, int depth) {
     if (isStorable(v, depth))
         return v;
-    if (v.typeId() == QMetaType::QVariantList && depth < kMaxDepth) {
+    if (v.typeId() == QMetaType::QVariantList && depth < kMaxNesting) {
         QVariantList kept;
         for (const QVariant& e : v.toList())
             if (QVariant part = storablePart(e, depth + 1); part.isValid())
                 kept.append(std::move(part));
         return kept;
     }
-    if (v.typeId() == QMetaType::QVariantMap && depth < kMaxDepth) {
+    if (v.typeId() == QMetaType::QVariantMap && depth < kMaxNesting) {
         QVariantMap kept;
         const QVariantMap map = v.toMap();
         for (auto it = map.cbegin(); it != map.cend(); ++it)

@@ -24,7 +24,7 @@ const QString kPath = QStringLiteral("path");
 const QString kPropertite = QStringLiteral("propertite");
 const QString kCreateDate = QStringLiteral("createDate");
 const QString kModifyDate = QStringLiteral("modifyDate");
-const QString kTimeSetting = QStringLiteral("TimeSetting");
+const QString kTimeSettingKey = QStringLiteral("TimeSetting");
 const QString kExtras = QStringLiteral("extras");
 
 // Keys of the record dictionary that are not group or field keys.
@@ -273,7 +273,7 @@ QVariantMap presetToDictionary(const ActualPreset& preset) {
             dict.insert(kModifyDate, record->modifyDate.variant());
     }
     if (preset.timeSetting)
-        dict.insert(kTimeSetting, encodeOriginalFinalDate(*preset.timeSetting));
+        dict.insert(kTimeSettingKey, encodeOriginalFinalDate(*preset.timeSetting));
     if (preset.extras)
         dict.insert(kExtras, presetExtrasToDictionary(*preset.extras));
     return dict;
@@ -297,7 +297,7 @@ ActualPreset presetFromDictionary(const QVariantMap& dict, StoredRulesCache* rul
         preset.properties = makeEmptyRecord(std::nullopt);
     }
 
-    const QVariant rules = dict.value(kTimeSetting);
+    const QVariant rules = dict.value(kTimeSettingKey);
     std::optional<OriginalFinalDate> decoded;
     if (rules.typeId() == QMetaType::QByteArray) {
         const QByteArray json = rules.toByteArray();

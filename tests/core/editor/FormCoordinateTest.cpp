@@ -14,10 +14,10 @@
 namespace tagmoor {
 namespace {
 
-constexpr Field kLatitude = Field::GPSLatitude;
+constexpr Field kLatitudeField = Field::GPSLatitude;
 constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
-constexpr Field kLongitude = Field::GPSLongitude;
-constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
+constexpr Field kLongitudeField = Field::GPSLongitude;
+constexpr Field kLongitudeRefField = Field::GPSLongitudeRef;
 
 CGImageProperties withLatitude(PropertyValue degrees, const char* ref) {
     CGImageProperties r = withKeyGroups(makeEmptyRecord(QUrl::fromLocalFile("/p/a.jpg")));
@@ -78,10 +78,10 @@ TEST(FormCoordinates, ChosenReferenceDecidesTheWrittenSign) {
 
         EXPECT_TRUE(form.chooseReferenceRow(kLatitudeRef, 1));
         EXPECT_TRUE(form.isEdited(kLatitudeRef));
-        EXPECT_TRUE(form.isEdited(kLatitude));
+        EXPECT_TRUE(form.isEdited(kLatitudeField));
         EXPECT_NEAR(latitudeOf(form.readForm()), 34.6037, 1e-5);
         EXPECT_NEAR(form.selectedLatitude().value_or(0), 34.6037, 1e-5);
-        EXPECT_FALSE(form.isEdited(kLongitudeRef));
+        EXPECT_FALSE(form.isEdited(kLongitudeRefField));
     }
 }
 

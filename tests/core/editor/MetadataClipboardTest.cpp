@@ -12,7 +12,7 @@
 namespace tagmoor {
 namespace {
 
-CGImageProperties photo(const QString& name) {
+CGImageProperties clipPhoto(const QString& name) {
     return withKeyGroups(makeEmptyRecord(QUrl::fromLocalFile("/p/" + name)));
 }
 
@@ -25,7 +25,7 @@ struct Session {
 
 TEST(MetadataClipboard, PastesTheTickedValuesAsEditsOfTheMarkedPhotos) {
     const QDateTime taken(QDate(2019, 7, 14), QTime(9, 30, 0));
-    CGImageProperties source = photo("source.jpg");
+    CGImageProperties source = clipPhoto("source.jpg");
     source.tiffProperties->artist = PropertyValue("Ann");
     source.exifProperties->isoSpeedRating = PropertyValue(qint64(200));
     source.exifProperties->flash = PropertyValue(qint64(1));
@@ -45,9 +45,9 @@ TEST(MetadataClipboard, PastesTheTickedValuesAsEditsOfTheMarkedPhotos) {
     EXPECT_FALSE(clip.entries().front().label.isEmpty());
 
     Session s;
-    CGImageProperties other = photo("b.jpg");
+    CGImageProperties other = clipPhoto("b.jpg");
     other.tiffProperties->artist = PropertyValue("Bob");
-    s.set.appendImages({other, photo("c.jpg")});
+    s.set.appendImages({other, clipPhoto("c.jpg")});
     s.form.updateMetadataInfo(0, true, {0, 1});
     clip.paste(s.form, [](Field f) {
         return f == Field::Artist || f == Field::Flash || f == Field::DateTimeOriginal ||

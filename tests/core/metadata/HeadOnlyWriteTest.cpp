@@ -19,7 +19,7 @@
 namespace tagmoor::test {
 namespace {
 
-QByteArray segment(unsigned char marker, const QByteArray& body) {
+QByteArray headSegment(unsigned char marker, const QByteArray& body) {
     QByteArray s;
     s.append(char(0xff)).append(char(marker));
     const int size = int(body.size()) + 2;
@@ -101,16 +101,16 @@ TEST(HeadOnlyWrite, GivesTheBytesOfTheWholeFileWrite) {
     const QByteArray big(60000, 'x');
     QByteArray longHead; // past the first read, and past a second one
     for (int i = 0; i < 6; ++i)
-        longHead += segment(0xe2, "ICC_PROFILE" + big);
+        longHead += headSegment(0xe2, "ICC_PROFILE" + big);
     expectSameBothWays(withSegments(jpeg, longHead), QStringLiteral("a head of 360 KB"),
                        tmp.path());
-    expectSameBothWays(withSegments(jpeg, segment(0xe4, "a") + QByteArray(5, char(0xff)) +
-                                              QByteArray(3, '\0') + segment(0xfe, "note")),
+    expectSameBothWays(withSegments(jpeg, headSegment(0xe4, "a") + QByteArray(5, char(0xff)) +
+                                              QByteArray(3, '\0') + headSegment(0xfe, "note")),
                        QStringLiteral("fill and padding between segments"), tmp.path());
     const qsizetype scan = jpeg.indexOf("\xff\xda");
     expectSameBothWays(jpeg.left(scan + 2), QStringLiteral("ends at the start of scan"),
                        tmp.path());
-    expectSameBothWays(jpeg.left(2) + segment(0xe4, "a") + "\xff\xd9" + jpeg.mid(2),
+    expectSameBothWays(jpeg.left(2) + headSegment(0xe4, "a") + "\xff\xd9" + jpeg.mid(2),
                        QStringLiteral("an end of image before the scan"), tmp.path());
     expectSameBothWays(jpeg.left(2) + "\xff\xe4\x00\x01" + jpeg.mid(2),
                        QStringLiteral("a segment shorter than its length field"), tmp.path());
@@ -118,7 +118,7 @@ TEST(HeadOnlyWrite, GivesTheBytesOfTheWholeFileWrite) {
 }
 
 TEST(HeadOnlyWrite, ScanStartWalksTheMarkersAndAsksForMore) {
-    const QByteArray file = QByteArray("\xff\xd8", 2) + segment(0xe1, QByteArray(60000, 'e')) +
+    const QByteArray file = QByteArray("\xff\xd8", 2) + headSegment(0xe1, QByteArray(60000, 'e')) +
                             "\xff\xff\xff\xda" + QByteArray(1000, 'p');
     QByteArray held = file.left(10);
     int asks = 0;

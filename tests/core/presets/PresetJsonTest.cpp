@@ -7,7 +7,7 @@
 namespace tagmoor {
 namespace {
 
-QDateTime at(int y, int mo, int d, int h, int mi, int s, int ms = 0) {
+QDateTime dateAt(int y, int mo, int d, int h, int mi, int s, int ms = 0) {
     return QDateTime(QDate(y, mo, d), QTime(h, mi, s, ms), Qt::UTC);
 }
 
@@ -31,12 +31,12 @@ ActualPreset presetOfEveryKind() {
     r.rawProperties.emplace(); // a group present with nothing in it
     r.pixelWidth = 4000.0;
     r.xmpDataProperties->serialNumber = QStringLiteral("SN-1");
-    r.xmpDataProperties->createDate = at(2020, 1, 2, 3, 4, 5);
-    r.createDate = at(2019, 7, 8, 9, 10, 11, 999);
+    r.xmpDataProperties->createDate = dateAt(2020, 1, 2, 3, 4, 5);
+    r.createDate = dateAt(2019, 7, 8, 9, 10, 11, 999);
     r.modifyDate = QStringLiteral("not a date, still kept");
 
     OriginalFinalDate rules;
-    rules.dateTimeOriginal = at(2021, 5, 6, 10, 22, 33);
+    rules.dateTimeOriginal = dateAt(2021, 5, 6, 10, 22, 33);
     rules.configurationTimeOriginal = SelectDate{rules.dateTimeOriginal};
     rules.dateTimeOriginalAlive = true;
     rules.configurationModifyDateXMP = IDOT{-23, 59, -59, true, false, true};

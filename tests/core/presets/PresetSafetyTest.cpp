@@ -26,7 +26,7 @@ namespace {
 
 using test::ScratchConfig;
 
-QStringList namesOf(const QList<ActualPreset>& presets) {
+QStringList namesIn(const QList<ActualPreset>& presets) {
     QStringList names;
     for (const ActualPreset& p : presets)
         names << p.name.value_or(QStringLiteral("<none>"));
@@ -48,7 +48,7 @@ ActualPreset fromPhoto(const QString& name, const QString& path) {
     return p;
 }
 
-QByteArray streamOf(const QVariantList& list) {
+QByteArray streamFor(const QVariantList& list) {
     QByteArray block;
     QDataStream out(&block, QIODevice::WriteOnly);
     out.setVersion(QDataStream::Qt_6_4);
@@ -60,8 +60,8 @@ void makeFifo(const QString& path) {
     ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0) << path.toStdString();
 }
 
-struct StoreOnFile {
-    explicit StoreOnFile(const QString& file) : settings(file), store(settings) {
+struct SafetyStore {
+    explicit SafetyStore(const QString& file) : settings(file), store(settings) {
         store.setSaveDelay(0);
     }
     Settings settings;
@@ -86,12 +86,12 @@ TEST(PresetSafety, LoadingOpensNoFileAndPhotosAreReadAfterwardsWithoutWaiting) {
         encodePresetArchive({fromPhoto("Pipe", fifo), fromPhoto("Zero", "/dev/zero"),
                              fromPhoto("Secret", "/etc/shadow"), fromPhoto("Photo", photo)})));
 
-    StoreOnFile s(cfg.settingsFile());
+    SafetyStore s(cfg.settingsFile());
     test::finishWithin(10, "loading presets whose photo is a pipe", [&] {
         EXPECT_TRUE(s.store.load().isClean());
         s.store.waitForPhotos();
     });
-    EXPECT_EQ(namesOf(s.store.presets()), QStringList({"Pipe", "Zero", "Secret", "Photo"}));
+    EXPECT_EQ(namesIn(s.store.presets()), QStringList({"Pipe", "Zero", "Secret", "Photo"}));
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(s.store.preset(i).properties->xmpDataProperties->lens,
                   PropertyValue("StoredLens"))
@@ -124,13 +124,13 @@ TEST(PresetSafety, WhatIsNoPresetIsLeftOutWithItsReasonAndTheOthersAreKept) {
     QVariantMap halfName = presetToDictionary(named("x"));
     halfName["name"] = QString(QChar(0xd800)) + "lone";
     ASSERT_TRUE(PresetFile::write(
-        path, streamOf({a, QStringLiteral("not a preset"), b, again, qint64(7), halfName})));
+        path, streamFor({a, QStringLiteral("not a preset"), b, again, qint64(7), halfName})));
     const QByteArray before = test::readBytes(path);
 
-    StoreOnFile s(cfg.settingsFile());
+    SafetyStore s(cfg.settingsFile());
     const PresetStore::LoadReport report = s.store.load();
     EXPECT_FALSE(report.damaged);
-    EXPECT_EQ(namesOf(s.store.presets()), QStringList({"Alpha", "Beta"}));
+    EXPECT_EQ(namesIn(s.store.presets()), QStringList({"Alpha", "Beta"}));
     ASSERT_EQ(report.refused.size(), 4);
     QList<qsizetype> positions;
     for (const RefusedPreset& r : report.refused) {
@@ -146,14 +146,14 @@ TEST(PresetSafety, WhatIsNoPresetIsLeftOutWithItsReasonAndTheOthersAreKept) {
     EXPECT_TRUE(report.keptAs.startsWith(path + ".damaged-")) << report.keptAs.toStdString();
     EXPECT_EQ(test::readBytes(report.keptAs), before);
 
-    StoreOnFile next(cfg.settingsFile());
+    SafetyStore next(cfg.settingsFile());
     EXPECT_TRUE(next.store.load().isClean());
-    EXPECT_EQ(namesOf(next.store.presets()), QStringList({"Alpha", "Beta"}));
+    EXPECT_EQ(namesIn(next.store.presets()), QStringList({"Alpha", "Beta"}));
     next.store.addPreset("Gamma");
     next.store.waitForSaves();
-    StoreOnFile last(cfg.settingsFile());
+    SafetyStore last(cfg.settingsFile());
     last.store.load();
-    EXPECT_EQ(namesOf(last.store.presets()), QStringList({"Alpha", "Beta", "Gamma"}));
+    EXPECT_EQ(namesIn(last.store.presets()), QStringList({"Alpha", "Beta", "Gamma"}));
     EXPECT_EQ(test::readBytes(report.keptAs), before) << "the kept copy stays";
 }
 
@@ -195,7 +195,7 @@ TEST(PresetMerge, NeitherProgramDropsWhatTheOtherSaved) {
         {"I removed all, they added", {}, {a, b, c, x}, {x}},
     };
     for (const Row& row : rows) {
-        EXPECT_EQ(namesOf(mergePresetLists(base, row.mine, row.theirs)), namesOf(row.expected))
+        EXPECT_EQ(namesIn(mergePresetLists(base, row.mine, row.theirs)), namesIn(row.expected))
             << row.what;
         EXPECT_EQ(mergePresetLists(base, row.mine, row.theirs), row.expected) << row.what;
     }
