@@ -4,6 +4,7 @@
 #include "dates/DateRuleStore.h"
 #include "dates/OriginalDate.h"
 #include "extras/ExtraEdits.h"
+#include "geo/PlacedPosition.h"
 
 namespace tagmoor {
 
@@ -21,6 +22,18 @@ struct EditorState {
     // The edits of the Keywords & More tab: keywords added and removed, rating, label, the
     // IPTC texts and the people shown.
     ExtraEdits extras;
+    // The positions the geotag panel put on photos, by path: each photo's own GPS edits.
+    PlacedPositions placedPositions;
+    // The zone of the run's dates as typed ("Europe/Lisbon", "+05:45"; empty: none), and the
+    // date panel's "Shift to the local time of the place", which moves each photo's dates from
+    // that zone (the camera's; empty: the system's) to the zone of the photo's position.
+    QString datesZone;
+    bool shiftToLocalTime = false;
+
+    // Whether the per-photo values above write anything.
+    bool writesPhotoValues() const {
+        return !placedPositions.isEmpty() || shiftToLocalTime || !datesZone.trimmed().isEmpty();
+    }
 
     DateRuleStore& editorDates() { return dateStores.editorDates; }
     const DateRuleStore& editorDates() const { return dateStores.editorDates; }

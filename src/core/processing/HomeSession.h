@@ -3,6 +3,7 @@
 #include "batch/BatchController.h"
 #include "editor/MetadataClipboard.h"
 #include "editor/MetadataForm.h"
+#include "geo/PlacedPosition.h"
 #include "geo/SharedLocation.h"
 #include "processing/RunSummary.h"
 #include "processing/StartProcessChain.h"
@@ -75,6 +76,10 @@ public:
     void locationPickerOpening();
     // The picker closed: the form's GPS fields take the shared position as edits.
     void takePickedLocation();
+
+    // The geotag panel's Apply: the photos take these places as their own GPS edits (shown in
+    // the editor for the photo on display, reviewed and written like any edit).
+    void placePhotos(const PlacedPositions& positions);
 
     // Copy Metadata: the values of the photo on display go to the clipboard, replacing what it
     // held; false (and the clipboard as it was) when no photo is on display.

@@ -10,6 +10,7 @@
 #include "presets/PresetCheck.h"
 #include "processing/FolderAccess.h"
 #include "processing/ProcessingOptions.h"
+#include "processing/ReviewValues.h"
 #include "processing/SidecarSettings.h"
 #include "rename/RenameNumbering.h"
 #include "workingset/WorkingSet.h"
@@ -211,7 +212,8 @@ void StartProcessChain::clickedStartProcess() {
     switch (options.mode()) {
     case ProcessingMode::keepUnedited:
         confirmation = m_objects.editorState.fieldEditedFlags.hasEdits() ||
-                               m_objects.editorState.extras.writesTags()
+                               m_objects.editorState.extras.writesTags() ||
+                               m_objects.editorState.writesPhotoValues()
                            ? editConfirmation()
                            : noChangesQuestion();
         break;
@@ -366,6 +368,7 @@ void StartProcessChain::finalProcess() {
     m_values.carryShifts = m_objects.editorState.carryShifts;
     m_values.extras = m_objects.editorState.extras;
     m_values.sidecar = sidecarOptionsFrom(m_objects.settings);
+    addEditorPhotoValues(m_values, m_objects.editorState);
     PhotoTemplates::addTo(m_values,
                           PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()));
     later(100, &StartProcessChain::executeFinalProcess);
