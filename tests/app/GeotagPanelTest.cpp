@@ -140,6 +140,9 @@ void GeotagPanelTest::trackPlacesMovesAndWritesThePhotos() {
     QVERIFY(std::fabs(dragged.longitude - map->positionAt(to).x()) < 1e-9);
     QVERIFY(std::fabs(placing.positionOf(a)->longitude + 9.1) < 1e-9);
 
+    // TAGMOOR_SHOT=FILE keeps a picture of the sheet as it stands (for the documentation).
+    if (const QString shot = qEnvironmentVariable("TAGMOOR_SHOT"); !shot.isEmpty())
+        panel->grab().save(shot);
     const PlacedPositions placed = placing.placed();
     QTest::mouseClick(named<QPushButton>(panel, QStringLiteral("btnApplyGeotag")), Qt::LeftButton);
     QTRY_VERIFY(!named<GeotagPanel>(&t.window(), QStringLiteral("GeotagPanel")));
