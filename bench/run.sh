@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs one benchmark or all of them. Each builds what it needs in Release (build-release/)
 # and generates its corpus once under bench/corpus-*.
-#   bench/run.sh [load|read|write|batch|scan|grid|editor|window_batch|window_list|paste|presets|library|location|rules|all] [COUNT]
+#   bench/run.sh [load|read|write|batch|scan|grid|editor|window_batch|window_list|paste|presets|library|location|geotag|start|rules|all] [COUNT]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 what=${1:-all}
@@ -11,7 +11,7 @@ run() {
   bash "bench/$1.sh" ${count:+"$count"}
 }
 case "$what" in
-  load | read | write | batch | scan | grid | editor | window_batch | window_list | paste | presets | library | location) run "$what" ;;
+  load | read | write | batch | scan | grid | editor | window_batch | window_list | paste | presets | library | location | geotag | start) run "$what" ;;
   rules) bash bench/rules_bench.sh ;;
   all)
     for b in load read write batch scan; do run "$b"; done
@@ -24,6 +24,8 @@ case "$what" in
     bash bench/presets.sh
     bash bench/library.sh
     bash bench/location.sh
+    bash bench/geotag.sh
+    bash bench/start.sh
     ;;
-  *) echo "usage: bench/run.sh [load|read|write|batch|scan|grid|editor|window_batch|window_list|paste|presets|library|location|rules|all] [COUNT]" >&2; exit 2 ;;
+  *) echo "usage: bench/run.sh [load|read|write|batch|scan|grid|editor|window_batch|window_list|paste|presets|library|location|geotag|start|rules|all] [COUNT]" >&2; exit 2 ;;
 esac

@@ -627,6 +627,25 @@
     </message>
 </context>
 <context>
+    <name>LocalTime</name>
+    <message>
+        <source>no GPS position</source>
+        <translation>keine GPS-Position</translation>
+    </message>
+    <message>
+        <source>no time zone found for %1, %2</source>
+        <translation>keine Zeitzone für %1, %2 gefunden</translation>
+    </message>
+    <message>
+        <source>%1 (no capture date to shift)</source>
+        <translation>%1 (kein Aufnahmedatum zum Verschieben)</translation>
+    </message>
+    <message>
+        <source>%1 (%2), dates move by %3 from %4 (%5)</source>
+        <translation>%1 (%2), Daten verschieben sich um %3 gegenüber %4 (%5)</translation>
+    </message>
+</context>
+<context>
     <name>MetadataClipboard</name>
     <message>
         <source>Alt text</source>
@@ -1444,6 +1463,26 @@
         <source>Shifts count like a calendar: an hour past midnight is the next day, a day past the month&apos;s end the next month. Off, each part wraps within its own range. Applies to every date field.</source>
         <translation>Verschiebungen zählen wie ein Kalender: eine Stunde nach Mitternacht ist der nächste Tag, ein Tag nach Monatsende der nächste Monat. Ausgeschaltet bleibt jeder Teil in seinem eigenen Bereich und beginnt von vorn. Gilt für jedes Datumsfeld.</translation>
     </message>
+    <message>
+        <source>Time zone:</source>
+        <translation>Zeitzone:</translation>
+    </message>
+    <message>
+        <source>none (Europe/Lisbon, +05:45)</source>
+        <translation>keine (Europe/Lisbon, +05:45)</translation>
+    </message>
+    <message>
+        <source>The dates are written with this zone&apos;s offset on each date, in OffsetTime and the XMP dates. With the shift, the zone the camera&apos;s clock was set to (empty: this computer&apos;s).</source>
+        <translation>Die Daten werden mit dem Versatz dieser Zone am jeweiligen Tag geschrieben, in OffsetTime und in den XMP-Daten. Mit der Verschiebung: die Zone, auf die die Kamerauhr gestellt war (leer: die dieses Computers).</translation>
+    </message>
+    <message>
+        <source>Shift to the local time of the place</source>
+        <translation>Auf die Ortszeit des Aufnahmeorts verschieben</translation>
+    </message>
+    <message>
+        <source>Each photo with a GPS position gets the zone of its place, and its dates move there from the camera&apos;s zone.</source>
+        <translation>Jedes Foto mit GPS-Position erhält die Zeitzone seines Orts, und seine Daten werden aus der Zone der Kamera dorthin verschoben.</translation>
+    </message>
 </context>
 <context>
     <name>tagmoor::DesktopActions</name>
@@ -1742,6 +1781,73 @@
     <message>
         <source>The place names are not installed</source>
         <translation>Die Ortsnamen sind nicht installiert</translation>
+    </message>
+</context>
+<context>
+    <name>tagmoor::GeotagPanel</name>
+    <message>
+        <source>Geotag from Track</source>
+        <translation>Aus GPS-Track verorten</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>Anwenden</translation>
+    </message>
+    <message>
+        <source>Left out:</source>
+        <translation>Ausgelassen:</translation>
+    </message>
+    <message>
+        <source>Add the photos to place first.</source>
+        <translation>Fügen Sie zuerst die Fotos hinzu, die verortet werden sollen.</translation>
+    </message>
+    <message>
+        <source>Load GPX Files...</source>
+        <translation>GPX-Dateien laden...</translation>
+    </message>
+    <message>
+        <source>Added to the camera&apos;s clock to give the track&apos;s, as [+|-]H:M:S (a camera 2 minutes slow: +0:02:00)</source>
+        <translation>Wird zur Kamerauhr addiert, um die Zeit des Tracks zu erhalten, als [+|-]H:M:S (eine Kamera, die 2 Minuten nachgeht: +0:02:00)</translation>
+    </message>
+    <message>
+        <source>Clock offset:</source>
+        <translation>Uhrabweichung:</translation>
+    </message>
+    <message>
+        <source>The zone the camera&apos;s clock was set to: Europe/Lisbon, UTC, +02:00</source>
+        <translation>Die Zeitzone, auf die die Kamerauhr gestellt war: Europe/Lisbon, UTC, +02:00</translation>
+    </message>
+    <message>
+        <source>Camera zone:</source>
+        <translation>Kamerazone:</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source>The longest stretch between two fixes that is bridged</source>
+        <translation>Die längste Zeitspanne zwischen zwei Messpunkten, die überbrückt wird</translation>
+    </message>
+    <message>
+        <source>Largest gap:</source>
+        <translation>Größte Lücke:</translation>
+    </message>
+    <message>
+        <source>Load</source>
+        <translation>Laden</translation>
+    </message>
+    <message>
+        <source>Choose the GPX files of the track.</source>
+        <translation>Wählen Sie die GPX-Dateien des Tracks.</translation>
+    </message>
+    <message>
+        <source>Some of the track could not be read</source>
+        <translation>Ein Teil des Tracks konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>%1 of %2 photos placed</source>
+        <translation>%1 von %2 Fotos verortet</translation>
     </message>
 </context>
 <context>
@@ -2103,10 +2209,6 @@
         <translation>Über Tagmoor</translation>
     </message>
     <message>
-        <source>&lt;h3&gt;Tagmoor %1&lt;/h3&gt;&lt;p&gt;Edit the metadata of many photos at once.&lt;/p&gt;&lt;p&gt;World outline: Natural Earth (public domain). Place and region names: GeoNames (CC BY 4.0). Map tiles: © OpenStreetMap contributors.&lt;/p&gt;</source>
-        <translation>&lt;h3&gt;Tagmoor %1&lt;/h3&gt;&lt;p&gt;Bearbeitet die Metadaten vieler Fotos auf einmal.&lt;/p&gt;&lt;p&gt;Weltumriss: Natural Earth (gemeinfrei). Orts- und Regionsnamen: GeoNames (CC BY 4.0). Kartenkacheln: © OpenStreetMap-Mitwirkende.&lt;/p&gt;</translation>
-    </message>
-    <message>
         <source>&amp;Photos</source>
         <translation>F&amp;otos</translation>
     </message>
@@ -2165,6 +2267,14 @@ Frühere Stapel, die neuesten zuerst:
     <message>
         <source>&amp;Edit</source>
         <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Geotag from Track...</source>
+        <translation>Aus &amp;GPS-Track verorten...</translation>
+    </message>
+    <message>
+        <source>&lt;h3&gt;Tagmoor %1&lt;/h3&gt;&lt;p&gt;Edit the metadata of many photos at once.&lt;/p&gt;&lt;p&gt;World outline: Natural Earth (public domain). Place and region names: GeoNames (CC BY 4.0). Time zones: @photostructure/tz-lookup (CC0). Map tiles: © OpenStreetMap contributors.&lt;/p&gt;</source>
+        <translation>&lt;h3&gt;Tagmoor %1&lt;/h3&gt;&lt;p&gt;Bearbeitet die Metadaten vieler Fotos auf einmal.&lt;/p&gt;&lt;p&gt;Weltumriss: Natural Earth (gemeinfrei). Orts- und Regionsnamen: GeoNames (CC BY 4.0). Zeitzonen: @photostructure/tz-lookup (CC0). Kartenkacheln: © OpenStreetMap-Mitwirkende.&lt;/p&gt;</translation>
     </message>
 </context>
 <context>

@@ -11,6 +11,7 @@
 #include "batch/ChangePlan.h"
 #include "batch/PhotoPipeline.h"
 #include "exchange/GeotagValues.h"
+#include "exchange/LocalTimeValues.h"
 #include "exchange/PhotoTemplates.h"
 #include "foundation/StopControl.h"
 #include "model/FormFieldTable.h"
@@ -305,6 +306,34 @@ bool addGeotag(ApplyOptions& options, const PathPhotoSource& photos, const QStri
     return true;
 }
 
+// Moves each photo's dates to the local time of its place. A photo without a position or a zone
+// keeps its dates and is named on stderr with the reason; the dry run names each zone found and
+// the shift.
+void addLocalTime(ApplyOptions& options, const PathPhotoSource& photos, const QString& prefix,
+                  QTextStream& out, QTextStream& err, int* leftOut) {
+    auto local = std::make_shared<LocalTimeValues>(options.cameraZoneId);
+    for (int i = 0; i < photos.count(); ++i) {
+        const CGImageProperties& record = photos.record(i);
+        // The place is looked up under what the run's earlier values give the photo (a
+        // position from a track).
+        RunValues values = options.values;
+        values.photoValues.clear();
+        for (const auto& earlier : options.values.photoValues)
+            earlier->adjust(record, values);
+        const LocalTimeValues::Place place = local->placeOf(record, values);
+        if (!place.zone) {
+            ++*leftOut;
+            err << prefix << photos.pathOf(i) << ": dates left as they are: " << place.reason()
+                << '\n';
+        } else if (options.dryRun) {
+            out << "local time: " << photos.pathOf(i) << ": "
+                << place.shiftText(options.cameraZoneId) << '\n';
+        }
+    }
+    err.flush();
+    options.values.photoValues.push_back(std::move(local));
+}
+
 } // namespace
 
 int runApply(const QStringList& args) {
@@ -336,6 +365,8 @@ int runParsedApply(ApplyOptions options, const QString& command, bool templatesP
     if (!options.geotagTracks.isEmpty() &&
         !addGeotag(options, gathered.photos, prefix, out, err, &geotagLeftOut))
         return 2;
+    if (options.localTimeFromGps)
+        addLocalTime(options, gathered.photos, prefix, out, err, &geotagLeftOut);
     if (values.processingMode == ProcessingMode::keepUnedited &&
         !values.fieldEditedFlags.hasEdits() && values.photoValues.empty() &&
         !values.extras.writesTags())
@@ -358,7 +389,8 @@ int runParsedApply(ApplyOptions options, const QString& command, bool templatesP
         return 2;
     }
     const int status = runBatch(options, pipeline, gathered, prefix, out, err);
-    // A photo the tracks gave no place did not get what was asked.
+    // A photo the tracks gave no place, or whose place gave no zone, did not get what was
+    // asked.
     return status == 0 && geotagLeftOut > 0 ? 1 : status;
 }
 

@@ -7,6 +7,7 @@
 #include "SidecarArguments.h"
 #include "WritingOptions.h"
 #include "batch/FormSnapshot.h"
+#include "dates/ZoneClock.h"
 #include "editor/FieldValueCheck.h"
 #include "foundation/WorkerThreads.h"
 #include "model/FormFieldTable.h"
@@ -128,6 +129,16 @@ QString doneHelp() {
         "                       (default 300)\n"
         "  --camera-zone ZONE   the zone the camera's clock was set to: Europe/Lisbon, UTC,\n"
         "                       +02:00 (default: this computer's zone)\n"
+        "  --zone ZONE          the zone of the photos' dates (a name such as Asia/Kathmandu,\n"
+        "                       or an offset such as +05:45): the dates are written with\n"
+        "                       their offset on that date (summer time included), in\n"
+        "                       OffsetTime, OffsetTimeOriginal, OffsetTimeDigitized and in\n"
+        "                       the XMP dates\n"
+        "  --local-time-from-gps   move each photo's dates from the camera's zone\n"
+        "                       (--camera-zone) to the zone of the place in its GPS tags\n"
+        "                       (or its --geotag position), found offline, and write them\n"
+        "                       with that zone's offset. A photo without a position keeps\n"
+        "                       its dates and is named on stderr.\n"
         "\n");
 }
 
@@ -195,8 +206,9 @@ struct ParseState {
     bool inPlace = false;
     std::optional<QString> strip;
     std::optional<QString> preset;
-    // An option that only --geotag takes (its offset, gap or camera zone).
+    // An option that only --geotag takes (its offset or gap).
     bool geotagOptionGiven = false;
+    bool cameraZoneGiven = false;
 };
 
 bool takesValue(const QString& arg) {
@@ -205,7 +217,19 @@ bool takesValue(const QString& arg) {
            arg == QLatin1String("--rename") || arg == QLatin1String("--out") ||
            arg == QLatin1String("--preset") || arg == QLatin1String("--threads") ||
            isExtraOption(arg) || isSidecarOption(arg) ||
-           arg.startsWith(QLatin1String("--geotag")) || arg == QLatin1String("--camera-zone");
+           arg.startsWith(QLatin1String("--geotag")) || arg == QLatin1String("--camera-zone") ||
+           arg == QLatin1String("--zone");
+}
+
+// --zone ZONE: the run's dates are written in that zone.
+bool applyZone(RunValues& values, const QString& v, QString* error) {
+    const auto zone = ZoneClock::zoneIdOf(v);
+    if (!zone)
+        return failed(error, QStringLiteral("--zone: no time zone named '%1' (a name such as "
+                                            "Asia/Kathmandu, UTC, or an offset such as +05:45)")
+                                 .arg(v));
+    values.extras.datesZone = DatesZone{*zone, {}};
+    return true;
 }
 
 // --geotag TRACK, --geotag-offset, --geotag-max-gap, --camera-zone.
@@ -232,12 +256,14 @@ bool applyGeotagOption(ApplyOptions& o, const QString& arg, const QString& v, QS
     }
     if (arg == QLatin1String("--camera-zone")) {
         const auto zone = parseZone(v);
-        if (!zone)
+        const auto zoneId = ZoneClock::zoneIdOf(v);
+        if (!zone || !zoneId)
             return failed(error, QStringLiteral("--camera-zone: no time zone named '%1' (a name "
                                                 "such as Europe/Lisbon, UTC, or an offset "
                                                 "such as +02:00)")
                                      .arg(v));
         o.geotag.cameraZone = *zone;
+        o.cameraZoneId = *zoneId;
         return true;
     }
     return failed(error, QStringLiteral("unknown option '%1'").arg(arg));
@@ -321,8 +347,11 @@ bool applyValueOption(ParseState& s, const QString& arg, const QString& v, QStri
         return applyExtraOption(values.extras, arg, v, error);
     if (isSidecarOption(arg))
         return takeSidecarOption(arg, v, values, error);
+    if (arg == QLatin1String("--zone"))
+        return applyZone(values, v, error);
     if (arg.startsWith(QLatin1String("--geotag")) || arg == QLatin1String("--camera-zone")) {
-        s.geotagOptionGiven = s.geotagOptionGiven || arg != QLatin1String("--geotag");
+        s.geotagOptionGiven = s.geotagOptionGiven || arg.startsWith(QLatin1String("--geotag-"));
+        s.cameraZoneGiven = s.cameraZoneGiven || arg == QLatin1String("--camera-zone");
         return applyGeotagOption(s.o, arg, v, error);
     }
     // --threads
@@ -345,6 +374,8 @@ bool applyFlag(ParseState& s, const QString& arg) {
         s.o.dryRun = true;
     else if (arg == QLatin1String("--json"))
         s.o.json = true;
+    else if (arg == QLatin1String("--local-time-from-gps"))
+        s.o.localTimeFromGps = true;
     else if (arg == QLatin1String("--quiet") || arg == QLatin1String("-q"))
         s.o.quiet = true;
     else
@@ -417,10 +448,17 @@ bool checkOptions(ParseState& s, QString* error) {
         return failed(error, QStringLiteral("--mode remove writes no field: leave out the "
                                             "keyword, rating, label and text options"));
     if (s.geotagOptionGiven && s.o.geotagTracks.isEmpty())
-        return failed(error, QStringLiteral("--geotag-offset, --geotag-max-gap and "
-                                            "--camera-zone go with --geotag TRACK.gpx"));
-    if (removing && !s.o.geotagTracks.isEmpty())
-        return failed(error, QStringLiteral("--mode remove writes no field: leave out --geotag"));
+        return failed(error, QStringLiteral("--geotag-offset and --geotag-max-gap go with "
+                                            "--geotag TRACK.gpx"));
+    if (s.cameraZoneGiven && s.o.geotagTracks.isEmpty() && !s.o.localTimeFromGps)
+        return failed(error, QStringLiteral("--camera-zone goes with --geotag TRACK.gpx or "
+                                            "--local-time-from-gps"));
+    if (s.o.localTimeFromGps && values.extras.datesZone)
+        return failed(error, QStringLiteral("--zone and --local-time-from-gps exclude each "
+                                            "other: the place gives each photo its zone"));
+    if (removing && (!s.o.geotagTracks.isEmpty() || s.o.localTimeFromGps))
+        return failed(error, QStringLiteral("--mode remove writes no field: leave out --geotag "
+                                            "and --local-time-from-gps"));
     if (s.o.inputs.isEmpty())
         return failed(error, QStringLiteral("no photos or folders given"));
     return true;
@@ -433,6 +471,7 @@ std::optional<ApplyOptions> ApplyOptions::parse(const QStringList& args, QString
     s.o.threads = workerThreadCount();
     s.o.values.editedProperties = FormSnapshot::empty();
     s.o.values.sidecar = SidecarOptions::frontEndDefault();
+    s.o.cameraZoneId = ZoneClock::systemZoneId();
     if (!takeArguments(s, args, error))
         return std::nullopt;
     if (s.o.help)

@@ -25,6 +25,11 @@ struct ApplyOptions {
     // camera's zone and clock offset and the largest gap between fixes that is bridged.
     QStringList geotagTracks;
     GeotagOptions geotag;
+    // Each photo's dates move from the camera's zone to that of the place it was taken
+    // (--local-time-from-gps); the camera's zone as an ICU ID (--camera-zone, else the
+    // system's).
+    bool localTimeFromGps = false;
+    QString cameraZoneId;
 
     // Parses the arguments after "apply"; on a bad argument gives nothing and sets `error`
     // to a message for the user.

@@ -1,5 +1,6 @@
 #include "app/editor/DateConfigurationPanel.h"
 
+#include "dates/ZoneClock.h"
 #include "editor/MetadataForm.h"
 #include "foundation/ValueForm.h"
 #include "model/FormFieldTable.h"
@@ -124,6 +125,35 @@ void DateConfigurationPanel::build() {
                "txtFieldChangeSecondIDOT", "stepperChangeSecondIDOT",
                "btnKeepOriginalChangeSecondIDOT");
     addCarryChoice(grid, 18);
+    addZoneChoice(grid, 19);
+}
+
+// The zone of the run's dates and the shift to each place's local time: one choice for every
+// date field, kept with the edit state.
+void DateConfigurationPanel::addZoneChoice(QGridLayout* grid, int row) {
+    auto* label = new QLabel(tr("Time zone:"));
+    label->setObjectName(QStringLiteral("lblDatesZone"));
+    m_zone = new QLineEdit(m_form.datesZone());
+    m_zone->setObjectName(QStringLiteral("txtFieldDatesZone"));
+    m_zone->setPlaceholderText(tr("none (Europe/Lisbon, +05:45)"));
+    m_zone->setToolTip(tr("The dates are written with this zone's offset on each date, in "
+                          "OffsetTime and the XMP dates. With the shift, the zone the camera's "
+                          "clock was set to (empty: this computer's)."));
+    connect(m_zone, &QLineEdit::textChanged, this, [this](const QString& text) {
+        m_form.setDatesZone(text);
+        const bool refused = !text.trimmed().isEmpty() && !ZoneClock::zoneIdOf(text);
+        m_zone->setStyleSheet(refused ? QStringLiteral("color: #c0392b;") : QString());
+    });
+    m_localTime = new QCheckBox(tr("Shift to the local time of the place"));
+    m_localTime->setObjectName(QStringLiteral("btnShiftToLocalTime"));
+    m_localTime->setToolTip(tr("Each photo with a GPS position gets the zone of its place, "
+                               "and its dates move there from the camera's zone."));
+    m_localTime->setChecked(m_form.shiftsToLocalTime());
+    connect(m_localTime, &QCheckBox::toggled, this,
+            [this](bool on) { m_form.setShiftToLocalTime(on); });
+    grid->addWidget(label, row, 0);
+    grid->addWidget(m_zone, row, 1, 1, 2);
+    grid->addWidget(m_localTime, row + 1, 0, 1, 5);
 }
 
 // One choice for the shifts of all date fields, kept with the edit state.

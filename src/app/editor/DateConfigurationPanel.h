@@ -44,6 +44,8 @@ public:
     QDateTimeEdit* selectDatePicker() const { return m_selectPicker; }
     QTimeEdit* timePicker() const { return m_timePicker; }
     QCheckBox* carryBox() const { return m_carry; }
+    QLineEdit* zoneField() const { return m_zone; }
+    QCheckBox* localTimeBox() const { return m_localTime; }
 
 signals:
     // The rule was stored; the panel is about to go.
@@ -55,6 +57,7 @@ protected:
 private:
     void build();
     void addCarryChoice(QGridLayout* grid, int row);
+    void addZoneChoice(QGridLayout* grid, int row);
     void addModeButton(QGridLayout* grid, int row, DateMode mode, const QString& text,
                        const char* name);
     void addPartRow(QGridLayout* grid, int row, DatePart part, const QString& label,
@@ -78,6 +81,8 @@ private:
     QDateTimeEdit* m_selectPicker = nullptr;
     QTimeEdit* m_timePicker = nullptr;
     QCheckBox* m_carry = nullptr;
+    QLineEdit* m_zone = nullptr;
+    QCheckBox* m_localTime = nullptr;
 };
 
 } // namespace tagmoor

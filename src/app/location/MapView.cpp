@@ -280,7 +280,20 @@ QPointF MapView::topLeftWorld() const {
 QPointF MapView::pinPoint() const {
     if (!m_pin)
         return {};
-    QPointF world = MapProjection::toWorld(m_pin->latitude, m_pin->longitude, m_zoom);
+    return pointOf(m_pin->latitude, m_pin->longitude);
+}
+
+QPointF MapView::positionAt(QPointF point) const {
+    return MapProjection::toLatLon(topLeftWorld() + point, m_zoom);
+}
+
+void MapView::setOverlay(MapOverlay* overlay) {
+    m_overlay = overlay;
+    update();
+}
+
+QPointF MapView::pointOf(double latitude, double longitude) const {
+    QPointF world = MapProjection::toWorld(latitude, longitude, m_zoom);
     // The copy of the world nearest to the view's centre.
     const double size = kTile * std::ldexp(1.0, m_zoom);
     while (world.x() - m_centre.x() > size / 2)
@@ -372,6 +385,8 @@ void MapView::paintEvent(QPaintEvent*) {
         QTimer::singleShot(0, this, qOverload<>(&QWidget::update));
 
     painter.setRenderHint(QPainter::Antialiasing);
+    if (m_overlay)
+        m_overlay->paint(painter, *this);
     if (m_pin)
         paintPin(painter, pinPoint());
     if (m_pin && !m_callout->isHidden()) {
@@ -481,6 +496,8 @@ void MapView::mousePressEvent(QMouseEvent* event) {
     if (m_pin && QLineF(head, event->position()).length() <= kPinHeadRadius) {
         m_drag = Drag::Pin;
         m_grabOffset = pinPoint() - event->position();
+    } else if (m_overlay && m_overlay->press(event->position(), *this)) {
+        m_drag = Drag::Overlay;
     } else {
         m_drag = Drag::Map;
     }
@@ -496,6 +513,9 @@ void MapView::mouseMoveEvent(QMouseEvent* event) {
         m_moved = true;
     if (m_drag == Drag::Map) {
         panBy(delta);
+    } else if (m_drag == Drag::Overlay) {
+        m_overlay->drag(event->position(), *this);
+        update();
     } else if (m_moved) {
         hideCallout();
         // The pin's point follows the mouse; the map stays where it is.
@@ -513,7 +533,10 @@ void MapView::mouseReleaseEvent(QMouseEvent* event) {
     const Drag drag = m_drag;
     m_drag = Drag::None;
     setCursor(Qt::OpenHandCursor);
-    if (drag == Drag::Pin && m_pin) {
+    if (drag == Drag::Overlay && m_overlay) {
+        m_overlay->release(event->position(), *this);
+        update();
+    } else if (drag == Drag::Pin && m_pin) {
         if (m_moved)
             emit annotationDragEnded(m_pin->latitude, m_pin->longitude);
         else if (m_callout->isHidden())

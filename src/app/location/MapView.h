@@ -31,6 +31,20 @@ struct PinAnnotation {
     QString subtitle;
 };
 
+class MapView;
+
+// What a map draws over its tiles beside its pin (a track, the photos placed on it), and the
+// drags that start on it.
+class MapOverlay {
+public:
+    virtual ~MapOverlay() = default;
+    virtual void paint(QPainter& painter, const MapView& map) = 0;
+    // A press at `point`: true when the overlay takes the drag that follows.
+    virtual bool press(QPointF point, const MapView& map) = 0;
+    virtual void drag(QPointF point, const MapView& map) = 0;
+    virtual void release(QPointF point, const MapView& map) = 0;
+};
+
 // A map of our own: the world outline of Natural Earth, drawn from the installed data in
 // 256-pixel tiles of the web map grid so that it works offline, with web map tiles drawn over
 // it when their server answers. Pan by dragging, zoom by the wheel or the buttons, one pin
@@ -86,6 +100,14 @@ public:
     // closes it.
     void showCallout();
     void hideCallout();
+
+    // Where a position is on the widget (the copy of the world nearest the view's centre), and
+    // the position (x longitude, y latitude) of a point of the widget.
+    QPointF pointOf(double latitude, double longitude) const;
+    QPointF positionAt(QPointF point) const;
+    // Draws `overlay` over the tiles and hands it the drags that start on it; nullptr for none.
+    // The overlay must outlive the map or be taken off first.
+    void setOverlay(MapOverlay* overlay);
 
     // Tiles drawn from the network in the last paint; the note of the last paint, if any.
     int networkTilesDrawn() const { return m_networkTilesDrawn; }
@@ -143,7 +165,8 @@ private:
     QToolButton* m_zoomIn;
     QToolButton* m_zoomOut;
     PinCallout* m_callout;
-    enum class Drag { None, Map, Pin } m_drag = Drag::None;
+    MapOverlay* m_overlay = nullptr;
+    enum class Drag { None, Map, Pin, Overlay } m_drag = Drag::None;
     QPointF m_dragStart;
     QPointF m_lastMouse;
     QPointF m_grabOffset;

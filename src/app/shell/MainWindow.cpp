@@ -1,5 +1,6 @@
 #include "app/shell/MainWindow.h"
 
+#include "app/location/GeotagPanel.h"
 #include "app/shell/AppDelegate.h"
 #include "app/shell/RootView.h"
 #include "app/workingset/HomeMenuActions.h"
@@ -35,6 +36,12 @@ MainWindow::MainWindow(AppDelegate& app, QWidget* parent)
     QAction* addPhotos = file->addAction(tr("&Add Photos..."));
     addPhotos->setShortcut(QKeySequence::Open);
     connect(addPhotos, &QAction::triggered, m_root, &RootView::addFiles);
+    QAction* geotag = file->addAction(tr("&Geotag from Track..."));
+    geotag->setObjectName(QStringLiteral("menuItemGeotagFromTrack"));
+    connect(geotag, &QAction::triggered, this, [this] {
+        GeotagPanel::openFor(m_app.workingSet(), m_app.homeSession(), m_app.prompt(),
+                             m_app.settings(), this);
+    });
     const HomeMenuActions& home = m_root->home()->menuActions();
     file->addSeparator();
     file->addActions(home.fileActions());
@@ -169,8 +176,8 @@ void MainWindow::tappedAbout() {
     QMessageBox::about(this, tr("About Tagmoor"),
                        tr("<h3>Tagmoor %1</h3><p>Edit the metadata of many photos at once.</p>"
                           "<p>World outline: Natural Earth (public domain). Place and region "
-                          "names: GeoNames (CC BY 4.0). Map tiles: © OpenStreetMap "
-                          "contributors.</p>")
+                          "names: GeoNames (CC BY 4.0). Time zones: @photostructure/tz-lookup "
+                          "(CC0). Map tiles: © OpenStreetMap contributors.</p>")
                            .arg(AppDelegate::version()));
 }
 

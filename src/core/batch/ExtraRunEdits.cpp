@@ -1,11 +1,14 @@
 #include "batch/ExtraRunEdits.h"
 
+#include "batch/DatesInZone.h"
 #include "model/FormFieldTable.h"
 
 namespace tagmoor {
 
 ExtraWrite extraWriteOf(const RunValues& values, const FieldEdits& edits) {
     ExtraWrite write{values.extras, {}};
+    if (values.extras.datesZone)
+        write.edits.dateOffsets = exifDateOffsets(*values.extras.datesZone, edits);
     if (!values.extras.syncsCopies())
         return write;
     std::vector<EditedCopy> edited;

@@ -2,6 +2,7 @@
 
 #include "batch/BatchLog.h"
 #include "batch/BatchSummary.h"
+#include "batch/DatesInZone.h"
 #include "batch/ExtraRunEdits.h"
 #include "batch/FileCopier.h"
 #include "dates/DateTexts.h"
@@ -376,6 +377,8 @@ FieldEdits PhotoPipeline::editsOf(const RunValues& values, FieldEdits edits,
             break;
         }
     }
+    if (values.extras.datesZone)
+        putDatesInZone(*values.extras.datesZone, record, path, edits);
     return edits;
 }
 

@@ -5,6 +5,7 @@
 #include "dates/DateRuleStore.h"
 #include "dates/OriginalDate.h"
 #include "extras/ExtraEdits.h"
+#include "geo/PlacedPosition.h"
 
 #include <memory>
 #include <vector>
@@ -28,6 +29,19 @@ struct EditorState {
     // Values that differ from photo to photo, laid over the form's in order (the rows of
     // imported metadata tables).
     std::vector<std::shared_ptr<const PhotoValues>> photoValues;
+    // The positions the geotag panel put on photos, by path: each photo's own GPS edits.
+    PlacedPositions placedPositions;
+    // The zone of the run's dates as typed ("Europe/Lisbon", "+05:45"; empty: none), and the
+    // date panel's "Shift to the local time of the place", which moves each photo's dates from
+    // that zone (the camera's; empty: the system's) to the zone of the photo's position.
+    QString datesZone;
+    bool shiftToLocalTime = false;
+
+    // Whether the per-photo values above write anything.
+    bool writesPhotoValues() const {
+        return !photoValues.empty() || !placedPositions.isEmpty() || shiftToLocalTime ||
+               !datesZone.trimmed().isEmpty();
+    }
 
     DateRuleStore& editorDates() { return dateStores.editorDates; }
     const DateRuleStore& editorDates() const { return dateStores.editorDates; }

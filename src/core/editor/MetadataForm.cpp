@@ -25,6 +25,28 @@ namespace tagmoor {
 
 namespace {
 
+// The photo as a run will leave its position: a place put on it by the geotag panel stands in
+// its GPS fields (degrees without sign, and their references).
+CGImageProperties withPlacedPosition(const CGImageProperties& record,
+                                     const PlacedPositions& placed) {
+    const auto place = record.url ? placed.constFind(record.path()) : placed.cend();
+    if (place == placed.cend())
+        return record;
+    CGImageProperties shown = record;
+    if (!shown.gpsProperties)
+        shown.gpsProperties.emplace();
+    GPSProperties& gps = *shown.gpsProperties;
+    gps.latitude = PropertyValue(std::fabs(place->latitude));
+    gps.latitudeRef = PropertyValue(QString::fromLatin1(place->latitude < 0 ? "S" : "N"));
+    gps.longitude = PropertyValue(std::fabs(place->longitude));
+    gps.longitudeRef = PropertyValue(QString::fromLatin1(place->longitude < 0 ? "W" : "E"));
+    if (place->elevation) {
+        gps.altitude = PropertyValue(std::fabs(*place->elevation));
+        gps.altitudeRef = PropertyValue(quint8(*place->elevation < 0 ? 1 : 0));
+    }
+    return shown;
+}
+
 // The reference popup that signs a coordinate field.
 Field referenceOf(Field coordinate) {
     return coordinate == Field::GPSLatitude ? Field::GPSLatitudeRef : Field::GPSLongitudeRef;
@@ -138,7 +160,8 @@ void MetadataForm::updateMetadataInfo(int index, bool isMultipleSelected,
         MergedSelection merged = mergeSelection(records);
         showSelection(index, std::move(merged.record), merged.placeholders);
     } else {
-        showSelection(index, images[index], PerField<Placeholder>{});
+        showSelection(index, withPlacedPosition(images[index], m_state.placedPositions),
+                      PerField<Placeholder>{});
     }
 }
 
@@ -602,6 +625,22 @@ bool MetadataForm::carriesShifts() const {
 
 void MetadataForm::setCarriesShifts(bool carry) {
     m_state.carryShifts = carry;
+}
+
+QString MetadataForm::datesZone() const {
+    return m_state.datesZone;
+}
+
+void MetadataForm::setDatesZone(const QString& zone) {
+    m_state.datesZone = zone;
+}
+
+bool MetadataForm::shiftsToLocalTime() const {
+    return m_state.shiftToLocalTime;
+}
+
+void MetadataForm::setShiftToLocalTime(bool shift) {
+    m_state.shiftToLocalTime = shift;
 }
 
 } // namespace tagmoor

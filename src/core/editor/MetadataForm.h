@@ -133,6 +133,12 @@ public:
     // for every date field of the run).
     bool carriesShifts() const;
     void setCarriesShifts(bool carry);
+    // The zone of the run's dates as typed, and whether each photo's dates move to the local
+    // time of its place (one choice for the run, kept with the edit state).
+    QString datesZone() const;
+    void setDatesZone(const QString& zone);
+    bool shiftsToLocalTime() const;
+    void setShiftToLocalTime(bool shift);
 
 signals:
     // Every control is to be shown anew (texts, rows, placeholders, marks).

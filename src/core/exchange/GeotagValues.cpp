@@ -42,8 +42,11 @@ GeotagMatch GeotagValues::match(const CGImageProperties& record) const {
 
 void GeotagValues::adjust(const CGImageProperties& record, RunValues& values) const {
     const GeotagMatch place = match(record);
-    if (!place.matched())
-        return;
+    if (place.matched())
+        placeInto(values, {place.latitude, place.longitude, place.elevation, place.utc});
+}
+
+void GeotagValues::placeInto(RunValues& values, const PlacedPosition& place) {
     CsvImport::applyCell(values, Field::GPSLatitude, number(std::fabs(place.latitude)));
     CsvImport::applyCell(values, Field::GPSLatitudeRef,
                          place.latitude < 0 ? QStringLiteral("S") : QStringLiteral("N"));
@@ -57,7 +60,16 @@ void GeotagValues::adjust(const CGImageProperties& record, RunValues& values) co
                              *place.elevation < 0 ? QStringLiteral("1") : QStringLiteral("0"));
     }
     FormSnapshot::signCoordinates(values.editedProperties);
-    values.extras.gpsTime = place.utc;
+    if (place.utc.isValid())
+        values.extras.gpsTime = place.utc;
+}
+
+void PlacedPhotoValues::adjust(const CGImageProperties& record, RunValues& values) const {
+    if (!record.url)
+        return;
+    const auto place = m_positions.constFind(record.path());
+    if (place != m_positions.cend())
+        GeotagValues::placeInto(values, *place);
 }
 
 } // namespace tagmoor

@@ -2,6 +2,7 @@
 
 #include "batch/PhotoValues.h"
 #include "geo/GpxTrack.h"
+#include "geo/PlacedPosition.h"
 #include "geo/TrackMatch.h"
 
 #include <QDateTime>
@@ -28,9 +29,24 @@ public:
 
     void adjust(const CGImageProperties& record, RunValues& values) const override;
 
+    // Makes `place` the GPS edits of `values`: latitude, longitude, altitude where known, and
+    // the moment of the place when it has one.
+    static void placeInto(RunValues& values, const PlacedPosition& place);
+
 private:
     GpxTracks m_tracks;
     GeotagOptions m_options;
+};
+
+// Positions put on photos by hand or from a track in the window, as a run's per-photo values.
+class PlacedPhotoValues : public PhotoValues {
+public:
+    explicit PlacedPhotoValues(PlacedPositions positions) : m_positions(std::move(positions)) {}
+
+    void adjust(const CGImageProperties& record, RunValues& values) const override;
+
+private:
+    PlacedPositions m_positions;
 };
 
 } // namespace tagmoor

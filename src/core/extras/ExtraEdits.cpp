@@ -11,7 +11,7 @@ namespace tagmoor {
 
 bool ExtraEdits::writesTags() const {
     return !addKeywords.isEmpty() || !removeKeywords.isEmpty() || rating || label || persons ||
-           gpsTime ||
+           gpsTime || datesZone || dateOffsets.any() ||
            std::any_of(texts.begin(), texts.end(), [](const auto& t) { return t.has_value(); });
 }
 

@@ -74,6 +74,28 @@ template <typename T> using PerExtraText = std::array<T, kExtraTextCount>;
 inline constexpr int kRejectedRating = -1;
 inline constexpr int kHighestRating = 5;
 
+// The zone of the dates a run writes. Their offsets, from the zone's rules on each date, go
+// into OffsetTime, OffsetTimeOriginal and OffsetTimeDigitized and onto the XMP dates. With
+// `movedFrom`, the photo's clock was set to that zone and its dates move to `zone` first (the
+// local time of the place where it was taken).
+struct DatesZone {
+    // ICU zone IDs: "Europe/Lisbon", "GMT+05:45".
+    QString zone;
+    QString movedFrom;
+
+    bool operator==(const DatesZone&) const = default;
+};
+
+// The offsets written beside the Exif dates, "+HH:MM"; unset leaves the tag alone.
+struct ExifDateOffsets {
+    std::optional<QString> modify;    // OffsetTime, of DateTime
+    std::optional<QString> original;  // OffsetTimeOriginal
+    std::optional<QString> digitized; // OffsetTimeDigitized
+
+    bool any() const { return modify || original || digitized; }
+    bool operator==(const ExifDateOffsets&) const = default;
+};
+
 // What a run does beyond the form's fields. Every member left unset leaves its tags alone.
 struct ExtraEdits {
     // Keywords to add to and remove from each photo, its other keywords kept. A "|" makes a
@@ -95,6 +117,9 @@ struct ExtraEdits {
     // The moment a position was taken, in UTC: GPSDateStamp and GPSTimeStamp (a photo placed
     // on a GPS track gets the moment of its place).
     std::optional<QDateTime> gpsTime;
+    // The zone of the dates the run writes; the offsets are worked out per photo from it.
+    std::optional<DatesZone> datesZone;
+    ExifDateOffsets dateOffsets;
 
     bool syncsCopies() const;
     // Whether anything beyond the form's fields is to be written.

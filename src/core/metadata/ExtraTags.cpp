@@ -298,6 +298,18 @@ void writeGpsTime(Exiv2::ExifData& exif, const QDateTime& moment) {
     exif["Exif.GPSInfo.GPSTimeStamp"] = time;
 }
 
+// The zone offsets of the Exif dates (Exif 2.31), each beside its date.
+void writeDateOffsets(Exiv2::ExifData& exif, const ExifDateOffsets& offsets) {
+    const std::pair<const char*, const std::optional<QString>*> tags[] = {
+        {"Exif.Photo.OffsetTime", &offsets.modify},
+        {"Exif.Photo.OffsetTimeOriginal", &offsets.original},
+        {"Exif.Photo.OffsetTimeDigitized", &offsets.digitized}};
+    for (const auto& [key, offset] : tags) {
+        if (*offset)
+            exif[key] = bytesOf(**offset);
+    }
+}
+
 } // namespace
 
 void applyExtraWrite(Exiv2::Image& image, const ExtraWrite& write, bool declareIptcCharset) {
@@ -333,6 +345,7 @@ void applyExtraWrite(Exiv2::Image& image, const ExtraWrite& write, bool declareI
     }
     if (edits.gpsTime)
         writeGpsTime(image.exifData(), *edits.gpsTime);
+    writeDateOffsets(image.exifData(), edits.dateOffsets);
     // The packet as read no longer holds what the XMP block does.
     if (touched.xmp)
         image.writeXmpFromPacket(false);

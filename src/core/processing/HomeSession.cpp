@@ -149,7 +149,20 @@ void HomeSession::letGoOfTheEdits() {
     m_objects.renameSettings = Rename{};
     m_objects.processingOptions.reset();
     m_location.reset();
-    m_objects.editorState.photoValues.clear();
+    EditorState& state = m_objects.editorState;
+    state.photoValues.clear();
+    state.placedPositions.clear();
+    state.datesZone.clear();
+    state.shiftToLocalTime = false;
+}
+
+void HomeSession::placePhotos(const PlacedPositions& positions) {
+    for (auto it = positions.cbegin(); it != positions.cend(); ++it)
+        m_objects.editorState.placedPositions.insert(it.key(), it.value());
+    // The photo on display shows its new place.
+    const QList<int> marked = m_objects.workingSet.markedIndices();
+    m_form.updateMetadataInfo(m_objects.editorState.currentImageIndex, marked.size() > 1, marked);
+    emit summaryChanged();
 }
 
 void HomeSession::finishRun() {

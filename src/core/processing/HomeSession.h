@@ -4,6 +4,7 @@
 #include "editor/MetadataClipboard.h"
 #include "editor/MetadataForm.h"
 #include "exchange/ListExchange.h"
+#include "geo/PlacedPosition.h"
 #include "geo/SharedLocation.h"
 #include "processing/RunSummary.h"
 #include "processing/StartProcessChain.h"
@@ -76,6 +77,10 @@ public:
     void locationPickerOpening();
     // The picker closed: the form's GPS fields take the shared position as edits.
     void takePickedLocation();
+
+    // The geotag panel's Apply: the photos take these places as their own GPS edits (shown in
+    // the editor for the photo on display, reviewed and written like any edit).
+    void placePhotos(const PlacedPositions& positions);
 
     // Copy Metadata: the values of the photo on display (with its rating, label, IPTC texts
     // and people shown, read from its file) go to the clipboard, replacing what it held; false

@@ -18,4 +18,8 @@ RunValues reviewRunValues(const ProcessingOptions& options, const Settings& sett
                           const Rename& renameSettings, MetadataForm& form,
                           const EditorState& editorState);
 
+// Lays the editor's per-photo values over a run: the positions placed from tracks, the zone of
+// the dates, and the move of each photo's dates to the local time of its place.
+void addEditorPhotoValues(RunValues& values, const EditorState& editorState);
+
 } // namespace tagmoor

@@ -10,6 +10,7 @@
 #include "presets/PresetCheck.h"
 #include "processing/FolderAccess.h"
 #include "processing/ProcessingOptions.h"
+#include "processing/ReviewValues.h"
 #include "processing/SidecarSettings.h"
 #include "rename/RenameNumbering.h"
 #include "workingset/WorkingSet.h"
@@ -212,7 +213,7 @@ void StartProcessChain::clickedStartProcess() {
     case ProcessingMode::keepUnedited:
         confirmation = m_objects.editorState.fieldEditedFlags.hasEdits() ||
                                m_objects.editorState.extras.writesTags() ||
-                               !m_objects.editorState.photoValues.empty()
+                               m_objects.editorState.writesPhotoValues()
                            ? editConfirmation()
                            : noChangesQuestion();
         break;
@@ -368,6 +369,7 @@ void StartProcessChain::finalProcess() {
     m_values.extras = m_objects.editorState.extras;
     m_values.photoValues = m_objects.editorState.photoValues;
     m_values.sidecar = sidecarOptionsFrom(m_objects.settings);
+    addEditorPhotoValues(m_values, m_objects.editorState);
     // An imported table's cells may hold placeholders too.
     PhotoTemplates::addTo(m_values,
                           PhotoTemplates::markedPhotos(m_objects.workingSet.workingImages()),
