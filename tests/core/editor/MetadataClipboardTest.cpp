@@ -76,7 +76,7 @@ TEST(MetadataClipboard, PastesTheTickedValuesAsEditsOfTheMarkedPhotos) {
 // The photo's rating, label, IPTC texts and people come after its fields; the ticked ones
 // replace those of the edits beyond the form, the others stay as they were edited.
 TEST(MetadataClipboard, CarriesTheValuesBeyondTheForm) {
-    CGImageProperties source = photo("source.jpg");
+    CGImageProperties source = clipPhoto("source.jpg");
     source.tiffProperties->artist = PropertyValue("Ann");
     ExtraValues extras;
     extras.rating = kRejectedRating;
@@ -96,7 +96,7 @@ TEST(MetadataClipboard, CarriesTheValuesBeyondTheForm) {
     EXPECT_EQ(clip.entries()[3].value, "A red tram");
 
     Session s;
-    s.set.appendImages({photo("b.jpg")});
+    s.set.appendImages({clipPhoto("b.jpg")});
     s.form.updateMetadataInfo(0, false, {0});
     ExtraEdits edits;
     edits.label = QStringLiteral("Red");
