@@ -6,11 +6,13 @@
 #include "app/editor/MetadataViewController.h"
 #include "app/shell/AppDelegate.h"
 #include "app/shell/MainWindow.h"
+#include "app/workingset/HomeScreen.h"
 #include "foundation/ScriptedPrompt.h"
 #include "foundation/Settings.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
 #include "processing/HomeSession.h"
+#include "workingset/ScanController.h"
 #include "workingset/WorkingSet.h"
 
 #include <QDir>
@@ -115,6 +117,14 @@ struct TestApp {
     }
     bool scanIdle() { return !set().isScanning(); }
 };
+
+// Drops `paths` on the window and waits until the scan has listed them all; the home screen.
+inline HomeScreen* loadPhotos(TestApp& t, const QStringList& paths) {
+    t.app->scans().addFromDrop(paths);
+    [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == paths.size(), 20000); }();
+    QCoreApplication::processEvents();
+    return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
+}
 
 // Every screen test class is linked into one runner (AppTestMain.cpp) that runs the class named
 // by its first argument, so that ctest still names each class. `prepare` runs before the

@@ -106,12 +106,7 @@ private slots:
     void previewOpensAgainCentredWhereItsMapStood();
 
 private:
-    HomeScreen* load(TestApp& t, const QStringList& paths) {
-        t.app->scans().addFromDrop(paths);
-        [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == paths.size(), 20000); }();
-        QCoreApplication::processEvents();
-        return named<HomeScreen>(&t.window(), QStringLiteral("Home"));
-    }
+    HomeScreen* load(TestApp& t, const QStringList& paths) { return loadPhotos(t, paths); }
 };
 
 void LocationTest::pickerTakesTypedCoordinatesAsTheyAre() {

@@ -85,10 +85,7 @@ private slots:
 
 private:
     HomeScreen* load(TestApp& t, const QStringList& paths) {
-        t.app->scans().addFromDrop(paths);
-        [&] { QTRY_VERIFY_WITH_TIMEOUT(t.scanIdle() && t.set().count() == paths.size(), 20000); }();
-        QCoreApplication::processEvents();
-        HomeScreen* home = named<HomeScreen>(&t.window(), QStringLiteral("Home"));
+        HomeScreen* home = loadPhotos(t, paths);
         home->window()->resize(1280, 800);
         home->window()->show();
         [&] { QVERIFY(QTest::qWaitForWindowExposed(home->window())); }();

@@ -335,32 +335,38 @@ CGImageProperties MetadataForm::readForm() const {
     return record;
 }
 
-// Both stop at the first marked photo that differs, without listing the marked photos first:
-// a paste onto many thousand photos asks them for each field it edits.
-bool MetadataForm::selectionHoldsText(Field field, const QString& text) const {
-    const auto& images = m_set.workingImages();
+namespace {
+
+// Whether every marked photo still in the list passes `holds` (`whenNone` when none is). It
+// stops at the first that fails, without listing the marked photos first: a paste onto many
+// thousand photos asks them for each field it edits.
+template <typename Images, typename Holds>
+bool everyMarked(const Images& images, const QList<int>& selection, bool whenNone, Holds holds) {
     bool any = false;
-    for (int i : m_selection) {
+    for (int i : selection) {
         if (i < 0 || i >= images.size())
             continue;
         any = true;
-        if (FieldDisplay::text(images[i], formField(field)) != text)
+        if (!holds(images[i]))
             return false;
     }
-    return any || text.isEmpty();
+    return any || whenNone;
+}
+
+} // namespace
+
+bool MetadataForm::selectionHoldsText(Field field, const QString& text) const {
+    return everyMarked(m_set.workingImages(), m_selection, text.isEmpty(),
+                       [&](const CGImageProperties& record) {
+                           return FieldDisplay::text(record, formField(field)) == text;
+                       });
 }
 
 bool MetadataForm::selectionHoldsRow(Field field, int row) const {
-    const auto& images = m_set.workingImages();
-    bool any = false;
-    for (int i : m_selection) {
-        if (i < 0 || i >= images.size())
-            continue;
-        any = true;
-        if (FieldDisplay::popupRow(images[i], formField(field)) != row)
-            return false;
-    }
-    return any || row == FormPopups::kBlankRow;
+    return everyMarked(m_set.workingImages(), m_selection, row == FormPopups::kBlankRow,
+                       [&](const CGImageProperties& record) {
+                           return FieldDisplay::popupRow(record, formField(field)) == row;
+                       });
 }
 
 void MetadataForm::setFlag(Field field, bool edited) {
