@@ -118,6 +118,16 @@ struct TestApp {
     bool scanIdle() { return !set().isScanning(); }
 };
 
+// Short names of the fields the screen tests type into most.
+inline constexpr Field kArtist = Field::Artist;
+inline constexpr Field kCopyright = Field::Copyright;
+inline constexpr Field kIso = Field::ISO;
+inline constexpr Field kFNumber = Field::FNumber;
+inline constexpr Field kLatitude = Field::GPSLatitude;
+inline constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
+inline constexpr Field kLongitude = Field::GPSLongitude;
+inline constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
+
 // Drops `paths` on the window and waits until the scan has listed them all; the home screen.
 inline HomeScreen* loadPhotos(TestApp& t, const QStringList& paths) {
     t.app->scans().addFromDrop(paths);

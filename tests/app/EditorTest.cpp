@@ -31,10 +31,6 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr Field kArtist = Field::Artist;
-constexpr Field kIso = Field::ISO;
-constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
-
 // Copies of one sample, each given an Artist (an empty text removes the tag and the creator's
 // XMP and IPTC copies, which the standard form would show in its place).
 QStringList photosWithArtists(const QString& dir, const QStringList& artists) {

@@ -27,13 +27,6 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr Field kArtist = Field::Artist;
-constexpr Field kCopyright = Field::Copyright;
-constexpr Field kLatitude = Field::GPSLatitude;
-constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
-constexpr Field kLongitude = Field::GPSLongitude;
-constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
-
 const ValueForm kForms[] = {ValueForm::standard, ValueForm::described};
 
 QLineEdit* lineOf(HomeScreen* home, Field position) {

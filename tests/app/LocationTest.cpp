@@ -40,11 +40,6 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr Field kLatitude = Field::GPSLatitude;
-constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
-constexpr Field kLongitude = Field::GPSLongitude;
-constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
-
 void retype(QLineEdit* field, const QString& text) {
     field->selectAll();
     QTest::keyClick(field, Qt::Key_Backspace);

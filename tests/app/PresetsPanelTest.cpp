@@ -26,9 +26,6 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr Field kArtist = Field::Artist;
-constexpr Field kFNumber = Field::FNumber;
-
 Field fieldNamed(const char* name) {
     return findFormField(QString::fromLatin1(name))->field;
 }

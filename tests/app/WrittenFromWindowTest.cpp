@@ -19,11 +19,6 @@ using namespace tagmoor::test;
 
 namespace {
 
-constexpr Field kLatitude = Field::GPSLatitude;
-constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
-constexpr Field kLongitude = Field::GPSLongitude;
-constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
-
 struct Place {
     const char* name;
     double latitude;

@@ -157,7 +157,7 @@ namespace {
 using namespace tagmoor;
 using namespace tagmoor::test;
 
-ToolResult cli(const QStringList& args) {
+ToolResult sidecarCli(const QStringList& args) {
     return runTool(QStringLiteral(TAGMOOR_CLI), args);
 }
 
@@ -181,7 +181,7 @@ TEST_F(SidecarCommand, ACopyUnderANewNameTakesItsSidecarAndASidecarInTheWayIsACo
     writeBytes(out() + "/b-new.xmp", "old");
     const QStringList args{"apply",          "--out", out(),         "--rename",
                            "add-after:-new", "--set", "Artist=Jane", in()};
-    const ToolResult first = cli(args);
+    const ToolResult first = sidecarCli(args);
     EXPECT_EQ(first.exitCode, 1) << first.err.toStdString();
     EXPECT_TRUE(QFileInfo::exists(out() + "/a-new.jpg"));
     EXPECT_EQ(readBytes(out() + "/a-new.jpg.xmp"), kAdobeSidecar);
@@ -189,7 +189,7 @@ TEST_F(SidecarCommand, ACopyUnderANewNameTakesItsSidecarAndASidecarInTheWayIsACo
     EXPECT_FALSE(QFileInfo::exists(out() + "/b-new.jpg"));
     EXPECT_EQ(readBytes(out() + "/b-new.xmp"), "old");
 
-    const ToolResult again = cli(QStringList(args) << "--overwrite");
+    const ToolResult again = sidecarCli(QStringList(args) << "--overwrite");
     EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
     EXPECT_EQ(tagOf(out() + "/b-new.jpg", "Exif.Image.Artist"), QStringLiteral("Jane"));
     EXPECT_EQ(sidecarText(out() + "/b-new.xmp", "Iptc.Application2.City"), QStringLiteral("Lyon"));
@@ -199,38 +199,40 @@ TEST_F(SidecarCommand, ACopyUnderANewNameTakesItsSidecarAndASidecarInTheWayIsACo
 
 TEST_F(SidecarCommand, StrippingXmpEmptiesRemovesOrKeepsTheSidecar) {
     const QStringList strip{"apply", "--in-place", "--mode", "remove", "--strip", "xmp"};
-    EXPECT_EQ(cli(QStringList(strip) << in() + "/a.jpg").exitCode, 0);
+    EXPECT_EQ(sidecarCli(QStringList(strip) << in() + "/a.jpg").exitCode, 0);
     ASSERT_TRUE(QFileInfo::exists(in() + "/a.jpg.xmp"));
     EXPECT_EQ(sidecarText(in() + "/a.jpg.xmp", "Iptc.Application2.City"), std::nullopt);
     EXPECT_FALSE(readBytes(in() + "/a.jpg.xmp").contains("Exposure2012"));
 
-    EXPECT_EQ(cli(QStringList(strip) << "--sidecar-strip"
-                                     << "keep" << in() + "/b.jpg")
+    EXPECT_EQ(sidecarCli(QStringList(strip) << "--sidecar-strip"
+                                            << "keep" << in() + "/b.jpg")
                   .exitCode,
               0);
     EXPECT_EQ(readBytes(in() + "/b.xmp"), kAdobeSidecar);
-    EXPECT_EQ(cli(QStringList(strip) << "--sidecar-strip"
-                                     << "remove" << in() + "/b.jpg")
+    EXPECT_EQ(sidecarCli(QStringList(strip) << "--sidecar-strip"
+                                            << "remove" << in() + "/b.jpg")
                   .exitCode,
               0);
     EXPECT_FALSE(QFileInfo::exists(in() + "/b.xmp"));
 }
 
 TEST_F(SidecarCommand, ReadNamesTheSidecarAndApplyNamesThePhotosWrittenToTheirSidecar) {
-    const ToolResult read = cli({"read", in() + "/b.jpg"});
+    const ToolResult read = sidecarCli({"read", in() + "/b.jpg"});
     const QJsonObject line = QJsonDocument::fromJson(read.out).object();
     EXPECT_EQ(line["sidecar"].toObject()["path"].toString(), in() + "/b.xmp");
     EXPECT_EQ(line["sidecar"].toObject()["keys"].toArray(), QJsonArray{"Iptc.Application2.City"});
     EXPECT_EQ(line["iptcProperties.city"].toObject()["value"].toString(), "Lyon");
 
     const QString heic = copySample(modernFixture("small.heic"), in());
-    const ToolResult json = cli({"apply", "--in-place", "--json", "--set", "Artist=Jane", heic});
+    const ToolResult json =
+        sidecarCli({"apply", "--in-place", "--json", "--set", "Artist=Jane", heic});
     EXPECT_EQ(json.exitCode, 0) << json.err.toStdString();
     const QJsonObject result = QJsonDocument::fromJson(json.out).object();
     EXPECT_EQ(result["notes"].toArray(),
               (QJsonArray{QJsonObject{{"path", heic}, {"note", "written to sidecar"}}}));
-    const ToolResult described = cli({"--form", "described", "apply", "--in-place", "--sidecar",
-                                      "always", "--formats", "all", "--set", "Artist=Joe", heic});
+    const ToolResult described =
+        sidecarCli({"--form", "described", "apply", "--in-place", "--sidecar", "always",
+                    "--formats", "all", "--set", "Artist=Joe", heic});
     EXPECT_EQ(described.exitCode, 0) << described.err.toStdString();
     EXPECT_TRUE(described.out.contains(heic.toUtf8() + ": written to sidecar"));
     EXPECT_EQ(sidecarText(heic + ".xmp", "Exif.Image.Artist"), QStringLiteral("Joe"));

@@ -13,7 +13,7 @@ using namespace tagmoor::test;
 
 namespace {
 
-ToolResult cli(const QStringList& args) {
+ToolResult conventionsCli(const QStringList& args) {
     return runTool(QStringLiteral(TAGMOOR_CLI), args);
 }
 
@@ -25,7 +25,7 @@ QJsonObject jsonOf(const QByteArray& out) {
 }
 
 TEST(CliConventions, VersionAndHelpForEveryCommand) {
-    const ToolResult version = cli({"--version"});
+    const ToolResult version = conventionsCli({"--version"});
     EXPECT_EQ(version.exitCode, 0);
     EXPECT_TRUE(QRegularExpression("^tagmoor-cli \\d+\\.\\d+\\.\\d+\\n$")
                     .match(QString::fromUtf8(version.out))
@@ -33,12 +33,12 @@ TEST(CliConventions, VersionAndHelpForEveryCommand) {
         << version.out.toStdString();
     for (const QStringList& args :
          {QStringList{"--help"}, QStringList{"read", "--help"}, QStringList{"apply", "--help"}}) {
-        const ToolResult help = cli(args);
+        const ToolResult help = conventionsCli(args);
         EXPECT_EQ(help.exitCode, 0) << args.join(' ').toStdString();
         EXPECT_TRUE(help.out.startsWith("usage: tagmoor-cli")) << args.join(' ').toStdString();
         EXPECT_TRUE(help.err.isEmpty());
     }
-    EXPECT_TRUE(cli({"apply", "--help"}).out.contains("--json"));
+    EXPECT_TRUE(conventionsCli({"apply", "--help"}).out.contains("--json"));
 }
 
 // A coded field takes only the codes of its table; the message names the field and the
@@ -54,17 +54,18 @@ TEST(CliConventions, CodedFieldsTakeOnlyTheirCodes) {
         {"GPSLatitudeRef=X", "GPSLatitudeRef does not take 'X'"},
     };
     for (const auto& [set, message] : refused) {
-        const ToolResult r = cli({"apply", "--set", set, "--out", out, photo});
+        const ToolResult r = conventionsCli({"apply", "--set", set, "--out", out, photo});
         EXPECT_EQ(r.exitCode, 2) << set.toStdString();
         EXPECT_TRUE(QString::fromUtf8(r.err).contains(message)) << r.err.toStdString();
     }
-    const ToolResult r = cli({"apply", "--set", "Orientation=99", "--out", out, photo});
+    const ToolResult r = conventionsCli({"apply", "--set", "Orientation=99", "--out", out, photo});
     EXPECT_TRUE(r.err.contains("1 (Orientation Normal)")) << r.err.toStdString();
     EXPECT_TRUE(r.err.contains("8 (Orientation Rotate 270)")) << r.err.toStdString();
     EXPECT_FALSE(QFileInfo::exists(out));
 
     for (const char* set : {"Orientation=6", "GPSLatitudeRef=S", "MeteringMode=5"}) {
-        const ToolResult ok = cli({"apply", "--dry-run", "--set", set, "--out", out, photo});
+        const ToolResult ok =
+            conventionsCli({"apply", "--dry-run", "--set", set, "--out", out, photo});
         EXPECT_EQ(ok.exitCode, 0) << set << ": " << ok.err.toStdString();
     }
 }
@@ -81,7 +82,7 @@ TEST(CliConventions, ApplyPrintsJsonForThePlanAndTheResult) {
     const QString out = tmp.path() + "/out";
     const QStringList args{"apply", "--json", "--set", "Artist=Jane", "--out", out, in};
 
-    const ToolResult plan = cli(QStringList(args) << "--dry-run");
+    const ToolResult plan = conventionsCli(QStringList(args) << "--dry-run");
     EXPECT_EQ(plan.exitCode, 0) << plan.err.toStdString();
     const QJsonObject p = jsonOf(plan.out);
     EXPECT_TRUE(p["dryRun"].toBool());
@@ -94,7 +95,7 @@ TEST(CliConventions, ApplyPrintsJsonForThePlanAndTheResult) {
     EXPECT_EQ(p["notPhotos"].toArray().at(0).toString(), in + "/broken.jpg");
     EXPECT_FALSE(QFileInfo::exists(out));
 
-    const ToolResult run = cli(args);
+    const ToolResult run = conventionsCli(args);
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
     const QJsonObject r = jsonOf(run.out);
     EXPECT_EQ(r["total"].toInt(), 2);
@@ -104,7 +105,7 @@ TEST(CliConventions, ApplyPrintsJsonForThePlanAndTheResult) {
     EXPECT_TRUE(r["problems"].toArray().isEmpty());
 
     // A second run finds both outputs in the way: each is a problem with its reason.
-    const ToolResult again = cli(args);
+    const ToolResult again = conventionsCli(args);
     EXPECT_EQ(again.exitCode, 1);
     const QJsonArray problems = jsonOf(again.out)["problems"].toArray();
     ASSERT_EQ(problems.size(), 2);
@@ -133,7 +134,7 @@ TEST(CliConventions, ProgressOnlyOnATerminalAndNotWhenQuiet) {
     EXPECT_EQ(quiet.exitCode, 0);
     EXPECT_FALSE(quiet.out.contains("1 / 1")) << quiet.out.toStdString();
     EXPECT_TRUE(quiet.out.contains("Batch Process Completed"));
-    const ToolResult piped = cli(base.split(' ').mid(1));
+    const ToolResult piped = conventionsCli(base.split(' ').mid(1));
     EXPECT_FALSE(piped.err.contains("1 / 1")) << piped.err.toStdString();
 }
 
@@ -148,7 +149,7 @@ TEST(CliConventions, DamagedFilesGiveOneLineEachUnlessVerbose) {
         copySample(malformedDir() + "/" + name, in);
     const QStringList args{"apply", "--set", "Artist=x", "--out", tmp.path() + "/out", in};
 
-    const ToolResult quiet = cli(args);
+    const ToolResult quiet = conventionsCli(args);
     EXPECT_EQ(quiet.exitCode, 1);
     const QList<QByteArray> lines = quiet.err.trimmed().split('\n');
     EXPECT_LE(lines.size(), damaged.size() + 1) << quiet.err.toStdString();
@@ -163,7 +164,7 @@ TEST(CliConventions, DamagedFilesGiveOneLineEachUnlessVerbose) {
         named.insert(path);
     }
 
-    const ToolResult verbose = cli(QStringList(args) << "--verbose");
+    const ToolResult verbose = conventionsCli(QStringList(args) << "--verbose");
     EXPECT_EQ(verbose.exitCode, 1);
     EXPECT_GT(verbose.err.count('\n'), 3 * lines.size()) << verbose.err.toStdString();
 }

@@ -13,7 +13,7 @@ namespace {
 
 using namespace tagmoor::test;
 
-ToolResult cli(const QStringList& args) {
+ToolResult readCli(const QStringList& args) {
     return runTool(QStringLiteral(TAGMOOR_CLI), QStringList{QStringLiteral("read")} + args);
 }
 
@@ -41,7 +41,7 @@ TEST(ReadCommand, PrintsOneObjectPerPathWithValuesAndKinds) {
     });
     writeBytes(dir.filePath("note.jpg"), "not a photo");
 
-    const ToolResult r = cli({photo, dir.filePath("note.jpg"), dir.filePath("none.jpg")});
+    const ToolResult r = readCli({photo, dir.filePath("note.jpg"), dir.filePath("none.jpg")});
     EXPECT_EQ(r.exitCode, 1);
     const QList<QJsonObject> objects = objectsOf(r.out);
     ASSERT_EQ(objects.size(), 3);
@@ -64,7 +64,7 @@ TEST(ReadCommand, PrintsOneObjectPerPathWithValuesAndKinds) {
     EXPECT_EQ(objects[1].keys(), (QStringList{"error", "path"}));
     EXPECT_EQ(objects[2]["error"].toString(), QStringLiteral("no such file"));
 
-    EXPECT_EQ(cli({photo}).exitCode, 0);
+    EXPECT_EQ(readCli({photo}).exitCode, 0);
 }
 
 // Texts are escaped the same way whether they are plain ASCII or not: quotes, backslashes and
@@ -77,7 +77,7 @@ TEST(ReadCommand, EscapesTextsInJson) {
         addExif(img.exifData(), "Exif.Image.Artist", Exiv2::asciiString, ascii);
         addExif(img.exifData(), "Exif.Image.ImageDescription", Exiv2::asciiString, utf8);
     });
-    const ToolResult r = cli({photo});
+    const ToolResult r = readCli({photo});
     EXPECT_EQ(r.exitCode, 0);
     EXPECT_TRUE(r.out.contains(R"("a\"b\\c\td\ne\rf\u0001g\u001fh/")")) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("\"\xc3\xb8\\\"b\\\\c\\td\\ne\\rf\\u0001g\\u001fh\xe2\x82\xac\""))
@@ -113,13 +113,13 @@ TEST(ReadCommand, DatesCarryTheOffsetOfTheLocalZone) {
 }
 
 TEST(ReadCommand, ArgumentsAndHelp) {
-    const ToolResult help = cli({QStringLiteral("--help")});
+    const ToolResult help = readCli({QStringLiteral("--help")});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_TRUE(help.out.startsWith("usage: tagmoor-cli read"));
-    EXPECT_EQ(cli({}).exitCode, 2);
-    EXPECT_EQ(cli({QStringLiteral("--bogus"), QStringLiteral("x.jpg")}).exitCode, 2);
+    EXPECT_EQ(readCli({}).exitCode, 2);
+    EXPECT_EQ(readCli({QStringLiteral("--bogus"), QStringLiteral("x.jpg")}).exitCode, 2);
     // After "--" a name that starts with a dash is a path.
-    const ToolResult dashed = cli({QStringLiteral("--"), QStringLiteral("-odd.jpg")});
+    const ToolResult dashed = readCli({QStringLiteral("--"), QStringLiteral("-odd.jpg")});
     EXPECT_EQ(dashed.exitCode, 1);
     EXPECT_EQ(objectsOf(dashed.out).value(0)["path"].toString(), QStringLiteral("-odd.jpg"));
 }
@@ -151,10 +151,10 @@ TEST(ReadCommand, ThreadsGiveTheSameOutputAsOneThread) {
         EXPECT_EQ(many.exitCode, one.exitCode);
         EXPECT_EQ(many.out, one.out) << "--threads " << threads.toStdString();
     }
-    EXPECT_EQ(
-        cli({QStringLiteral("--threads"), QStringLiteral("0"), QStringLiteral("x.jpg")}).exitCode,
-        2);
-    EXPECT_EQ(cli({QStringLiteral("x.jpg"), QStringLiteral("--threads")}).exitCode, 2);
+    EXPECT_EQ(readCli({QStringLiteral("--threads"), QStringLiteral("0"), QStringLiteral("x.jpg")})
+                  .exitCode,
+              2);
+    EXPECT_EQ(readCli({QStringLiteral("x.jpg"), QStringLiteral("--threads")}).exitCode, 2);
 }
 
 } // namespace

@@ -17,7 +17,7 @@ using namespace tagmoor::test;
 
 namespace {
 
-ToolResult cli(const QStringList& args) {
+ToolResult csvCli(const QStringList& args) {
     return runTool(QStringLiteral(TAGMOOR_CLI), args);
 }
 
@@ -99,7 +99,7 @@ protected:
 TEST_F(CsvCommand, ExportNamesAndFillsItsColumnsAsTheOtherToolDoes) {
     if (!haveTool("exiftool"))
         GTEST_SKIP() << "needs the exiftool command";
-    const ToolResult ours = cli(QStringList{"export", "--csv"} + sources);
+    const ToolResult ours = csvCli(QStringList{"export", "--csv"} + sources);
     ASSERT_EQ(ours.exitCode, 0) << ours.err.toStdString();
     QStringList args{"-csv", "-n"};
     for (const QString& tag : kTextTags + kNumberTags)
@@ -129,7 +129,7 @@ TEST_F(CsvCommand, ExportNamesAndFillsItsColumnsAsTheOtherToolDoes) {
     EXPECT_GT(compared, 20);
     // Columns no photo has a value for are left out, and --fields names its own.
     EXPECT_FALSE(a.header.contains("LensSerialNumber"));
-    const ToolResult two = cli({"export", "--csv", "--fields", "Keywords,Artist", sources[0]});
+    const ToolResult two = csvCli({"export", "--csv", "--fields", "Keywords,Artist", sources[0]});
     EXPECT_EQ(tableOf(two.out).header, (QStringList{"SourceFile", "Keywords", "Artist"}));
 }
 
@@ -147,7 +147,7 @@ TEST_F(CsvCommand, TablesTravelBothWaysBetweenTheTools) {
         args << "-" + tag;
     const QString theirs = tmp.path() + "/theirs.csv";
     writeBytes(theirs, retargeted(tableOf(runTool("exiftool", args + sources).out), targets()));
-    const ToolResult imported = cli({"import", "--csv", theirs, "--in-place"});
+    const ToolResult imported = csvCli({"import", "--csv", theirs, "--in-place"});
     EXPECT_EQ(imported.exitCode, 0) << imported.err.toStdString();
     for (const QString& name : kSources)
         expectSameValues(expected[name], readBack(targets() + "/" + name, tags), name);
@@ -157,7 +157,7 @@ TEST_F(CsvCommand, TablesTravelBothWaysBetweenTheTools) {
         copySample(formatsDir() + "/Reagan.jpg", targets(), name);
     const QString ours = tmp.path() + "/ours.csv";
     const ToolResult exported =
-        cli(QStringList{"export", "--csv", "--fields", tags.join(",")} + sources);
+        csvCli(QStringList{"export", "--csv", "--fields", tags.join(",")} + sources);
     writeBytes(ours, retargeted(tableOf(exported.out), targets()));
     const ToolResult written =
         runTool("exiftool", {"-csv=" + ours, "-n", "-sep", ", ", "-overwrite_original", targets()});
@@ -170,13 +170,13 @@ TEST_F(CsvCommand, TablesTravelBothWaysBetweenTheTools) {
 // failure, as in apply.
 TEST_F(CsvCommand, ExportLeavesOutWhatIsNoPhoto) {
     writeBytes(targets() + "/broken.jpg", "no photo");
-    const ToolResult folder = cli({"export", "--csv", "--fields", "Artist", targets()});
+    const ToolResult folder = csvCli({"export", "--csv", "--fields", "Artist", targets()});
     EXPECT_EQ(folder.exitCode, 0) << folder.err.toStdString();
     EXPECT_EQ(tableOf(folder.out).rows.size(), 3);
     EXPECT_TRUE(folder.err.contains("broken.jpg: not a photo"));
-    const ToolResult named = cli({"export", "--csv", targets() + "/broken.jpg"});
+    const ToolResult named = csvCli({"export", "--csv", targets() + "/broken.jpg"});
     EXPECT_EQ(named.exitCode, 1);
-    EXPECT_EQ(cli({"export", targets()}).exitCode, 2); // no format named
+    EXPECT_EQ(csvCli({"export", targets()}).exitCode, 2); // no format named
 }
 
 // The other tool's table without its option for plain numbers: positions in degrees, minutes
@@ -195,7 +195,7 @@ TEST_F(CsvCommand, ImportTakesTheOtherToolsPrintedPositions) {
         copySample(formatsDir() + "/Reagan.jpg", targets(), QFileInfo(photo).fileName());
     const QString table = tmp.path() + "/printed.csv";
     writeBytes(table, retargeted(tableOf(runTool("exiftool", args + photos).out), targets()));
-    const ToolResult r = cli({"import", "--csv", table, "--in-place"});
+    const ToolResult r = csvCli({"import", "--csv", table, "--in-place"});
     EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
     for (const QString& photo : photos) {
         const QString name = QFileInfo(photo).fileName();
