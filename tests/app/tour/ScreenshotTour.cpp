@@ -417,7 +417,12 @@ int main(int argc, char** argv) {
     // Paste Metadata... with the values of the photo on display, and what an import tells.
     HomeSession& session = t.app->homeSession();
     home->clickedSelectUnselectAll(false);
-    home->clickedCheckBox(0, true);
+    // A camera photo, so that the list shows what a copy holds.
+    int source = 0;
+    for (int i = 0; i < t.set().imagePaths().size(); ++i)
+        if (t.set().imagePaths()[i].endsWith(QStringLiteral("FurnaceCreekInn.jpg")))
+            source = i;
+    home->clickedCheckBox(source, true);
     session.copyMetadata();
     home->clickedSelectUnselectAll(true);
     shootModal(QStringLiteral("paste-metadata.png"),
