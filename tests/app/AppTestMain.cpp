@@ -68,5 +68,12 @@ int main(int argc, char** argv) {
     QApplication app(testArgc, args.data());
     QStandardPaths::setTestModeEnabled(true);
     const std::unique_ptr<QObject> test = found->second.make();
-    return QTest::qExec(test.get(), testArgc, args.data());
+    const int failed = QTest::qExec(test.get(), testArgc, args.data());
+    // No step of the class reached Exiv2's XMP toolkit without its lock.
+    if (const std::size_t unguarded = tagmoor::unguardedXmpToolkitUses()) {
+        std::fprintf(stderr, "FAIL: the XMP toolkit was used %zu times without its lock\n",
+                     unguarded);
+        return failed + 1;
+    }
+    return failed;
 }

@@ -1,5 +1,6 @@
 // Test entry point: one Qt core application for the whole run, Exiv2 set up before any
 // thread starts, and the locale pinned so that date and region texts are stable.
+#include "XmpToolkitWatch.h"
 #include "foundation/ValueForm.h"
 #include "metadata/MetadataLibrary.h"
 
@@ -11,6 +12,17 @@
 #include <unicode/locid.h>
 
 #include <cstdlib>
+
+namespace {
+// After all tests of the run: no step reached Exiv2's XMP toolkit without its lock.
+class XmpToolkitGuard : public testing::Environment {
+public:
+    void TearDown() override {
+        EXPECT_EQ(tagmoor::unguardedXmpToolkitUses(), 0u);
+        EXPECT_EQ(tagmoor::test::xmpParsesWithoutLock(), 0u);
+    }
+};
+} // namespace
 
 int main(int argc, char** argv) {
     setenv("TZ", "UTC", 1);
@@ -28,5 +40,6 @@ int main(int argc, char** argv) {
     // it with a ValueFormScope (and gives --form standard to the command line).
     tagmoor::setValueForm(tagmoor::ValueForm::described);
     testing::InitGoogleTest(&argc, argv);
+    testing::AddGlobalTestEnvironment(new XmpToolkitGuard);
     return RUN_ALL_TESTS();
 }

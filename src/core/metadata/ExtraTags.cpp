@@ -3,6 +3,7 @@
 #include "metadata/ExtraTags.h"
 
 #include "metadata/MetadataBlockReader.h"
+#include "metadata/MetadataLibrary.h"
 #include "metadata/StandardForm.h"
 #include "metadata/XmpSidecar.h"
 #include "model/KeyTable.h"
@@ -285,6 +286,7 @@ bool xmpPacketReadable(const Exiv2::Image& image) {
     if (image.xmpPacket().empty() || !image.xmpData().empty())
         return true;
     Exiv2::XmpData probe;
+    const auto xmpLock = lockXmpToolkit();
     return Exiv2::XmpParser::decode(probe, image.xmpPacket()) == 0;
 }
 

@@ -9,6 +9,7 @@
 #include <malloc.h>
 #endif
 
+#include <atomic>
 #include <chrono>
 #include <cstdarg>
 #include <cstdlib>
@@ -43,11 +44,21 @@ std::recursive_mutex& namespaceMutex() {
     static std::recursive_mutex mutex;
     return mutex;
 }
+// Whether this thread holds the toolkit lock: a holder that asks again (a step that needs the
+// toolkit, called from inside a parse that already holds it) goes on without taking it twice.
+thread_local bool t_holdsXmpLock = false;
+std::atomic<std::size_t> g_unguardedUses{0};
+// Exiv2 registers a namespace with the toolkit while it parses a packet that brings a new one
+// and for every namespace of a packet it writes: a thread without the toolkit lock then uses
+// the toolkit beside other threads, which can lose values of their photos without an error.
 void lockNamespaces(void* mutex, bool lock) {
-    if (lock)
+    if (lock) {
+        if (!t_holdsXmpLock && g_unguardedUses.fetch_add(1) == 0)
+            qCWarning(lcExiv2) << "XMP toolkit used without its lock";
         static_cast<std::recursive_mutex*>(mutex)->lock();
-    else
+    } else {
         static_cast<std::recursive_mutex*>(mutex)->unlock();
+    }
 }
 } // namespace
 
@@ -69,26 +80,49 @@ std::int64_t nowNs() {
 } // namespace
 
 XmpToolkitLock::XmpToolkitLock() {
+    if (t_holdsXmpLock) {
+        m_nested = true;
+        return;
+    }
     if (!xmpLockTimed()) {
         m_lock = std::unique_lock<std::mutex>(xmpMutex());
+        t_holdsXmpLock = true;
         return;
     }
     const std::int64_t asked = nowNs();
     m_lock = std::unique_lock<std::mutex>(xmpMutex());
+    t_holdsXmpLock = true;
     m_heldSinceNs = nowNs();
     m_waitedNs = m_heldSinceNs - asked;
 }
 
 XmpToolkitLock::XmpToolkitLock(std::try_to_lock_t) {
-    m_lock = std::unique_lock<std::mutex>(xmpMutex(), std::try_to_lock);
-    if (!m_lock.owns_lock() || !xmpLockTimed())
+    if (t_holdsXmpLock) {
+        m_nested = true;
         return;
-    m_heldSinceNs = nowNs();
+    }
+    m_lock = std::unique_lock<std::mutex>(xmpMutex(), std::try_to_lock);
+    if (!m_lock.owns_lock())
+        return;
+    t_holdsXmpLock = true;
+    if (xmpLockTimed())
+        m_heldSinceNs = nowNs();
 }
 
 XmpToolkitLock::~XmpToolkitLock() {
+    if (!m_lock.owns_lock())
+        return;
+    t_holdsXmpLock = false;
     if (m_heldSinceNs != 0)
         xmpLockHeld(m_waitedNs, nowNs() - m_heldSinceNs);
+}
+
+std::size_t unguardedXmpToolkitUses() {
+    return g_unguardedUses.load();
+}
+
+bool xmpToolkitHeldHere() {
+    return t_holdsXmpLock;
 }
 
 void keepFreedMemoryInProcess() {

@@ -116,9 +116,11 @@ void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
         const auto xmpLock = lockXmpToolkit();
         decode();
     }
+    // The packet goes in while the image's XMP block is still empty: Image::xmpPacket()
+    // serialises a block that is not, through the toolkit, without the lock.
     if (xmp.found) {
-        std::swap(image.xmpData(), decoded);
         image.xmpPacket() = xmp.packet;
+        std::swap(image.xmpData(), decoded);
     }
 }
 
@@ -140,8 +142,9 @@ void writeXmpApart(Exiv2::Image& image) {
             image.writeMetadata();
             return;
         }
-        image.xmpPacket() = std::move(packet);
+        // From the packet, first: Image::xmpPacket() would otherwise serialise the block again.
         image.writeXmpFromPacket(true);
+        image.xmpPacket() = std::move(packet);
     }
     image.writeMetadata();
 }

@@ -2,6 +2,7 @@
 // nothing but the fields it edits. Checked over every sample with the exiv2 and exiftool
 // commands as independent readers.
 #include "BatchTestSupport.h"
+#include "metadata/MetadataLibrary.h"
 
 #include "extras/CopiesInStep.h"
 #include "foundation/ValueForm.h"
@@ -50,6 +51,8 @@ QStringList exiv2Lines(const QString& path) {
 // Whether the photo has an XMP packet that does not decode (no copy is written into it).
 bool xmpUnreadable(const QString& path) {
     try {
+        // Exiv2 writes XMP through a toolkit that the program shares between threads.
+        const auto xmpLock = lockXmpToolkit();
         auto image = Exiv2::ImageFactory::open(path.toStdString());
         image->readMetadata();
         return !image->xmpPacket().empty() && image->xmpData().empty();
@@ -303,6 +306,8 @@ TEST_F(StandardForm, PositionsKeepTheirHemisphereAndFraction) {
 TEST_F(StandardForm, ReadingTakesNumbersAndListsAsTheFileHoldsThem) {
     const QString photo = copySample(formatsDir() + "/Reagan.jpg", tmp.path(), "built.jpg");
     {
+        // Exiv2 writes XMP through a toolkit that the program shares between threads.
+        const auto xmpLock = lockXmpToolkit();
         auto image = Exiv2::ImageFactory::open(photo.toStdString());
         image->readMetadata();
         Exiv2::ExifData& exif = image->exifData();

@@ -47,6 +47,7 @@ TEST(ExtraWriteTest, ListsAndAlternativesAreEditedInPlace) {
     EXPECT_EQ(read->keywords.subject, flat);
     EXPECT_EQ(read->label, QStringLiteral("Green"));
     EXPECT_EQ(read->texts[std::size_t(ExtraText::AltText)], QStringLiteral("A ship"));
+    const auto xmpLock = lockXmpToolkit();
     Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(QFile::encodeName(photo).toStdString());
     image->readMetadata();
     EXPECT_EQ(image->xmpData()["Xmp.iptc.AltTextAccessibility"].toString(),

@@ -4,6 +4,7 @@
 #include "TestSupport.h"
 #include "geo/GpxTrack.h"
 #include "geo/TimeZoneMap.h"
+#include "metadata/MetadataLibrary.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -183,6 +184,8 @@ TEST(Geotag, AgreesWithExifToolOnTwoHundredPhotos) {
         const QString name = QStringLiteral("p%1.jpg").arg(n, 3, 10, QLatin1Char('0'));
         const QString path = theirs + "/" + name;
         makeJpeg(path, 16, 16);
+        // Exiv2 writes XMP through a toolkit that the program shares between threads.
+        const auto xmpLock = lockXmpToolkit();
         auto image = Exiv2::ImageFactory::open(path.toStdString());
         image->readMetadata();
         image->exifData()["Exif.Photo.DateTimeOriginal"] =
@@ -278,6 +281,8 @@ TEST(Geotag, TheCommandLineRefusesBadOptionsAndADryRunNamesTheFixes) {
     const QString photo = dir.filePath("a.jpg");
     makeJpeg(photo);
     {
+        // Exiv2 writes XMP through a toolkit that the program shares between threads.
+        const auto xmpLock = lockXmpToolkit();
         auto image = Exiv2::ImageFactory::open(photo.toStdString());
         image->readMetadata();
         image->exifData()["Exif.Photo.DateTimeOriginal"] = "2024:05:01 12:02:00";

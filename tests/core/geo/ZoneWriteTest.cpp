@@ -5,6 +5,7 @@
 #include "exchange/LocalTimeValues.h"
 #include "foundation/ValueForm.h"
 #include "geo/TimeZoneMap.h"
+#include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
 
 #include <QJsonArray>
@@ -26,6 +27,8 @@ struct Position {
 // A JPEG whose four dates read `when` ("2024:05:01 12:00:00"), placed at `at` when given.
 QString photoAt(const QString& path, const QString& when, std::optional<Position> at = {}) {
     makeJpeg(path, 16, 16);
+    // Exiv2 writes XMP through a toolkit that the program shares between threads.
+    const auto xmpLock = lockXmpToolkit();
     auto image = Exiv2::ImageFactory::open(path.toStdString());
     image->readMetadata();
     const std::string exif = when.toStdString();

@@ -1,5 +1,6 @@
 // Broken, hostile and vanishing files give no record (or a partial one), never a crash.
 #include "TestSupport.h"
+#include "metadata/MetadataLibrary.h"
 #include "metadata/MetadataTest.h"
 #include "metadata/PropertyLoading.h"
 
@@ -51,6 +52,8 @@ TEST_F(BadInput, PostScriptNamedJpegNeverReachesTheParser) {
     writeBytes(path("page.eps"), "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 10 10\n"
                                  "%%EndComments\n%%BeginProlog\n%%EndProlog\n%%Page: 1 1\n"
                                  "showpage\n%%EOF\n");
+    // Exiv2 writes XMP through a toolkit that the program shares between threads.
+    const auto xmpLock = lockXmpToolkit();
     Exiv2::Image::AutoPtr eps = Exiv2::ImageFactory::open(path("page.eps").toStdString());
     eps->readMetadata();
     eps->xmpData()["Xmp.xmp.Label"] = "hidden";

@@ -2,6 +2,7 @@
 // Builds test photos whose tags are set straight through Exiv2, with exact value types.
 
 #include "TestSupport.h"
+#include "metadata/MetadataLibrary.h"
 
 #include <exiv2/exiv2.hpp>
 
@@ -25,6 +26,8 @@ inline void addIptc(Exiv2::IptcData& data, const char* key, const char* text) {
 // A small JPEG at `path` whose metadata `fill` sets.
 inline QString jpegWithTags(const QString& path, const std::function<void(Exiv2::Image&)>& fill) {
     makeJpeg(path);
+    // Exiv2 writes XMP through a toolkit that the program shares between threads.
+    const auto xmpLock = lockXmpToolkit();
     Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
     image->readMetadata();
     fill(*image);

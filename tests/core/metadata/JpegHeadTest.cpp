@@ -5,6 +5,7 @@
 #include "metadata/ImageKind.h"
 #include "metadata/JpegHead.h"
 #include "metadata/MetadataBlockReader.h"
+#include "metadata/MetadataLibrary.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -42,6 +43,7 @@ QString jsonOfPlain(const QString& path) {
         return QStringLiteral("{\n") + lines.join(",\n") + QStringLiteral("\n}");
     };
     try {
+        const auto xmpLock = lockXmpToolkit();
         auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
         image->readMetadata();
         return shape(image->exifData()) + shape(image->iptcData()) + shape(image->xmpData());
