@@ -11,6 +11,7 @@
 #include <cstring>
 #include <exception>
 #include <limits>
+#include <mutex>
 
 namespace tagmoor {
 
@@ -196,7 +197,13 @@ template <typename Call> int guardLibRaw(Call&& call) {
 } // namespace
 
 RawOpen openBoundedRaw(LibRaw& raw, BoundedRawStream& stream) {
-    const int status = guardLibRaw([&] { return raw.open_datastream(&stream); });
+    // LibRaw's identification of the camera writes to storage that all its instances share
+    // (the normalisation of maker and model names), so only one thread identifies at a time.
+    static std::mutex identifying;
+    const int status = guardLibRaw([&] {
+        const std::lock_guard lock(identifying);
+        return raw.open_datastream(&stream);
+    });
     qCDebug(lcRawStream) << "LibRaw status" << status << "after" << stream.callsUsed() << "calls";
     if (stream.exhausted())
         return RawOpen::GaveUp;
