@@ -22,10 +22,9 @@ QByteArray PreviewExtractor::embeddedPreview(const QString& path, int minSide) {
             auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
             if (!image.get())
                 return;
-            {
-                const auto xmpLock = lockXmpToolkit();
-                image->readMetadata();
-            }
+            // The preview loaders open the embedded JPEGs to measure them, and parse their XMP.
+            const auto xmpLock = lockXmpToolkit();
+            image->readMetadata();
             Exiv2::PreviewManager manager(*image);
             const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
             if (list.empty())
