@@ -18,6 +18,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QScrollArea>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -127,6 +128,13 @@ inline constexpr Field kLatitude = Field::GPSLatitude;
 inline constexpr Field kLatitudeRef = Field::GPSLatitudeRef;
 inline constexpr Field kLongitude = Field::GPSLongitude;
 inline constexpr Field kLongitudeRef = Field::GPSLongitudeRef;
+
+// Replaces a field's text as a user does: select all, delete, type.
+inline void retype(QLineEdit* field, const QString& text) {
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Backspace);
+    QTest::keyClicks(field, text);
+}
 
 // Drops `paths` on the window and waits until the scan has listed them all; the home screen.
 inline HomeScreen* loadPhotos(TestApp& t, const QStringList& paths) {

@@ -29,12 +29,6 @@ using namespace tagmoor::test;
 
 namespace {
 
-void retype(QLineEdit* field, const QString& text) {
-    field->selectAll();
-    QTest::keyClick(field, Qt::Key_Backspace);
-    QTest::keyClicks(field, text);
-}
-
 // A track due north from 38.70 N 9.10 W, 0.001 degree a minute, from 10:00 to 10:05 UTC.
 QString writeTrack(const QString& path) {
     QByteArray body;

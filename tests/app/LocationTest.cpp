@@ -40,12 +40,6 @@ using namespace tagmoor::test;
 
 namespace {
 
-void retype(QLineEdit* field, const QString& text) {
-    field->selectAll();
-    QTest::keyClick(field, Qt::Key_Backspace);
-    QTest::keyClicks(field, text);
-}
-
 void mouse(QWidget* widget, QEvent::Type type, QPointF at) {
     QMouseEvent event(type, at, widget->mapToGlobal(at), Qt::LeftButton,
                       type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,

@@ -33,12 +33,6 @@ const Place kPlaces[] = {
     {"Buenos Aires", -34.6037, -58.3816},
 };
 
-void retype(QLineEdit* field, const QString& text) {
-    field->selectAll();
-    QTest::keyClick(field, Qt::Key_Backspace);
-    QTest::keyClicks(field, text);
-}
-
 } // namespace
 
 class WrittenFromWindowTest : public QObject {
