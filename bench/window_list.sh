@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # A long working list in the real home screen: COUNT small JPEGs (default 100,000) scanned with
 # the grid shown, scrolled end to end, then Select All, grid and table, and Remove. Targets:
-# peak RSS under 600 MB, no event-loop gap over 50 ms, each action under 100 ms.
+# peak RSS under 400 MB, no event-loop gap over 50 ms, each action under 100 ms.
 #   bench/window_list.sh [COUNT]
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -2,6 +2,7 @@
 
 #include "model/PropertyGroups.h"
 #include "model/PropertyValue.h"
+#include "model/SharedGroup.h"
 
 #include <QString>
 #include <QStringList>
@@ -86,31 +87,31 @@ struct PhotoLibraryProperties {
 // The record of one photo. A value type: copies share nothing.
 struct CGImageProperties {
     std::optional<QUrl> url;
-    std::optional<PhotoLibraryProperties> photoLibraryProperties;
-    std::optional<TiffProperties> tiffProperties;
-    std::optional<GIFProperties> gifProperties;
-    std::optional<JFIFProperties> jfifProperties;
-    std::optional<EXIFProperties> exifProperties;
-    std::optional<PNGProperties> pngProperties;
-    std::optional<IPTCProperties> iptcProperties;
-    std::optional<GPSProperties> gpsProperties;
+    SharedGroup<PhotoLibraryProperties> photoLibraryProperties;
+    SharedGroup<TiffProperties> tiffProperties;
+    SharedGroup<GIFProperties> gifProperties;
+    SharedGroup<JFIFProperties> jfifProperties;
+    SharedGroup<EXIFProperties> exifProperties;
+    SharedGroup<PNGProperties> pngProperties;
+    SharedGroup<IPTCProperties> iptcProperties;
+    SharedGroup<GPSProperties> gpsProperties;
     std::optional<RawProperties> rawProperties;
-    std::optional<CIFFProperties> ciffProperties;
-    std::optional<MakerCanonProperties> makerCanonProperties;
-    std::optional<MakerNikonProperties> makerNikonProperties;
+    SharedGroup<CIFFProperties> ciffProperties;
+    SharedGroup<MakerCanonProperties> makerCanonProperties;
+    SharedGroup<MakerNikonProperties> makerNikonProperties;
     std::optional<MakerMinoltaProperties> makerMinoltaProperties;
     std::optional<MakerFujiProperties> makerFujiProperties;
     std::optional<MakerOlympusProperties> makerOlympusProperties;
     std::optional<MakerPentaxProperties> makerPentaxProperties;
-    std::optional<BIMProperties> bimProperties;
+    SharedGroup<BIMProperties> bimProperties;
     std::optional<DNGProperties> dngProperties;
-    std::optional<ExifAuxProperties> exifAuxProperties;
-    std::optional<OpenEXRProperties> openEXRProperties;
+    SharedGroup<ExifAuxProperties> exifAuxProperties;
+    SharedGroup<OpenEXRProperties> openEXRProperties;
     std::optional<MakerAppleProperties> makerAppleProperties;
     TAGMOOR_TOP_LEVEL_FIELDS(TAGMOOR_DECLARE_MEMBER)
-    std::optional<ColorModelProperties> colorModelProperties;
+    SharedGroup<ColorModelProperties> colorModelProperties;
     TAGMOOR_TOP_LEVEL_TAIL_FIELDS(TAGMOOR_DECLARE_MEMBER)
-    std::optional<XMPDataProperties> xmpDataProperties;
+    SharedGroup<XMPDataProperties> xmpDataProperties;
     bool isSelected = true;
     bool isTempDataAvailable = false;
     // The XMP sidecar whose values were laid over the photo's own (empty: none was), and the

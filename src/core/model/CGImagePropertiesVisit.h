@@ -5,7 +5,7 @@ namespace tagmoor {
 
 namespace detail {
 template <typename Group, typename Fn>
-void visitGroup(const char* groupName, const std::optional<Group>& group, Fn& fn) {
+void visitGroup(const char* groupName, const SharedGroup<Group>& group, Fn& fn) {
     if (!group)
         return;
     for (const auto& f : Group::fields()) {

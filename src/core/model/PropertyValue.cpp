@@ -2,11 +2,17 @@
 
 #include <QHash>
 
+#include <bit>
+#include <climits>
+#include <optional>
+#include <utility>
+
 namespace tagmoor {
 
 namespace {
 
-// The values a thread made last, by content, so that equal texts and numbers share one node.
+// The values a thread made last, by content, so that equal texts, numbers and dates share one
+// node.
 // Bounded: when full it starts over, which only costs some sharing.
 class SharedValues {
 public:
@@ -17,12 +23,44 @@ public:
             return lookup(m_texts, *static_cast<const QString*>(v.constData()), v);
         case QMetaType::LongLong:
             return lookup(m_numbers, *static_cast<const qint64*>(v.constData()), v);
+        // Reals by their bits: 0.0 and -0.0 stay apart, and each NaN is its own.
+        case QMetaType::Float:
+            return lookup(m_floats,
+                          std::bit_cast<quint32>(*static_cast<const float*>(v.constData())), v);
+        case QMetaType::Double:
+            return lookup(m_doubles,
+                          std::bit_cast<quint64>(*static_cast<const double*>(v.constData())), v);
+        case QMetaType::UChar:
+            return lookup(m_bytes, *static_cast<const quint8*>(v.constData()), v);
+        case QMetaType::QDateTime:
+            if (const auto key = dateKey(*static_cast<const QDateTime*>(v.constData())))
+                return lookup(m_dates, *key, v);
+            return QExplicitlySharedDataPointer<Node>(new Node(v));
         default:
             return QExplicitlySharedDataPointer<Node>(new Node(v));
         }
     }
 
 private:
+    // A date in UTC, in local time or at a fixed offset is told apart by its instant and by
+    // how it is shown (the spec, and the offset); one in a named zone keeps a node of its own.
+    using DateKey = std::pair<qint64, int>;
+    static std::optional<DateKey> dateKey(const QDateTime& date) {
+        if (!date.isValid())
+            return std::nullopt;
+        switch (date.timeSpec()) {
+        case Qt::UTC:
+            return DateKey{date.toMSecsSinceEpoch(), INT_MIN};
+        case Qt::LocalTime:
+            return DateKey{date.toMSecsSinceEpoch(), INT_MIN + 1};
+        case Qt::OffsetFromUTC:
+            return DateKey{date.toMSecsSinceEpoch(), date.offsetFromUtc()};
+        case Qt::TimeZone:
+            break;
+        }
+        return std::nullopt;
+    }
+
     static constexpr qsizetype kMax = 4096;
     template <typename Key>
     QExplicitlySharedDataPointer<Node> lookup(QHash<Key, QExplicitlySharedDataPointer<Node>>& map,
@@ -37,6 +75,10 @@ private:
     }
     QHash<QString, QExplicitlySharedDataPointer<Node>> m_texts;
     QHash<qint64, QExplicitlySharedDataPointer<Node>> m_numbers;
+    QHash<quint32, QExplicitlySharedDataPointer<Node>> m_floats;
+    QHash<quint64, QExplicitlySharedDataPointer<Node>> m_doubles;
+    QHash<quint8, QExplicitlySharedDataPointer<Node>> m_bytes;
+    QHash<DateKey, QExplicitlySharedDataPointer<Node>> m_dates;
 };
 
 } // namespace

@@ -237,7 +237,7 @@ private:
 
     void take(const QString& path, std::optional<CGImageProperties>&& record) {
         if (record && !m_committed.contains(path))
-            commitRecord(std::move(*record));
+            commitRecord(std::move(*record), path);
         else if (!record)
             noteNoRecord(path);
     }
@@ -261,8 +261,9 @@ private:
             m_flags.isNotSupportedExtension = true;
     }
 
-    void commitRecord(CGImageProperties&& record) {
-        const QString path = record.path();
+    // `path` is the text the file was read under: the set of committed paths shares it with
+    // the set of dispatched ones instead of holding a text of its own for every photo.
+    void commitRecord(CGImageProperties&& record, const QString& path) {
         if (const auto it = m_libraryProperties.constFind(path); it != m_libraryProperties.cend())
             record.photoLibraryProperties = *it;
         if (!path.isEmpty())

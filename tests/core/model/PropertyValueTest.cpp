@@ -2,6 +2,9 @@
 
 #include <QSize>
 
+#include <cmath>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 using namespace tagmoor;
@@ -103,4 +106,53 @@ TEST(PropertyValue, CopiesAndMovesKeepTheirOwnValues) {
     EXPECT_EQ(b.text(), QStringLiteral("Jane"));
     EXPECT_EQ(PropertyValue::fromVariant(QVariant()), PropertyValue());
     EXPECT_EQ(PropertyValue::fromVariant(QVariant(QStringLiteral("x"))), PropertyValue("x"));
+}
+
+// Equal values read from many photos share one node; sharing never merges two values that show
+// differently: a date keeps its offset and its spec, and a real its sign.
+TEST(PropertyValue, SharedValuesKeepHowTheyShow) {
+    const QDateTime instant(QDate(2021, 6, 1), QTime(12, 0), Qt::UTC);
+    const PropertyValue utc(instant);
+    const PropertyValue plusTwo(instant.toOffsetFromUtc(2 * 3600));
+    const PropertyValue local(instant.toLocalTime());
+    PropertyValue again(QDateTime(QDate(2021, 6, 1), QTime(14, 0), Qt::OffsetFromUTC, 2 * 3600));
+    EXPECT_EQ(plusTwo.date()->offsetFromUtc(), 2 * 3600);
+    EXPECT_EQ(plusTwo.date()->time(), QTime(14, 0));
+    EXPECT_EQ(utc.date()->timeSpec(), Qt::UTC);
+    EXPECT_EQ(local.date()->timeSpec(), Qt::LocalTime);
+    EXPECT_EQ(again.date()->time(), QTime(14, 0));
+    EXPECT_EQ(again.date()->offsetFromUtc(), 2 * 3600);
+
+    const PropertyValue zero(0.0);
+    const PropertyValue minusZero(-0.0);
+    EXPECT_FALSE(std::signbit(*zero.float64()));
+    EXPECT_TRUE(std::signbit(*minusZero.float64()));
+    EXPECT_EQ(PropertyValue(2.8f).float32(), 2.8f);
+    EXPECT_EQ(PropertyValue(2.8).float64(), 2.8);
+    EXPECT_EQ(PropertyValue(quint8(1)).uint8(), quint8(1));
+    EXPECT_FALSE(PropertyValue(quint8(1)) == PropertyValue(qint64(1)));
+}
+
+// A copied record shares its groups until one copy changes one of them; reading does not part
+// them.
+TEST(CGImageProperties, CopiesShareGroupsUntilWritten) {
+    CGImageProperties r = makeEmptyRecord(QUrl::fromLocalFile(QStringLiteral("/tmp/b.jpg")));
+    r.exifProperties->fNumber = 2.8f;
+    CGImageProperties copy = r;
+    const auto& constCopy = copy;
+    EXPECT_EQ(&*constCopy.exifProperties, &*std::as_const(r).exifProperties);
+    EXPECT_EQ(constCopy.exifProperties->fNumber.float32(), 2.8f);
+    EXPECT_TRUE(copy == r);
+
+    copy.exifProperties->fNumber = 4.0f;
+    EXPECT_NE(&*constCopy.exifProperties, &*std::as_const(r).exifProperties);
+    EXPECT_EQ(r.exifProperties->fNumber.float32(), 2.8f);
+    EXPECT_FALSE(copy == r);
+
+    copy.gpsProperties = std::nullopt;
+    EXPECT_FALSE(copy.gpsProperties.has_value());
+    EXPECT_TRUE(r.gpsProperties.has_value());
+    EXPECT_THROW((void)copy.gpsProperties.value(), std::bad_optional_access);
+    copy.gpsProperties.emplace().latitude = 1.5;
+    EXPECT_EQ(copy.gpsProperties->latitude.float64(), 1.5);
 }
