@@ -8,8 +8,10 @@
 #include <QTimer>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <ctime>
 #include <utility>
 
@@ -19,6 +21,18 @@ inline long peakRssMb() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     return usage.ru_maxrss / 1024;
+}
+
+// The resident memory now, from /proc/self/statm (its second field, in pages).
+inline long currentRssMb() {
+    long pages = 0;
+    if (FILE* statm = std::fopen("/proc/self/statm", "r")) {
+        long size = 0;
+        if (std::fscanf(statm, "%ld %ld", &size, &pages) != 2)
+            pages = 0;
+        std::fclose(statm);
+    }
+    return pages * (sysconf(_SC_PAGESIZE) / 1024) / 1024;
 }
 
 // CPU time of the calling thread.

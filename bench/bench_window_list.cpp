@@ -81,6 +81,7 @@ int main(int argc, char** argv) {
     std::printf("  %-32s %12s   largest gap %5lld ms (busy %5.1f ms)\n", "end of the scan", "",
                 qlonglong(ending.first), ending.second);
     std::printf("%-34s %9ld MB\n", "peak RSS after the scan", peakRssMb());
+    std::printf("%-34s %9ld MB\n", "RSS once the scan has settled", currentRssMb());
 
     auto* grid = screen.home.findChild<PhotoGridView*>();
     if (!grid) {
