@@ -7,39 +7,73 @@
 
 #include <exiv2/exiv2.hpp>
 
+#include <algorithm>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace tagmoor {
 
 namespace {
 
-// Exiv2's own spelling of a key (the one its data give back), learnt once per key and thread:
-// parsing a key's text looks its tag up by name, which costs more than the rest of a snapshot.
-template <typename Key> const std::string& canonicalKey(const QString& text) {
-    thread_local std::unordered_map<QString, std::string> known;
+// A key as Exiv2 spells it (the spelling its data give back), with the numbers that name it in
+// a block: the IFD and tag of an Exif key, the record and dataset of an IPTC one. Learnt once
+// per key and thread: parsing a key's text looks its tag up by name, which costs more than the
+// rest of a snapshot.
+struct KnownKey {
+    std::string text;
+    quint32 id = 0;
+};
+
+quint32 idOf(int group, quint16 tag) {
+    return (quint32(group) << 16) | tag;
+}
+
+template <typename Key> const KnownKey& knownKey(const QString& text) {
+    thread_local std::unordered_map<QString, KnownKey> known;
     auto found = known.find(text);
-    if (found == known.end())
-        found = known.emplace(text, Key(text.toStdString()).key()).first;
+    if (found == known.end()) {
+        const Key key(text.toStdString());
+        KnownKey k{key.key(), 0};
+        if constexpr (std::is_same_v<Key, Exiv2::ExifKey>)
+            k.id = idOf(key.ifdId(), key.tag());
+        else if constexpr (std::is_same_v<Key, Exiv2::IptcKey>)
+            k.id = idOf(int(key.record()), key.tag());
+        found = known.emplace(text, std::move(k)).first;
+    }
     return found->second;
 }
 
-// The text of the first datum under each wanted key, in one pass over the block.
-template <typename Key, typename Data>
-void takeFirstValues(const Data& data, const QStringList& keys,
-                     std::map<std::string, std::string>& values) {
-    if (keys.isEmpty() || data.empty())
-        return;
-    std::unordered_set<std::string_view> wanted;
-    wanted.reserve(std::size_t(keys.size()));
-    for (const QString& key : keys)
-        wanted.insert(canonicalKey<Key>(key));
+// The first datum of a block under each wanted key; `at` tells where a key's value goes.
+template <typename Data, typename Place>
+void takeFirstValues(const Data& data, const Place& place,
+                     std::vector<const Exiv2::Value*>& values) {
     for (const auto& datum : data) {
-        std::string key = datum.key();
-        if (wanted.count(key) != 0 && values.count(key) == 0)
-            values.emplace(std::move(key), datum.value().toString());
+        const int at = place(datum);
+        if (at >= 0 && !values[std::size_t(at)])
+            values[std::size_t(at)] = &datum.value();
     }
+}
+
+std::vector<Exiv2::byte> bytesOf(const Exiv2::Value& value) {
+    std::vector<Exiv2::byte> bytes(std::size_t(std::max(0L, value.size())));
+    if (!bytes.empty())
+        value.copy(bytes.data(), Exiv2::littleEndian);
+    return bytes;
+}
+
+// Two values read the same: of one type with the same bytes (which give the same text), or
+// else with the same text.
+bool sameValue(const Exiv2::Value& asked, const Exiv2::Value& landed, bool byText) {
+    if (!byText && asked.typeId() == landed.typeId() && asked.size() == landed.size() &&
+        bytesOf(asked) == bytesOf(landed))
+        return true;
+    return asked.toString() == landed.toString();
+}
+
+template <typename Map> int placeIn(const Map& map, const typename Map::key_type& key) {
+    const auto found = map.find(key);
+    return found == map.end() ? -1 : found->second;
 }
 
 } // namespace
@@ -61,33 +95,60 @@ KeyListSnapshot::KeyListSnapshot(const Exiv2::Image& image)
         }
         m_exifKeys << exifKeys.at(row);
     }
-    m_values = valuesOf(image, m_exifKeys, m_iptcKeys, m_xmpKeys);
+    // Two texts of one key (a key named twice) share the place of the first.
+    const auto place = [this](auto& map, const auto& key) {
+        const int next = int(m_placeOf.size());
+        m_placeOf.push_back(map.emplace(key, next).first->second);
+    };
+    for (const QString& key : std::as_const(m_exifKeys))
+        place(m_exifAt, knownKey<Exiv2::ExifKey>(key).id);
+    for (const QString& key : std::as_const(m_iptcKeys))
+        place(m_iptcAt, knownKey<Exiv2::IptcKey>(key).id);
+    for (const QString& key : std::as_const(m_xmpKeys))
+        place(m_xmpAt, knownKey<Exiv2::XmpKey>(key).text);
+    // The image goes on changing as it is written: the snapshot keeps copies of its values.
+    m_values = valuesOf(image);
+    for (const Exiv2::Value*& value : m_values) {
+        if (!value)
+            continue;
+        m_copies.push_back(std::unique_ptr<Exiv2::Value>(value->clone().release()));
+        value = m_copies.back().get();
+    }
 }
 
-KeyListSnapshot::Values KeyListSnapshot::valuesOf(const Exiv2::Image& image,
-                                                  const QStringList& exifKeys,
-                                                  const QStringList& iptcKeys,
-                                                  const QStringList& xmpKeys) {
-    Values values;
-    takeFirstValues<Exiv2::ExifKey>(image.exifData(), exifKeys, values);
-    takeFirstValues<Exiv2::IptcKey>(image.iptcData(), iptcKeys, values);
-    takeFirstValues<Exiv2::XmpKey>(image.xmpData(), xmpKeys, values);
+KeyListSnapshot::~KeyListSnapshot() = default;
+
+KeyListSnapshot::Values KeyListSnapshot::valuesOf(const Exiv2::Image& image) const {
+    Values values(std::size_t(m_exifKeys.size() + m_iptcKeys.size() + m_xmpKeys.size()));
+    takeFirstValues(
+        image.exifData(),
+        [&](const Exiv2::Exifdatum& datum) {
+            return placeIn(m_exifAt, idOf(datum.ifdId(), datum.tag()));
+        },
+        values);
+    takeFirstValues(
+        image.iptcData(),
+        [&](const Exiv2::Iptcdatum& datum) {
+            return placeIn(m_iptcAt, idOf(int(datum.record()), datum.tag()));
+        },
+        values);
+    takeFirstValues(
+        image.xmpData(),
+        [&](const Exiv2::Xmpdatum& datum) { return placeIn(m_xmpAt, datum.key()); }, values);
     return values;
 }
 
 QStringList KeyListSnapshot::differencesIn(const Exiv2::Image& written) const {
-    const Values now = valuesOf(written, m_exifKeys, m_iptcKeys, m_xmpKeys);
+    const Values now = valuesOf(written);
     QStringList differing;
+    std::size_t at = 0;
     for (const QStringList* keys : {&m_exifKeys, &m_iptcKeys, &m_xmpKeys}) {
+        const bool byText = keys == &m_xmpKeys;
         for (const QString& key : *keys) {
-            const std::string& k = keys == &m_exifKeys   ? canonicalKey<Exiv2::ExifKey>(key)
-                                   : keys == &m_iptcKeys ? canonicalKey<Exiv2::IptcKey>(key)
-                                                         : canonicalKey<Exiv2::XmpKey>(key);
-            const auto asked = m_values.find(k);
-            const auto landed = now.find(k);
-            const bool same = asked == m_values.end()
-                                  ? landed == now.end()
-                                  : landed != now.end() && landed->second == asked->second;
+            const auto place = std::size_t(m_placeOf[at++]);
+            const Exiv2::Value* asked = m_values[place];
+            const Exiv2::Value* landed = now[place];
+            const bool same = !asked ? !landed : landed && sameValue(*asked, *landed, byText);
             if (!same)
                 differing << key;
         }

@@ -2,36 +2,51 @@
 
 #include <QStringList>
 
-#include <map>
+#include <memory>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace Exiv2 {
 class Image;
-}
+class Value;
+} // namespace Exiv2
 
 namespace tagmoor {
 
-// What an image holds under the keys of the three key lists: the text of each key's first
+// What an image holds under the keys of the three key lists: the value of each key's first
 // datum, or nothing. Taken once an edit is made and compared with the file as written, it
 // tells whether the format kept what was asked: Exiv2 drops silently what a type has no
-// room for. Costs one lookup a key. The rows that nothing writes, and in TIFF-built files
-// the tags that lay out the pictures, are not compared.
+// room for. Two values are the same when their texts are; the texts are made only for values
+// whose type or bytes differ. The rows that nothing writes, and in TIFF-built files the tags
+// that lay out the pictures, are not compared.
 class KeyListSnapshot {
 public:
     explicit KeyListSnapshot(const Exiv2::Image& image);
+    ~KeyListSnapshot();
 
     // The keys whose value (or presence) differs in `written`, in key-list order.
     QStringList differencesIn(const Exiv2::Image& written) const;
 
 private:
-    using Values = std::map<std::string, std::string>;
-    static Values valuesOf(const Exiv2::Image& image, const QStringList& exifKeys,
-                           const QStringList& iptcKeys, const QStringList& xmpKeys);
+    struct Block;
+    // The first value under each key of the three lists, in list order (null when none); held
+    // by the image it was read from, or by m_copies.
+    using Values = std::vector<const Exiv2::Value*>;
+    Values valuesOf(const Exiv2::Image& image) const;
 
     QStringList m_exifKeys;
     QStringList m_iptcKeys;
     QStringList m_xmpKeys;
+    // Where each key of the lists sits among the values: Exif and IPTC keys by the numbers
+    // that name them in their block, XMP keys by their text.
+    std::unordered_map<quint32, int> m_exifAt;
+    std::unordered_map<quint32, int> m_iptcAt;
+    std::unordered_map<std::string, int> m_xmpAt;
+    // The place of each key of the three lists, in list order.
+    std::vector<int> m_placeOf;
     Values m_values;
+    std::vector<std::unique_ptr<Exiv2::Value>> m_copies;
 };
 
 // The text a landed check gives for the keys that did not land.
