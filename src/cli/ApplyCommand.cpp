@@ -388,6 +388,8 @@ int runParsedApply(ApplyOptions options, const QString& command, bool templatesP
         err << prefix << "cannot create the output folder " << *values.destinationFolder << '\n';
         return 2;
     }
+    // The run reads each photo where it edits it, once, when it needs its values nowhere else.
+    gathered.photos.setValuesReadByTheRun(pipeline.readsValuesWhereItEdits());
     const int status = runBatch(options, pipeline, gathered, prefix, out, err);
     // A photo the tracks gave no place, or whose place gave no zone, did not get what was
     // asked.

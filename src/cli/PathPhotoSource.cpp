@@ -85,6 +85,15 @@ CGImageProperties PathPhotoSource::record(int index) const {
     return unreadable;
 }
 
+CGImageProperties PathPhotoSource::recordForRun(int index) const {
+    if (!m_valuesReadByTheRun)
+        return record(index);
+    CGImageProperties unread;
+    unread.url = QUrl::fromLocalFile(pathOf(index));
+    unread.valuesUnread = true;
+    return unread;
+}
+
 PathPhotoSource collectPhotoPaths(const QStringList& inputs, QStringList* warnings,
                                   QList<LeftOutEntry>* leftOut, QSet<QString>* namedFiles) {
     PathPhotoSource paths;

@@ -27,7 +27,11 @@ public:
     int count() const override { return int(m_ends.size()); }
     bool isSelected(int) const override { return true; }
     CGImageProperties record(int index) const override;
+    CGImageProperties recordForRun(int index) const override;
     QString pathOf(int index) const override;
+    // Whether a run is handed records whose values are unread, to take them from the bytes it
+    // edits (a run that needs them only there, see PhotoPipeline::readsValuesWhereItEdits).
+    void setValuesReadByTheRun(bool read) { m_valuesReadByTheRun = read; }
 
 private:
     struct Run {
@@ -39,6 +43,7 @@ private:
     std::vector<quint32> m_ends; // where each photo's name ends in m_names
     // Paths that UTF-8 cannot hold as they are (a lone surrogate), by photo.
     QHash<int, QString> m_unusual;
+    bool m_valuesReadByTheRun = false;
 };
 
 // The photos named on the command line: files as given (when their type is accepted) and

@@ -236,7 +236,7 @@ int BatchDriver::startPhotos(RunState& state, BatchResult& result) {
         if (!photos.isSelected(i))
             continue;
         ++result.processed;
-        CGImageProperties record = photos.record(i);
+        CGImageProperties record = photos.recordForRun(i);
         // A skipped photo uses up its number too.
         PhotoPlan plan =
             m_pipeline.plan(record, result.processed, result.total, m_numbering.take());

@@ -17,6 +17,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -55,6 +57,13 @@ std::optional<QString> whyNotWritable(const QString& path) {
     if (::access(native.constData(), W_OK) != 0)
         return QStringLiteral("the photo may not be written by this user");
     return std::nullopt;
+}
+
+// Whether the run edits any date field: only then does a photo's edit read its own values.
+bool editsDates(const RunValues& values) {
+    return std::any_of(
+        dateFieldsInRunOrder().begin(), dateFieldsInRunOrder().end(),
+        [&](const FormField* field) { return values.fieldEditedFlags.test(field->field); });
 }
 
 // A skipped photo's result: the outcome's text, with what it concerns in brackets.
@@ -175,6 +184,17 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
             return skipped(PhotoOutcome::SkippedSourceInTheWay, target);
         if (!QFile::remove(target))
             qCDebug(lcBatch) << "could not remove the old output" << target;
+    }
+    // A photo whose edit goes into its sidecar too is read whole first: the sidecar's part
+    // wants its values as they were before the edit.
+    if (record.valuesUnread && !sidecar.to.isEmpty() &&
+        writesSidecar(sniffImageKindOfFile(source))) {
+        const std::optional<CGImageProperties> whole = loadImageProperties(*record.url);
+        if (!whole)
+            return skipped(PhotoOutcome::SkippedNoUrl);
+        return withSidecar(sameFile ? editInPlace(target, *whole)
+                                    : editCopy(source, target, *whole, sources),
+                           sidecar, target, *whole);
     }
     PhotoResult result =
         sameFile ? editInPlace(target, record) : editCopy(source, target, record, sources);
@@ -300,6 +320,19 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
     // An edit that goes to the sidecar alone leaves the photo's bytes as they are.
     if (m_values.sidecar.write != SidecarWrite::never && !writesPhoto(sniffImageKindOfFile(path)))
         return {};
+    if (record.valuesUnread && record.url && editsDates(m_values)) {
+        // The photo's dates are read from the bytes that are edited, where the edit parses
+        // them anyway. Its other values go into no edit (readsValuesWhereItEdits).
+        bridge.setExtraWrite(extraWriteOf(m_values, m_plainEdits));
+        std::optional<QString> modifyDate;
+        const WriteResult write =
+            bridge.writeEditsOfOwnRecord(path, *record.url, [&](const CGImageProperties& own) {
+                FieldEdits edits = fieldEditsFor(own, path);
+                modifyDate = edits.values.at(formField(Field::ModifyDate).keyRow()).text();
+                return MetadataTest::EditedRows{std::move(edits.values), std::move(edits.erased)};
+            });
+        return {write, modifyDate};
+    }
     const FieldEdits edits = fieldEditsFor(record, path);
     // A photo's own values may carry extra edits of their own (a position's moment).
     bridge.setExtraWrite(
@@ -321,6 +354,12 @@ bool isXmpDate(DateField field) {
 }
 
 } // namespace
+
+bool PhotoPipeline::readsValuesWhereItEdits() const {
+    return m_values.processingMode != ProcessingMode::removeGroups &&
+           !CaptureNames::applies(m_values.renameSettings) && m_values.photoValues.empty() &&
+           !m_values.extras.datesZone;
+}
 
 RunValues PhotoPipeline::valuesFor(const CGImageProperties& record) const {
     RunValues own = m_values;

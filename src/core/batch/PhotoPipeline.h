@@ -47,6 +47,13 @@ public:
     // keeps the moment only); the file is read only when such a shift is asked.
     FieldEdits fieldEditsFor(const CGImageProperties& record, const QString& path = {}) const;
 
+    // Whether the run needs a photo's values only where it edits the photo, so that a source
+    // may hand it records whose values are unread (CGImageProperties::valuesUnread): they are
+    // then taken from the very bytes that the edit parses, and the photo is parsed once. Not
+    // for strips, names made from the photos, values of their own per photo, or dates moved
+    // into a zone. (A photo whose edit goes into its sidecar too is read whole first.)
+    bool readsValuesWhereItEdits() const;
+
     // The run's values as this photo gets them: with its PhotoValues laid over them.
     RunValues valuesFor(const CGImageProperties& record) const;
 

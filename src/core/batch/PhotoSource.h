@@ -16,6 +16,9 @@ public:
     virtual bool isSelected(int index) const = 0;
     // The record of a photo; a record without url is skipped by the run.
     virtual CGImageProperties record(int index) const = 0;
+    // The record a run starts a photo with. A source may leave its values unread (see
+    // CGImageProperties::valuesUnread) once told that the run reads them itself.
+    virtual CGImageProperties recordForRun(int index) const { return record(index); }
     // The path of a photo's file, without reading its record ("" when it has none).
     virtual QString pathOf(int index) const { return record(index).path(); }
 };

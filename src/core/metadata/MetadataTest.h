@@ -2,9 +2,11 @@
 
 #include "metadata/CleanOptions.h"
 #include "metadata/ExtraTags.h"
+#include "metadata/MetadataFieldSet.h"
 #include "metadata/WriteOptions.h"
 #include "metadata/WriteResult.h"
 #include "metadata/WrittenProperties.h"
+#include "model/CGImageProperties.h"
 #include "model/ErasedRows.h"
 
 #include <QDateTime>
@@ -12,11 +14,10 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <functional>
 #include <optional>
 
 namespace tagmoor {
-
-struct MetadataFieldSet;
 
 // When a caller read a file: writing refuses to go on if the file changed since.
 struct FileStamp {
@@ -66,6 +67,19 @@ public:
     WriteResult writeMergedFields(const QString& path, const MetadataFieldSet& editedFields,
                                   const ErasedRows& erased,
                                   const std::optional<FileStamp>& expected = std::nullopt) const;
+
+    // The same write with edits worked out from the photo's own values as the very bytes that
+    // are edited hold them: `editsOf` is given the record that loadImageProperties would give
+    // for `recordUrl` (the photo whose bytes `path` holds), read from those bytes, so that the
+    // file is parsed once for both.
+    struct EditedRows {
+        MetadataFieldSet values;
+        ErasedRows erased;
+    };
+    using EditsOfRecord = std::function<EditedRows(const CGImageProperties& own)>;
+    WriteResult
+    writeEditsOfOwnRecord(const QString& path, const QUrl& recordUrl, const EditsOfRecord& editsOf,
+                          const std::optional<FileStamp>& expected = std::nullopt) const;
 
     // Strips the chosen groups from the file, with the same safe replacement and the same
     // refusal when `expected` no longer matches. Failures are not logged (but for the debug

@@ -6,6 +6,7 @@
 #include "metadata/FieldSetReading.h"
 #include "metadata/KeyListSnapshot.h"
 #include "metadata/MergeForWriting.h"
+#include "metadata/PropertyLoading.h"
 #include "metadata/PropertyWriter.h"
 #include "metadata/SafeMetadataEdit.h"
 #include "metadata/StandardForm.h"
@@ -28,11 +29,16 @@ WriteStatus statusOfExiv2Failure(Exiv2Failure kind, const QString& what) {
     return WriteStatus::Failed;
 }
 
-// Writes the values that `properties` gives for the open image, then erases the erased rows.
+// What one write lays into the open image: the values, then the erased rows.
+struct WrittenEdits {
+    WrittenProperties values;
+    ErasedRows erased;
+};
+
+// Writes the values that `edits` gives for the open image, then erases its erased rows.
 WriteResult writeWith(const MetadataTest& bridge, const QString& path,
                       const std::optional<FileStamp>& expected,
-                      const std::function<WrittenProperties(Exiv2::Image&)>& properties,
-                      const ErasedRows& erased) {
+                      const std::function<WrittenEdits(Exiv2::Image&)>& edits) {
     if (QFile::decodeName(QFile::encodeName(path)) != path)
         return {WriteStatus::Failed, QStringLiteral("the path has no form on the file system")};
     WriteResult result;
@@ -41,7 +47,9 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
             const auto outcome = SafeMetadataEdit::run(
                 path, expected,
                 [&](Exiv2::Image& image) -> SafeMetadataEdit::LandedCheck {
-                    const WrittenProperties values = properties(image);
+                    const WrittenEdits written = edits(image);
+                    const WrittenProperties& values = written.values;
+                    const ErasedRows& erased = written.erased;
                     const WriteOptions& options = bridge.writeOptions();
                     if (options.standardForm)
                         applyStandardForm(image, values, erased);
@@ -76,29 +84,42 @@ WriteResult writeWith(const MetadataTest& bridge, const QString& path,
     return result;
 }
 
+// The values to write: in the standard form only the edited fields, merged over nothing;
+// in the described form merged over what the file holds.
+WrittenProperties mergedOver(const MetadataTest& bridge, const MetadataFieldSet& editedFields,
+                             const Exiv2::Image& image) {
+    if (bridge.writeOptions().standardForm)
+        return mergeForWriting(editedFields, MetadataFieldSet{});
+    return mergeForWriting(editedFields, readMetadataFieldSet(image));
+}
+
 } // namespace
 
 WriteResult MetadataTest::setImagePropertiesAll(const QString& path,
                                                 const WrittenProperties& properties,
                                                 const ErasedRows& erased,
                                                 const std::optional<FileStamp>& expected) const {
-    return writeWith(
-        *this, path, expected, [&](Exiv2::Image&) { return properties; }, erased);
+    return writeWith(*this, path, expected, [&](Exiv2::Image&) {
+        return WrittenEdits{properties, erased};
+    });
 }
 
 WriteResult MetadataTest::writeMergedFields(const QString& path,
                                             const MetadataFieldSet& editedFields,
                                             const ErasedRows& erased,
                                             const std::optional<FileStamp>& expected) const {
-    return writeWith(
-        *this, path, expected,
-        [&](Exiv2::Image& image) {
-            // In the standard form only the edited fields are written: merged over nothing.
-            if (m_writeOptions.standardForm)
-                return mergeForWriting(editedFields, MetadataFieldSet{});
-            return mergeForWriting(editedFields, readMetadataFieldSet(image));
-        },
-        erased);
+    return writeWith(*this, path, expected, [&](Exiv2::Image& image) {
+        return WrittenEdits{mergedOver(*this, editedFields, image), erased};
+    });
+}
+
+WriteResult MetadataTest::writeEditsOfOwnRecord(const QString& path, const QUrl& recordUrl,
+                                                const EditsOfRecord& editsOf,
+                                                const std::optional<FileStamp>& expected) const {
+    return writeWith(*this, path, expected, [&](Exiv2::Image& image) {
+        EditedRows edits = editsOf(recordOfParsedImage(recordUrl, image));
+        return WrittenEdits{mergedOver(*this, edits.values, image), std::move(edits.erased)};
+    });
 }
 
 } // namespace tagmoor

@@ -7,6 +7,8 @@
 
 #include <QVarLengthArray>
 
+#include <exiv2/exiv2.hpp>
+
 #include <utility>
 
 namespace tagmoor {
@@ -44,33 +46,10 @@ void mergeSidecar(const QString& path, MetadataFieldSet& set, CGImageProperties&
     }
 }
 
-} // namespace
-
-bool givesRecord(const QString& path) {
-    // A JPEG is readable when Exiv2 finds its frame header or, failing that, Qt's reader does;
-    // the second alone is a cheap test, and when it holds the record is sure.
-    if (sniffImageKind(readImageHead(path)) == ImageKind::Jpeg && ImageProbe::qtJpegSize(path))
-        return true;
-    return loadImageProperties(QUrl::fromLocalFile(path)).has_value();
-}
-
-std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
-    if (!url.isLocalFile())
-        return std::nullopt;
-    const QString path = url.toLocalFile();
-    // One read for the kind and, for most JPEGs, the whole head that Exiv2 parses.
-    const QByteArray start = readImageHead(path, kJpegHeadStartSize);
-    const QByteArray head = start.left(kImageKindHeadSize);
-    const ImageKind kind = sniffImageKind(head);
-    if (kind == ImageKind::Unknown)
-        return std::nullopt;
-
-    std::optional<QSize> exiv2HeaderSize;
-    MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize, start});
-    const ImageProbeResult probe = readability(path, head, kind, exiv2HeaderSize);
-    if (!probe.readable)
-        return std::nullopt;
-
+// The record of a file whose key-list values are `set`: the sidecar's values laid over them,
+// each value in its field (a date text parsed), and the pixel size.
+CGImageProperties recordOfFieldSet(const QUrl& url, const QString& path, MetadataFieldSet set,
+                                   const std::optional<QSize>& pixelSize) {
     CGImageProperties record;
     mergeSidecar(path, set, record);
     record.url = url;
@@ -100,13 +79,51 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
             *row.field(record) = value;
         }
     }
-    if (probe.pixelSize) {
-        record.pixelWidth = double(probe.pixelSize->width());
-        record.pixelHeight = double(probe.pixelSize->height());
+    if (pixelSize) {
+        record.pixelWidth = double(pixelSize->width());
+        record.pixelHeight = double(pixelSize->height());
     }
     record.isSelected = true;
     record.isTempDataAvailable = false;
     return record;
+}
+
+} // namespace
+
+bool givesRecord(const QString& path) {
+    // A JPEG is readable when Exiv2 finds its frame header or, failing that, Qt's reader does;
+    // the second alone is a cheap test, and when it holds the record is sure.
+    if (sniffImageKind(readImageHead(path)) == ImageKind::Jpeg && ImageProbe::qtJpegSize(path))
+        return true;
+    return loadImageProperties(QUrl::fromLocalFile(path)).has_value();
+}
+
+std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
+    if (!url.isLocalFile())
+        return std::nullopt;
+    const QString path = url.toLocalFile();
+    // One read for the kind and, for most JPEGs, the whole head that Exiv2 parses.
+    const QByteArray start = readImageHead(path, kJpegHeadStartSize);
+    const QByteArray head = start.left(kImageKindHeadSize);
+    const ImageKind kind = sniffImageKind(head);
+    if (kind == ImageKind::Unknown)
+        return std::nullopt;
+
+    std::optional<QSize> exiv2HeaderSize;
+    MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize, start});
+    const ImageProbeResult probe = readability(path, head, kind, exiv2HeaderSize);
+    if (!probe.readable)
+        return std::nullopt;
+
+    CGImageProperties record = recordOfFieldSet(url, path, std::move(set), probe.pixelSize);
+    return record;
+}
+
+CGImageProperties recordOfParsedImage(const QUrl& url, const Exiv2::Image& image) {
+    std::optional<QSize> size;
+    if (image.pixelWidth() > 0 && image.pixelHeight() > 0)
+        size = QSize(image.pixelWidth(), image.pixelHeight());
+    return recordOfFieldSet(url, url.toLocalFile(), readMetadataFieldSet(image), size);
 }
 
 } // namespace tagmoor

@@ -9,11 +9,21 @@
 
 #include <optional>
 
+namespace Exiv2 {
+class Image;
+}
+
 namespace tagmoor {
 
 // A file's record: nothing when the file is not a readable image of an accepted type.
 // Reads headers only. Safe to call from any thread.
 std::optional<CGImageProperties> loadImageProperties(const QUrl& url);
+
+// The values of the record that loadImageProperties gives, taken from an image Exiv2 has
+// parsed already (the bytes a write is about to edit): the tags, with the photo's sidecar laid
+// over them. The pixel size is the one Exiv2 found, if any. Call it where the image may be
+// read (under the XMP lock when the image's XMP is not decoded yet).
+CGImageProperties recordOfParsedImage(const QUrl& url, const Exiv2::Image& image);
 
 // Whether loadImageProperties gives the file a record, with as little work as tells it: a JPEG
 // whose frame header Qt's reader finds needs no parse of its tags.

@@ -114,6 +114,8 @@ struct CGImageProperties {
     SharedGroup<XMPDataProperties> xmpDataProperties;
     bool isSelected = true;
     bool isTempDataAvailable = false;
+    // Only the url is known: a run reads the photo's values from the bytes it edits.
+    bool valuesUnread = false;
     // The XMP sidecar whose values were laid over the photo's own (empty: none was), and the
     // keys of the key lists whose values came from it; every other value is the photo's.
     QString sidecarPath;

@@ -154,3 +154,50 @@ TEST_F(ApplyCommand, ManyProblemsAreToldInListOrder) {
     EXPECT_EQ(inJson, expected);
     EXPECT_EQ(r["notPhotos"].toArray().size(), 6);
 }
+
+// A run takes each photo's own dates from the bytes it edits, where the dry run reads the photo
+// beforehand: both must see the same dates, a sidecar's among them (the standard form reads
+// sidecars), into a folder and in place.
+TEST_F(ApplyCommand, ARunShiftsTheDatesItsDryRunAnnounces) {
+    ASSERT_TRUE(
+        writeBytes(in() + "/sub/Reagan.xmp",
+                   "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+                   "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+                   "rdf:about=\"\" xmlns:photoshop=\"http://ns.adobe.com/photoshop/1.0/\" "
+                   "photoshop:DateCreated=\"2010-05-01T10:00:00\"/></rdf:RDF></x:xmpmeta>"));
+    const QString shift = QStringLiteral("DateTimeOriginal=shift-time:+1:00:00");
+    for (const QString form : {"standard", "described"}) {
+        for (const bool inPlace : {false, true}) {
+            SCOPED_TRACE((form + (inPlace ? " in place" : " into a folder")).toStdString());
+            QTemporaryDir work;
+            const QString photos = work.filePath("in");
+            QDir().mkpath(photos);
+            copySample(in() + "/sub/Reagan.jpg", photos);
+            QFile::copy(in() + "/sub/Reagan.xmp", photos + "/Reagan.xmp");
+            copySample(in() + "/et-GPS.jpg", photos);
+            const QStringList target =
+                inPlace ? QStringList{"--in-place"} : QStringList{"--out", work.filePath("out")};
+            const QStringList args =
+                QStringList{"--form", form, "--date", shift} + target + QStringList{photos};
+            const ToolResult dry = apply(QStringList{"--dry-run"} + args);
+            ASSERT_EQ(dry.exitCode, 0) << dry.err.toStdString();
+            const ToolResult run = apply(args);
+            ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+            const QString folder = inPlace ? photos : work.filePath("out");
+            for (const QString name : {"Reagan.jpg", "et-GPS.jpg"}) {
+                const auto written = tagOf(folder + "/" + name, "Exif.Photo.DateTimeOriginal");
+                ASSERT_TRUE(written) << name.toStdString();
+                QString announced = *written;
+                if (form == QLatin1String("standard"))
+                    announced.replace(4, 1, '-').replace(7, 1, '-');
+                EXPECT_TRUE(dry.out.contains("set Exif.Photo.DateTimeOriginal = \"" +
+                                             announced.toUtf8() + "\""))
+                    << name.toStdString() << ": " << written->toStdString();
+            }
+            if (form == QLatin1String("standard")) {
+                EXPECT_EQ(tagOf(folder + "/Reagan.jpg", "Exif.Photo.DateTimeOriginal"),
+                          "2010:05:01 11:00:00");
+            }
+        }
+    }
+}
