@@ -43,7 +43,8 @@ public:
 
 private:
     // A date in UTC, in local time or at a fixed offset is told apart by its instant and by
-    // how it is shown (the spec, and the offset); one in a named zone keeps a node of its own.
+    // how it is shown (its kind of time, and the offset); one in a named zone keeps a node of
+    // its own.
     using DateKey = std::pair<qint64, int>;
     static std::optional<DateKey> dateKey(const QDateTime& date) {
         if (!date.isValid())

@@ -109,7 +109,7 @@ TEST(PropertyValue, CopiesAndMovesKeepTheirOwnValues) {
 }
 
 // Equal values read from many photos share one node; sharing never merges two values that show
-// differently: a date keeps its offset and its spec, and a real its sign.
+// differently: a date keeps its offset and its kind of time, and a real its sign.
 TEST(PropertyValue, SharedValuesKeepHowTheyShow) {
     const QDateTime instant(QDate(2021, 6, 1), QTime(12, 0), Qt::UTC);
     const PropertyValue utc(instant);
