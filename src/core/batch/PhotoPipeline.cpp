@@ -283,7 +283,14 @@ PhotoResult PhotoPipeline::editOldOutput(const StagedOutput& output, const QStri
     const QFileInfo old(target);
     if (!old.isFile() || old.isSymLink() || (sources && sources->contains(target)))
         return skipped(PhotoOutcome::SkippedNoOutput, cause);
-    const MetadataStep step = changeMetadata(target, record);
+    // The old output's bytes are not the photo's: values left unread are read from the photo.
+    std::optional<CGImageProperties> whole;
+    if (record.valuesUnread) {
+        whole = loadImageProperties(*record.url);
+        if (!whole)
+            return skipped(PhotoOutcome::SkippedNoOutput, cause);
+    }
+    const MetadataStep step = changeMetadata(target, whole ? *whole : record);
     const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
     QString problem = QStringLiteral("the old output could not be replaced (%1)").arg(cause);
     if (const QString stepProblem = problemOf(step, target, dated); !stepProblem.isEmpty())
