@@ -11,9 +11,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMutex>
 #include <QTextStream>
 #include <QUrl>
 
@@ -327,12 +329,34 @@ int runRead(const QStringList& args) {
     };
     int missing = 0;
     qsizetype next = 0;
+    // Each photo's extras are read on the reader's thread from the parse that gives its record,
+    // and wait here, by path, until the record is printed.
+    QMutex extrasLock;
+    QHash<QString, std::optional<ExtraValues>> extrasOf;
+    const auto load = [&](const QUrl& url) -> std::optional<CGImageProperties> {
+        std::optional<RecordAndExtras> read = loadImagePropertiesAndExtras(url);
+        if (!read)
+            return std::nullopt;
+        const QMutexLocker locked(&extrasLock);
+        extrasOf.insert(url.toLocalFile(), std::move(read->extras));
+        return std::move(read->record);
+    };
+    const auto extrasFor = [&](const QString& absolute) {
+        const QMutexLocker locked(&extrasLock);
+        const auto found = extrasOf.find(absolute);
+        if (found == extrasOf.end())
+            return std::optional<std::optional<ExtraValues>>();
+        std::optional<ExtraValues> extras = std::move(*found);
+        extrasOf.erase(found);
+        return std::optional<std::optional<ExtraValues>>(std::move(extras));
+    };
     OrderedRecordReader reader(
-        &loadImageProperties, threads,
-        [&](const QString& absolute, std::optional<CGImageProperties>&& record) {
+        load, threads, [&](const QString& absolute, std::optional<CGImageProperties>&& record) {
             const QString& path = paths[next++];
             if (record) {
-                const auto extras = readExtraValuesOf(absolute);
+                // A path that did not come back the same through its URL is read again.
+                const auto kept = extrasFor(absolute);
+                const auto extras = kept ? *kept : readExtraValuesOf(absolute);
                 appendRecordLine(pending, path, *record,
                                  extras ? extraValuesJson(*extras) : QJsonObject());
             } else {

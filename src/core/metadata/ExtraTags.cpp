@@ -432,6 +432,11 @@ std::optional<ExtraValues> readExtraValuesOf(const QString& path, SidecarValues 
     std::optional<ExtraValues> values;
     MetadataBlockReader::readParsed(
         path, [&](const Exiv2::Image& image) { values = readExtraValues(image); });
+    return withSidecarValues(path, std::move(values), sidecar);
+}
+
+std::optional<ExtraValues> withSidecarValues(const QString& path, std::optional<ExtraValues> values,
+                                             SidecarValues sidecar) {
     if (!values || sidecar == SidecarValues::Ignored || !sidecarsAreRead())
         return values;
     const auto found = findSidecar(path);

@@ -48,6 +48,11 @@ enum class SidecarValues { Merged, Ignored };
 std::optional<ExtraValues> readExtraValuesOf(const QString& path,
                                              SidecarValues sidecar = SidecarValues::Merged);
 
+// `values`, read from the photo at `path`, with those of its sidecar laid over them as
+// readExtraValuesOf lays them.
+std::optional<ExtraValues> withSidecarValues(const QString& path, std::optional<ExtraValues> values,
+                                             SidecarValues sidecar = SidecarValues::Merged);
+
 // The text a reader takes from a group of copies: the first copy, in the group's order, that
 // holds a non-empty value. Throws what Exiv2 throws.
 std::optional<QString> preferredCopyText(const Exiv2::Image& image, const CopyGroup& group);

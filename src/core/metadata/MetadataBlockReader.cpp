@@ -448,6 +448,8 @@ withParsedImage(const QString& path, const MetadataBlockReader::Options& options
                 *options.headerSize = QSize(image->pixelWidth(), image->pixelHeight());
             body(*image);
             outcome = Outcome::Read;
+            if (options.alsoRead)
+                options.alsoRead(*image);
         },
         [&](Exiv2Failure, const QString& what) {
             qCDebug(lcRead) << "no metadata from" << path << ":" << what;

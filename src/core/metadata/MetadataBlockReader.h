@@ -42,6 +42,9 @@ public:
         // The file's first bytes when the caller has read them already; a JPEG's head is then
         // read from the file only past them.
         QByteArray start;
+        // Handed the parsed image once the rows are read, so that a caller takes more from
+        // the same parse; what it throws leaves the rows read.
+        std::function<void(const Exiv2::Image&)> alsoRead;
     };
 
     // Every datum of the three blocks.

@@ -88,6 +88,10 @@ CGImageProperties recordOfFieldSet(const QUrl& url, const QString& path, Metadat
     return record;
 }
 
+// A file's record, `alsoRead` handed the image that it is read from.
+std::optional<CGImageProperties>
+loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& alsoRead);
+
 } // namespace
 
 bool givesRecord(const QString& path) {
@@ -99,6 +103,23 @@ bool givesRecord(const QString& path) {
 }
 
 std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
+    return loadRecord(url, {});
+}
+
+std::optional<RecordAndExtras> loadImagePropertiesAndExtras(const QUrl& url) {
+    std::optional<ExtraValues> extras;
+    std::optional<CGImageProperties> record =
+        loadRecord(url, [&](const Exiv2::Image& image) { extras = readExtraValues(image); });
+    if (!record)
+        return std::nullopt;
+    return RecordAndExtras{std::move(*record),
+                           withSidecarValues(url.toLocalFile(), std::move(extras))};
+}
+
+namespace {
+
+std::optional<CGImageProperties>
+loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& alsoRead) {
     if (!url.isLocalFile())
         return std::nullopt;
     const QString path = url.toLocalFile();
@@ -110,7 +131,7 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
         return std::nullopt;
 
     std::optional<QSize> exiv2HeaderSize;
-    MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize, start});
+    MetadataFieldSet set = readMetadataFieldSet(path, {kind, &exiv2HeaderSize, start, alsoRead});
     const ImageProbeResult probe = readability(path, head, kind, exiv2HeaderSize);
     if (!probe.readable)
         return std::nullopt;
@@ -118,6 +139,8 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
     CGImageProperties record = recordOfFieldSet(url, path, std::move(set), probe.pixelSize);
     return record;
 }
+
+} // namespace
 
 CGImageProperties recordOfParsedImage(const QUrl& url, const Exiv2::Image& image) {
     std::optional<QSize> size;

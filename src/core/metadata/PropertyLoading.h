@@ -1,5 +1,6 @@
 #pragma once
 
+#include "metadata/ExtraTags.h"
 #include "metadata/MetadataFieldSet.h"
 #include "model/CGImageProperties.h"
 
@@ -24,6 +25,14 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url);
 // over them. The pixel size is the one Exiv2 found, if any. Call it where the image may be
 // read (under the XMP lock when the image's XMP is not decoded yet).
 CGImageProperties recordOfParsedImage(const QUrl& url, const Exiv2::Image& image);
+
+// A file's record and its extra values (keywords, rating, label...) from one parse; nothing
+// when the file gives no record. The extras are what readExtraValuesOf gives.
+struct RecordAndExtras {
+    CGImageProperties record;
+    std::optional<ExtraValues> extras;
+};
+std::optional<RecordAndExtras> loadImagePropertiesAndExtras(const QUrl& url);
 
 // Whether loadImageProperties gives the file a record, with as little work as tells it: a JPEG
 // whose frame header Qt's reader finds needs no parse of its tags.

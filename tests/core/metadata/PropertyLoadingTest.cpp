@@ -1,6 +1,9 @@
 #include "metadata/PropertyLoading.h"
 #include "ExivFixture.h"
+#include "foundation/ValueForm.h"
+#include "metadata/ExtraTags.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QUrl>
 #include <QtConcurrent/QtConcurrentMap>
@@ -138,6 +141,57 @@ TEST_F(PropertyLoading, ThreadsLoadingAtOnceGetTheSameRecords) {
     for (qsizetype i = 0; i < many.size(); ++i)
         EXPECT_EQ(describe(loaded[i]).join(' ').toStdString(),
                   describe(expected[i % urls.size()]).join(' ').toStdString());
+}
+
+} // namespace
+} // namespace tagmoor
+
+namespace tagmoor {
+namespace {
+
+// One parse gives what the two readers give apart: the record of loadImageProperties and the
+// extras of readExtraValuesOf, for every sample (damaged ones and files of no photo type among
+// them) and for a photo whose sidecar adds keywords and a rating, in both forms.
+TEST_F(PropertyLoading, RecordAndExtrasFromOneParseAreThoseOfTwo) {
+    QStringList files;
+    for (const char* folder : {"formats", "malformed"}) {
+        const QDir samples(QStringLiteral(TAGMOOR_SAMPLES "/") + QLatin1String(folder));
+        for (const QString& name : samples.entryList(QDir::Files, QDir::Name))
+            files << samples.filePath(name);
+    }
+    const QString withSidecar =
+        copySample(QStringLiteral(TAGMOOR_SAMPLES "/formats/Reagan.jpg"), dir.path());
+    ASSERT_TRUE(writeBytes(
+        path("Reagan.xmp"),
+        "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+        "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+        "rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+        "xmlns:dc=\"http://purl.org/dc/elements/1.1/\" xmp:Rating=\"4\"><dc:subject><rdf:Bag>"
+        "<rdf:li>Harbour</rdf:li></rdf:Bag></dc:subject></rdf:Description></rdf:RDF>"
+        "</x:xmpmeta>"));
+    files << withSidecar;
+    for (const ValueForm form : {ValueForm::standard, ValueForm::described}) {
+        const ValueFormScope scope(form);
+        int withExtras = 0;
+        for (const QString& file : std::as_const(files)) {
+            SCOPED_TRACE(file.toStdString());
+            const QUrl url = QUrl::fromLocalFile(file);
+            const auto both = loadImagePropertiesAndExtras(url);
+            const auto record = loadImageProperties(url);
+            ASSERT_EQ(both.has_value(), record.has_value());
+            if (!both)
+                continue;
+            EXPECT_TRUE(both->record == *record);
+            EXPECT_EQ(both->extras, readExtraValuesOf(file));
+            withExtras += both->extras ? 1 : 0;
+        }
+        EXPECT_GT(withExtras, 20);
+    }
+    ValueFormScope standard(ValueForm::standard);
+    const auto read = loadImagePropertiesAndExtras(QUrl::fromLocalFile(withSidecar));
+    ASSERT_TRUE(read && read->extras);
+    EXPECT_EQ(read->extras->rating, 4);
+    EXPECT_TRUE(read->extras->keywords.subject.contains(QStringLiteral("Harbour")));
 }
 
 } // namespace
