@@ -12,12 +12,11 @@ namespace tagmoor {
 namespace {
 
 // The values a thread made last, by content, so that equal texts, numbers and dates share one
-// node.
+// value.
 // Bounded: when full it starts over, which only costs some sharing.
 class SharedValues {
 public:
-    using Node = PackedVariant::Node;
-    QExplicitlySharedDataPointer<Node> get(const QVariant& v) {
+    PackedVariant get(const QVariant& v) {
         switch (v.metaType().id()) {
         case QMetaType::QString:
             return lookup(m_texts, *static_cast<const QString*>(v.constData()), v);
@@ -35,15 +34,15 @@ public:
         case QMetaType::QDateTime:
             if (const auto key = dateKey(*static_cast<const QDateTime*>(v.constData())))
                 return lookup(m_dates, *key, v);
-            return QExplicitlySharedDataPointer<Node>(new Node(v));
+            return PackedVariant::unshared(v);
         default:
-            return QExplicitlySharedDataPointer<Node>(new Node(v));
+            return PackedVariant::unshared(v);
         }
     }
 
 private:
     // A date in UTC, in local time or at a fixed offset is told apart by its instant and by
-    // how it is shown (its kind of time, and the offset); one in a named zone keeps a node of
+    // how it is shown (its kind of time, and the offset); one in a named zone keeps a value of
     // its own.
     using DateKey = std::pair<qint64, int>;
     static std::optional<DateKey> dateKey(const QDateTime& date) {
@@ -64,33 +63,32 @@ private:
 
     static constexpr qsizetype kMax = 4096;
     template <typename Key>
-    QExplicitlySharedDataPointer<Node> lookup(QHash<Key, QExplicitlySharedDataPointer<Node>>& map,
-                                              const Key& key, const QVariant& v) {
+    PackedVariant lookup(QHash<Key, PackedVariant>& map, const Key& key, const QVariant& v) {
         if (const auto it = map.constFind(key); it != map.cend())
             return *it;
         if (map.size() >= kMax)
             map.clear();
-        QExplicitlySharedDataPointer<Node> node(new Node(v));
-        map.insert(key, node);
-        return node;
+        PackedVariant value = PackedVariant::unshared(v);
+        map.insert(key, value);
+        return value;
     }
-    QHash<QString, QExplicitlySharedDataPointer<Node>> m_texts;
-    QHash<qint64, QExplicitlySharedDataPointer<Node>> m_numbers;
-    QHash<quint32, QExplicitlySharedDataPointer<Node>> m_floats;
-    QHash<quint64, QExplicitlySharedDataPointer<Node>> m_doubles;
-    QHash<quint8, QExplicitlySharedDataPointer<Node>> m_bytes;
-    QHash<DateKey, QExplicitlySharedDataPointer<Node>> m_dates;
+    QHash<QString, PackedVariant> m_texts;
+    QHash<qint64, PackedVariant> m_numbers;
+    QHash<quint32, PackedVariant> m_floats;
+    QHash<quint64, PackedVariant> m_doubles;
+    QHash<quint8, PackedVariant> m_bytes;
+    QHash<DateKey, PackedVariant> m_dates;
 };
 
 } // namespace
 
 void PackedVariant::assign(const QVariant& v) {
     if (!v.isValid()) {
-        m_value.reset();
+        ValuePool::release(std::exchange(m_index, 0));
         return;
     }
     thread_local SharedValues shared;
-    m_value = shared.get(v);
+    *this = shared.get(v);
 }
 
 PropertyValue::Kind PropertyValue::kindOf(const QVariant& v) {

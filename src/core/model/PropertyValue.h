@@ -1,18 +1,20 @@
 #pragma once
 
+#include "model/ValuePool.h"
+
 #include <QByteArray>
 #include <QDateTime>
-#include <QExplicitlySharedDataPointer>
 #include <QString>
 #include <QVariant>
 
-#include <memory>
 #include <optional>
+#include <utility>
 
 namespace tagmoor {
 
-// A QVariant that costs one pointer while it is empty: a record holds some 240 values, most of
-// them absent, so a present value lives on the heap and an absent one takes no more room.
+// A QVariant that costs four bytes while it is empty: a record holds some 240 values, most of
+// them absent, so a present value lives in the value store and an absent one takes no more
+// room than its number.
 // A present value is immutable and shared: copies share it, and texts and numbers read from
 // many photos (a camera's make, an artist, an ISO speed) are shared among the records of one
 // reading thread, so a long list holds each such value a few times rather than once a photo.
@@ -20,25 +22,38 @@ class PackedVariant {
 public:
     PackedVariant() = default;
     explicit PackedVariant(const QVariant& v) { assign(v); }
-    PackedVariant(const PackedVariant& other) = default;
-    PackedVariant(PackedVariant&&) noexcept = default;
-    PackedVariant& operator=(const PackedVariant& other) = default;
-    PackedVariant& operator=(PackedVariant&&) noexcept = default;
+    PackedVariant(const PackedVariant& other) : m_index(other.m_index) {
+        ValuePool::retain(m_index);
+    }
+    PackedVariant(PackedVariant&& other) noexcept : m_index(std::exchange(other.m_index, 0)) {}
+    PackedVariant& operator=(const PackedVariant& other) {
+        ValuePool::retain(other.m_index);
+        ValuePool::release(std::exchange(m_index, other.m_index));
+        return *this;
+    }
+    PackedVariant& operator=(PackedVariant&& other) noexcept {
+        if (this != &other)
+            ValuePool::release(std::exchange(m_index, std::exchange(other.m_index, 0)));
+        return *this;
+    }
     PackedVariant& operator=(const QVariant& v) {
         assign(v);
         return *this;
     }
-    ~PackedVariant() = default;
+    ~PackedVariant() { ValuePool::release(m_index); }
 
-    const QVariant& get() const { return m_value ? m_value->value : empty(); }
+    const QVariant& get() const { return m_index ? ValuePool::value(m_index) : empty(); }
     operator const QVariant&() const { return get(); }
     // The same shared value (equal, without comparing).
-    bool sharesWith(const PackedVariant& other) const { return m_value == other.m_value; }
+    bool sharesWith(const PackedVariant& other) const { return m_index == other.m_index; }
 
-    struct Node : QSharedData {
-        explicit Node(const QVariant& v) : value(v) {}
-        const QVariant value;
-    };
+    // A value of its own, shared with no earlier one.
+    static PackedVariant unshared(const QVariant& v) {
+        PackedVariant p;
+        if (v.isValid())
+            p.m_index = ValuePool::make(v);
+        return p;
+    }
 
 private:
     static const QVariant& empty() {
@@ -46,7 +61,7 @@ private:
         return none;
     }
     void assign(const QVariant& v);
-    QExplicitlySharedDataPointer<Node> m_value;
+    quint32 m_index = 0;
 };
 
 // An optional value of exactly one of ten kinds. Nothing is converted on assignment or on

@@ -2,8 +2,12 @@
 
 #include <QSize>
 
+#include <atomic>
 #include <cmath>
+#include <mutex>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -131,6 +135,57 @@ TEST(PropertyValue, SharedValuesKeepHowTheyShow) {
     EXPECT_EQ(PropertyValue(2.8).float64(), 2.8);
     EXPECT_EQ(PropertyValue(quint8(1)).uint8(), quint8(1));
     EXPECT_FALSE(PropertyValue(quint8(1)) == PropertyValue(qint64(1)));
+}
+
+// Values made on one thread and dropped on another: each keeps its content while any copy
+// lives, and once every copy is gone (the threads' caches of shared values with them) the
+// store holds no more than before. Run under load so that taking and freeing numbers race.
+TEST(PropertyValue, ValuesPassedBetweenThreadsStayIntactAndAreFreed) {
+    const std::size_t before = ValuePool::liveCount();
+    constexpr int kCount = 40000;
+    std::mutex lock;
+    std::vector<std::pair<int, PropertyValue>> handedOver;
+    std::atomic<int> wrong = 0;
+    const auto work = [&](int side) {
+        std::vector<std::pair<int, PropertyValue>> mine;
+        for (int i = 0; i < kCount; ++i) {
+            const int n = side * kCount + i;
+            PropertyValue v = (i % 2) ? PropertyValue(QStringLiteral("text %1").arg(n))
+                                      : PropertyValue(double(n) + 0.5);
+            mine.emplace_back(n, v);
+            if (i % 64 == 63) {
+                const std::lock_guard guard(lock);
+                for (auto& item : mine)
+                    handedOver.push_back(std::move(item));
+                mine.clear();
+                // Take back what the other thread handed over, check it, and drop it here.
+                for (auto it = handedOver.begin(); it != handedOver.end();) {
+                    if (it->first / kCount == side) {
+                        ++it;
+                        continue;
+                    }
+                    const int m = it->first;
+                    const bool ok = (m % kCount) % 2
+                                        ? it->second.text() == QStringLiteral("text %1").arg(m)
+                                        : it->second.float64() == double(m) + 0.5;
+                    wrong += ok ? 0 : 1;
+                    it = handedOver.erase(it);
+                }
+            }
+        }
+    };
+    std::thread a(work, 0);
+    std::thread b(work, 1);
+    a.join();
+    b.join();
+    for (const auto& [n, v] : handedOver) {
+        const bool ok = (n % kCount) % 2 ? v.text() == QStringLiteral("text %1").arg(n)
+                                         : v.float64() == double(n) + 0.5;
+        wrong += ok ? 0 : 1;
+    }
+    EXPECT_EQ(wrong, 0);
+    handedOver.clear();
+    EXPECT_EQ(ValuePool::liveCount(), before);
 }
 
 // A copied record shares its groups until one copy changes one of them; reading does not part
