@@ -57,14 +57,22 @@ QString toQString(const icu::UnicodeString& text) {
 
 // "Zürich (Kreis 1) / Lindenhof" is a quarter of Zürich: the part after the last " / " names
 // it; a name without one stays whole.
-QString quarterName(const QString& name) {
-    const qsizetype slash = name.lastIndexOf(QStringLiteral(" / "));
-    return slash < 0 ? name : name.mid(slash + 3);
+QString quarterName(QStringView name) {
+    const qsizetype slash = name.lastIndexOf(u" / ");
+    return (slash < 0 ? name : name.sliced(slash + 3)).toString();
+}
+
+// One length-prefixed UTF-8 text into `bytes`; false when the data ends first.
+bool readUtf8(QDataStream& in, QByteArray& bytes) {
+    quint16 length = 0;
+    in >> length;
+    bytes.resize(length);
+    return in.readRawData(bytes.data(), length) == length;
 }
 
 } // namespace
 
-QString Gazetteer::fold(const QString& text) {
+QString Gazetteer::fold(QStringView text) {
     UErrorCode status = U_ZERO_ERROR;
     const icu::Normalizer2* nfd = icu::Normalizer2::getNFDInstance(status);
     icu::UnicodeString source(reinterpret_cast<const UChar*>(text.utf16()), int32_t(text.size()));
@@ -98,14 +106,8 @@ std::shared_ptr<const Gazetteer> Gazetteer::fromData(const QByteArray& data) {
     if (version != 2)
         return nullptr;
 
-    auto readText = [&in]() {
-        quint16 length = 0;
-        in >> length;
-        QByteArray bytes(length, Qt::Uninitialized);
-        if (in.readRawData(bytes.data(), length) != length)
-            return QString();
-        return QString::fromUtf8(bytes);
-    };
+    QByteArray bytes; // the UTF-8 of one text, reused from one to the next
+    auto readText = [&]() { return readUtf8(in, bytes) ? QString::fromUtf8(bytes) : QString(); };
 
     std::shared_ptr<Gazetteer> gazetteer(new Gazetteer);
     quint32 regionCount = 0;
@@ -125,7 +127,24 @@ std::shared_ptr<const Gazetteer> Gazetteer::fromData(const QByteArray& data) {
     in >> count;
     if (in.status() != QDataStream::Ok || count > 10'000'000)
         return nullptr;
-    gazetteer->m_places.reserve(count);
+    // The rest of the file is the places: fixed fields, then the name's length and its UTF-8.
+    // Less the fixed parts, what is left is the UTF-8 of all names, which takes no fewer
+    // units than their UTF-16; less than nothing is a file cut short.
+    constexpr qint64 kFixedBytes = 4 + 4 + 4 + 2 + 1 + 2 + 2;
+    const qint64 nameBytes = qint64(data.size()) - in.device()->pos() - kFixedBytes * count;
+    if (nameBytes < 0 || !gazetteer->readPlaces(in, count, nameBytes))
+        return nullptr;
+    gazetteer->buildTree(0, int(count), 0);
+    if (!gazetteer->indexNames())
+        return nullptr;
+    qCDebug(lcGazetteer) << "loaded" << count << "places";
+    return gazetteer;
+}
+
+bool Gazetteer::readPlaces(QDataStream& in, quint32 count, qint64 nameBytes) {
+    m_places.reserve(count);
+    m_text.reserve(nameBytes);
+    QByteArray bytes;
     for (quint32 i = 0; i < count; ++i) {
         qint32 lat = 0;
         qint32 lon = 0;
@@ -133,10 +152,15 @@ std::shared_ptr<const Gazetteer> Gazetteer::fromData(const QByteArray& data) {
         in >> lat >> lon >> place.population;
         in.readRawData(place.country, 2);
         in >> place.kind >> place.region;
-        place.name = readText();
-        if (in.status() != QDataStream::Ok ||
-            (place.region != kNoRegion && place.region >= regionCount))
-            return nullptr;
+        if (!readUtf8(in, bytes) || in.status() != QDataStream::Ok ||
+            (place.region != kNoRegion && place.region >= m_regions.size()))
+            return false;
+        const QString name = QString::fromUtf8(bytes);
+        if (quint64(m_text.size()) + quint64(name.size()) > std::numeric_limits<quint32>::max())
+            return false;
+        place.nameOffset = quint32(m_text.size());
+        place.nameLength = quint16(name.size()); // UTF-16 is never longer than UTF-8
+        m_text.append(name);
         place.latitude = float(lat / 1e5);
         place.longitude = float(lon / 1e5);
         double p[3];
@@ -144,30 +168,41 @@ std::shared_ptr<const Gazetteer> Gazetteer::fromData(const QByteArray& data) {
         place.x = p[0];
         place.y = p[1];
         place.z = p[2];
-        gazetteer->m_places.push_back(std::move(place));
+        m_places.push_back(place);
     }
-    gazetteer->buildTree(0, int(count), 0);
+    m_text.squeeze();
+    return true;
+}
 
-    auto& names = gazetteer->m_names;
-    names.reserve(count);
-    for (int i = 0; i < int(count); ++i) {
-        const Place& place = gazetteer->m_places[std::size_t(i)];
-        names.emplace_back(fold(place.name), i);
-        const QString code = QString::fromLatin1(place.country, 2);
-        if (!gazetteer->m_countryNames.contains(code)) {
-            const QString name = gazetteer->countryName(place.country);
-            gazetteer->m_countryNames.insert(code, name);
-            gazetteer->m_countryKeys.insert(code, {fold(name), fold(code)});
+bool Gazetteer::indexNames() {
+    m_names.reserve(m_places.size());
+    // Folding keeps the length of most names (accents go, a few letters become two): a little
+    // room beyond the names spares growing the buffer, and the squeeze gives back the rest.
+    m_folded.reserve(m_text.size() + m_text.size() / 32);
+    for (quint32 i = 0; i < m_places.size(); ++i) {
+        const Place& place = m_places[i];
+        const QString key = fold(nameOf(place));
+        if (quint64(m_folded.size()) + quint64(key.size()) > std::numeric_limits<quint32>::max())
+            return false;
+        m_names.push_back({quint32(m_folded.size()), quint32(key.size()), i});
+        m_folded.append(key);
+        const quint16 code = countryKey(place.country);
+        if (!m_countryNames.contains(code)) {
+            const QString name = countryName(place.country);
+            m_countryNames.insert(code, name);
+            m_countryKeys.insert(code, {fold(name), fold(QString::fromLatin1(place.country, 2))});
         }
     }
-    std::sort(names.begin(), names.end());
-    qCDebug(lcGazetteer) << "loaded" << count << "places";
-    return gazetteer;
+    m_folded.squeeze();
+    std::sort(m_names.begin(), m_names.end(), [this](const Name& a, const Name& b) {
+        const int order = foldedOf(a).compare(foldedOf(b));
+        return order != 0 ? order < 0 : a.place < b.place;
+    });
+    return true;
 }
 
 QString Gazetteer::countryName(const char code[2]) const {
-    const QString key = QString::fromLatin1(code, 2);
-    const auto known = m_countryNames.constFind(key);
+    const auto known = m_countryNames.constFind(countryKey(code));
     if (known != m_countryNames.constEnd())
         return *known;
     const std::string iso(code, 2);
@@ -240,14 +275,14 @@ void Gazetteer::nearest(const double p[3], int begin, int end, int depth, Hit& b
 
 Placemark Gazetteer::placemarkOf(const Place& place) const {
     Placemark mark;
-    mark.locality = place.name;
+    mark.locality = nameOf(place).toString();
     if (place.region != kNoRegion) {
         const Region& region = m_regions[place.region];
         mark.administrativeAreaCode = region.code;
         mark.administrativeArea = region.name;
     }
     mark.isoCountryCode = QString::fromLatin1(place.country, 2).trimmed();
-    mark.country = m_countryNames.value(QString::fromLatin1(place.country, 2));
+    mark.country = m_countryNames.value(countryKey(place.country));
     mark.latitude = place.latitude;
     mark.longitude = place.longitude;
     mark.population = place.population;
@@ -300,7 +335,7 @@ std::optional<Placemark> Gazetteer::reverse(double latitude, double longitude) c
     if (quarter && quarter != locality) {
         const Place& place = m_places[std::size_t(quarter->index)];
         if (std::memcmp(place.country, m_places[std::size_t(locality->index)].country, 2) == 0)
-            mark.subLocality = quarterName(place.name);
+            mark.subLocality = quarterName(nameOf(place));
     }
     if (mark.subLocality == mark.locality)
         mark.subLocality.clear();
@@ -308,7 +343,7 @@ std::optional<Placemark> Gazetteer::reverse(double latitude, double longitude) c
 }
 
 bool Gazetteer::qualifies(const Place& place, const Qualifier& qualifier) const {
-    const auto country = m_countryKeys.constFind(QString::fromLatin1(place.country, 2));
+    const auto country = m_countryKeys.constFind(countryKey(place.country));
     if (country != m_countryKeys.constEnd()) {
         // A whole country name ("Niger") means that country, not every one it begins.
         if (qualifier.isCountry ? country->first == qualifier.text
@@ -338,19 +373,21 @@ QList<Placemark> Gazetteer::forward(const QString& text, int limit) const {
     // Every name that starts with the key lies in one run of the sorted list. A short key in
     // a large run is cut off; a longer key narrows it.
     constexpr int kMaxRun = 20000;
-    auto it = std::lower_bound(m_names.begin(), m_names.end(), key,
-                               [](const auto& entry, const QString& k) { return entry.first < k; });
-    std::vector<const std::pair<QString, int>*> run;
-    for (; it != m_names.end() && it->first.startsWith(key) && int(run.size()) < kMaxRun; ++it) {
-        const Place& place = m_places[std::size_t(it->second)];
+    auto it =
+        std::lower_bound(m_names.begin(), m_names.end(), QStringView(key),
+                         [this](const Name& entry, QStringView k) { return foldedOf(entry) < k; });
+    std::vector<const Name*> run;
+    for (; it != m_names.end() && foldedOf(*it).startsWith(key) && int(run.size()) < kMaxRun;
+         ++it) {
+        const Place& place = m_places[it->place];
         if (std::all_of(narrowing.cbegin(), narrowing.cend(),
                         [&](const Qualifier& q) { return qualifies(place, q); }))
             run.push_back(&*it);
     }
-    auto rank = [&](const std::pair<QString, int>* entry) {
-        const Place& place = m_places[std::size_t(entry->second)];
+    auto rank = [&](const Name* entry) {
+        const Place& place = m_places[entry->place];
         // Exact names first; among them the capital, then the larger place.
-        return std::tuple(entry->first.size() != key.size(), place.kind != 2,
+        return std::tuple(qsizetype(entry->length) != key.size(), place.kind != 2,
                           -qint64(place.population));
     };
     const std::size_t keep = std::min(run.size(), std::size_t(limit));
@@ -358,7 +395,7 @@ QList<Placemark> Gazetteer::forward(const QString& text, int limit) const {
                       [&](const auto* a, const auto* b) { return rank(a) < rank(b); });
     QList<Placemark> marks;
     for (std::size_t i = 0; i < keep; ++i)
-        marks.append(placemarkOf(m_places[std::size_t(run[i]->second)]));
+        marks.append(placemarkOf(m_places[run[i]->place]));
     return marks;
 }
 

@@ -6,10 +6,13 @@
 #include <QHash>
 #include <QList>
 #include <QString>
+#include <QStringView>
 
 #include <memory>
 #include <optional>
 #include <vector>
+
+class QDataStream;
 
 namespace tagmoor {
 
@@ -40,7 +43,7 @@ public:
 
     // The folding used for names: canonical decomposition, combining marks removed, full case
     // folding ("São Paulo" and "SAO PAULO" fold alike).
-    static QString fold(const QString& text);
+    static QString fold(QStringView text);
 
 private:
     // The region index of a place outside every region.
@@ -51,14 +54,24 @@ private:
         QString name; // empty when the data has a code without a name
         QString folded;
     };
+    // 48 bytes, as 135,000 of them stay in memory: the name is a slice of m_text rather than
+    // a string of its own, which would cost an allocation a place and a pointer more.
     struct Place {
         double x, y, z; // the position on the unit sphere
         float latitude, longitude;
         quint32 population;
+        quint32 nameOffset; // into m_text
+        quint16 nameLength; // no longer than its UTF-8 in the file, whose length is 16 bits
+        quint16 region;     // index into m_regions, or kNoRegion
         char country[2];
-        quint8 kind;    // 0 place, 1 quarter of a place, 2 capital
-        quint16 region; // index into m_regions, or kNoRegion
-        QString name;
+        quint8 kind; // 0 place, 1 quarter of a place, 2 capital
+    };
+    static_assert(sizeof(Place) == 48);
+    // A folded name, a slice of m_folded, and the index of the place it names.
+    struct Name {
+        quint32 offset;
+        quint32 length;
+        quint32 place;
     };
     struct Hit {
         int index;
@@ -66,11 +79,27 @@ private:
     };
 
     Gazetteer() = default;
+    // Reads `count` places after the regions, their names into m_text (`nameBytes` bounds
+    // their length); false when the data ends early or names a region it lacks.
+    bool readPlaces(QDataStream& in, quint32 count, qint64 nameBytes);
+    // Folds every name into m_folded and sorts m_names by them (after buildTree, as the index
+    // holds places' positions); learns the names of the countries.
+    bool indexNames();
     void buildTree(int begin, int end, int depth);
     void within(const double p[3], double chord, int begin, int end, int depth,
                 std::vector<Hit>& out) const;
     void nearest(const double p[3], int begin, int end, int depth, Hit& best) const;
+    QStringView nameOf(const Place& place) const {
+        return QStringView(m_text.constData() + place.nameOffset, place.nameLength);
+    }
+    QStringView foldedOf(const Name& name) const {
+        return QStringView(m_folded.constData() + name.offset, qsizetype(name.length));
+    }
     Placemark placemarkOf(const Place& place) const;
+    // The two letters of a country code as one number, the key of the country tables.
+    static quint16 countryKey(const char code[2]) {
+        return quint16(quint8(code[0]) << 8 | quint8(code[1]));
+    }
     QString countryName(const char code[2]) const;
     // A word typed after a comma, folded; whether it is a whole country name.
     struct Qualifier {
@@ -83,11 +112,16 @@ private:
     // Places in k-d tree order: each range's median splits it on the depth's axis.
     std::vector<Place> m_places;
     std::vector<Region> m_regions;
-    // (folded name, index), sorted by folded name.
-    std::vector<std::pair<QString, int>> m_names;
-    QHash<QString, QString> m_countryNames;
-    // ISO code to the folded country name and folded code, for "Name, Country".
-    QHash<QString, std::pair<QString, QString>> m_countryKeys;
+    // Every place's name, one after another (in the order of the file).
+    QString m_text;
+    // Every place's folded name, one after another.
+    QString m_folded;
+    // The folded names, sorted by their text, then by place.
+    std::vector<Name> m_names;
+    // Country code (countryKey) to the country's name.
+    QHash<quint16, QString> m_countryNames;
+    // Country code to the folded country name and folded code, for "Name, Country".
+    QHash<quint16, std::pair<QString, QString>> m_countryKeys;
 };
 
 } // namespace tagmoor

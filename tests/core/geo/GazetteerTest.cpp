@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QDataStream>
+
 #include <cmath>
 
 using namespace tagmoor;
@@ -17,6 +19,39 @@ const Gazetteer& gazetteer() {
     static const std::shared_ptr<const Gazetteer> shared =
         Gazetteer::fromFile(GeoData::locate(QStringLiteral("places.bin")));
     return *shared;
+}
+
+struct Written {
+    double latitude, longitude;
+    const char* country;
+    quint8 kind;
+    const char* name;
+};
+
+// The uncompressed contents of a places.bin with one region and the given places.
+QByteArray placesFile(std::initializer_list<Written> places) {
+    QByteArray data;
+    QDataStream out(&data, QIODevice::WriteOnly);
+    out.setByteOrder(QDataStream::LittleEndian);
+    auto text = [&out](const char* utf8) {
+        const QByteArray bytes(utf8);
+        out << quint16(bytes.size());
+        out.writeRawData(bytes.constData(), int(bytes.size()));
+    };
+    out.writeRawData("TMPL", 4);
+    out << quint32(2) << quint32(1);
+    out.writeRawData("DE", 2);
+    text("01");
+    text("Nord");
+    out << quint32(places.size());
+    for (const Written& place : places) {
+        out << qint32(std::lround(place.latitude * 1e5))
+            << qint32(std::lround(place.longitude * 1e5)) << quint32(5000);
+        out.writeRawData(place.country, 2);
+        out << place.kind << quint16(0);
+        text(place.name);
+    }
+    return data;
 }
 
 struct Known {
@@ -36,6 +71,49 @@ TEST(Gazetteer, LoadsTheInstalledPlaces) {
     EXPECT_EQ(Gazetteer::fromData(QByteArray("TMPL\1\0\0\0\0\0\0\0", 12)), nullptr)
         << "an older format";
     EXPECT_EQ(Gazetteer::fromData("not a gazetteer"), nullptr);
+}
+
+TEST(Gazetteer, NamesKeepTheirPlacesWhateverTheirLettersAndFolding) {
+    // A letter outside the basic plane takes two UTF-16 units and four bytes of UTF-8; "ß"
+    // folds to two letters; the quarter's name differs from its folded form in length too.
+    const auto written = Gazetteer::fromData(placesFile({
+        {10.0, 10.0, "DE", 0, "𐐀ber"}, // U+10400, which folds to U+10428
+        {10.001, 10.001, "DE", 1, "Ärm / Viertel"},
+        {11.0, 10.0, "DE", 0, "Straße"},
+        {12.0, 10.0, "AT", 0, ""},
+        {13.0, 10.0, "DE", 0, "Straßenau"},
+    }));
+    ASSERT_TRUE(written);
+    ASSERT_EQ(written->size(), 5);
+
+    const auto first = written->reverse(10.0, 10.0);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->locality, QString::fromUtf8("𐐀ber"));
+    EXPECT_EQ(first->subLocality, QStringLiteral("Viertel"));
+    EXPECT_EQ(first->administrativeArea, QStringLiteral("Nord"));
+    EXPECT_EQ(first->country, QStringLiteral("Germany"));
+    EXPECT_EQ(written->reverse(11.0, 10.0)->locality, QString::fromUtf8("Straße"));
+    EXPECT_EQ(written->reverse(12.0, 10.0)->locality, QString());
+    EXPECT_EQ(written->reverse(12.0, 10.0)->country, QStringLiteral("Austria"));
+
+    auto localities = [&](const char* typed) {
+        QStringList names;
+        for (const Placemark& mark : written->forward(QString::fromUtf8(typed)))
+            names.append(mark.locality);
+        return names;
+    };
+    EXPECT_EQ(localities("𐐨BER"), QStringList{QString::fromUtf8("𐐀ber")});
+    EXPECT_EQ(localities("STRASSE"),
+              (QStringList{QString::fromUtf8("Straße"), QString::fromUtf8("Straßenau")}))
+        << "the exact name first, then the one it begins";
+    EXPECT_EQ(localities("strassen"), QStringList{QString::fromUtf8("Straßenau")});
+    EXPECT_EQ(localities("arm / v"), QStringList{QString::fromUtf8("Ärm / Viertel")});
+    EXPECT_EQ(localities("strasse, austria"), QStringList{});
+
+    // A count of places the rest of the file cannot hold is a cut file.
+    QByteArray cut = placesFile({{10.0, 10.0, "DE", 0, "Ort"}});
+    cut.chop(4);
+    EXPECT_EQ(Gazetteer::fromData(cut), nullptr);
 }
 
 TEST(Gazetteer, ReverseGivesTheCityAPositionBelongsTo) {
