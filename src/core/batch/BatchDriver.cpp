@@ -311,7 +311,7 @@ PhotoResult BatchDriver::processJournaled(RunState& state, const PhotoPlan& plan
         const auto now = fileIdOf(path);
         // A file the run replaced in place is journaled with its old bytes, not as made.
         if (!now || now == sourceId || now == before[i] ||
-            replaced.contains(QFileInfo(path).canonicalFilePath()))
+            (!replaced.isEmpty() && replaced.contains(QFileInfo(path).canonicalFilePath())))
             continue;
         m_journal->recordCreated(path);
     }

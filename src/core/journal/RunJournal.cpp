@@ -292,11 +292,40 @@ QStringList RunJournal::settleReplaced() {
     return paths;
 }
 
+void RunJournal::written(const struct stat& file, QByteArrayView head, QByteArrayView tail) {
+    const std::uint32_t crc = crc32c(tail.data(), std::size_t(tail.size()),
+                                     crc32c(head.data(), std::size_t(head.size())));
+    // An output and its sidecar are recorded soon after they are written; a few are enough.
+    constexpr qsizetype kKept = 4;
+    const QMutexLocker lock(&m_mutex);
+    QList<Written>& list = m_written[QThread::currentThreadId()];
+    if (list.size() >= kKept)
+        list.removeFirst();
+    list.append({file.st_dev, file.st_ino, file.st_size, crc});
+}
+
 void RunJournal::recordCreated(const QString& path) {
     struct stat st {};
     if (::stat(QFile::encodeName(path).constData(), &st) != 0)
         return;
-    const auto checksum = checksumOfFile(path, false);
+    // The file as it was written here, unless it has been replaced or resized since: its
+    // checksum is known without reading it back. Bytes changed since in place make undo leave
+    // the file alone, as any change after the run does.
+    std::optional<std::pair<QString, QJsonValue>> checksum;
+    {
+        const QMutexLocker lock(&m_mutex);
+        QList<Written>& list = m_written[QThread::currentThreadId()];
+        for (qsizetype i = 0; i < list.size(); ++i) {
+            const Written& w = list.at(i);
+            if (w.device == st.st_dev && w.inode == st.st_ino && w.size == st.st_size) {
+                checksum = std::pair{kCrc, QJsonValue(double(w.crc))};
+                list.removeAt(i);
+                break;
+            }
+        }
+    }
+    if (!checksum)
+        checksum = checksumOfFile(path, false);
     if (!checksum)
         return;
     const QJsonObject record{{QStringLiteral("t"), QStringLiteral("created")},

@@ -9,8 +9,11 @@
 #include <QSet>
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
+
+#include <sys/stat.h>
 
 namespace tagmoor {
 
@@ -77,6 +80,7 @@ public:
     // since the last call have now, once the run is done with them (their file dates set).
     // Gives their paths.
     QStringList settleReplaced();
+    void written(const struct stat& file, QByteArrayView head, QByteArrayView tail) override;
     // Notes a file the run made (an output, a sidecar), as it is now.
     void recordCreated(const QString& path);
 
@@ -91,6 +95,15 @@ private:
     QMutex m_mutex;
     // The files replaced in place on each thread and not yet settled.
     QHash<Qt::HANDLE, QStringList> m_pending;
+    // The checksums of the last files written on each thread, by file: what recordCreated
+    // takes instead of reading a file back.
+    struct Written {
+        dev_t device;
+        ino_t inode;
+        off_t size;
+        std::uint32_t crc;
+    };
+    QHash<Qt::HANDLE, QList<Written>> m_written;
     int m_fd = -1;
     // Where the last whole entry ends.
     qint64 m_size = 0;

@@ -425,6 +425,13 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
         return fail(QStringLiteral("Failed to close the new file"), errno);
     if (written.st_size != off_t(qint64(size) + kept))
         return fail(QStringLiteral("The new file is incomplete"), EIO);
+    if (!m_flushToDisk && t_witness) {
+        if (keptFrom < 0)
+            t_witness->written(written, QByteArrayView(data, qsizetype(size)), {});
+        else if (m_original.size() >= keptFrom + kept)
+            t_witness->written(written, QByteArrayView(data, qsizetype(size)),
+                               QByteArrayView(m_original).sliced(keptFrom, kept));
+    }
     if (m_flushToDisk && t_witness) {
         // The witness keeps the bytes that are about to go; without them nothing is replaced.
         if (!readUpTo(keptFrom < 0 ? targetSize() : keptFrom))

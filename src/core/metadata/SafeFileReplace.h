@@ -37,6 +37,14 @@ public:
         virtual bool beforeReplace(const QString& target, const QByteArray& replaced,
                                    qint64 keptFrom, const char* newData, std::size_t newSize,
                                    const struct stat& old, QString* error) = 0;
+        // Told of each new file written without the flush (a staged output), once it is
+        // complete: its status then, and its bytes, `head` followed by `tail`. Not told when
+        // part of the bytes is no longer held in memory.
+        virtual void written(const struct stat& file, QByteArrayView head, QByteArrayView tail) {
+            Q_UNUSED(file);
+            Q_UNUSED(head);
+            Q_UNUSED(tail);
+        }
     };
     // Makes `witness` the witness of this thread's replacements while it lives.
     class WitnessScope {
