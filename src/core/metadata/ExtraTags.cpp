@@ -11,6 +11,8 @@
 #include <exiv2/exiv2.hpp>
 
 #include <algorithm>
+#include <functional>
+#include <map>
 #include <string_view>
 #include <tuple>
 
@@ -53,9 +55,9 @@ std::string defaultLanguageText(const Exiv2::LangAltValue& value) {
     return value.value_.empty() ? std::string() : value.value_.begin()->second;
 }
 
-QStringList xmpItems(const Exiv2::XmpData& xmp, const char* key) {
-    const auto found = xmp.findKey(Exiv2::XmpKey(key));
-    if (found == xmp.end())
+// The items of an XMP value (an array's items, or a simple value when not empty).
+QStringList itemsOf(const Exiv2::Xmpdatum* found) {
+    if (!found)
         return {};
     QStringList items;
     const Exiv2::Value& value = found->value();
@@ -68,17 +70,39 @@ QStringList xmpItems(const Exiv2::XmpData& xmp, const char* key) {
     return items;
 }
 
-std::optional<QString> xmpText(const Exiv2::XmpData& xmp, const char* key) {
-    const auto found = xmp.findKey(Exiv2::XmpKey(key));
-    if (found == xmp.end())
+// An XMP value as one text: a language alternative's default item, an array's items joined.
+std::optional<QString> textOf(const Exiv2::Xmpdatum* found) {
+    if (!found)
         return std::nullopt;
     const Exiv2::Value& value = found->value();
     if (value.typeId() == Exiv2::langAlt)
         return textOf(defaultLanguageText(static_cast<const Exiv2::LangAltValue&>(value)));
     if (isArray(value.typeId()))
-        return xmpItems(xmp, key).join(QStringLiteral("; "));
+        return itemsOf(found).join(QStringLiteral("; "));
     return textOf(value.toString());
 }
+
+const Exiv2::Xmpdatum* findXmp(const Exiv2::XmpData& xmp, const char* key) {
+    const auto found = xmp.findKey(Exiv2::XmpKey(key));
+    return found == xmp.end() ? nullptr : &*found;
+}
+
+// The first datum of each key of an XMP block, from one walk over it: looking keys up one by
+// one makes a key object each time and builds every datum's key text again.
+class XmpFirstByKey {
+public:
+    explicit XmpFirstByKey(const Exiv2::XmpData& xmp) {
+        for (const Exiv2::Xmpdatum& datum : xmp)
+            m_first.try_emplace(datum.key(), &datum);
+    }
+    const Exiv2::Xmpdatum* operator()(const char* key) const {
+        const auto found = m_first.find(std::string_view(key));
+        return found == m_first.end() ? nullptr : found->second;
+    }
+
+private:
+    std::map<std::string, const Exiv2::Xmpdatum*, std::less<>> m_first;
+};
 
 QStringList iptcItems(const Exiv2::IptcData& iptc, const char* key) {
     QStringList items;
@@ -90,7 +114,7 @@ QStringList iptcItems(const Exiv2::IptcData& iptc, const char* key) {
 
 std::optional<QString> copyText(const Exiv2::Image& image, const CopyKey& copy) {
     if (startsWith(copy.key, "Xmp."))
-        return xmpText(image.xmpData(), copy.key);
+        return textOf(findXmp(image.xmpData(), copy.key));
     if (startsWith(copy.key, "Iptc.")) {
         const QStringList items = iptcItems(image.iptcData(), copy.key);
         return items.isEmpty() ? std::nullopt : std::optional<QString>(items.first());
@@ -370,13 +394,13 @@ void seedKeywordLists(Exiv2::XmpData& xmp, const KeywordLists& lists) {
 
 ExtraValues readExtraValues(const Exiv2::Image& image) {
     ExtraValues values;
-    const Exiv2::XmpData& xmp = image.xmpData();
+    const XmpFirstByKey xmp(image.xmpData());
     values.keywords.iptc = iptcItems(image.iptcData(), kIptcKeywords);
-    values.keywords.subject = xmpItems(xmp, kSubject);
-    values.keywords.hierarchical = xmpItems(xmp, kHierarchical);
-    values.keywords.tagsList = xmpItems(xmp, kTagsList);
+    values.keywords.subject = itemsOf(xmp(kSubject));
+    values.keywords.hierarchical = itemsOf(xmp(kHierarchical));
+    values.keywords.tagsList = itemsOf(xmp(kTagsList));
     bool ok = false;
-    if (const auto rating = xmpText(xmp, kXmpRating)) {
+    if (const auto rating = textOf(xmp(kXmpRating))) {
         // XMP allows a real number of stars; the whole part is the rating.
         const int stars = int(rating->trimmed().toDouble(&ok));
         if (ok)
@@ -387,10 +411,10 @@ ExtraValues readExtraValues(const Exiv2::Image& image) {
         if (found != image.exifData().end() && found->count() > 0)
             values.rating = int(found->toLong(0));
     }
-    values.label = xmpText(xmp, kLabel);
+    values.label = textOf(xmp(kLabel));
     for (const ExtraTextRow& row : kExtraTextRows)
-        values.texts[std::size_t(row.text)] = xmpText(xmp, row.key);
-    values.persons = xmpItems(xmp, kPersons);
+        values.texts[std::size_t(row.text)] = textOf(xmp(row.key));
+    values.persons = itemsOf(xmp(kPersons));
     return values;
 }
 
