@@ -7,7 +7,8 @@
 #    read once into memory, edited there and written once, 2 threads), the plain in-kernel
 #    copy of the folder (copy_file_range, one thread) and, on the first 200 photos,
 #    exiftool -o doing the same edits in one process. Then the same edit in place against
-#    the in-place floor (the bare program with the safe replace).
+#    the in-place floor (the bare program with the safe replace). Each run into a folder is
+#    timed BENCH_REPEAT times (default 3) and its median taken.
 # 2. Memory: peak resident memory of tagmoor-cli apply over small photos, 1,000 and 10,000 by
 #    default (BATCH_MEMORY_COUNTS="1000 100000" for the long run).
 # BENCH_CLI=PATH times another tagmoor-cli (an older build, say) in the same way;
@@ -37,6 +38,21 @@ EDITS=(--set "Artist=Jane Doe" --set "Copyright=(c) Jane Doe" --set "ImageDescri
        --date DateTimeOriginal=shift-time:+1:00:00)
 
 wall_of() { sed -n 's/.*wall=\([0-9.]*\) s.*/\1/p' <<<"$1"; }
+# median OUT CMD...: runs CMD (which writes into OUT) $REPEAT times, OUT removed and the disk
+# synced before each, and prints the line of the run of median wall time. File creation on a
+# busy file system varies from run to run; the median of each contender keeps the ratios
+# steady.
+REPEAT=${BENCH_REPEAT:-3}
+median() {
+  local out=$1 i lines=()
+  shift
+  for ((i = 0; i < REPEAT; i++)); do
+    rm -rf "$out"; sync
+    lines+=("$("$@" | tail -1)")
+  done
+  rm -rf "$out"; sync
+  printf '%s\n' "${lines[@]}" | sort -t= -k2 -n | sed -n "$(((REPEAT + 1) / 2))p"
+}
 # ratio NAME RUN_LINE REFERENCE_LINE: the run's wall time over the reference's.
 ratio() {
   awk -v n="$1" -v a="$(wall_of "$2")" -v b="$(wall_of "$3")" \
@@ -48,16 +64,13 @@ speed() {
   local big=$1 run memfloor copy inplace inplacefloor
   echo "== speed: $(find "$big" -name '*.jpg' | wc -l) photos of $(du -sh "$big" | cut -f1) in $big ($(uptime | sed 's/.*load/load/'))"
   # The references of a run into a folder, each at the niceness of the run's workers.
-  memfloor=$("$PROBE" memfloor "$big" "$WORK/memfloor" 2)
+  memfloor=$(median "$WORK/memfloor" "$PROBE" memfloor "$big" "$WORK/memfloor" 2)
   echo "$memfloor"
-  rm -rf "$WORK/memfloor"; sync
-  copy=$("$PROBE" copy "$big" "$WORK/copy")
+  copy=$(median "$WORK/copy" "$PROBE" copy "$big" "$WORK/copy")
   echo "$copy"
-  rm -rf "$WORK/copy"; sync
   for threads in 1 2; do
-    run=$("$PROBE" child -- "$CLI" apply --quiet --threads "$threads" "${EDITS[@]}" --out "$WORK/t$threads" "$big" | tail -1)
+    run=$(median "$WORK/t$threads" "$PROBE" child -- "$CLI" apply --quiet --threads "$threads" "${EDITS[@]}" --out "$WORK/t$threads" "$big")
     echo "tagmoor-cli apply --threads $threads: $run"
-    rm -rf "$WORK/t$threads"; sync
   done
   ratio "into a folder, 2 threads / bare Exiv2 program" "$run" "$memfloor"
   ratio "into a folder, 2 threads / kernel copy" "$run" "$copy"
