@@ -133,11 +133,23 @@ void appendDigits(std::string& out, int n, int width) {
     out.append(digits, width);
 }
 
+// The date at its own offset from UTC (in UTC when that is none). A local time's offset is how
+// far its clock reads from UTC at that instant, so one conversion gives both: each asks the
+// system's zone, which costs more than the rest of the date's line.
+QDateTime atOwnOffset(const QDateTime& d) {
+    if (d.timeSpec() != Qt::LocalTime || !d.isValid())
+        return d.toOffsetFromUtc(d.offsetFromUtc());
+    const qint64 instant = d.toMSecsSinceEpoch();
+    const qint64 clock = QDateTime(d.date(), d.time(), Qt::UTC).toMSecsSinceEpoch();
+    return QDateTime::fromMSecsSinceEpoch(instant, Qt::OffsetFromUTC,
+                                          int((clock - instant) / 1000));
+}
+
 // The date at its own offset from UTC as Qt::ISODateWithMs writes it ("Z" for UTC, else the
 // offset in whole minutes), without the string building of QDateTime::toString, which costs
 // more than the rest of a line. Dates that form does not cover go through Qt.
 void appendIsoDate(std::string& out, const QDateTime& d) {
-    const QDateTime at = d.toOffsetFromUtc(d.offsetFromUtc());
+    const QDateTime at = atOwnOffset(d);
     const QDate date = at.date();
     const QTime time = at.time();
     const Qt::TimeSpec zoneKind = at.timeSpec();
