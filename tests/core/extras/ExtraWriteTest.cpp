@@ -55,5 +55,51 @@ TEST(ExtraWriteTest, ListsAndAlternativesAreEditedInPlace) {
     EXPECT_EQ(image->iptcData()["Iptc.Envelope.CharacterSet"].toString(), "\x1b%G");
 }
 
+// Each value another program wrote is read under its key: every text of the table (a
+// language alternative by its default item, a contact field inside its structure), the three
+// keyword lists, the rating, the label and the persons shown.
+TEST(ExtraWriteTest, EveryValueAnotherProgramWroteIsRead) {
+    QTemporaryDir dir;
+    const QString photo =
+        jpegWithTags(dir.filePath(QStringLiteral("p.jpg")), [](Exiv2::Image& img) {
+            Exiv2::XmpData& xmp = img.xmpData();
+            for (const ExtraTextRow& row : kExtraTextRows) {
+                const std::string text = std::string("text of ") + row.jsonName;
+                if (row.kind == ExtraTextKind::LangAlt) {
+                    Exiv2::LangAltValue alt("lang=de anders");
+                    alt.read("lang=x-default " + text);
+                    xmp.add(Exiv2::XmpKey(row.key), &alt);
+                } else {
+                    xmp[row.key] = text;
+                }
+            }
+            const auto bag = [&xmp](const char* key, Exiv2::TypeId type,
+                                    std::initializer_list<const char*> items) {
+                Exiv2::XmpArrayValue value(type);
+                for (const char* item : items)
+                    value.read(item);
+                xmp.add(Exiv2::XmpKey(key), &value);
+            };
+            bag("Xmp.dc.subject", Exiv2::xmpBag, {"harbour", "dawn"});
+            bag("Xmp.lr.hierarchicalSubject", Exiv2::xmpBag, {"Places|Harbour"});
+            bag("Xmp.digiKam.TagsList", Exiv2::xmpSeq, {"Places/Harbour"});
+            bag("Xmp.iptcExt.PersonInImage", Exiv2::xmpBag, {"Ana", "Rui"});
+            xmp["Xmp.xmp.Rating"] = "4";
+            xmp["Xmp.xmp.Label"] = "Blue";
+        });
+    const std::optional<ExtraValues> read = readExtraValuesOf(photo);
+    ASSERT_TRUE(read);
+    for (const ExtraTextRow& row : kExtraTextRows)
+        EXPECT_EQ(read->texts[std::size_t(row.text)],
+                  QStringLiteral("text of %1").arg(QLatin1String(row.jsonName)))
+            << row.key;
+    EXPECT_EQ(read->keywords.subject, (QStringList{"harbour", "dawn"}));
+    EXPECT_EQ(read->keywords.hierarchical, QStringList{"Places|Harbour"});
+    EXPECT_EQ(read->keywords.tagsList, QStringList{"Places/Harbour"});
+    EXPECT_EQ(read->persons, (QStringList{"Ana", "Rui"}));
+    EXPECT_EQ(read->rating, 4);
+    EXPECT_EQ(read->label, QStringLiteral("Blue"));
+}
+
 } // namespace
 } // namespace tagmoor::test
