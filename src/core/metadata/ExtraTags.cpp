@@ -463,11 +463,15 @@ std::optional<ExtraValues> withSidecarValues(const QString& path, std::optional<
                                              SidecarValues sidecar) {
     if (!values || sidecar == SidecarValues::Ignored || !sidecarsAreRead())
         return values;
-    const auto found = findSidecar(path);
-    const auto bytes = found ? readSidecarBytes(found->path) : std::nullopt;
-    const auto inSidecar = bytes ? readSidecarExtras(*bytes) : std::nullopt;
-    if (inSidecar) {
-        values->sidecarPath = found->path;
+    return withSidecarValues(std::move(values), readSidecarOf(path));
+}
+
+std::optional<ExtraValues> withSidecarValues(std::optional<ExtraValues> values,
+                                             const std::optional<SidecarRead>& sidecar) {
+    if (!values || !sidecar || !sidecar->bytes)
+        return values;
+    if (const auto inSidecar = readSidecarExtras(*sidecar->bytes)) {
+        values->sidecarPath = sidecar->file.path;
         laySidecarValues(*values, *inSidecar);
     }
     return values;

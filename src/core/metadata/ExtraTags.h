@@ -44,6 +44,8 @@ ExtraValues readExtraValues(const Exiv2::Image& image);
 // sidecars are read at all), or as the photo's bytes alone hold them.
 enum class SidecarValues { Merged, Ignored };
 
+struct SidecarRead;
+
 // The values of the photo at `path`; nothing when it cannot be read.
 std::optional<ExtraValues> readExtraValuesOf(const QString& path,
                                              SidecarValues sidecar = SidecarValues::Merged);
@@ -52,6 +54,9 @@ std::optional<ExtraValues> readExtraValuesOf(const QString& path,
 // readExtraValuesOf lays them.
 std::optional<ExtraValues> withSidecarValues(const QString& path, std::optional<ExtraValues> values,
                                              SidecarValues sidecar = SidecarValues::Merged);
+// The same, with the sidecar that a look beside the photo already found (nothing: none).
+std::optional<ExtraValues> withSidecarValues(std::optional<ExtraValues> values,
+                                             const std::optional<SidecarRead>& sidecar);
 
 // The text a reader takes from a group of copies: the first copy, in the group's order, that
 // holds a non-empty value. Throws what Exiv2 throws.

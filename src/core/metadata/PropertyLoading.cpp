@@ -25,18 +25,21 @@ ImageProbeResult readability(const QString& path, const QByteArray& head, ImageK
     return ImageProbe::probe(path, head);
 }
 
+// The sidecar whose values a record of the photo at `path` takes: none when sidecars are not read.
+std::optional<SidecarRead> sidecarToLay(const QString& path) {
+    return sidecarsAreRead() ? readSidecarOf(path) : std::nullopt;
+}
+
 // Lays the values of the photo's sidecar, if it has one, over the photo's own, and notes in
 // the record which keys they filled.
-void mergeSidecar(const QString& path, MetadataFieldSet& set, CGImageProperties& record) {
-    if (!sidecarsAreRead())
+void mergeSidecar(const std::optional<SidecarRead>& sidecar, MetadataFieldSet& set,
+                  CGImageProperties& record) {
+    if (!sidecar || !sidecar->bytes)
         return;
-    const auto sidecar = findSidecar(path);
-    if (!sidecar)
-        return;
-    const auto inSidecar = readSidecarFile(sidecar->path);
+    const auto inSidecar = readSidecarFieldSet(*sidecar->bytes);
     if (!inSidecar)
         return;
-    record.sidecarPath = sidecar->path;
+    record.sidecarPath = sidecar->file.path;
     for (const KeyRow& row : allKeyRows()) {
         const PropertyValue& value = inSidecar->at(row);
         if (value.isAbsent())
@@ -48,10 +51,10 @@ void mergeSidecar(const QString& path, MetadataFieldSet& set, CGImageProperties&
 
 // The record of a file whose key-list values are `set`: the sidecar's values laid over them,
 // each value in its field (a date text parsed), and the pixel size.
-CGImageProperties recordOfFieldSet(const QUrl& url, const QString& path, MetadataFieldSet set,
-                                   const std::optional<QSize>& pixelSize) {
+CGImageProperties recordOfFieldSet(const QUrl& url, const std::optional<SidecarRead>& sidecar,
+                                   MetadataFieldSet set, const std::optional<QSize>& pixelSize) {
     CGImageProperties record;
-    mergeSidecar(path, set, record);
+    mergeSidecar(sidecar, set, record);
     record.url = url;
     record.tiffProperties.emplace();
     record.exifProperties.emplace();
@@ -88,9 +91,11 @@ CGImageProperties recordOfFieldSet(const QUrl& url, const QString& path, Metadat
     return record;
 }
 
-// A file's record, `alsoRead` handed the image that it is read from.
+// A file's record, `alsoRead` handed the image that it is read from; `sidecar`, when given,
+// is handed the sidecar that was laid over it.
 std::optional<CGImageProperties>
-loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& alsoRead);
+loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& alsoRead,
+           std::optional<SidecarRead>* sidecar = nullptr);
 
 } // namespace
 
@@ -108,18 +113,19 @@ std::optional<CGImageProperties> loadImageProperties(const QUrl& url) {
 
 std::optional<RecordAndExtras> loadImagePropertiesAndExtras(const QUrl& url) {
     std::optional<ExtraValues> extras;
-    std::optional<CGImageProperties> record =
-        loadRecord(url, [&](const Exiv2::Image& image) { extras = readExtraValues(image); });
+    std::optional<SidecarRead> sidecar;
+    std::optional<CGImageProperties> record = loadRecord(
+        url, [&](const Exiv2::Image& image) { extras = readExtraValues(image); }, &sidecar);
     if (!record)
         return std::nullopt;
-    return RecordAndExtras{std::move(*record),
-                           withSidecarValues(url.toLocalFile(), std::move(extras))};
+    return RecordAndExtras{std::move(*record), withSidecarValues(std::move(extras), sidecar)};
 }
 
 namespace {
 
 std::optional<CGImageProperties>
-loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& alsoRead) {
+loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& alsoRead,
+           std::optional<SidecarRead>* sidecarOut) {
     if (!url.isLocalFile())
         return std::nullopt;
     const QString path = url.toLocalFile();
@@ -136,7 +142,10 @@ loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& also
     if (!probe.readable)
         return std::nullopt;
 
-    CGImageProperties record = recordOfFieldSet(url, path, std::move(set), probe.pixelSize);
+    std::optional<SidecarRead> sidecar = sidecarToLay(path);
+    CGImageProperties record = recordOfFieldSet(url, sidecar, std::move(set), probe.pixelSize);
+    if (sidecarOut)
+        *sidecarOut = std::move(sidecar);
     return record;
 }
 
@@ -146,7 +155,8 @@ CGImageProperties recordOfParsedImage(const QUrl& url, const Exiv2::Image& image
     std::optional<QSize> size;
     if (image.pixelWidth() > 0 && image.pixelHeight() > 0)
         size = QSize(image.pixelWidth(), image.pixelHeight());
-    return recordOfFieldSet(url, url.toLocalFile(), readMetadataFieldSet(image), size);
+    return recordOfFieldSet(url, sidecarToLay(url.toLocalFile()), readMetadataFieldSet(image),
+                            size);
 }
 
 } // namespace tagmoor

@@ -229,6 +229,14 @@ std::optional<ExtraValues> readSidecarExtras(const QByteArray& packet) {
     return values;
 }
 
+std::optional<SidecarRead> readSidecarOf(const QString& photoPath) {
+    auto found = findSidecar(photoPath);
+    if (!found)
+        return std::nullopt;
+    auto bytes = readSidecarBytes(found->path);
+    return SidecarRead{std::move(*found), std::move(bytes)};
+}
+
 std::optional<MetadataFieldSet> readSidecarFile(const QString& path) {
     const auto bytes = readSidecarBytes(path);
     if (!bytes)

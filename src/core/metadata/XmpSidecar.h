@@ -33,6 +33,14 @@ QString sidecarPathFor(const QString& photoPath, SidecarNaming naming);
 // "name.xmp" (either with ".XMP" too).
 std::optional<SidecarFile> findSidecar(const QString& photoPath);
 
+// A photo's sidecar as one look found it: where it stands, and its bytes (nothing when they
+// could not be read). A reader that lays it over both the record and the extras looks once.
+struct SidecarRead {
+    SidecarFile file;
+    std::optional<QByteArray> bytes;
+};
+std::optional<SidecarRead> readSidecarOf(const QString& photoPath);
+
 // The values of the key lists that an XMP packet holds, read as a photo's are: Exif and IPTC
 // rows take what Exiv2's conversion from XMP gives them. Nothing when it is no XMP.
 std::optional<MetadataFieldSet> readSidecarFieldSet(const QByteArray& packet);
