@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -85,8 +86,22 @@ std::string withoutPadding(std::string_view packet) {
         !std::all_of(packet.begin() + std::ptrdiff_t(close + 2), packet.end(), isXmlSpace))
         return std::string(packet);
     std::size_t rootEnd = end;
-    while (rootEnd > 0 && isXmlSpace(packet[rootEnd - 1]))
+    // The padding is mostly lines of spaces: whole words of them are passed eight bytes at a
+    // time, the rest byte by byte.
+    constexpr std::uint64_t kEightSpaces = 0x2020202020202020;
+    while (rootEnd > 0) {
+        std::uint64_t word = 0;
+        if (rootEnd >= sizeof word) {
+            std::memcpy(&word, packet.data() + rootEnd - sizeof word, sizeof word);
+            if (word == kEightSpaces) {
+                rootEnd -= sizeof word;
+                continue;
+            }
+        }
+        if (!isXmlSpace(packet[rootEnd - 1]))
+            break;
         --rootEnd;
+    }
     const std::string_view root = packet.substr(0, rootEnd);
     if (rootEnd == end || !(root.ends_with("</x:xmpmeta>") || root.ends_with("</x:xapmeta>")))
         return std::string(packet);
