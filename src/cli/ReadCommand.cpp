@@ -78,11 +78,14 @@ std::string_view escapeOf(char16_t c) {
 // are all below 0x80. Runs without an escape go in one piece.
 template <typename Unit> void appendEscaped(std::string& out, const Unit* text, qsizetype size) {
     const auto appendRun = [&](qsizetype from, qsizetype to) {
-        if constexpr (std::is_same_v<Unit, char>)
+        if constexpr (std::is_same_v<Unit, char>) {
             out.append(text + from, std::size_t(to - from));
-        else
-            for (qsizetype i = from; i < to; ++i)
-                out += char(text[i]);
+        } else {
+            const std::size_t at = out.size();
+            out.resize(at + std::size_t(to - from));
+            std::transform(text + from, text + to, out.begin() + std::ptrdiff_t(at),
+                           [](Unit unit) { return char(unit); });
+        }
     };
     out += '"';
     qsizetype run = 0;
@@ -220,7 +223,7 @@ void appendJson(std::string& out, const PropertyValue& v) {
 // far: with many small photos the printing costs as much as a good part of the reading. The
 // values beyond the form's fields follow under "extras" when the photo has any.
 void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record,
-                      const QJsonObject& extras) {
+                      const std::optional<ExtraValues>& extras) {
     line += "{\"path\": ";
     appendQuoted(line, path);
     forEachPresentValue(
@@ -237,9 +240,11 @@ void appendRecordLine(std::string& line, const QString& path, const CGImagePrope
             line += PropertyValue::kindName(value.kind());
             line += "\"}";
         });
-    if (!extras.isEmpty()) {
+    if (extras) {
+        const std::size_t before = line.size();
         line += ", \"extras\": ";
-        line += QJsonDocument(extras).toJson(QJsonDocument::Compact).toStdString();
+        if (!appendExtraValuesJson(line, *extras))
+            line.resize(before);
     }
     // Where the values came from, when a sidecar gave some: its path and its keys.
     if (!record.sidecarPath.isEmpty()) {
@@ -369,8 +374,7 @@ int runRead(const QStringList& args) {
                 // A path that did not come back the same through its URL is read again.
                 const auto kept = extrasFor(absolute);
                 const auto extras = kept ? *kept : readExtraValuesOf(absolute);
-                appendRecordLine(pending, path, *record,
-                                 extras ? extraValuesJson(*extras) : QJsonObject());
+                appendRecordLine(pending, path, *record, extras);
             } else {
                 ++missing;
                 pending += "{\"path\": ";

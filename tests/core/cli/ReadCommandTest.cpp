@@ -1,4 +1,5 @@
 #include "../metadata/ExivFixture.h"
+#include "foundation/ValueForm.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -84,6 +85,38 @@ TEST(ReadCommand, EscapesTextsInJson) {
         << r.out.toStdString();
     const QJsonObject p = objectsOf(r.out).value(0);
     EXPECT_EQ(p["tiffProperties.imageDescription"]["value"].toString(), QString::fromUtf8(utf8));
+}
+
+// The values beyond the form's fields come as one object, keys in order, with a sidecar's
+// values over the photo's and named under "fromSidecar".
+TEST(ReadCommand, ExtrasComeAsOneObjectInKeyOrder) {
+    const ValueFormScope standard(ValueForm::standard); // where sidecars are read
+    QTemporaryDir dir;
+    const QString photo = jpegWithTags(dir.filePath("p.jpg"), [](Exiv2::Image& img) {
+        Exiv2::XmpData& xmp = img.xmpData();
+        const Exiv2::Value::AutoPtr bag = Exiv2::Value::create(Exiv2::xmpBag);
+        bag->read("b\"q");
+        bag->read("\xf0\x9f\x98\x80");
+        xmp.add(Exiv2::XmpKey("Xmp.dc.subject"), bag.get());
+        xmp["Xmp.xmp.Rating"] = "-1";
+        xmp["Xmp.xmp.Label"] = "Red";
+        xmp["Xmp.photoshop.Credit"] = "C\\r\t";
+    });
+    const QString bare = jpegWithTags(dir.filePath("bare.jpg"), [](Exiv2::Image&) {});
+    writeBytes(dir.filePath("p.xmp"),
+               "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+               "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+               "rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" xmp:Rating=\"4\"/>"
+               "</rdf:RDF></x:xmpmeta>");
+    const ToolResult r = readCli({photo, bare});
+    EXPECT_EQ(r.exitCode, 0);
+    const QList<QByteArray> lines = r.out.split('\n');
+    ASSERT_GE(lines.size(), 2);
+    EXPECT_TRUE(lines[0].contains(
+        "\"extras\": {\"creditLine\":\"C\\\\r\\t\",\"fromSidecar\":[\"rating\"],"
+        "\"keywords\":[\"b\\\"q\",\"\xf0\x9f\x98\x80\"],\"label\":\"Red\",\"rating\":4}"))
+        << lines[0].toStdString();
+    EXPECT_FALSE(lines[1].contains("extras")) << lines[1].toStdString();
 }
 
 // A date is printed at the offset of the zone it is read in: "Z" at UTC, else the offset in
