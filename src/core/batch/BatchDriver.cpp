@@ -287,8 +287,9 @@ PhotoResult BatchDriver::processJournaled(RunState& state, const PhotoPlan& plan
     if (!plan.hasUrl)
         return m_pipeline.process(plan, record, &state.sources);
     // The photo's output and its sidecar: what stood there before, to tell what the run made.
-    const QStringList outputs = {plan.finalPath,
-                                 m_pipeline.outputSidecarPath(plan.sourcePath, plan.finalPath)};
+    const PhotoPipeline::SidecarPlan sidecar =
+        m_pipeline.sidecarPlan(plan.sourcePath, plan.finalPath);
+    const QStringList outputs = {plan.finalPath, sidecar.to};
     std::vector<std::optional<FileId>> before;
     for (const QString& path : outputs)
         before.push_back(path.isEmpty() ? std::nullopt : fileIdOf(path));
@@ -299,7 +300,7 @@ PhotoResult BatchDriver::processJournaled(RunState& state, const PhotoPlan& plan
     PhotoResult outcome;
     {
         const SafeFileReplace::WitnessScope scope(witness);
-        outcome = m_pipeline.process(plan, record, &state.sources);
+        outcome = m_pipeline.process(plan, record, &state.sources, &sidecar);
     }
     if (!m_journal)
         return outcome;

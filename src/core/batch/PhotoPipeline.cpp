@@ -156,7 +156,8 @@ PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const CompactPathSet
 }
 
 PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperties& record,
-                                   const BatchSources* sources) const {
+                                   const BatchSources* sources,
+                                   const SidecarPlan* madeSidecarPlan) const {
     if (!plan.hasUrl)
         return skipped(PhotoOutcome::SkippedNoUrl);
     if (plan.unsafeName)
@@ -169,7 +170,7 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
     const auto sourceId = fileIdOf(source);
     const auto targetId = fileIdOf(target);
     const bool sameFile = target == source || (sourceId && sourceId == targetId);
-    const SidecarPlan sidecar = sidecarPlan(source, target);
+    const SidecarPlan sidecar = madeSidecarPlan ? *madeSidecarPlan : sidecarPlan(source, target);
     // A photo and its sidecar never part: a sidecar in the way is a collision of the photo.
     const bool taken =
         entryExists(target) || (!sameFile && sidecar.from && entryExists(sidecar.to));

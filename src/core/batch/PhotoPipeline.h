@@ -37,10 +37,20 @@ public:
     PhotoPlan plan(const CGImageProperties& record, int processed, int total,
                    long long firstNumber) const;
 
+    // The sidecar of a photo's output: the source's sidecar, if it has one, and the path of
+    // the output's. Empty when the run leaves sidecars alone.
+    struct SidecarPlan {
+        std::optional<SidecarFile> from;
+        QString to;
+    };
+    SidecarPlan sidecarPlan(const QString& source, const QString& target) const;
+
     // The file work of a planned photo: guard, copy, count, then the mode's metadata step.
-    // `sources` are the sources of the whole run (none: only this photo's own).
+    // `sources` are the sources of the whole run (none: only this photo's own). `sidecar` is
+    // the photo's sidecarPlan when the caller has just made it (none: made here).
     PhotoResult process(const PhotoPlan& plan, const CGImageProperties& record,
-                        const BatchSources* sources = nullptr) const;
+                        const BatchSources* sources = nullptr,
+                        const SidecarPlan* sidecar = nullptr) const;
 
     // The values and erase lists that an edit run gives this photo. With `path`, a shift of
     // an XMP date that the file at `path` holds with a time zone keeps that zone (the record
@@ -67,12 +77,6 @@ public:
     // follows the last "." that is not the first character.
     static QString baseNameOf(const QString& fileName);
     static QString extensionOf(const QString& fileName);
-
-    // Where the sidecar of the output `target` of `source` goes; empty when the run leaves
-    // sidecars alone.
-    QString outputSidecarPath(const QString& source, const QString& target) const {
-        return sidecarPlan(source, target).to;
-    }
 
     // The metadata step of a run on the file at `path` (a scratch copy, for a preview),
     // without flushing it to disk.
@@ -114,13 +118,6 @@ private:
     // The mode's metadata step on one file.
     MetadataStep changeMetadata(const QString& path, const CGImageProperties& record,
                                 bool flushToDisk = true) const;
-    // The sidecar of a photo's output: the source's sidecar, if it has one, and the path of
-    // the output's. Empty when the run leaves sidecars alone.
-    struct SidecarPlan {
-        std::optional<SidecarFile> from;
-        QString to;
-    };
-    SidecarPlan sidecarPlan(const QString& source, const QString& target) const;
     // Whether an edit of a photo of this kind goes into the photo, into its sidecar.
     bool writesPhoto(ImageKind kind) const;
     bool writesSidecar(ImageKind kind) const;

@@ -78,6 +78,17 @@ public:
         return slot.get();
     }
 
+    // A calendar set up as the parser of `pattern` sets up its own (zone, leniency, wall-time
+    // rules), to be given fields as that parser gives them.
+    icu::Calendar* calendarOf(const char16_t* pattern) {
+        auto& slot = m_parserCalendars[pattern];
+        if (!slot) {
+            if (icu::SimpleDateFormat* parser = format(pattern))
+                slot.reset(parser->getCalendar()->clone());
+        }
+        return slot.get();
+    }
+
     icu::Calendar* calendar() {
         if (!m_calendar) {
             UErrorCode status = U_ZERO_ERROR;
@@ -97,12 +108,14 @@ private:
         m_locale = locale;
         m_zone = std::move(zone);
         m_formats.clear();
+        m_parserCalendars.clear();
         m_calendar.reset();
     }
 
     icu::Locale m_locale;
     std::unique_ptr<icu::TimeZone> m_zone;
     std::map<const char16_t*, std::unique_ptr<icu::SimpleDateFormat>> m_formats;
+    std::map<const char16_t*, std::unique_ptr<icu::Calendar>> m_parserCalendars;
     std::unique_ptr<icu::Calendar> m_calendar;
 };
 
@@ -194,6 +207,26 @@ std::optional<QDateTime> parseRuleDate(const QString& text) {
 std::optional<QDateTime> ruleDateOf(const QDate& day, const QTime& time) {
     if (!day.isValid() || !time.isValid())
         return std::nullopt;
+    // The parse of the text below sets these fields, in this order, on a cleared copy of its
+    // calendar and takes the moment they give; setting them straight gives the same moment
+    // (a time that summer time skips is refused alike) without writing and parsing a text.
+    // Years that do not read back as four plain digits take the text's way.
+    if (day.year() >= 1 && day.year() <= 9999) {
+        if (icu::Calendar* calendar = ThreadDateContext::current().calendarOf(kHyphenRulePattern)) {
+            calendar->clear();
+            calendar->set(UCAL_YEAR, day.year());
+            calendar->set(UCAL_MONTH, day.month() - 1);
+            calendar->set(UCAL_DATE, day.day());
+            calendar->set(UCAL_HOUR_OF_DAY, time.hour());
+            calendar->set(UCAL_MINUTE, time.minute());
+            calendar->set(UCAL_SECOND, time.second());
+            UErrorCode status = U_ZERO_ERROR;
+            const UDate moment = calendar->getTime(status);
+            if (U_FAILURE(status))
+                return std::nullopt;
+            return fromUDate(moment);
+        }
+    }
     return parseRuleDate(QString::number(day.year()) +
                          QString::asprintf("-%02d-%02d %02d-%02d-%02d", day.month(), day.day(),
                                            time.hour(), time.minute(), time.second()));

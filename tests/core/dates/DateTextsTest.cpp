@@ -37,6 +37,33 @@ TEST(DateTexts, RuleTextsParseStrictlyWithColonsOrHyphens) {
         EXPECT_EQ(parseRuleDate(QString::fromLatin1(refused)), std::nullopt) << refused;
 }
 
+// A rule date made of its parts is the date its text parses to, in zones with summer time
+// (whole and half hours), a skipped day, and at the ends of the years the text covers.
+TEST(DateTexts, RuleDatesOfPartsAreThoseOfTheirTexts) {
+    const QList<QDate> days{
+        {2021, 3, 28},  {2021, 10, 31}, {2021, 3, 14},  {2021, 11, 7},  {2021, 4, 4},
+        {2021, 10, 3},  {2011, 12, 29}, {2011, 12, 30}, {2011, 12, 31}, {2024, 2, 29},
+        {1582, 10, 10}, {1582, 10, 15}, {1, 1, 1},      {999, 12, 31},  {1000, 1, 1},
+        {9999, 12, 31}, {10000, 1, 1},  {-5, 6, 1},
+    };
+    for (const char16_t* zone : {u"UTC", u"Europe/Berlin", u"America/New_York",
+                                 u"Australia/Lord_Howe", u"Asia/Kathmandu", u"Pacific/Apia"}) {
+        test::IcuZoneScope scope(zone);
+        for (const QDate& day : days)
+            for (int minutes = 0; minutes < 24 * 60; minutes += 15) {
+                const QTime time(minutes / 60, minutes % 60, minutes % 7);
+                const QString text =
+                    QString::number(day.year()) +
+                    QString::asprintf("-%02d-%02d %02d-%02d-%02d", day.month(), day.day(),
+                                      time.hour(), time.minute(), time.second());
+                ASSERT_EQ(ruleDateOf(day, time), parseRuleDate(text))
+                    << QString::fromUtf16(zone).toStdString() << " " << text.toStdString();
+            }
+    }
+    EXPECT_EQ(ruleDateOf(QDate(), QTime(1, 0)), std::nullopt);
+    EXPECT_EQ(ruleDateOf(QDate(2021, 1, 1), QTime()), std::nullopt);
+}
+
 TEST(DateTexts, SharedFormatterAndZonedTexts) {
     const SharedDateFormatter& formatter = sharedDateFormatter();
     EXPECT_EQ(&formatter, &sharedDateFormatter());
