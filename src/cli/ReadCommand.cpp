@@ -3,6 +3,7 @@
 #include "ExtraJson.h"
 
 #include "extras/CopiesInStep.h"
+#include "foundation/JsonText.h"
 #include "metadata/ExtraTags.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
@@ -203,11 +204,26 @@ void appendJson(std::string& out, const PropertyValue& v) {
         return appendIsoDate(out, *v.date());
     case PropertyValue::Kind::Bytes:
         return appendQuoted(out, QByteArrayView(v.bytes()->toBase64()));
-    case PropertyValue::Kind::List:
-        out += QJsonDocument(QJsonArray::fromVariantList(*v.list()))
+    case PropertyValue::Kind::List: {
+        // A list of texts (keywords) is written as Qt writes it; any other through Qt.
+        const QVariantList list = *v.list();
+        if (std::all_of(list.cbegin(), list.cend(), [](const QVariant& item) {
+                return item.metaType().id() == QMetaType::QString;
+            })) {
+            out += '[';
+            for (qsizetype i = 0; i < list.size(); ++i) {
+                if (i > 0)
+                    out += ',';
+                appendJsonString(out, *static_cast<const QString*>(list[i].constData()));
+            }
+            out += ']';
+            return;
+        }
+        out += QJsonDocument(QJsonArray::fromVariantList(list))
                    .toJson(QJsonDocument::Compact)
                    .toStdString();
         return;
+    }
     case PropertyValue::Kind::Dictionary:
         out += QJsonDocument(QJsonObject::fromVariantMap(*v.dictionary()))
                    .toJson(QJsonDocument::Compact)

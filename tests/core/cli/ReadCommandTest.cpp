@@ -77,6 +77,10 @@ TEST(ReadCommand, EscapesTextsInJson) {
     const QString photo = jpegWithTags(dir.filePath("p.jpg"), [&](Exiv2::Image& img) {
         addExif(img.exifData(), "Exif.Image.Artist", Exiv2::asciiString, ascii);
         addExif(img.exifData(), "Exif.Image.ImageDescription", Exiv2::asciiString, utf8);
+        for (const char* keyword : {"a\"b\\c", "\xc3\xb8\xe2\x82\xac", "t\tu\x01\x08"}) {
+            Exiv2::StringValue value(keyword);
+            img.iptcData().add(Exiv2::IptcKey("Iptc.Application2.Keywords"), &value);
+        }
     });
     const ToolResult r = readCli({photo});
     EXPECT_EQ(r.exitCode, 0);
@@ -85,6 +89,13 @@ TEST(ReadCommand, EscapesTextsInJson) {
         << r.out.toStdString();
     const QJsonObject p = objectsOf(r.out).value(0);
     EXPECT_EQ(p["tiffProperties.imageDescription"]["value"].toString(), QString::fromUtf8(utf8));
+    // A list of texts is written as Qt's JSON writer writes it (every keyword is read in the
+    // standard form).
+    const ValueFormScope standard(ValueForm::standard);
+    const ToolResult all = readCli({photo});
+    EXPECT_TRUE(all.out.contains("\"iptcProperties.keywords\": {\"value\": "
+                                 "[\"a\\\"b\\\\c\",\"\xc3\xb8\xe2\x82\xac\",\"t\\tu\\u0001\\b\"]"))
+        << all.out.toStdString();
 }
 
 // The values beyond the form's fields come as one object, keys in order, with a sidecar's
