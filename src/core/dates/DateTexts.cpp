@@ -210,7 +210,7 @@ std::optional<QDateTime> ruleDateOf(const QDate& day, const QTime& time) {
     // The parse of the text below sets these fields, in this order, on a cleared copy of its
     // calendar and takes the moment they give; setting them straight gives the same moment
     // (a time that summer time skips is refused alike) without writing and parsing a text.
-    // Years that do not read back as four plain digits take the text's way.
+    // Years outside 1-9999 take the text's way.
     if (day.year() >= 1 && day.year() <= 9999) {
         if (icu::Calendar* calendar = ThreadDateContext::current().calendarOf(kHyphenRulePattern)) {
             calendar->clear();
