@@ -25,14 +25,7 @@ void appendValue(std::string& out, const std::variant<int, QString, QStringList>
     } else if (const QString* text = std::get_if<QString>(&value)) {
         appendJsonString(out, *text);
     } else {
-        out += '[';
-        const QStringList& list = std::get<QStringList>(value);
-        for (qsizetype i = 0; i < list.size(); ++i) {
-            if (i > 0)
-                out += ',';
-            appendJsonString(out, list[i]);
-        }
-        out += ']';
+        appendJsonStrings(out, std::get<QStringList>(value));
     }
 }
 

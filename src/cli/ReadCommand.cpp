@@ -210,13 +210,11 @@ void appendJson(std::string& out, const PropertyValue& v) {
         if (std::all_of(list.cbegin(), list.cend(), [](const QVariant& item) {
                 return item.metaType().id() == QMetaType::QString;
             })) {
-            out += '[';
-            for (qsizetype i = 0; i < list.size(); ++i) {
-                if (i > 0)
-                    out += ',';
-                appendJsonString(out, *static_cast<const QString*>(list[i].constData()));
-            }
-            out += ']';
+            QStringList texts;
+            texts.reserve(list.size());
+            for (const QVariant& item : list)
+                texts.append(*static_cast<const QString*>(item.constData()));
+            appendJsonStrings(out, texts);
             return;
         }
         out += QJsonDocument(QJsonArray::fromVariantList(list))

@@ -97,4 +97,14 @@ void appendJsonString(std::string& out, QStringView text) {
     out += '"';
 }
 
+void appendJsonStrings(std::string& out, const QStringList& texts) {
+    out += '[';
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        if (i > 0)
+            out += ',';
+        appendJsonString(out, texts[i]);
+    }
+    out += ']';
+}
+
 } // namespace tagmoor
