@@ -1,6 +1,6 @@
 #include "journal/RunJournal.h"
 
-#include "journal/Checksum.h"
+#include "foundation/Checksum.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -292,9 +292,7 @@ QStringList RunJournal::settleReplaced() {
     return paths;
 }
 
-void RunJournal::written(const struct stat& file, QByteArrayView head, QByteArrayView tail) {
-    const std::uint32_t crc = crc32c(tail.data(), std::size_t(tail.size()),
-                                     crc32c(head.data(), std::size_t(head.size())));
+void RunJournal::written(const struct stat& file, std::uint32_t crc) {
     // An output and its sidecar are recorded soon after they are written; a few are enough.
     constexpr qsizetype kKept = 4;
     const QMutexLocker lock(&m_mutex);

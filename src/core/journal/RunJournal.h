@@ -80,7 +80,7 @@ public:
     // since the last call have now, once the run is done with them (their file dates set).
     // Gives their paths.
     QStringList settleReplaced();
-    void written(const struct stat& file, QByteArrayView head, QByteArrayView tail) override;
+    void written(const struct stat& file, std::uint32_t crc) override;
     // Notes a file the run made (an output, a sidecar), as it is now.
     void recordCreated(const QString& path);
 

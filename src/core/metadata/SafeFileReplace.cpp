@@ -1,5 +1,6 @@
 #include "metadata/SafeFileReplace.h"
 
+#include "foundation/Checksum.h"
 #include "metadata/WriteSeams.h"
 
 #include <QDateTime>
@@ -28,6 +29,7 @@ namespace tagmoor {
 namespace {
 
 constexpr std::size_t kChunk = 4 * 1024 * 1024;
+constexpr std::size_t kSummedPiece = 256 * 1024;
 
 // Asks whether a step is to fail (see WriteSeams.h); 0 means go on.
 int injectedError(SafeFileReplace::Step step) {
@@ -210,7 +212,8 @@ bool SafeFileReplace::writeNewBytes(int fd, const char* data, std::size_t size, 
 // Copies `length` bytes of the file that was read, from offset `from`, to offset `to` of the
 // new file. Where the kernel cannot copy between the two files, the bytes go through memory.
 // A file that has become shorter since it was read has changed under us: that fails.
-bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error) {
+bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error,
+                                     std::uint32_t* crc) {
     if (const int injected = injectedError(Step::Write)) {
         *error = injected;
         return false;
@@ -218,7 +221,7 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
     loff_t in = loff_t(from);
     loff_t out = loff_t(to);
     qint64 copied = 0;
-    while (copied < length) {
+    while (!crc && copied < length) {
         const ssize_t n =
             ::copy_file_range(m_readFd, &in, fd, &out, std::size_t(length - copied), 0);
         if (n > 0) {
@@ -233,10 +236,18 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
         }
         break; // no copy between these files, or the old file is shorter now
     }
+    // Summed pieces are small enough to be summed and written while the processor's cache
+    // still holds them.
+    const qint64 piece = crc ? qint64(kSummedPiece) : qint64(kChunk);
+    // The writes go on from where the kernel's copy stopped (it moves no file offsets).
+    if (copied < length && ::lseek(fd, off_t(to + copied), SEEK_SET) < 0) {
+        *error = errno;
+        return false;
+    }
     QByteArray buffer;
     while (copied < length) {
         if (buffer.isEmpty())
-            buffer.resize(qsizetype(std::min<qint64>(kChunk, length)));
+            buffer.resize(qsizetype(std::min<qint64>(piece, length)));
         const std::size_t want = std::size_t(std::min<qint64>(buffer.size(), length - copied));
         const ssize_t n = ::pread(m_readFd, buffer.data(), want, off_t(from + copied));
         if (n < 0 && errno == EINTR)
@@ -247,12 +258,10 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
             *error = n < 0 ? errno : EBUSY;
             return false;
         }
-        if (::lseek(fd, off_t(to + copied), SEEK_SET) < 0 ||
-            !writeAll(fd, buffer.constData(), std::size_t(n), error)) {
-            if (*error == 0)
-                *error = errno;
+        if (!writeAll(fd, buffer.constData(), std::size_t(n), error))
             return false;
-        }
+        if (crc)
+            *crc = crc32c(buffer.constData(), std::size_t(n), *crc);
         copied += n;
     }
     return true;
@@ -425,13 +434,8 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
         return fail(QStringLiteral("Failed to close the new file"), errno);
     if (written.st_size != off_t(qint64(size) + kept))
         return fail(QStringLiteral("The new file is incomplete"), EIO);
-    if (!m_flushToDisk && t_witness) {
-        if (keptFrom < 0)
-            t_witness->written(written, QByteArrayView(data, qsizetype(size)), {});
-        else if (m_original.size() >= keptFrom + kept)
-            t_witness->written(written, QByteArrayView(data, qsizetype(size)),
-                               QByteArrayView(m_original).sliced(keptFrom, kept));
-    }
+    if (!m_flushToDisk && t_witness)
+        t_witness->written(written, m_writtenCrc);
     if (m_flushToDisk && t_witness) {
         // The witness keeps the bytes that are about to go; without them nothing is replaced.
         if (!readUpTo(keptFrom < 0 ? targetSize() : keptFrom))
@@ -451,11 +455,16 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
 
 bool SafeFileReplace::fillTemporary(int fd, const char* data, std::size_t size, qint64 keptFrom,
                                     qint64 kept) {
+    // A witness of a staged file is told its checksum: the new bytes are summed from memory,
+    // the target's kept bytes as they are copied, so the file is never read back for it.
+    const bool summed = !m_flushToDisk && t_witness;
+    m_writtenCrc = summed ? crc32c(data, size) : 0;
     int error = 0;
     const bool bytesWritten = keptFrom < 0
                                   ? writeNewBytes(fd, data, size, &error)
                                   : writeAll(fd, data, size, &error) &&
-                                        copyFromTarget(fd, keptFrom, qint64(size), kept, &error);
+                                        copyFromTarget(fd, keptFrom, qint64(size), kept, &error,
+                                                       summed ? &m_writtenCrc : nullptr);
     if (!bytesWritten)
         return fail(QStringLiteral("Failed to write the new file"), error);
 

@@ -38,12 +38,11 @@ public:
                                    qint64 keptFrom, const char* newData, std::size_t newSize,
                                    const struct stat& old, QString* error) = 0;
         // Told of each new file written without the flush (a staged output), once it is
-        // complete: its status then, and its bytes, `head` followed by `tail`. Not told when
-        // part of the bytes is no longer held in memory.
-        virtual void written(const struct stat& file, QByteArrayView head, QByteArrayView tail) {
+        // complete: its status then, and the CRC-32C of all its bytes, taken as they were
+        // written.
+        virtual void written(const struct stat& file, std::uint32_t crc) {
             Q_UNUSED(file);
-            Q_UNUSED(head);
-            Q_UNUSED(tail);
+            Q_UNUSED(crc);
         }
     };
     // Makes `witness` the witness of this thread's replacements while it lives.
@@ -152,7 +151,9 @@ private:
     bool verifyAndFlush(int fd, const std::function<bool(const QString& temporaryPath)>& verify);
     bool moveIntoPlace(const QString& folder);
     bool writeNewBytes(int fd, const char* data, std::size_t size, int* error);
-    bool copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error);
+    // With `crc`, the bytes go through memory and are summed on the way, continuing `*crc`.
+    bool copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error,
+                        std::uint32_t* crc = nullptr);
 
     bool m_flushToDisk = true;
     int m_readFd = -1;
@@ -167,6 +168,8 @@ private:
     QByteArray m_original;
     struct stat m_status {};
     QByteArray m_temporary;
+    // The CRC-32C of the temporary file's bytes, when a witness is to be told of them.
+    std::uint32_t m_writtenCrc = 0;
     QString m_error;
     int m_errorCode = 0;
     Trouble m_trouble = Trouble::None;

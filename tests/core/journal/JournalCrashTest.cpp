@@ -2,7 +2,7 @@
 #include "../batch/BatchTestSupport.h"
 #include "../metadata/WriteHooks.h"
 
-#include "journal/Checksum.h"
+#include "foundation/Checksum.h"
 #include "journal/RunJournal.h"
 
 #include <QCryptographicHash>
@@ -203,12 +203,14 @@ TEST(JournalChecksum, IsTheCastagnoliCrcOnEveryLengthAndAlignment) {
     EXPECT_EQ(crc32c(nullptr, 0), 0u);
     // The processor's instruction and the tables agree, whatever the start and the length, and
     // a sum taken in pieces is the sum of the whole.
-    QByteArray bytes(4096 + 64, Qt::Uninitialized);
+    // The sizes cross the lengths at which long runs are summed in three streams.
+    QByteArray bytes(3 * 8192 * 2 + 3 * 256 * 3 + 64, Qt::Uninitialized);
     QRandomGenerator random(7);
     for (char& c : bytes)
         c = char(random.bounded(256));
     for (int offset = 0; offset < 9; ++offset) {
-        for (const int size : {0, 1, 7, 8, 9, 63, 1000, 4096}) {
+        for (const int size : {0, 1, 7, 8, 9, 63, 767, 768, 1000, 4096, 3 * 8192 - 1, 3 * 8192,
+                               3 * 8192 + 3 * 256 + 13, 3 * 8192 * 2 + 3 * 256 * 3}) {
             const char* at = bytes.constData() + offset;
             const std::uint32_t whole = crc32c(at, std::size_t(size));
             EXPECT_EQ(whole, crc32cPortable(at, std::size_t(size))) << offset << " " << size;

@@ -147,7 +147,8 @@ TEST_F(RunJournalTest, AFileChangedSinceTheRunIsLeftAloneAndNamed) {
 }
 
 TEST_F(RunJournalTest, ARunIntoAFolderHasTheFilesItMadeRemoved) {
-    const QString a = copySample(formatsDir() + "/Reagan.jpg", dir.path());
+    // A photo whose picture data is copied behind its new head, and a small one.
+    const QString a = copySample(formatsDir() + "/ReaganLargeJpg.jpg", dir.path());
     const QString b = copySample(formatsDir() + "/et-ExifTool.jpg", dir.path());
     QTemporaryDir out;
     const QString earlier = out.filePath(QStringLiteral("earlier.txt"));
@@ -158,7 +159,7 @@ TEST_F(RunJournalTest, ARunIntoAFolderHasTheFilesItMadeRemoved) {
     ASSERT_TRUE(journaledRun(values, {a, b}).problems.isEmpty());
     EXPECT_EQ(RunJournal::runs().value(0).folder, out.path());
     EXPECT_FALSE(RunJournal::runs().value(0).inPlace);
-    const QString outA = out.filePath(QStringLiteral("Reagan.jpg"));
+    const QString outA = out.filePath(QStringLiteral("ReaganLargeJpg.jpg"));
     const QString outB = out.filePath(QStringLiteral("et-ExifTool.jpg"));
     ASSERT_TRUE(QFile::exists(outA));
     ASSERT_TRUE(writeBytes(outB, readBytes(outB) + "more"));
