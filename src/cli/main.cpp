@@ -2,6 +2,7 @@
 #include "CsvCommand.h"
 #include "LibraryMessages.h"
 #include "WritingOptions.h"
+#include "dates/ZoneClock.h"
 #include "metadata/MetadataLibrary.h"
 
 #include <QCoreApplication>
@@ -39,6 +40,8 @@ const char* kUsage = "usage: tagmoor-cli COMMAND [OPTIONS] PATH...\n"
 }
 
 int main(int argc, char** argv) {
+    // A command runs for seconds: the system's zone is looked up once, not at every date.
+    tagmoor::ZoneClock::nameSystemZoneInEnvironment();
     tagmoor::initializeMetadataLibrary();
     tagmoor::routeTiffMessagesToLog();
     QCoreApplication app(argc, argv);

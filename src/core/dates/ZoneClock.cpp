@@ -1,11 +1,13 @@
 #include "dates/ZoneClock.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTimeZone>
 
 #include <unicode/timezone.h>
 
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 
 namespace tagmoor::ZoneClock {
@@ -69,6 +71,27 @@ std::optional<QString> zoneIdOf(const QString& text) {
 QString systemZoneId() {
     const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
     return idOf(*zone);
+}
+
+bool nameSystemZoneInEnvironment() {
+    if (qEnvironmentVariableIsSet("TZ"))
+        return false;
+    const QString id = systemZoneId();
+    const QString database = qEnvironmentVariableIsEmpty("TZDIR")
+                                 ? QStringLiteral("/usr/share/zoneinfo")
+                                 : qEnvironmentVariable("TZDIR");
+    const QString system = QFileInfo(QStringLiteral("/etc/localtime")).canonicalFilePath();
+    if (id.isEmpty() || system.isEmpty() ||
+        QFileInfo(database + QLatin1Char('/') + id).canonicalFilePath() != system)
+        return false;
+    qputenv("TZ", id.toUtf8());
+    ::tzset();
+    // ICU reads TZ too: it must find the very zone it found without it.
+    if (systemZoneId() == id)
+        return true;
+    qunsetenv("TZ");
+    ::tzset();
+    return false;
 }
 
 int offsetAtWallClock(const QString& zoneId, const QDateTime& wallClock) {

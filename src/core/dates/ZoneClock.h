@@ -19,6 +19,12 @@ std::optional<QString> zoneIdOf(const QString& text);
 // The ID of the system's zone (the camera's zone when none is given).
 QString systemZoneId();
 
+// For a short-lived process, at its start: names the system's zone in TZ, when TZ is unset and
+// /etc/localtime is the zone database's file of that name. Without TZ the C library looks at
+// /etc/localtime again on each conversion to local time, several times a photo; with it, once.
+// The zone, and so every local time, stays the same. True when TZ was set.
+bool nameSystemZoneInEnvironment();
+
 // The offset east of UTC, in seconds, of the zone's clock when it shows `wallClock`. A time
 // that the change to summer time skips (02:30 where the clock jumps from 02:00 to 03:00) takes
 // the offset in force before the change, as ICU reads it: the clock had not been moved yet,

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 using namespace tagmoor;
 
 namespace {
@@ -91,4 +93,39 @@ TEST(ZoneClock, ZonedDatesGiveEachFieldItsTextAndOffset) {
     // A date as Exif writes it keeps that form.
     EXPECT_EQ(zonedDate(fromUtc, DateField::modifyDate, QStringLiteral("2024:03:31 01:30:00")),
               (ZonedDate{QStringLiteral("2024:03:31 02:30:00"), 3600}));
+}
+
+// A command names the system's zone in TZ at its start: ICU, Qt and the C library still see
+// the same zone, and a TZ that is set already stays as it is.
+TEST(ZoneClock, NamingTheSystemZoneKeepsEveryLocalTime) {
+    const bool hadZone = qEnvironmentVariableIsSet("TZ");
+    const QByteArray oldZone = qgetenv("TZ");
+    qunsetenv("TZ");
+    ::tzset();
+    const QString system = ZoneClock::systemZoneId();
+    const auto localOffsets = [] {
+        QList<int> offsets;
+        for (int year : {1970, 1995, 2024, 2037})
+            for (int month : {1, 7})
+                offsets.append(QDateTime(QDate(year, month, 15), QTime(12, 0)).offsetFromUtc());
+        return offsets;
+    };
+    const QList<int> before = localOffsets();
+
+    if (ZoneClock::nameSystemZoneInEnvironment())
+        EXPECT_EQ(qgetenv("TZ"), system.toUtf8());
+    else
+        EXPECT_FALSE(qEnvironmentVariableIsSet("TZ"));
+    EXPECT_EQ(ZoneClock::systemZoneId(), system);
+    EXPECT_EQ(localOffsets(), before);
+
+    qputenv("TZ", "Asia/Kathmandu");
+    EXPECT_FALSE(ZoneClock::nameSystemZoneInEnvironment());
+    EXPECT_EQ(qgetenv("TZ"), QByteArray("Asia/Kathmandu"));
+
+    if (hadZone)
+        qputenv("TZ", oldZone);
+    else
+        qunsetenv("TZ");
+    ::tzset();
 }
