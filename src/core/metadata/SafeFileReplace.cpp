@@ -210,7 +210,8 @@ bool SafeFileReplace::writeNewBytes(int fd, const char* data, std::size_t size, 
 }
 
 // Copies `length` bytes of the file that was read, from offset `from`, to offset `to` of the
-// new file. Where the kernel cannot copy between the two files, the bytes go through memory.
+// new file (where the file's offset stands). Where the kernel cannot copy between the two files,
+// the bytes go through memory.
 // A file that has become shorter since it was read has changed under us: that fails.
 bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error,
                                      std::uint32_t* crc) {
@@ -221,6 +222,17 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
     loff_t in = loff_t(from);
     loff_t out = loff_t(to);
     qint64 copied = 0;
+    if (crc) {
+        // Bytes that were read already (all of a small photo) are written and summed from
+        // memory.
+        copied = std::clamp<qint64>(qint64(m_original.size()) - from, 0, length);
+        if (copied > 0) {
+            const char* held = m_original.constData() + from;
+            if (!writeAll(fd, held, std::size_t(copied), error))
+                return false;
+            *crc = crc32c(held, std::size_t(copied), *crc);
+        }
+    }
     while (!crc && copied < length) {
         const ssize_t n =
             ::copy_file_range(m_readFd, &in, fd, &out, std::size_t(length - copied), 0);
