@@ -5,6 +5,7 @@
 #include "metadata/MetadataBlockReader.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/StandardForm.h"
+#include "metadata/XmpNamespaces.h"
 #include "metadata/XmpSidecar.h"
 #include "model/KeyTable.h"
 
@@ -311,7 +312,7 @@ bool xmpPacketReadable(const Exiv2::Image& image) {
         return true;
     Exiv2::XmpData probe;
     const auto xmpLock = lockXmpToolkit();
-    return Exiv2::XmpParser::decode(probe, image.xmpPacket()) == 0;
+    return decodeXmpPacket(probe, image.xmpPacket()) == 0;
 }
 
 // The date and time of a position, in UTC, as GPS receivers stamp them.

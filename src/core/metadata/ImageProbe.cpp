@@ -5,6 +5,7 @@
 #include "metadata/BoundedRawStream.h"
 #include "metadata/Exiv2Guard.h"
 #include "metadata/MetadataLibrary.h"
+#include "metadata/XmpNamespaces.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -132,6 +133,7 @@ std::optional<QSize> exiv2Size(const QString& path) {
             {
                 const auto xmpLock = lockXmpToolkit();
                 image->readMetadata();
+                settleXmpPrefixesAfterRead(*image);
             }
             size = validSize(image->pixelWidth(), image->pixelHeight());
             const Exiv2::ExifData& exif = image->exifData();

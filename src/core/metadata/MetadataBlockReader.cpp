@@ -7,6 +7,7 @@
 #include "metadata/ImageKind.h"
 #include "metadata/JpegHead.h"
 #include "metadata/MetadataLibrary.h"
+#include "metadata/XmpNamespaces.h"
 
 #include <QFile>
 #include <QLoggingCategory>
@@ -367,7 +368,7 @@ Exiv2::Image::AutoPtr openImage(const QString& path, const std::string& native, 
                 const std::string& packet = head->xmpPacket;
                 Exiv2::XmpData xmp;
                 const auto decode = [&] {
-                    if (Exiv2::XmpParser::decode(xmp, packet) != 0)
+                    if (decodeXmpPacket(xmp, packet) != 0)
                         qCDebug(lcRead) << "Failed to decode XMP metadata of" << path;
                 };
                 bool decoded = packet.empty();
@@ -393,6 +394,7 @@ Exiv2::Image::AutoPtr openImage(const QString& path, const std::string& native, 
     if (image.get()) {
         const auto xmpLock = lockXmpToolkit();
         image->readMetadata();
+        settleXmpPrefixesAfterRead(*image);
     }
     return image;
 }

@@ -1,5 +1,7 @@
 #include "metadata/MetadataLibrary.h"
 
+#include "metadata/XmpNamespaces.h"
+
 #include <QLoggingCategory>
 
 #include <exiv2/exiv2.hpp>
@@ -136,6 +138,7 @@ void initializeMetadataLibrary() {
     static std::once_flag once;
     std::call_once(once, [] {
         Exiv2::XmpParser::initialize(lockNamespaces, &namespaceMutex());
+        rememberStartingXmpPrefixes();
         // HEIF, AVIF and CR3 are read through the box format reader, which is off until asked.
         Exiv2::enableBMFF(true);
         Exiv2::LogMsg::setHandler(exiv2Log);

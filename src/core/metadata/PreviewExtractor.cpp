@@ -2,6 +2,7 @@
 
 #include "metadata/Exiv2Guard.h"
 #include "metadata/MetadataLibrary.h"
+#include "metadata/XmpNamespaces.h"
 
 #include <QFile>
 #include <QLoggingCategory>
@@ -25,6 +26,7 @@ QByteArray PreviewExtractor::embeddedPreview(const QString& path, int minSide) {
             // The preview loaders open the embedded JPEGs to measure them, and parse their XMP.
             const auto xmpLock = lockXmpToolkit();
             image->readMetadata();
+            settleXmpPrefixesAfterRead(*image);
             Exiv2::PreviewManager manager(*image);
             const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
             if (list.empty())

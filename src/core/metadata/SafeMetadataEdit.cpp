@@ -7,6 +7,7 @@
 #include "metadata/SafeFileReplace.h"
 #include "metadata/StandardFormFile.h"
 #include "metadata/WriteSeams.h"
+#include "metadata/XmpNamespaces.h"
 
 #include <QFile>
 #include <QScopeGuard>
@@ -88,7 +89,7 @@ std::optional<HeadXmp> xmpOfHead(const QByteArray& head) {
 // other threads. While Exiv2 parses, the head's XMP signatures are masked so that it passes
 // over them; then they are put back: `head` is the very buffer that the image reads, and
 // that its writer copies the other segments from.
-void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
+bool readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
     char* bytes = head.data();
     for (const qint64 at : xmp.signatures)
         bytes[at] = 'X';
@@ -100,8 +101,11 @@ void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
     // touch each other; readMetadata() empties the image's XMP, so the packet is decoded into
     // a block of its own that the image takes at the end).
     Exiv2::XmpData decoded;
+    bool prefixTaken = false;
     const auto decode = [&] {
-        if (Exiv2::XmpParser::decode(decoded, xmp.packet) != 0)
+        const int status = decodeXmpPacket(decoded, xmp.packet);
+        prefixTaken = status == kXmpPrefixTaken;
+        if (status != 0)
             qCDebug(lcMetadataWrite) << "Failed to decode XMP metadata";
     };
     bool done = xmp.packet.empty();
@@ -122,41 +126,44 @@ void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
         image.xmpPacket() = xmp.packet;
         std::swap(image.xmpData(), decoded);
     }
+    return !prefixTaken;
 }
 
 // Writes a JPEG image with its XMP packet encoded apart, as the JPEG writer encodes it, so that
-// the XMP lock is held only while the packet is encoded. A packet that does not encode goes
-// the usual way, under the lock, with Exiv2's own message.
-void writeXmpApart(Exiv2::Image& image) {
+// the XMP lock is held only while the packet is encoded, with the prefixes the photo was read
+// with. A packet that does not encode goes the usual way, under the lock, with Exiv2's own
+// message. False, with nothing written, when the photo's XMP would have to be written anew
+// though its packet binds a known prefix to a namespace of its own.
+bool writeXmpApart(Exiv2::Image& image) {
     if (!image.writeXmpFromPacket()) {
         std::string packet;
-        int status = 0;
-        {
-            const auto xmpLock = lockXmpToolkit();
-            status = Exiv2::XmpParser::encode(packet, image.xmpData(),
-                                              Exiv2::XmpParser::useCompactFormat |
-                                                  Exiv2::XmpParser::omitAllFormatting);
-        }
+        const auto xmpLock = lockXmpToolkit();
+        const OwnXmpPrefixes own(std::as_const(image).xmpPacket());
+        if (own.prefixTaken())
+            return false;
+        const int status = Exiv2::XmpParser::encode(packet, image.xmpData(),
+                                                    Exiv2::XmpParser::useCompactFormat |
+                                                        Exiv2::XmpParser::omitAllFormatting);
         if (status > 1) {
-            const auto xmpLock = lockXmpToolkit();
             image.writeMetadata();
-            return;
+            return true;
         }
         // From the packet, first: Image::xmpPacket() would otherwise serialise the block again.
         image.writeXmpFromPacket(true);
         image.xmpPacket() = std::move(packet);
     }
     image.writeMetadata();
+    return true;
 }
 
-// Parses a JPEG head with its XMP apart when it walks, else all of it under the lock.
-void readHead(Exiv2::Image& image, QByteArray& head) {
-    if (const std::optional<HeadXmp> xmp = xmpOfHead(head)) {
-        readXmpApart(image, head, *xmp);
-        return;
-    }
+// Parses a JPEG head with its XMP apart when it walks, else all of it under the lock. False as
+// readXmpApart() says.
+bool readHead(Exiv2::Image& image, QByteArray& head) {
+    if (const std::optional<HeadXmp> xmp = xmpOfHead(head))
+        return readXmpApart(image, head, *xmp);
     const auto xmpLock = lockXmpToolkit();
     image.readMetadata();
+    return settleXmpPrefixesAfterRead(image);
 }
 
 // Puts `size` new bytes (a new head, with `headEnd`) in place once they read back holding
@@ -183,6 +190,7 @@ bool replaceChecked(SafeFileReplace& file, const char* data, std::size_t size,
         {
             const auto xmpLock = lockXmpToolkit();
             check->readMetadata();
+            settleXmpPrefixesAfterRead(*check);
         }
         return landed(*check);
     };
@@ -280,15 +288,25 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
         }
         return edit(*image);
     };
+    const auto refuseTakenPrefix = [&] {
+        fail(WriteStatus::NotWritable,
+             path + QStringLiteral(": its XMP gives a standard prefix to a namespace of its own, "
+                                   "and writing its XMP anew would move values between "
+                                   "namespaces"));
+    };
     LandedCheck landedCheck;
     if (headEnd) {
         readHead(*image, working);
         landedCheck = editImage();
-        writeXmpApart(*image);
+        if (!writeXmpApart(*image))
+            refuseTakenPrefix();
     } else {
         const auto xmpLock = lockXmpToolkit();
         image->readMetadata();
+        const OwnXmpPrefixes own(std::as_const(*image).xmpPacket());
         landedCheck = editImage();
+        if (own.prefixTaken() && !image->writeXmpFromPacket())
+            refuseTakenPrefix();
         image->writeMetadata();
     }
 

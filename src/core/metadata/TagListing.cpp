@@ -3,6 +3,7 @@
 #include "metadata/Exiv2Guard.h"
 #include "metadata/ImageKind.h"
 #include "metadata/MetadataLibrary.h"
+#include "metadata/XmpNamespaces.h"
 
 #include <QFile>
 
@@ -61,6 +62,7 @@ std::optional<QMap<QString, TagText>> listTags(const QString& path) {
                 throw Exiv2::Error(Exiv2::kerErrorMessage, "the file could not be opened");
             const auto xmpLock = lockXmpToolkit();
             image->readMetadata();
+            settleXmpPrefixesAfterRead(*image);
             listBlock(image->exifData(), tags);
             listBlock(image->iptcData(), tags);
             listBlock(image->xmpData(), tags);

@@ -11,6 +11,7 @@
 #include "metadata/MetadataLibrary.h"
 #include "metadata/SafeFileReplace.h"
 #include "metadata/StandardForm.h"
+#include "metadata/XmpNamespaces.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -81,9 +82,8 @@ bool holdsPacket(const QString& path, const QByteArray& packet) {
     const auto lock = lockXmpToolkit();
     Exiv2::XmpData wanted;
     Exiv2::XmpData found;
-    if (Exiv2::XmpParser::decode(wanted, packet.toStdString()) != 0 ||
-        Exiv2::XmpParser::decode(found, read.bytes.toStdString()) != 0 ||
-        wanted.count() != found.count())
+    if (decodeXmpPacket(wanted, packet.toStdString()) != 0 ||
+        decodeXmpPacket(found, read.bytes.toStdString()) != 0 || wanted.count() != found.count())
         return false;
     for (const auto& datum : wanted) {
         const auto other = found.findKey(Exiv2::XmpKey(datum.key()));
@@ -209,6 +209,7 @@ template <typename Fn> void withSidecarImage(const QByteArray& packet, Fn&& fn) 
                 // Reading a sidecar parses its packet and converts it to Exif and IPTC.
                 const auto lock = lockXmpToolkit();
                 image->readMetadata();
+                settleXmpPrefixesAfterRead(*image);
             }
             fn(*image);
         },
@@ -247,8 +248,14 @@ std::optional<MetadataFieldSet> readSidecarFile(const QString& path) {
 QByteArray editedSidecarPacket(const QByteArray& base, const MetadataFieldSet& edited,
                                const ErasedRows& erased, const SidecarExtras& extras) {
     const auto lock = lockXmpToolkit();
+    // The sidecar is written anew with the prefixes it was read with.
+    const std::string basePacket = base.toStdString();
+    const OwnXmpPrefixes own(basePacket);
+    if (own.prefixTaken())
+        throw Exiv2::Error(Exiv2::kerErrorMessage,
+                           "the sidecar gives a standard XMP prefix to a namespace of its own");
     Exiv2::XmpData xmp;
-    if (!base.trimmed().isEmpty() && Exiv2::XmpParser::decode(xmp, base.toStdString()) != 0)
+    if (!base.trimmed().isEmpty() && Exiv2::XmpParser::decode(xmp, basePacket) != 0)
         throw Exiv2::Error(Exiv2::kerErrorMessage, "the sidecar holds no readable XMP");
     const ExtraEdits& extraEdits = extras.write.edits;
     if (extras.photoKeywords &&

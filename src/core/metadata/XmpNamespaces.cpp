@@ -1,0 +1,214 @@
+#include "metadata/XmpNamespaces.h"
+
+#include "metadata/MetadataLibrary.h"
+
+#include <QLoggingCategory>
+
+#include <exiv2/exiv2.hpp>
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+Q_LOGGING_CATEGORY(lcXmpNamespaces, "tagmoor.metadata.xmp", QtWarningMsg)
+
+namespace tagmoor {
+
+namespace {
+
+using Table = std::map<std::string, std::string, std::less<>>;
+
+struct StartingTable {
+    Table uriOfPrefix;
+    Table prefixOfUri;
+};
+
+StartingTable& startingTable() {
+    static StartingTable table;
+    return table;
+}
+
+// Exiv2 takes a namespace without a closing slash or hash as the one with a slash.
+std::string exiv2Uri(std::string_view uri) {
+    std::string normal(uri);
+    if (!normal.empty() && normal.back() != '/' && normal.back() != '#')
+        normal += '/';
+    return normal;
+}
+
+// The starting prefix of a namespace, with or without a closing slash: Exiv2 registers a known
+// namespace that has none (Darwin Core's) once more with one, and writes it so.
+const std::string* startingPrefixOf(std::string_view uri) {
+    const Table& prefixes = startingTable().prefixOfUri;
+    if (const auto exact = prefixes.find(uri); exact != prefixes.end())
+        return &exact->second;
+    if (const auto slashed = prefixes.find(exiv2Uri(uri)); slashed != prefixes.end())
+        return &slashed->second;
+    if (uri.ends_with('/'))
+        if (const auto bare = prefixes.find(uri.substr(0, uri.size() - 1)); bare != prefixes.end())
+            return &bare->second;
+    return nullptr;
+}
+
+bool isXmlSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+// The prefixes a packet of our own may not declare: the packet's own frame uses them.
+bool isFramePrefix(std::string_view prefix) {
+    return prefix == "x" || prefix == "rdf" || prefix == "xml" || prefix == "xmlns";
+}
+
+// Whether the declaration gives a known prefix to a namespace Exiv2 does not know by it.
+bool takesKnownPrefix(const XmpDeclaration& declaration) {
+    return startingTable().uriOfPrefix.contains(declaration.prefix) &&
+           !startingPrefixOf(declaration.uri);
+}
+
+// Has the toolkit parse an empty packet that declares `declarations`: parsing is the one way
+// Exiv2 leaves to set the prefix the toolkit gives a namespace.
+void declare(const std::vector<XmpDeclaration>& declarations) {
+    std::string packet = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+                         "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+                         "<rdf:Description rdf:about=\"\"";
+    bool any = false;
+    for (const XmpDeclaration& d : declarations) {
+        if (isFramePrefix(d.prefix))
+            continue;
+        packet.append(" xmlns:").append(d.prefix).append("=\"");
+        for (const char c : d.uri)
+            packet.append(c == '"' ? std::string_view("&quot;") : std::string_view(&c, 1));
+        packet += '"';
+        any = true;
+    }
+    if (!any)
+        return;
+    packet += "/></rdf:RDF></x:xmpmeta>";
+    Exiv2::XmpData scratch;
+    if (Exiv2::XmpParser::decode(scratch, packet) != 0)
+        qCWarning(lcXmpNamespaces) << "The XMP toolkit refused namespace declarations";
+}
+
+// The starting table's entries for the prefixes and namespaces that `unusual` declared.
+std::vector<XmpDeclaration> startingEntriesFor(const std::vector<XmpDeclaration>& unusual) {
+    const StartingTable& table = startingTable();
+    std::vector<XmpDeclaration> entries;
+    const auto add = [&](XmpDeclaration entry) {
+        if (std::find(entries.begin(), entries.end(), entry) == entries.end())
+            entries.push_back(std::move(entry));
+    };
+    for (const XmpDeclaration& d : unusual) {
+        if (const auto prefix = table.prefixOfUri.find(d.uri); prefix != table.prefixOfUri.end())
+            add({prefix->second, d.uri});
+        if (const auto uri = table.uriOfPrefix.find(d.prefix); uri != table.uriOfPrefix.end())
+            add({d.prefix, uri->second});
+    }
+    return entries;
+}
+
+// Takes out of Exiv2's registry the namespaces that a packet registered under known prefixes;
+// whether there were any.
+bool dropTakenPrefixes(const std::vector<XmpDeclaration>& unusual) {
+    bool taken = false;
+    for (const XmpDeclaration& d : unusual) {
+        if (!takesKnownPrefix(d))
+            continue;
+        taken = true;
+        const std::string uri = exiv2Uri(d.uri);
+        if (Exiv2::XmpProperties::nsRegistry_.contains(uri))
+            Exiv2::XmpProperties::unregisterNs(uri);
+    }
+    return taken;
+}
+
+} // namespace
+
+void rememberStartingXmpPrefixes() {
+    const auto xmpLock = lockXmpToolkit();
+    Exiv2::Dictionary prefixes;
+    Exiv2::XmpProperties::registeredNamespaces(prefixes);
+    StartingTable& table = startingTable();
+    for (const auto& [prefix, uri] : prefixes) {
+        table.uriOfPrefix.emplace(prefix, uri);
+        table.prefixOfUri.emplace(uri, prefix);
+    }
+}
+
+std::vector<XmpDeclaration> unusualXmpDeclarations(std::string_view packet) {
+    const StartingTable& table = startingTable();
+    std::vector<XmpDeclaration> unusual;
+    constexpr std::string_view kXmlns = "xmlns:";
+    for (std::size_t at = packet.find(kXmlns); at != std::string_view::npos;
+         at = packet.find(kXmlns, at)) {
+        at += kXmlns.size();
+        std::size_t end = at;
+        while (end < packet.size() && !isXmlSpace(packet[end]) && packet[end] != '=')
+            ++end;
+        const std::string_view prefix = packet.substr(at, end - at);
+        while (end < packet.size() && isXmlSpace(packet[end]))
+            ++end;
+        if (end >= packet.size() || packet[end] != '=')
+            continue;
+        ++end;
+        while (end < packet.size() && isXmlSpace(packet[end]))
+            ++end;
+        if (end >= packet.size() || (packet[end] != '"' && packet[end] != '\''))
+            continue;
+        const std::size_t close = packet.find(packet[end], end + 1);
+        if (close == std::string_view::npos)
+            break;
+        const std::string_view uri = packet.substr(end + 1, close - end - 1);
+        at = close + 1;
+        const std::string* known = startingPrefixOf(uri);
+        if (known ? *known == prefix : !table.uriOfPrefix.contains(prefix))
+            continue; // as at start, or a namespace of its own under a prefix of its own
+        XmpDeclaration declaration{std::string(prefix), std::string(uri)};
+        if (std::find(unusual.begin(), unusual.end(), declaration) == unusual.end())
+            unusual.push_back(std::move(declaration));
+    }
+    return unusual;
+}
+
+int decodeXmpPacket(Exiv2::XmpData& xmp, const std::string& packet) {
+    const std::vector<XmpDeclaration> unusual = unusualXmpDeclarations(packet);
+    int status = Exiv2::XmpParser::decode(xmp, packet);
+    if (unusual.empty())
+        return status;
+    if (dropTakenPrefixes(unusual)) {
+        xmp.clear();
+        status = kXmpPrefixTaken;
+    }
+    declare(startingEntriesFor(unusual));
+    return status;
+}
+
+bool settleXmpPrefixesAfterRead(Exiv2::Image& image) {
+    const std::vector<XmpDeclaration> unusual =
+        unusualXmpDeclarations(std::as_const(image).xmpPacket());
+    if (unusual.empty())
+        return true;
+    const bool taken = dropTakenPrefixes(unusual);
+    if (taken)
+        image.xmpData().clear();
+    declare(startingEntriesFor(unusual));
+    return !taken;
+}
+
+OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet)
+    : m_unusual(unusualXmpDeclarations(packet)) {
+    if (m_unusual.empty())
+        return;
+    m_prefixTaken = dropTakenPrefixes(m_unusual);
+    std::vector<XmpDeclaration> own;
+    for (const XmpDeclaration& d : m_unusual)
+        if (!takesKnownPrefix(d))
+            own.push_back(d);
+    declare(own);
+}
+
+OwnXmpPrefixes::~OwnXmpPrefixes() {
+    if (!m_unusual.empty())
+        declare(startingEntriesFor(m_unusual));
+}
+
+} // namespace tagmoor

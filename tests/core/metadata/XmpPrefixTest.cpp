@@ -1,0 +1,145 @@
+// The XMP toolkit's table of namespace prefixes is shared by the whole process, and parsing a
+// packet writes the packet's prefixes into it. What a photo's new packet looks like must not
+// depend on which other photos were read before it, and a photo that gives a standard prefix
+// to a namespace of its own must not send the standard properties of other photos there.
+#include "WriteSupport.h"
+
+#include "foundation/ValueForm.h"
+#include "metadata/MetadataTest.h"
+#include "metadata/PropertyLoading.h"
+#include "metadata/SafeMetadataEdit.h"
+#include "metadata/XmpSidecar.h"
+
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <exiv2/exiv2.hpp>
+
+#include <thread>
+
+namespace tagmoor::test {
+namespace {
+
+// A small JPEG whose only XMP is `packet`, laid in by hand so that the toolkit never sees it.
+QString jpegWithPacket(const QString& path, const QByteArray& packet) {
+    makeJpeg(path);
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray jpeg = file.readAll();
+    file.close();
+    const QByteArray payload = QByteArray("http://ns.adobe.com/xap/1.0/", 29) + packet;
+    const int length = int(payload.size()) + 2;
+    QByteArray segment("\xFF\xE1", 2);
+    segment.append(char(length >> 8)).append(char(length & 0xFF)).append(payload);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(jpeg.left(2) + segment + jpeg.mid(2));
+    return path;
+}
+
+QByteArray packetDeclaring(const QByteArray& declarations) {
+    return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
+           "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+           "rdf:about=\"\" " +
+           declarations + "/></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
+}
+
+QByteArray bytesOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// An edit that writes the photo's XMP anew.
+WriteResult writeXmp(const QString& path) {
+    return MetadataTest().setImagePropertiesAll(
+        path,
+        properties({}, {},
+                   {{QStringLiteral("Xmp.xmp.CreateDate"), QStringLiteral("2021-05-06T07:08:09")},
+                    {QStringLiteral("Xmp.aux.Lens"), QStringLiteral("Lens 50")}}),
+        {});
+}
+
+void read(const QString& path) {
+    EXPECT_TRUE(loadImageProperties(QUrl::fromLocalFile(path)).has_value());
+}
+
+TEST(XmpPrefix, APhotosNewPacketDependsOnItsOwnPacketOnly) {
+    const ValueFormScope standard(ValueForm::standard);
+    QTemporaryDir tmp;
+    const QByteArray plain =
+        packetDeclaring("xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" xmp:Label=\"Red\"");
+    const QByteArray oldStyle =
+        packetDeclaring("xmlns:xap=\"http://ns.adobe.com/xap/1.0/\" xap:Label=\"Blue\"");
+    const QString oldPhoto = jpegWithPacket(tmp.filePath("old.jpg"), oldStyle);
+
+    // Written alone, each keeps the prefix it came with; a photo without XMP takes the standard.
+    const QString first = makeJpeg(tmp.filePath("bare-1.jpg"));
+    ASSERT_TRUE(writeXmp(first).written());
+    const QByteArray alone = bytesOf(first);
+    EXPECT_TRUE(alone.contains("xmp:CreateDate")) << alone.toStdString();
+    const QString old = jpegWithPacket(tmp.filePath("old-written.jpg"), oldStyle);
+    ASSERT_TRUE(writeXmp(old).written());
+    EXPECT_TRUE(bytesOf(old).contains("xap:CreateDate")) << bytesOf(old).toStdString();
+    EXPECT_TRUE(bytesOf(old).contains("xap:Label=\"Blue\""));
+
+    // Another photo, or a sidecar, read in the old style just before changes nothing.
+    read(oldPhoto);
+    const QString second = makeJpeg(tmp.filePath("bare-2.jpg"));
+    ASSERT_TRUE(writeXmp(second).written());
+    EXPECT_EQ(bytesOf(second), alone);
+    EXPECT_TRUE(readSidecarFieldSet(oldStyle).has_value());
+    const QString third = makeJpeg(tmp.filePath("bare-3.jpg"));
+    ASSERT_TRUE(writeXmp(third).written());
+    EXPECT_EQ(bytesOf(third), alone);
+
+    // Nor does one read on another thread between this photo's read and its writing.
+    const QString plainAlone = jpegWithPacket(tmp.filePath("plain-1.jpg"), plain);
+    ASSERT_TRUE(writeXmp(plainAlone).written());
+    const QString plainMeanwhile = jpegWithPacket(tmp.filePath("plain-2.jpg"), plain);
+    SafeMetadataEdit::run(
+        plainMeanwhile, std::nullopt,
+        [&](Exiv2::Image& image) {
+            std::thread([&] { read(oldPhoto); }).join();
+            image.xmpData()["Xmp.xmp.CreateDate"] = "2021-05-06T07:08:09";
+            image.xmpData()["Xmp.aux.Lens"] = "Lens 50";
+            image.writeXmpFromPacket(false);
+            return SafeMetadataEdit::LandedCheck();
+        },
+        true, nullptr, true);
+    EXPECT_EQ(bytesOf(plainMeanwhile), bytesOf(plainAlone));
+}
+
+TEST(XmpPrefix, APacketThatTakesAStandardPrefixIsKeptApart) {
+    const ValueFormScope standard(ValueForm::standard);
+    QTemporaryDir tmp;
+    const QByteArray foreign =
+        packetDeclaring("xmlns:xmp=\"http://foreign.example/ns/\" xmp:Label=\"Theirs\"");
+    const QString odd = jpegWithPacket(tmp.filePath("odd.jpg"), foreign);
+    read(odd);
+
+    // The standard properties of the next photo still go into the standard namespace.
+    const QString plain = jpegWithPacket(
+        tmp.filePath("plain.jpg"),
+        packetDeclaring("xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" xmp:Label=\"Red\""));
+    ASSERT_TRUE(writeXmp(plain).written());
+    const QByteArray written = bytesOf(plain);
+    EXPECT_TRUE(written.contains("xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\""))
+        << written.toStdString();
+    EXPECT_FALSE(written.contains("foreign.example"));
+    EXPECT_EQ(exiv2Value(plain, QStringLiteral("Xmp.xmp.CreateDate")),
+              QStringLiteral("2021-05-06T07:08:09"));
+
+    // The odd photo's XMP is not written anew, since its values would change namespace; an
+    // edit elsewhere leaves its packet as it was.
+    const QByteArray before = bytesOf(odd);
+    const WriteResult refused = writeXmp(odd);
+    EXPECT_EQ(refused.status, WriteStatus::NotWritable);
+    EXPECT_EQ(bytesOf(odd), before);
+    const WriteResult artist = MetadataTest().setImagePropertiesAll(
+        odd, properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Jane Doe")}}), {});
+    ASSERT_TRUE(artist.written()) << artist.detail.toStdString();
+    EXPECT_TRUE(bytesOf(odd).contains(foreign.mid(foreign.indexOf("<x:xmpmeta"))));
+}
+
+} // namespace
+} // namespace tagmoor::test
