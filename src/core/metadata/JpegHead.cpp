@@ -140,4 +140,27 @@ std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& star
     return head;
 }
 
+std::optional<QSize> jpegFrameSize(const QString& path, const QByteArray& start) {
+    HeadFile file(path);
+    QByteArray bytes = start;
+    std::optional<QSize> size;
+    const auto walk = walkJpegHead(
+        bytes, [&](qint64 wanted) { return file.fill(bytes, wanted); },
+        [&](unsigned char marker, qint64 pos, qint64 length) {
+            // The start-of-frame markers, but for the table and arithmetic-coding ones that
+            // share their range; the first one counts.
+            const bool frame = marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 &&
+                               marker != 0xc8 && marker != 0xcc;
+            if (!frame || size || length < 7)
+                return;
+            const auto byte = [&](qint64 at) { return int(static_cast<uchar>(bytes[pos + at])); };
+            const int height = byte(3) << 8 | byte(4);
+            const int width = byte(5) << 8 | byte(6);
+            if (width > 0 && height > 0)
+                size = QSize(width, height);
+        },
+        kMaxHead);
+    return walk && !walk->endOfImage ? size : std::nullopt;
+}
+
 } // namespace tagmoor

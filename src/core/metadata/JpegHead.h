@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSize>
 #include <QString>
 
 #include <optional>
@@ -30,5 +31,10 @@ constexpr qsizetype kJpegHeadStartSize = 16 * 1024;
 // way, and Exiv2 tells what is wrong with it. `start` may hold the file's first bytes, read
 // already: the file is then opened only when the head goes on past them.
 std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& start = {});
+
+// The picture size that the frame header of the JPEG at `path` gives, found as Exiv2 finds it
+// while it walks the head: nothing when the head does not walk to picture data or holds no
+// frame header with a width and a height. `start` as for readJpegHead().
+std::optional<QSize> jpegFrameSize(const QString& path, const QByteArray& start = {});
 
 } // namespace tagmoor

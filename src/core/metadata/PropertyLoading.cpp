@@ -101,8 +101,11 @@ loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& also
 
 bool givesRecord(const QString& path) {
     // A JPEG is readable when Exiv2 finds its frame header or, failing that, Qt's reader does;
-    // the second alone is a cheap test, and when it holds the record is sure.
-    if (sniffImageKind(readImageHead(path)) == ImageKind::Jpeg && ImageProbe::qtJpegSize(path))
+    // the first alone, found by walking the head as Exiv2 does, is a cheap test, and when it
+    // holds the record is sure.
+    const QByteArray start = readImageHead(path, kJpegHeadStartSize);
+    if (sniffImageKind(start.left(kImageKindHeadSize)) == ImageKind::Jpeg &&
+        jpegFrameSize(path, start))
         return true;
     return loadImageProperties(QUrl::fromLocalFile(path)).has_value();
 }

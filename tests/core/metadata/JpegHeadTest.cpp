@@ -168,3 +168,34 @@ TEST(JpegHead, TheReaderGivesWhatExiv2GivesFromTheWholeFile) {
 }
 
 } // namespace tagmoor::test
+
+namespace tagmoor::test {
+
+// The frame size found by walking the head is the one Exiv2 finds in the whole file, so that a
+// photo taken as readable from it gives a record; a head that does not walk gives none.
+TEST(JpegHead, TheFrameSizeIsTheOneExiv2Finds) {
+    QTemporaryDir tmp;
+    QStringList files;
+    for (const QString& dir : {formatsDir(), malformedDir()})
+        for (const QString& f : sampleFiles(dir))
+            if (sniffImageKindOfFile(f) == ImageKind::Jpeg)
+                files << f;
+    const QString noFrame = jpegWith(tmp.path(), "no-frame.jpg", QByteArray("\xff\xd9", 2));
+    files << noFrame;
+    int sized = 0;
+    for (const QString& f : files) {
+        const std::optional<QSize> walked = jpegFrameSize(f, readImageHead(f, 100));
+        EXPECT_EQ(walked, jpegFrameSize(f)) << f.toStdString();
+        if (!walked)
+            continue;
+        ++sized;
+        const auto xmpLock = lockXmpToolkit();
+        auto image = Exiv2::ImageFactory::open(QFile::encodeName(f).toStdString());
+        image->readMetadata();
+        EXPECT_EQ(*walked, QSize(image->pixelWidth(), image->pixelHeight())) << f.toStdString();
+    }
+    EXPECT_GT(sized, 5);
+    EXPECT_FALSE(jpegFrameSize(noFrame).has_value());
+}
+
+} // namespace tagmoor::test
