@@ -1,5 +1,6 @@
 #include "batch/BatchDriver.h"
 
+#include "foundation/CanonicalPath.h"
 #include "foundation/ThreadPriority.h"
 
 #include "batch/BatchObserver.h"
@@ -312,7 +313,7 @@ PhotoResult BatchDriver::processJournaled(RunState& state, const PhotoPlan& plan
         const auto now = fileIdOf(path);
         // A file the run replaced in place is journaled with its old bytes, not as made.
         if (!now || now == sourceId || now == before[i] ||
-            (!replaced.isEmpty() && replaced.contains(QFileInfo(path).canonicalFilePath())))
+            (!replaced.isEmpty() && replaced.contains(canonicalPathOf(path))))
             continue;
         m_journal->recordCreated(path);
     }

@@ -1,6 +1,7 @@
 #include "batch/FileIdentity.h"
 
 #include "batch/PhotoSource.h"
+#include "foundation/CanonicalPath.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -89,7 +90,7 @@ BatchSources::BatchSources(const PhotoSource& photos) : m_photos(&photos) {
         const Place place = placeOf(path);
         if (const auto folder = folderId(place.folder))
             m_places[*folder].push_back(nameHash(place.name) | quint32(i));
-        const QString resolved = QFileInfo(path).canonicalFilePath();
+        const QString resolved = canonicalPathOf(path);
         if (resolved.isEmpty() || resolved == path)
             continue;
         const Place real = placeOf(resolved);
@@ -138,7 +139,7 @@ bool BatchSources::contains(const QString& path) const {
     }
     if (standsAt(path))
         return true;
-    const QString resolved = QFileInfo(path).canonicalFilePath();
+    const QString resolved = canonicalPathOf(path);
     return !resolved.isEmpty() && resolved != path && standsAt(resolved);
 }
 

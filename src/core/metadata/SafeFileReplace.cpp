@@ -1,5 +1,6 @@
 #include "metadata/SafeFileReplace.h"
 
+#include "foundation/CanonicalPath.h"
 #include "foundation/Checksum.h"
 #include "metadata/WriteSeams.h"
 
@@ -285,7 +286,7 @@ void SafeFileReplace::waitForReleases() {
 
 SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPath) {
     // Write through a symbolic link to the file it names, so the link stays a link.
-    const QString canonical = QFileInfo(targetPath).canonicalFilePath();
+    const QString canonical = canonicalPathOf(targetPath);
     m_encodedTarget = QFile::encodeName(canonical.isEmpty() ? targetPath : canonical);
 }
 
