@@ -137,8 +137,9 @@ void keepFreedMemoryInProcess() {
 void initializeMetadataLibrary() {
     static std::once_flag once;
     std::call_once(once, [] {
+        const std::map<std::string, std::string> known = knownXmpNamespaces();
         Exiv2::XmpParser::initialize(lockNamespaces, &namespaceMutex());
-        rememberStartingXmpPrefixes();
+        rememberStartingXmpPrefixes(known);
         // HEIF, AVIF and CR3 are read through the box format reader, which is off until asked.
         Exiv2::enableBMFF(true);
         Exiv2::LogMsg::setHandler(exiv2Log);

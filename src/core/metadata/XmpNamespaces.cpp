@@ -54,6 +54,33 @@ bool isXmlSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
+// Calls `visit(prefix, uri)` for each xmlns declaration of `packet`, as written there.
+template <typename Visit> void forEachDeclaration(std::string_view packet, Visit&& visit) {
+    constexpr std::string_view kXmlns = "xmlns:";
+    for (std::size_t at = packet.find(kXmlns); at != std::string_view::npos;
+         at = packet.find(kXmlns, at)) {
+        at += kXmlns.size();
+        std::size_t end = at;
+        while (end < packet.size() && !isXmlSpace(packet[end]) && packet[end] != '=')
+            ++end;
+        const std::string_view prefix = packet.substr(at, end - at);
+        while (end < packet.size() && isXmlSpace(packet[end]))
+            ++end;
+        if (end >= packet.size() || packet[end] != '=')
+            continue;
+        ++end;
+        while (end < packet.size() && isXmlSpace(packet[end]))
+            ++end;
+        if (end >= packet.size() || (packet[end] != '"' && packet[end] != '\''))
+            continue;
+        const std::size_t close = packet.find(packet[end], end + 1);
+        if (close == std::string_view::npos)
+            return;
+        at = close + 1;
+        visit(prefix, packet.substr(end + 1, close - end - 1));
+    }
+}
+
 // The prefixes a packet of our own may not declare: the packet's own frame uses them.
 bool isFramePrefix(std::string_view prefix) {
     return prefix == "x" || prefix == "rdf" || prefix == "xml" || prefix == "xmlns";
@@ -123,49 +150,46 @@ bool dropTakenPrefixes(const std::vector<XmpDeclaration>& unusual) {
 
 } // namespace
 
-void rememberStartingXmpPrefixes() {
+Exiv2::Dictionary knownXmpNamespaces() {
+    Exiv2::Dictionary known;
+    Exiv2::XmpProperties::registeredNamespaces(known);
+    Exiv2::XmpParser::terminate();
+    return known;
+}
+
+void rememberStartingXmpPrefixes(const Exiv2::Dictionary& known) {
     const auto xmpLock = lockXmpToolkit();
-    Exiv2::Dictionary prefixes;
-    Exiv2::XmpProperties::registeredNamespaces(prefixes);
+    // One property in every namespace Exiv2 has a prefix for: the packet they make declares
+    // each namespace under the toolkit's own prefix.
+    Exiv2::XmpData probe;
+    for (const auto& [prefix, uri] : known) {
+        try {
+            probe["Xmp." + prefix + ".tagmoorProbe"] = "1";
+        } catch (const Exiv2::AnyError&) {
+            // a prefix Exiv2 lists but takes in no key
+        }
+    }
+    std::string packet;
+    if (Exiv2::XmpParser::encode(packet, probe, Exiv2::XmpParser::omitPacketWrapper) > 1)
+        qCWarning(lcXmpNamespaces) << "The XMP toolkit's prefixes could not be told";
     StartingTable& table = startingTable();
-    for (const auto& [prefix, uri] : prefixes) {
+    forEachDeclaration(packet, [&](std::string_view prefix, std::string_view uri) {
         table.uriOfPrefix.emplace(prefix, uri);
         table.prefixOfUri.emplace(uri, prefix);
-    }
+    });
 }
 
 std::vector<XmpDeclaration> unusualXmpDeclarations(std::string_view packet) {
     const StartingTable& table = startingTable();
     std::vector<XmpDeclaration> unusual;
-    constexpr std::string_view kXmlns = "xmlns:";
-    for (std::size_t at = packet.find(kXmlns); at != std::string_view::npos;
-         at = packet.find(kXmlns, at)) {
-        at += kXmlns.size();
-        std::size_t end = at;
-        while (end < packet.size() && !isXmlSpace(packet[end]) && packet[end] != '=')
-            ++end;
-        const std::string_view prefix = packet.substr(at, end - at);
-        while (end < packet.size() && isXmlSpace(packet[end]))
-            ++end;
-        if (end >= packet.size() || packet[end] != '=')
-            continue;
-        ++end;
-        while (end < packet.size() && isXmlSpace(packet[end]))
-            ++end;
-        if (end >= packet.size() || (packet[end] != '"' && packet[end] != '\''))
-            continue;
-        const std::size_t close = packet.find(packet[end], end + 1);
-        if (close == std::string_view::npos)
-            break;
-        const std::string_view uri = packet.substr(end + 1, close - end - 1);
-        at = close + 1;
+    forEachDeclaration(packet, [&](std::string_view prefix, std::string_view uri) {
         const std::string* known = startingPrefixOf(uri);
         if (known ? *known == prefix : !table.uriOfPrefix.contains(prefix))
-            continue; // as at start, or a namespace of its own under a prefix of its own
+            return; // as at start, or a namespace of its own under a prefix of its own
         XmpDeclaration declaration{std::string(prefix), std::string(uri)};
         if (std::find(unusual.begin(), unusual.end(), declaration) == unusual.end())
             unusual.push_back(std::move(declaration));
-    }
+    });
     return unusual;
 }
 

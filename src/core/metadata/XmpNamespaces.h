@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,8 +32,14 @@ struct XmpDeclaration {
     bool operator==(const XmpDeclaration&) const = default;
 };
 
-// Notes the table as it stands at start. Called once, by initializeMetadataLibrary().
-void rememberStartingXmpPrefixes();
+// The namespaces Exiv2 knows, by its prefixes. Exiv2 gives them only after registering its own
+// prefixes with the toolkit, which then differ from the toolkit's own choices in places, so the
+// toolkit is shut down after: call before Exiv2::XmpParser::initialize().
+std::map<std::string, std::string> knownXmpNamespaces();
+
+// Notes the toolkit's table as it stands at start, for the namespaces `known`. Called once, by
+// initializeMetadataLibrary(), right after the toolkit starts.
+void rememberStartingXmpPrefixes(const std::map<std::string, std::string>& known);
 
 // The declarations of `packet` that differ from the starting table: a known namespace under
 // another prefix, or a known prefix for another namespace. Usually none.
