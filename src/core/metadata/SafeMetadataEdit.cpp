@@ -131,9 +131,10 @@ bool readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
 
 // Writes a JPEG image with its XMP packet encoded apart, as the JPEG writer encodes it, so that
 // the XMP lock is held only while the packet is encoded, with the prefixes the photo was read
-// with. A packet that does not encode goes the usual way, under the lock, with Exiv2's own
-// message. False, with nothing written, when the photo's XMP would have to be written anew
-// though its packet binds a known prefix to a namespace of its own.
+// with and its namespaces under their own names. A packet that does not encode goes the usual
+// way, under the lock, with Exiv2's own message. False, with nothing written, when the photo's
+// XMP would have to be written anew though its packet binds a known prefix to a namespace of
+// its own.
 bool writeXmpApart(Exiv2::Image& image) {
     if (!image.writeXmpFromPacket()) {
         std::string packet;
@@ -148,6 +149,7 @@ bool writeXmpApart(Exiv2::Image& image) {
             image.writeMetadata();
             return true;
         }
+        own.keepNamespaceNames(packet);
         // From the packet, first: Image::xmpPacket() would otherwise serialise the block again.
         image.writeXmpFromPacket(true);
         image.xmpPacket() = std::move(packet);
@@ -164,6 +166,32 @@ bool readHead(Exiv2::Image& image, QByteArray& head) {
     const auto xmpLock = lockXmpToolkit();
     image.readMetadata();
     return settleXmpPrefixesAfterRead(image);
+}
+
+// Parses `image`, which reads `working`, lets `editImage` change it and writes it into its io.
+// Parsing and serialising XMP share one toolkit that is not safe across threads: a JPEG's head
+// holds the lock only for its XMP packet, any other file for the whole of its parse and writing.
+// False, with nothing written, when the photo's XMP would have to be written anew though its packet
+// binds a known prefix to a namespace of its own.
+template <typename EditImage>
+bool parseEditAndWrite(Exiv2::Image& image, QByteArray& working, ImageKind kind, bool headOnly,
+                       EditImage&& editImage) {
+    if (headOnly) {
+        readHead(image, working);
+        editImage();
+        return writeXmpApart(image);
+    }
+    const auto xmpLock = lockXmpToolkit();
+    image.readMetadata();
+    const OwnXmpPrefixes own(std::as_const(image).xmpPacket());
+    editImage();
+    if (own.prefixTaken() && !image.writeXmpFromPacket())
+        return false;
+    // A JPEG read whole gets its packet written apart as a head's is, to the same bytes.
+    if (kind == ImageKind::Jpeg)
+        return writeXmpApart(image);
+    image.writeMetadata();
+    return true;
 }
 
 // Puts `size` new bytes (a new head, with `headEnd`) in place once they read back holding
@@ -277,9 +305,6 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
     auto image = Exiv2::ImageFactory::open(
         reinterpret_cast<const Exiv2::byte*>(working.constData()), long(working.size()));
     Q_ASSERT(image.get() != nullptr);
-    // Parsing and serialising XMP share one toolkit that is not safe across threads. A JPEG's
-    // head holds the lock only for its XMP packet; any other file for the whole of its parse
-    // and its writing.
     const auto editImage = [&] {
         if (standardForm) {
             const QString refusal = standardFormRefusal(*image, kind, file.targetSize());
@@ -288,27 +313,13 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
         }
         return edit(*image);
     };
-    const auto refuseTakenPrefix = [&] {
+    LandedCheck landedCheck;
+    if (!parseEditAndWrite(*image, working, kind, headEnd.has_value(),
+                           [&] { landedCheck = editImage(); }))
         fail(WriteStatus::NotWritable,
              path + QStringLiteral(": its XMP gives a standard prefix to a namespace of its own, "
                                    "and writing its XMP anew would move values between "
                                    "namespaces"));
-    };
-    LandedCheck landedCheck;
-    if (headEnd) {
-        readHead(*image, working);
-        landedCheck = editImage();
-        if (!writeXmpApart(*image))
-            refuseTakenPrefix();
-    } else {
-        const auto xmpLock = lockXmpToolkit();
-        image->readMetadata();
-        const OwnXmpPrefixes own(std::as_const(*image).xmpPacket());
-        landedCheck = editImage();
-        if (own.prefixTaken() && !image->writeXmpFromPacket())
-            refuseTakenPrefix();
-        image->writeMetadata();
-    }
 
     // The image now lives in memory; its io holds the complete new file (or head).
     Exiv2::BasicIo& io = image->io();

@@ -54,8 +54,18 @@ bool isXmlSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
-// Calls `visit(prefix, uri)` for each xmlns declaration of `packet`, as written there.
+// Calls `visit(prefix, uri)` for each xmlns declaration of `packet`, as written there; the two
+// live as long as the call. A packet in UTF-16 or UTF-32 is read without its zero bytes, which
+// leaves its ASCII characters, all that prefixes and namespace names are made of.
 template <typename Visit> void forEachDeclaration(std::string_view packet, Visit&& visit) {
+    std::string narrowed;
+    if (packet.find('\0') != std::string_view::npos) {
+        narrowed.reserve(packet.size() / 2);
+        for (const char c : packet)
+            if (c != '\0')
+                narrowed += c;
+        packet = narrowed;
+    }
     constexpr std::string_view kXmlns = "xmlns:";
     for (std::size_t at = packet.find(kXmlns); at != std::string_view::npos;
          at = packet.find(kXmlns, at)) {
@@ -220,6 +230,17 @@ bool settleXmpPrefixesAfterRead(Exiv2::Image& image) {
 
 OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet)
     : m_unusual(unusualXmpDeclarations(packet)) {
+    std::vector<std::string> names;
+    forEachDeclaration(packet,
+                       [&](std::string_view, std::string_view uri) { names.emplace_back(uri); });
+    for (const std::string_view name : names) {
+        const bool bare = !name.empty() && !name.ends_with('/') && !name.ends_with('#');
+        // Only a name the toolkit writes as it is read back: no character it would escape.
+        const bool plain = name.find_first_of("&<>\"'") == std::string_view::npos;
+        if (bare && plain && std::find(names.begin(), names.end(), exiv2Uri(name)) == names.end() &&
+            std::find(m_bareNames.begin(), m_bareNames.end(), name) == m_bareNames.end())
+            m_bareNames.emplace_back(name);
+    }
     if (m_unusual.empty())
         return;
     m_prefixTaken = dropTakenPrefixes(m_unusual);
@@ -228,6 +249,22 @@ OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet)
         if (!takesKnownPrefix(d))
             own.push_back(d);
     declare(own);
+}
+
+void OwnXmpPrefixes::keepNamespaceNames(std::string& encoded) const {
+    for (const std::string& bare : m_bareNames) {
+        const std::string slashed = "=\"" + exiv2Uri(bare) + '"';
+        for (std::size_t at = encoded.find(slashed); at != std::string::npos;
+             at = encoded.find(slashed, at)) {
+            // Only in a declaration: the name stands right after "xmlns:prefix".
+            const std::size_t declaration = encoded.rfind("xmlns:", at);
+            const bool declares = declaration != std::string::npos &&
+                                  encoded.find_first_of(" \t\r\n\"'=<>", declaration + 6) == at;
+            if (declares)
+                encoded.erase(at + slashed.size() - 2, 1); // the "/" before the closing quote
+            at += slashed.size() - 1;
+        }
+    }
 }
 
 OwnXmpPrefixes::~OwnXmpPrefixes() {

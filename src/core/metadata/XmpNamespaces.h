@@ -65,11 +65,17 @@ public:
     // Whether the packet binds a known prefix to a namespace of its own: the photo's XMP must
     // then not be written anew, since its values would change namespace.
     bool prefixTaken() const { return m_prefixTaken; }
+    // Exiv2 takes a namespace whose name ends in neither "/" nor "#" as the one with a "/"
+    // and writes it so, which would move its values into another namespace. This gives such
+    // namespaces of the photo's packet their own names back in `encoded`, a packet written
+    // from it (but for one the packet also holds with the "/": that one keeps it).
+    void keepNamespaceNames(std::string& encoded) const;
     OwnXmpPrefixes(const OwnXmpPrefixes&) = delete;
     OwnXmpPrefixes& operator=(const OwnXmpPrefixes&) = delete;
 
 private:
     std::vector<XmpDeclaration> m_unusual;
+    std::vector<std::string> m_bareNames;
     bool m_prefixTaken = false;
 };
 

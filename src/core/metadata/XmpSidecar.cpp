@@ -285,7 +285,9 @@ QByteArray editedSidecarPacket(const QByteArray& base, const MetadataFieldSet& e
     Exiv2::copyIptcToXmp(image->iptcData(), iptcAfterXmp);
     layChanges(result, iptcBeforeXmp, iptcAfterXmp);
     layChanges(result, exifBeforeXmp, exifAfterXmp);
-    return QByteArray::fromStdString(encoded(result));
+    std::string packet = encoded(result);
+    own.keepNamespaceNames(packet);
+    return QByteArray::fromStdString(packet);
 }
 
 QByteArray emptySidecarPacket() {

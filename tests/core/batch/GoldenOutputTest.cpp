@@ -47,26 +47,6 @@ QList<CGImageProperties> loadedRecords(const QStringList& paths) {
     return records;
 }
 
-// "key value" for every tag Exiv2 reads from the photo, a line each, in the order it reads them.
-std::string tagLines(const QString& path) {
-    std::string lines;
-    try {
-        const auto xmpLock = lockXmpToolkit();
-        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
-        image->readMetadata();
-        const auto add = [&](const auto& data) {
-            for (const auto& datum : data)
-                lines += datum.key() + ' ' + datum.toString() + '\n';
-        };
-        add(image->exifData());
-        add(image->iptcData());
-        add(image->xmpData());
-    } catch (const Exiv2::Error&) {
-        lines += "(no tags Exiv2 can read)";
-    }
-    return lines;
-}
-
 // "name sha256-prefix" per output file, so that a failure names the files that changed.
 QStringList digestLines(const QString& dir) {
     QStringList lines;
@@ -117,10 +97,9 @@ const QStringList kRemoval = {
 } // namespace
 
 // Into an output folder, in place, and the removal of groups: each run's outputs hash as pinned,
-// and the sources of the runs into a folder stay as they were. The pinned runs take one thread:
-// the XMP toolkit keeps one table of namespace prefixes for the process, which the photos it has
-// read so far shape, so that a packet may be written with another prefix for the same namespace
-// when photos are taken in another order. A run on two threads must give the same tags.
+// and the sources of the runs into a folder stay as they were. A run on two threads gives the
+// same bytes as one on one thread: a photo's new XMP packet takes its prefixes from the photo's
+// own packet, whichever photos the other thread reads meanwhile.
 TEST_F(GoldenOutput, BatchOutputsKeepTheirBytes) {
     const QStringList sources = copiesOfSamples("in");
     const auto sourceSums = folderChecksums(dir("in"));
@@ -133,10 +112,7 @@ TEST_F(GoldenOutput, BatchOutputsKeepTheirBytes) {
               pinned(kIntoFolder, ""));
     RenameNumbering secondNumbering;
     runBatch(goldenRun(ProcessingMode::keepUnedited, dir("out2")), records, secondNumbering, 2);
-    for (const QString& name : QDir(dir("out")).entryList(QDir::Files))
-        EXPECT_EQ(tagLines(dir("out") + QLatin1Char('/') + name),
-                  tagLines(dir("out2") + QLatin1Char('/') + name))
-            << name.toStdString();
+    EXPECT_EQ(pinned(digestLines(dir("out2")), ""), pinned(kIntoFolder, ""));
 
     RunValues strip = editRun(ProcessingMode::removeGroups, dir("stripped"));
     strip.clean.cleanGPS = strip.clean.cleanIPTC = strip.clean.cleanXMP = true;

@@ -82,8 +82,13 @@ TEST(XmpPrefix, APhotosNewPacketDependsOnItsOwnPacketOnly) {
     EXPECT_TRUE(bytesOf(old).contains("xap:CreateDate")) << bytesOf(old).toStdString();
     EXPECT_TRUE(bytesOf(old).contains("xap:Label=\"Blue\""));
 
-    // Another photo, or a sidecar, read in the old style just before changes nothing.
+    // Another photo, or a sidecar, read in the old style just before changes nothing, in
+    // UTF-16 as well.
     read(oldPhoto);
+    QByteArray wide;
+    for (const QChar c : QString::fromUtf8(oldStyle))
+        wide.append(char(c.unicode() >> 8)).append(char(c.unicode() & 0xff));
+    read(jpegWithPacket(tmp.filePath("old-wide.jpg"), wide));
     const QString second = makeJpeg(tmp.filePath("bare-2.jpg"));
     ASSERT_TRUE(writeXmp(second).written());
     EXPECT_EQ(bytesOf(second), alone);
@@ -139,6 +144,35 @@ TEST(XmpPrefix, APacketThatTakesAStandardPrefixIsKeptApart) {
         odd, properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Jane Doe")}}), {});
     ASSERT_TRUE(artist.written()) << artist.detail.toStdString();
     EXPECT_TRUE(bytesOf(odd).contains(foreign.mid(foreign.indexOf("<x:xmpmeta"))));
+}
+
+TEST(XmpPrefix, NamespacesKeepTheirOwnNames) {
+    const ValueFormScope standard(ValueForm::standard);
+    QTemporaryDir tmp;
+    // Exiv2 takes a namespace name without a closing "/" as the one with it, Darwin Core's
+    // and a photographer's own alike.
+    const QByteArray declarations = "xmlns:dwc=\"http://rs.tdwg.org/dwc/index.htm\" "
+                                    "dwc:institutionCode=\"CDS\" "
+                                    "xmlns:studio=\"http://studio.example/ns\" "
+                                    "studio:Job=\"Harbour\"";
+    const QString photo = jpegWithPacket(tmp.filePath("named.jpg"), packetDeclaring(declarations));
+    ASSERT_TRUE(writeXmp(photo).written());
+    const QByteArray written = bytesOf(photo);
+    for (const QByteArray& kept :
+         {QByteArray("xmlns:dwc=\"http://rs.tdwg.org/dwc/index.htm\""),
+          QByteArray("xmlns:studio=\"http://studio.example/ns\""),
+          QByteArray("dwc:institutionCode=\"CDS\""), QByteArray("studio:Job=\"Harbour\""),
+          QByteArray("xmp:CreateDate=\"2021-05-06T07:08:09\"")})
+        EXPECT_TRUE(written.contains(kept)) << kept.toStdString() << "\n" << written.toStdString();
+
+    // A sidecar written anew keeps them as well.
+    MetadataFieldSet edited;
+    edited.at(*findKeyRow("Xmp.aux.Lens")) = PropertyValue(QStringLiteral("Lens 50"));
+    const QByteArray sidecar = editedSidecarPacket(packetDeclaring(declarations), edited, {});
+    EXPECT_TRUE(sidecar.contains("xmlns:studio=\"http://studio.example/ns\""))
+        << sidecar.toStdString();
+    EXPECT_TRUE(sidecar.contains("xmlns:dwc=\"http://rs.tdwg.org/dwc/index.htm\""));
+    EXPECT_TRUE(sidecar.contains("Lens 50"));
 }
 
 } // namespace
