@@ -89,7 +89,7 @@ std::optional<HeadXmp> xmpOfHead(const QByteArray& head) {
 // other threads. While Exiv2 parses, the head's XMP signatures are masked so that it passes
 // over them; then they are put back: `head` is the very buffer that the image reads, and
 // that its writer copies the other segments from.
-bool readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
+void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
     char* bytes = head.data();
     for (const qint64 at : xmp.signatures)
         bytes[at] = 'X';
@@ -101,11 +101,8 @@ bool readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
     // touch each other; readMetadata() empties the image's XMP, so the packet is decoded into
     // a block of its own that the image takes at the end).
     Exiv2::XmpData decoded;
-    bool prefixTaken = false;
     const auto decode = [&] {
-        const int status = decodeXmpPacket(decoded, xmp.packet);
-        prefixTaken = status == kXmpPrefixTaken;
-        if (status != 0)
+        if (decodeXmpPacket(decoded, xmp.packet) != 0)
             qCDebug(lcMetadataWrite) << "Failed to decode XMP metadata";
     };
     bool done = xmp.packet.empty();
@@ -126,7 +123,6 @@ bool readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
         image.xmpPacket() = xmp.packet;
         std::swap(image.xmpData(), decoded);
     }
-    return !prefixTaken;
 }
 
 // Writes a JPEG image with its XMP packet encoded apart, as the JPEG writer encodes it, so that
@@ -158,21 +154,22 @@ bool writeXmpApart(Exiv2::Image& image) {
     return true;
 }
 
-// Parses a JPEG head with its XMP apart when it walks, else all of it under the lock. False as
-// readXmpApart() says.
-bool readHead(Exiv2::Image& image, QByteArray& head) {
-    if (const std::optional<HeadXmp> xmp = xmpOfHead(head))
-        return readXmpApart(image, head, *xmp);
+// Parses a JPEG head with its XMP apart when it walks, else all of it under the lock.
+void readHead(Exiv2::Image& image, QByteArray& head) {
+    if (const std::optional<HeadXmp> xmp = xmpOfHead(head)) {
+        readXmpApart(image, head, *xmp);
+        return;
+    }
     const auto xmpLock = lockXmpToolkit();
     image.readMetadata();
-    return settleXmpPrefixesAfterRead(image);
+    settleXmpPrefixesAfterRead(image);
 }
 
 // Parses `image`, which reads `working`, lets `editImage` change it and writes it into its io.
 // Parsing and serialising XMP share one toolkit that is not safe across threads: a JPEG's head
 // holds the lock only for its XMP packet, any other file for the whole of its parse and writing.
-// False, with nothing written, when the photo's XMP would have to be written anew though its packet
-// binds a known prefix to a namespace of its own.
+// False, with nothing written, when the photo's XMP would have to be written anew though its
+// packet binds a known prefix to a namespace of its own.
 template <typename EditImage>
 bool parseEditAndWrite(Exiv2::Image& image, QByteArray& working, ImageKind kind, bool headOnly,
                        EditImage&& editImage) {
