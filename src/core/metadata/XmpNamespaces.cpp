@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <utility>
 
 Q_LOGGING_CATEGORY(lcXmpNamespaces, "tagmoor.metadata.xmp", QtWarningMsg)
@@ -55,8 +56,9 @@ bool isXmlSpace(char c) {
 }
 
 // Calls `visit(prefix, uri)` for each xmlns declaration of `packet`, as written there; the two
-// live as long as the call. A packet in UTF-16 or UTF-32 is read without its zero bytes, which
-// leaves its ASCII characters, all that prefixes and namespace names are made of.
+// live as long as the call. The tags' attributes are walked one by one, so that text in a value
+// that reads like a declaration is passed over. A packet in UTF-16 or UTF-32 is read without its
+// zero bytes, which leaves its ASCII characters, all that tags and namespace names are made of.
 template <typename Visit> void forEachDeclaration(std::string_view packet, Visit&& visit) {
     std::string narrowed;
     if (packet.find('\0') != std::string_view::npos) {
@@ -67,27 +69,47 @@ template <typename Visit> void forEachDeclaration(std::string_view packet, Visit
         packet = narrowed;
     }
     constexpr std::string_view kXmlns = "xmlns:";
-    for (std::size_t at = packet.find(kXmlns); at != std::string_view::npos;
-         at = packet.find(kXmlns, at)) {
-        at += kXmlns.size();
-        std::size_t end = at;
-        while (end < packet.size() && !isXmlSpace(packet[end]) && packet[end] != '=')
-            ++end;
-        const std::string_view prefix = packet.substr(at, end - at);
-        while (end < packet.size() && isXmlSpace(packet[end]))
-            ++end;
-        if (end >= packet.size() || packet[end] != '=')
+    const std::size_t size = packet.size();
+    std::size_t at = 0;
+    const auto skipSpace = [&] {
+        while (at < size && isXmlSpace(packet[at]))
+            ++at;
+    };
+    while ((at = packet.find('<', at)) != std::string_view::npos) {
+        ++at;
+        // Comments, processing instructions and declarations hold no attributes of interest.
+        if (at < size && (packet[at] == '?' || packet[at] == '!')) {
+            const std::string_view end = packet.substr(at, 3) == "!--" ? "-->" : ">";
+            at = packet.find(end, at);
+            if (at == std::string_view::npos)
+                return;
             continue;
-        ++end;
-        while (end < packet.size() && isXmlSpace(packet[end]))
-            ++end;
-        if (end >= packet.size() || (packet[end] != '"' && packet[end] != '\''))
-            continue;
-        const std::size_t close = packet.find(packet[end], end + 1);
-        if (close == std::string_view::npos)
-            return;
-        at = close + 1;
-        visit(prefix, packet.substr(end + 1, close - end - 1));
+        }
+        // The element's name, then its attributes up to the end of the tag.
+        while (at < size && !isXmlSpace(packet[at]) && packet[at] != '>' && packet[at] != '/')
+            ++at;
+        for (;;) {
+            skipSpace();
+            if (at >= size || packet[at] == '>' || packet[at] == '/' || packet[at] == '<')
+                break;
+            const std::size_t name = at;
+            while (at < size && !isXmlSpace(packet[at]) && packet[at] != '=' && packet[at] != '>')
+                ++at;
+            const std::string_view attribute = packet.substr(name, at - name);
+            skipSpace();
+            if (at >= size || packet[at] != '=')
+                break;
+            ++at;
+            skipSpace();
+            if (at >= size || (packet[at] != '"' && packet[at] != '\''))
+                break;
+            const std::size_t close = packet.find(packet[at], at + 1);
+            if (close == std::string_view::npos)
+                return;
+            if (attribute.starts_with(kXmlns))
+                visit(attribute.substr(kXmlns.size()), packet.substr(at + 1, close - at - 1));
+            at = close + 1;
+        }
     }
 }
 
@@ -192,13 +214,13 @@ void rememberStartingXmpPrefixes(const Exiv2::Dictionary& known) {
 std::vector<XmpDeclaration> unusualXmpDeclarations(std::string_view packet) {
     const StartingTable& table = startingTable();
     std::vector<XmpDeclaration> unusual;
+    std::set<std::pair<std::string, std::string>> seen; // a packet may declare one many times
     forEachDeclaration(packet, [&](std::string_view prefix, std::string_view uri) {
         const std::string* known = startingPrefixOf(uri);
         if (known ? *known == prefix : !table.uriOfPrefix.contains(prefix))
             return; // as at start, or a namespace of its own under a prefix of its own
-        XmpDeclaration declaration{std::string(prefix), std::string(uri)};
-        if (std::find(unusual.begin(), unusual.end(), declaration) == unusual.end())
-            unusual.push_back(std::move(declaration));
+        if (seen.emplace(prefix, uri).second)
+            unusual.push_back({std::string(prefix), std::string(uri)});
     });
     return unusual;
 }
@@ -230,16 +252,14 @@ bool settleXmpPrefixesAfterRead(Exiv2::Image& image) {
 
 OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet)
     : m_unusual(unusualXmpDeclarations(packet)) {
-    std::vector<std::string> names;
-    forEachDeclaration(packet,
-                       [&](std::string_view, std::string_view uri) { names.emplace_back(uri); });
-    for (const std::string_view name : names) {
+    std::set<std::string, std::less<>> names;
+    forEachDeclaration(packet, [&](std::string_view, std::string_view uri) { names.emplace(uri); });
+    for (const std::string& name : names) {
         const bool bare = !name.empty() && !name.ends_with('/') && !name.ends_with('#');
         // Only a name the toolkit writes as it is read back: no character it would escape.
-        const bool plain = name.find_first_of("&<>\"'") == std::string_view::npos;
-        if (bare && plain && std::find(names.begin(), names.end(), exiv2Uri(name)) == names.end() &&
-            std::find(m_bareNames.begin(), m_bareNames.end(), name) == m_bareNames.end())
-            m_bareNames.emplace_back(name);
+        const bool plain = name.find_first_of("&<>\"'") == std::string::npos;
+        if (bare && plain && !names.contains(exiv2Uri(name)))
+            m_bareNames.insert(name);
     }
     if (m_unusual.empty())
         return;
@@ -252,19 +272,24 @@ OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet)
 }
 
 void OwnXmpPrefixes::keepNamespaceNames(std::string& encoded) const {
-    for (const std::string& bare : m_bareNames) {
-        const std::string slashed = "=\"" + exiv2Uri(bare) + '"';
-        for (std::size_t at = encoded.find(slashed); at != std::string::npos;
-             at = encoded.find(slashed, at)) {
-            // Only in a declaration: the name stands right after "xmlns:prefix".
-            const std::size_t declaration = encoded.rfind("xmlns:", at);
-            const bool declares = declaration != std::string::npos &&
-                                  encoded.find_first_of(" \t\r\n\"'=<>", declaration + 6) == at;
-            if (declares)
-                encoded.erase(at + slashed.size() - 2, 1); // the "/" before the closing quote
-            at += slashed.size() - 1;
-        }
-    }
+    if (m_bareNames.empty() || encoded.find('\0') != std::string::npos)
+        return;
+    // One pass over the new packet's declarations; a name Exiv2 gave a "/" that the photo's
+    // packet did not have loses it.
+    std::string kept;
+    std::size_t copied = 0;
+    forEachDeclaration(encoded, [&](std::string_view, std::string_view uri) {
+        if (uri.size() < 2 || !uri.ends_with('/') ||
+            !m_bareNames.contains(uri.substr(0, uri.size() - 1)))
+            return;
+        const std::size_t slash = std::size_t(uri.data() - encoded.data()) + uri.size() - 1;
+        kept.append(encoded, copied, slash - copied);
+        copied = slash + 1;
+    });
+    if (copied == 0)
+        return;
+    kept.append(encoded, copied);
+    encoded = std::move(kept);
 }
 
 OwnXmpPrefixes::~OwnXmpPrefixes() {

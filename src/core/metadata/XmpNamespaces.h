@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -75,7 +76,7 @@ public:
 
 private:
     std::vector<XmpDeclaration> m_unusual;
-    std::vector<std::string> m_bareNames;
+    std::set<std::string, std::less<>> m_bareNames;
     bool m_prefixTaken = false;
 };
 

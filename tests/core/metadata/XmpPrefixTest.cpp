@@ -173,6 +173,17 @@ TEST(XmpPrefix, NamespacesKeepTheirOwnNames) {
         << sidecar.toStdString();
     EXPECT_TRUE(sidecar.contains("xmlns:dwc=\"http://rs.tdwg.org/dwc/index.htm\""));
     EXPECT_TRUE(sidecar.contains("Lens 50"));
+
+    // A value that reads like such a declaration is text, and stays as it was.
+    const QString title = QStringLiteral("see xmlns:studio='http://studio.example/ns/' here");
+    const QString titled = jpegWithPacket(
+        tmp.filePath("titled.jpg"),
+        packetDeclaring(declarations +
+                        " xmlns:dc=\"http://purl.org/dc/elements/1.1/\" dc:format=\"" +
+                        title.toUtf8() + "\""));
+    ASSERT_TRUE(writeXmp(titled).written());
+    EXPECT_EQ(exiv2Value(titled, QStringLiteral("Xmp.dc.format")), title);
+    EXPECT_TRUE(bytesOf(titled).contains("xmlns:studio=\"http://studio.example/ns\""));
 }
 
 } // namespace
