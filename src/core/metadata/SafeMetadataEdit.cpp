@@ -128,22 +128,21 @@ void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
 // Writes a JPEG image with its XMP packet encoded apart, as the JPEG writer encodes it, so that
 // the XMP lock is held only while the packet is encoded, with the prefixes the photo was read
 // with and its namespaces under their own names. A packet that does not encode goes the usual
-// way, under the lock, with Exiv2's own message. False, with nothing written, when the photo's
-// XMP would have to be written anew though its packet binds a known prefix to a namespace of
-// its own.
-bool writeXmpApart(Exiv2::Image& image) {
+// way, under the lock, with Exiv2's own message. With nothing written, why the photo's XMP may
+// not be written anew (see OwnXmpPrefixes::rewriteRefusal()); else nothing.
+std::string writeXmpApart(Exiv2::Image& image, bool standardForm) {
     if (!image.writeXmpFromPacket()) {
         std::string packet;
         const auto xmpLock = lockXmpToolkit();
         const OwnXmpPrefixes own(std::as_const(image).xmpPacket());
-        if (own.prefixTaken())
-            return false;
+        if (std::string refusal = own.rewriteRefusal(standardForm); !refusal.empty())
+            return refusal;
         const int status = Exiv2::XmpParser::encode(packet, image.xmpData(),
                                                     Exiv2::XmpParser::useCompactFormat |
                                                         Exiv2::XmpParser::omitAllFormatting);
         if (status > 1) {
             image.writeMetadata();
-            return true;
+            return {};
         }
         own.keepNamespaceNames(packet);
         // From the packet, first: Image::xmpPacket() would otherwise serialise the block again.
@@ -151,7 +150,7 @@ bool writeXmpApart(Exiv2::Image& image) {
         image.xmpPacket() = std::move(packet);
     }
     image.writeMetadata();
-    return true;
+    return {};
 }
 
 // Parses a JPEG head with its XMP apart when it walks, else all of it under the lock.
@@ -168,27 +167,27 @@ void readHead(Exiv2::Image& image, QByteArray& head) {
 // Parses `image`, which reads `working`, lets `editImage` change it and writes it into its io.
 // Parsing and serialising XMP share one toolkit that is not safe across threads: a JPEG's head
 // holds the lock only for its XMP packet, any other file for the whole of its parse and writing.
-// False, with nothing written, when the photo's XMP would have to be written anew though its
-// packet binds a known prefix to a namespace of its own.
+// With nothing written, why the photo's XMP may not be written anew; else nothing.
 template <typename EditImage>
-bool parseEditAndWrite(Exiv2::Image& image, QByteArray& working, ImageKind kind, bool headOnly,
-                       EditImage&& editImage) {
+std::string parseEditAndWrite(Exiv2::Image& image, QByteArray& working, ImageKind kind,
+                              bool headOnly, bool standardForm, EditImage&& editImage) {
     if (headOnly) {
         readHead(image, working);
         editImage();
-        return writeXmpApart(image);
+        return writeXmpApart(image, standardForm);
     }
     const auto xmpLock = lockXmpToolkit();
     image.readMetadata();
     const OwnXmpPrefixes own(std::as_const(image).xmpPacket());
     editImage();
-    if (own.prefixTaken() && !image.writeXmpFromPacket())
-        return false;
+    if (std::string refusal = own.rewriteRefusal(standardForm);
+        !refusal.empty() && !image.writeXmpFromPacket())
+        return refusal;
     // A JPEG read whole gets its packet written apart as a head's is, to the same bytes.
     if (kind == ImageKind::Jpeg)
-        return writeXmpApart(image);
+        return writeXmpApart(image, standardForm);
     image.writeMetadata();
-    return true;
+    return {};
 }
 
 // Puts `size` new bytes (a new head, with `headEnd`) in place once they read back holding
@@ -311,12 +310,12 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
         return edit(*image);
     };
     LandedCheck landedCheck;
-    if (!parseEditAndWrite(*image, working, kind, headEnd.has_value(),
-                           [&] { landedCheck = editImage(); }))
+    if (const std::string refusal =
+            parseEditAndWrite(*image, working, kind, headEnd.has_value(), standardForm,
+                              [&] { landedCheck = editImage(); });
+        !refusal.empty())
         fail(WriteStatus::NotWritable,
-             path + QStringLiteral(": its XMP gives a standard prefix to a namespace of its own, "
-                                   "and writing its XMP anew would move values between "
-                                   "namespaces"));
+             path + QStringLiteral(": ") + QString::fromStdString(refusal));
 
     // The image now lives in memory; its io holds the complete new file (or head).
     Exiv2::BasicIo& io = image->io();

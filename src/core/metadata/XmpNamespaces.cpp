@@ -258,7 +258,9 @@ OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet)
         const bool bare = !name.empty() && !name.ends_with('/') && !name.ends_with('#');
         // Only a name the toolkit writes as it is read back: no character it would escape.
         const bool plain = name.find_first_of("&<>\"'") == std::string::npos;
-        if (bare && plain && !names.contains(exiv2Uri(name)))
+        if (bare && names.contains(exiv2Uri(name)))
+            m_namesMerged = true;
+        else if (bare && plain)
             m_bareNames.insert(name);
     }
     if (m_unusual.empty())
@@ -269,6 +271,16 @@ OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet)
         if (!takesKnownPrefix(d))
             own.push_back(d);
     declare(own);
+}
+
+std::string OwnXmpPrefixes::rewriteRefusal(bool standardForm) const {
+    if (m_prefixTaken)
+        return "its XMP gives a standard prefix to a namespace of its own, and writing its XMP "
+               "anew would move values between namespaces";
+    if (standardForm && m_namesMerged)
+        return "its XMP holds one namespace under two names, with and without a closing slash, "
+               "which are written back as one: writing its XMP anew would lose values";
+    return {};
 }
 
 void OwnXmpPrefixes::keepNamespaceNames(std::string& encoded) const {

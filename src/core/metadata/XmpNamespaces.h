@@ -66,6 +66,10 @@ public:
     // Whether the packet binds a known prefix to a namespace of its own: the photo's XMP must
     // then not be written anew, since its values would change namespace.
     bool prefixTaken() const { return m_prefixTaken; }
+    // Why the photo's XMP may not be written anew, or nothing: a known prefix bound to a
+    // namespace of its own; in the standard form also one namespace under two names, with and
+    // without a closing "/", which Exiv2 takes as one, so that one of two values would be lost.
+    std::string rewriteRefusal(bool standardForm) const;
     // Exiv2 takes a namespace whose name ends in neither "/" nor "#" as the one with a "/"
     // and writes it so, which would move its values into another namespace. This gives such
     // namespaces of the photo's packet their own names back in `encoded`, a packet written
@@ -78,6 +82,7 @@ private:
     std::vector<XmpDeclaration> m_unusual;
     std::set<std::string, std::less<>> m_bareNames;
     bool m_prefixTaken = false;
+    bool m_namesMerged = false;
 };
 
 } // namespace tagmoor

@@ -251,9 +251,8 @@ QByteArray editedSidecarPacket(const QByteArray& base, const MetadataFieldSet& e
     // The sidecar is written anew with the prefixes it was read with.
     const std::string basePacket = base.toStdString();
     const OwnXmpPrefixes own(basePacket);
-    if (own.prefixTaken())
-        throw Exiv2::Error(Exiv2::kerErrorMessage,
-                           "the sidecar gives a standard XMP prefix to a namespace of its own");
+    if (const std::string refusal = own.rewriteRefusal(isStandardForm()); !refusal.empty())
+        throw Exiv2::Error(Exiv2::kerErrorMessage, "the sidecar is left as it is: " + refusal);
     Exiv2::XmpData xmp;
     if (!base.trimmed().isEmpty() && Exiv2::XmpParser::decode(xmp, basePacket) != 0)
         throw Exiv2::Error(Exiv2::kerErrorMessage, "the sidecar holds no readable XMP");

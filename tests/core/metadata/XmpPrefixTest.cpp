@@ -186,5 +186,33 @@ TEST(XmpPrefix, NamespacesKeepTheirOwnNames) {
     EXPECT_TRUE(bytesOf(titled).contains("xmlns:studio=\"http://studio.example/ns\""));
 }
 
+// Exiv2 takes a namespace with and without its closing "/" as one, so writing such a packet anew
+// keeps one of two values: the standard form leaves it as it is, the described form writes on.
+TEST(XmpPrefix, OneNamespaceUnderTwoNamesIsNotWrittenAnewInTheStandardForm) {
+    QTemporaryDir tmp;
+    const QByteArray twice = packetDeclaring(
+        "xmlns:MicrosoftPhoto=\"http://ns.microsoft.com/photo/1.0\" MicrosoftPhoto:Rating=\"75\" "
+        "xmlns:MicrosoftPhoto_1_=\"http://ns.microsoft.com/photo/1.0/\" "
+        "MicrosoftPhoto_1_:Rating=\"63\"");
+    const QString photo = jpegWithPacket(tmp.filePath("twice.jpg"), twice);
+    {
+        const ValueFormScope standard(ValueForm::standard);
+        const QByteArray before = bytesOf(photo);
+        const WriteResult refused = writeXmp(photo);
+        EXPECT_EQ(refused.status, WriteStatus::NotWritable);
+        EXPECT_TRUE(refused.detail.contains(QStringLiteral("two names")))
+            << refused.detail.toStdString();
+        EXPECT_EQ(bytesOf(photo), before);
+        // An edit outside XMP leaves the packet as it was.
+        const WriteResult artist = MetadataTest().setImagePropertiesAll(
+            photo, properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Jane Doe")}}),
+            {});
+        ASSERT_TRUE(artist.written()) << artist.detail.toStdString();
+        EXPECT_TRUE(bytesOf(photo).contains(twice.mid(twice.indexOf("<x:xmpmeta"))));
+    }
+    const ValueFormScope described(ValueForm::described);
+    EXPECT_TRUE(writeXmp(photo).written());
+}
+
 } // namespace
 } // namespace tagmoor::test
