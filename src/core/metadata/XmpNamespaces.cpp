@@ -211,18 +211,33 @@ void rememberStartingXmpPrefixes(const Exiv2::Dictionary& known) {
     });
 }
 
-std::vector<XmpDeclaration> unusualXmpDeclarations(std::string_view packet) {
-    const StartingTable& table = startingTable();
-    std::vector<XmpDeclaration> unusual;
-    std::set<std::pair<std::string, std::string>> seen; // a packet may declare one many times
-    forEachDeclaration(packet, [&](std::string_view prefix, std::string_view uri) {
+namespace {
+
+// Gathers the declarations that differ from the starting table, each once (a packet may
+// declare one many times).
+class UnusualDeclarations {
+public:
+    void take(std::string_view prefix, std::string_view uri) {
         const std::string* known = startingPrefixOf(uri);
-        if (known ? *known == prefix : !table.uriOfPrefix.contains(prefix))
+        if (known ? *known == prefix : !startingTable().uriOfPrefix.contains(prefix))
             return; // as at start, or a namespace of its own under a prefix of its own
-        if (seen.emplace(prefix, uri).second)
-            unusual.push_back({std::string(prefix), std::string(uri)});
-    });
-    return unusual;
+        if (m_seen.emplace(prefix, uri).second)
+            m_unusual.push_back({std::string(prefix), std::string(uri)});
+    }
+    std::vector<XmpDeclaration> take() { return std::move(m_unusual); }
+
+private:
+    std::vector<XmpDeclaration> m_unusual;
+    std::set<std::pair<std::string, std::string>> m_seen;
+};
+
+} // namespace
+
+std::vector<XmpDeclaration> unusualXmpDeclarations(std::string_view packet) {
+    UnusualDeclarations unusual;
+    forEachDeclaration(
+        packet, [&](std::string_view prefix, std::string_view uri) { unusual.take(prefix, uri); });
+    return unusual.take();
 }
 
 int decodeXmpPacket(Exiv2::XmpData& xmp, const std::string& packet) {
@@ -250,10 +265,15 @@ bool settleXmpPrefixesAfterRead(Exiv2::Image& image) {
     return !taken;
 }
 
-OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet)
-    : m_unusual(unusualXmpDeclarations(packet)) {
+OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet) {
+    // One pass over the packet gives both its unusual declarations and its namespace names.
+    UnusualDeclarations unusual;
     std::set<std::string, std::less<>> names;
-    forEachDeclaration(packet, [&](std::string_view, std::string_view uri) { names.emplace(uri); });
+    forEachDeclaration(packet, [&](std::string_view prefix, std::string_view uri) {
+        unusual.take(prefix, uri);
+        names.emplace(uri);
+    });
+    m_unusual = unusual.take();
     for (const std::string& name : names) {
         const bool bare = !name.empty() && !name.ends_with('/') && !name.ends_with('#');
         // Only a name the toolkit writes as it is read back: no character it would escape.
