@@ -60,6 +60,16 @@ struct HeadXmp {
     std::vector<qint64> signatures;
 };
 
+// A head's XMP packet as it was read, and the block it decoded to before any edit. The
+// written head's packet is most often the very same bytes (an edit of Exif or IPTC values
+// leaves it as it was); reading it back then takes a copy of that block, since decoding the
+// same bytes again gives the same block, and neither the toolkit's lock nor its decoder,
+// which costs more than all the rest of the read, are needed a second time.
+struct DecodedXmp {
+    std::string packet;
+    Exiv2::XmpData data;
+};
+
 constexpr char kXmpSignature[] = "http://ns.adobe.com/xap/1.0/";
 constexpr qint64 kXmpSignatureSize = sizeof kXmpSignature; // with its terminating zero
 
@@ -88,8 +98,10 @@ std::optional<HeadXmp> xmpOfHead(const QByteArray& head) {
 // that the XMP lock is held only while the packet is decoded and the rest is parsed beside
 // other threads. While Exiv2 parses, the head's XMP signatures are masked so that it passes
 // over them; then they are put back: `head` is the very buffer that the image reads, and
-// that its writer copies the other segments from.
-void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
+// that its writer copies the other segments from. A packet that is `known`'s takes a copy of
+// its block; with `keep`, the packet and what it decoded to are kept there.
+void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp,
+                  const DecodedXmp* known, DecodedXmp* keep) {
     char* bytes = head.data();
     for (const qint64 at : xmp.signatures)
         bytes[at] = 'X';
@@ -106,6 +118,10 @@ void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
             qCDebug(lcMetadataWrite) << "Failed to decode XMP metadata";
     };
     bool done = xmp.packet.empty();
+    if (!done && known && known->packet == xmp.packet) {
+        decoded = known->data;
+        done = true;
+    }
     if (!done) {
         if (const auto xmpLock = tryLockXmpToolkit(); xmpLock.ownsLock()) {
             decode();
@@ -120,6 +136,8 @@ void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp) {
     // The packet goes in while the image's XMP block is still empty: Image::xmpPacket()
     // serialises a block that is not, through the toolkit, without the lock.
     if (xmp.found) {
+        if (keep)
+            *keep = DecodedXmp{xmp.packet, decoded};
         image.xmpPacket() = xmp.packet;
         std::swap(image.xmpData(), decoded);
     }
@@ -153,10 +171,12 @@ std::string writeXmpApart(Exiv2::Image& image, bool standardForm) {
     return {};
 }
 
-// Parses a JPEG head with its XMP apart when it walks, else all of it under the lock.
-void readHead(Exiv2::Image& image, QByteArray& head) {
+// Parses a JPEG head with its XMP apart when it walks, else all of it under the lock. `known`
+// and `keep` as for readXmpApart().
+void readHead(Exiv2::Image& image, QByteArray& head, const DecodedXmp* known = nullptr,
+              DecodedXmp* keep = nullptr) {
     if (const std::optional<HeadXmp> xmp = xmpOfHead(head)) {
-        readXmpApart(image, head, *xmp);
+        readXmpApart(image, head, *xmp, known, keep);
         return;
     }
     const auto xmpLock = lockXmpToolkit();
@@ -167,12 +187,14 @@ void readHead(Exiv2::Image& image, QByteArray& head) {
 // Parses `image`, which reads `working`, lets `editImage` change it and writes it into its io.
 // Parsing and serialising XMP share one toolkit that is not safe across threads: a JPEG's head
 // holds the lock only for its XMP packet, any other file for the whole of its parse and writing.
-// With nothing written, why the photo's XMP may not be written anew; else nothing.
+// With nothing written, why the photo's XMP may not be written anew; else nothing. A head's
+// XMP packet and its block as read are kept in `read`.
 template <typename EditImage>
 std::string parseEditAndWrite(Exiv2::Image& image, QByteArray& working, ImageKind kind,
-                              bool headOnly, bool standardForm, EditImage&& editImage) {
+                              bool headOnly, bool standardForm, DecodedXmp& read,
+                              EditImage&& editImage) {
     if (headOnly) {
-        readHead(image, working);
+        readHead(image, working, nullptr, &read);
         editImage();
         return writeXmpApart(image, standardForm);
     }
@@ -191,9 +213,9 @@ std::string parseEditAndWrite(Exiv2::Image& image, QByteArray& working, ImageKin
 }
 
 // Puts `size` new bytes (a new head, with `headEnd`) in place once they read back holding
-// what the edit asked for; `notLanded` tells what did not land.
+// what the edit asked for; `notLanded` tells what did not land. `read` is the old head's XMP.
 bool replaceChecked(SafeFileReplace& file, const char* data, std::size_t size,
-                    const std::optional<qint64>& headEnd,
+                    const std::optional<qint64>& headEnd, const DecodedXmp& read,
                     const SafeMetadataEdit::LandedCheck& landedCheck, QString& notLanded) {
     const auto landed = [&](Exiv2::Image& check) {
         if (landedCheck)
@@ -205,7 +227,7 @@ bool replaceChecked(SafeFileReplace& file, const char* data, std::size_t size,
     const auto verifyHead = [&](QByteArray& written) {
         auto check = Exiv2::ImageFactory::open(
             reinterpret_cast<const Exiv2::byte*>(written.constData()), long(written.size()));
-        readHead(*check, written);
+        readHead(*check, written, &read);
         return landed(*check);
     };
     const auto verify = [&](const QString& temporaryPath) {
@@ -310,8 +332,9 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
         return edit(*image);
     };
     LandedCheck landedCheck;
+    DecodedXmp read;
     if (const std::string refusal =
-            parseEditAndWrite(*image, working, kind, headEnd.has_value(), standardForm,
+            parseEditAndWrite(*image, working, kind, headEnd.has_value(), standardForm, read,
                               [&] { landedCheck = editImage(); });
         !refusal.empty())
         fail(WriteStatus::NotWritable,
@@ -343,7 +366,8 @@ SafeMetadataEdit::editBytes(SafeFileReplace& file, ImageKind kind,
     const std::size_t newSize =
         rewritten.isNull() ? std::size_t(size) : std::size_t(rewritten.size());
     QString notLanded;
-    const bool replaced = replaceChecked(file, newBytes, newSize, headEnd, landedCheck, notLanded);
+    const bool replaced =
+        replaceChecked(file, newBytes, newSize, headEnd, read, landedCheck, notLanded);
     if (!notLanded.isEmpty())
         fail(WriteStatus::NotWritable, path + QStringLiteral(": ") + notLanded);
     if (!replaced)
