@@ -284,11 +284,7 @@ void SafeFileReplace::waitForReleases() {
     releasePool().waitForDone();
 }
 
-SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPath) {
-    // Write through a symbolic link to the file it names, so the link stays a link.
-    const QString canonical = canonicalPathOf(targetPath);
-    m_encodedTarget = QFile::encodeName(canonical.isEmpty() ? targetPath : canonical);
-}
+SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPath) {}
 
 SafeFileReplace::~SafeFileReplace() {
     removeTemporary();
@@ -315,8 +311,17 @@ void SafeFileReplace::removeTemporary() {
 
 SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<FileStamp>& expected,
                                                         qint64 firstBytes) {
+    // A file of the user's is written through a symbolic link to the file it names, so that
+    // the link stays a link. A file that goes without the flush is the run's own, made under a
+    // name of its own, so no link leads to it: its name is taken as it is.
+    if (m_flushToDisk) {
+        const QString canonical = canonicalPathOf(m_target);
+        m_encodedTarget = QFile::encodeName(canonical.isEmpty() ? m_target : canonical);
+    } else {
+        m_encodedTarget = QFile::encodeName(m_target);
+    }
     // Without blocking: a pipe put in the photo's place must not stall the writer. The target
-    // was resolved when this object was made; a link put there since is not followed.
+    // is resolved once, here; a link put there since is not followed.
     const int fd =
         ::open(m_encodedTarget.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
     if (fd < 0) {

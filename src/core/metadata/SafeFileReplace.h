@@ -65,6 +65,7 @@ public:
 
     enum class ReadResult { Read, Changed, Failed };
 
+    // A link at `targetPath` is followed to the file it names (see setFlushToDisk()).
     explicit SafeFileReplace(const QString& targetPath);
     ~SafeFileReplace();
     SafeFileReplace(const SafeFileReplace&) = delete;
@@ -83,14 +84,16 @@ public:
     // The target's size when it was read.
     qint64 targetSize() const { return qint64(m_status.st_size); }
 
+    // Whether the new bytes are flushed to disk before the rename (the default). Only a file
+    // that holds nothing of the user's yet, such as a batch's staged output, may go without;
+    // such a file is the run's own, so its name is taken as it is, no link followed (set
+    // before readTarget()).
+    void setFlushToDisk(bool flush) { m_flushToDisk = flush; }
+
     // Puts `size` bytes at `data` in place of the target. `verify` gets the temporary file's
     // path after it was flushed and must return true for the replacement to go on; an
     // exception from it leaves the target alone and propagates. False on failure, with the
     // target untouched and no temporary file left.
-    // Whether the new bytes are flushed to disk before the rename (the default). Only a file
-    // that holds nothing of the user's yet, such as a batch's staged output, may go without.
-    void setFlushToDisk(bool flush) { m_flushToDisk = flush; }
-
     bool replaceWith(const char* data, std::size_t size,
                      const std::function<bool(const QString& temporaryPath)>& verify);
     // The same, for new bytes that are `size` bytes at `data` followed by the target's own
