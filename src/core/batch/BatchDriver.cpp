@@ -288,20 +288,19 @@ PhotoResult BatchDriver::processJournaled(RunState& state, const PhotoPlan& plan
     if (!plan.hasUrl)
         return m_pipeline.process(plan, record, &state.sources);
     // The photo's output and its sidecar: what stood there before, to tell what the run made.
-    const PhotoPipeline::SidecarPlan sidecar =
-        m_pipeline.sidecarPlan(plan.sourcePath, plan.finalPath);
-    const QStringList outputs = {plan.finalPath, sidecar.to};
-    std::vector<std::optional<FileId>> before;
-    for (const QString& path : outputs)
-        before.push_back(path.isEmpty() ? std::nullopt : fileIdOf(path));
-    const auto sourceId = fileIdOf(plan.sourcePath);
+    const PhotoPipeline::PhotoFiles files = m_pipeline.photoFiles(plan);
+    const QString& sidecarPath = files.sidecar.to;
+    const QStringList outputs = {plan.finalPath, sidecarPath};
+    const std::vector<std::optional<FileId>> before = {
+        files.target, sidecarPath.isEmpty() ? std::nullopt : fileIdOf(sidecarPath)};
+    const auto& sourceId = files.source;
 
     SafeFileReplace::Witness* witness =
         m_journal ? static_cast<SafeFileReplace::Witness*>(m_journal.get()) : m_refusal.get();
     PhotoResult outcome;
     {
         const SafeFileReplace::WitnessScope scope(witness);
-        outcome = m_pipeline.process(plan, record, &state.sources, &sidecar);
+        outcome = m_pipeline.process(plan, record, &state.sources, &files);
     }
     if (!m_journal)
         return outcome;

@@ -156,9 +156,13 @@ PhotoOutcome PhotoPipeline::forecast(const PhotoPlan& plan, const CompactPathSet
     return PhotoOutcome::Written;
 }
 
+PhotoPipeline::PhotoFiles PhotoPipeline::photoFiles(const PhotoPlan& plan) const {
+    return {sidecarPlan(plan.sourcePath, plan.finalPath), fileIdOf(plan.sourcePath),
+            fileIdOf(plan.finalPath)};
+}
+
 PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImageProperties& record,
-                                   const BatchSources* sources,
-                                   const SidecarPlan* madeSidecarPlan) const {
+                                   const BatchSources* sources, const PhotoFiles* seenFiles) const {
     if (!plan.hasUrl)
         return skipped(PhotoOutcome::SkippedNoUrl);
     if (plan.unsafeName)
@@ -168,43 +172,48 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
 
     // One file reached through two texts is the same file: writing it is editing in place, and
     // it is never removed to make room for itself.
-    const auto sourceId = fileIdOf(source);
-    const auto targetId = fileIdOf(target);
-    const bool sameFile = target == source || (sourceId && sourceId == targetId);
-    const SidecarPlan sidecar = madeSidecarPlan ? *madeSidecarPlan : sidecarPlan(source, target);
+    const PhotoFiles files = seenFiles ? *seenFiles : photoFiles(plan);
+    const auto& sourceId = files.source;
+    const bool sameFile = target == source || (sourceId && sourceId == files.target);
+    const SidecarPlan& sidecar = files.sidecar;
     // A photo and its sidecar never part: a sidecar in the way is a collision of the photo.
-    const bool taken =
-        entryExists(target) || (!sameFile && sidecar.from && entryExists(sidecar.to));
+    const bool targetExists = entryExists(target);
+    const bool taken = targetExists || (!sameFile && sidecar.from && entryExists(sidecar.to));
     const bool inPlace = m_values.isDestinationPathAsSource && sameFile;
     if (!inPlace && !m_values.overwriteExisting && taken)
         return skipped(PhotoOutcome::SkippedCollision);
     if (!sourceId)
         return skipped(PhotoOutcome::SkippedNoSource);
-    if (!sameFile && entryExists(target)) {
+    if (!sameFile && targetExists) {
         // A photo of this run is never in the way: removing it would lose it.
         if (sources && sources->contains(target))
             return skipped(PhotoOutcome::SkippedSourceInTheWay, target);
         if (!QFile::remove(target))
             qCDebug(lcBatch) << "could not remove the old output" << target;
     }
+    // Where the sidecar settings ask for the photo's kind, it is told once, from the source's
+    // bytes: the staged copy shares them, and the writer never changes a file's kind. (The
+    // writer tells it again from the very bytes it edits.) An old output that takes the edit
+    // instead is a file of its own, whose kind is told apart.
+    std::optional<ImageKind> kind;
+    if (m_values.sidecar.write != SidecarWrite::never)
+        kind = sniffImageKindOfFile(source);
     // A photo whose edit goes into its sidecar too is read whole first: the sidecar's part
     // wants its values as they were before the edit.
-    if (record.valuesUnread && !sidecar.to.isEmpty() &&
-        writesSidecar(sniffImageKindOfFile(source))) {
-        const std::optional<CGImageProperties> whole = loadImageProperties(*record.url);
+    std::optional<CGImageProperties> whole;
+    if (record.valuesUnread && !sidecar.to.isEmpty() && kind && writesSidecar(*kind)) {
+        whole = loadImageProperties(*record.url);
         if (!whole)
             return skipped(PhotoOutcome::SkippedNoUrl);
-        return withSidecar(sameFile ? editInPlace(target, *whole)
-                                    : editCopy(source, target, *whole, sources),
-                           sidecar, target, *whole);
     }
-    PhotoResult result =
-        sameFile ? editInPlace(target, record) : editCopy(source, target, record, sources);
-    return withSidecar(std::move(result), sidecar, target, record);
+    const CGImageProperties& values = whole ? *whole : record;
+    PhotoResult result = sameFile ? editInPlace(target, values, kind)
+                                  : editCopy(source, target, values, sources, kind);
+    return withSidecar(std::move(result), sidecar, target, values, kind);
 }
 
-PhotoResult PhotoPipeline::editInPlace(const QString& target,
-                                       const CGImageProperties& record) const {
+PhotoResult PhotoPipeline::editInPlace(const QString& target, const CGImageProperties& record,
+                                       std::optional<ImageKind> kind) const {
     // Onto itself there is nothing to copy: the metadata are written into the source.
     if (!QFileInfo(target).isFile())
         return skipped(PhotoOutcome::SkippedNoOutput, QStringLiteral("not a regular file"));
@@ -212,14 +221,14 @@ PhotoResult PhotoPipeline::editInPlace(const QString& target,
     if (const auto why = whyNotWritable(target))
         return {PhotoOutcome::Written,
                 writeStatusText(WriteStatus::NoPermission) + QStringLiteral(": ") + *why};
-    const MetadataStep step = changeMetadata(target, record);
+    const MetadataStep step = changeMetadata(target, record, /*flushToDisk=*/true, kind);
     const bool dated = !step.write.written() || setFileDates(target, step.modifyDate);
     return {PhotoOutcome::Written, problemOf(step, target, dated)};
 }
 
 PhotoResult PhotoPipeline::editCopy(const QString& source, const QString& target,
-                                    const CGImageProperties& record,
-                                    const BatchSources* sources) const {
+                                    const CGImageProperties& record, const BatchSources* sources,
+                                    std::optional<ImageKind>& kind) const {
     // A new output is made beside its place, changed there and then moved in whole, so that a
     // file at the output path is never half made. The staged file starts as a link to the
     // source where possible: the writer replaces files rather than writing into them, and
@@ -228,21 +237,24 @@ PhotoResult PhotoPipeline::editCopy(const QString& source, const QString& target
     output.staged = FileCopier::stage(source, folderOf(target), &output.error, &output.errorCode);
     if (!output.staged.isEmpty()) {
         if (const std::optional<PhotoResult> dropped =
-                editAndPublish(output, source, target, record))
+                editAndPublish(output, source, target, record, kind))
             return *dropped;
     }
-    if (!output.published)
+    if (!output.published) {
+        kind.reset();
         return editOldOutput(output, source, target, record, sources);
+    }
     return {PhotoOutcome::Written, problemOf(output.step, output.staged, output.dated)};
 }
 
 std::optional<PhotoResult> PhotoPipeline::editAndPublish(StagedOutput& output,
                                                          const QString& source,
                                                          const QString& target,
-                                                         const CGImageProperties& record) const {
+                                                         const CGImageProperties& record,
+                                                         std::optional<ImageKind> kind) const {
     // The staged file is the run's own hidden link beside the output: replacing it cannot
     // touch anything of the user's, so it is not flushed to disk photo by photo.
-    output.step = changeMetadata(output.staged, record, /*flushToDisk=*/false);
+    output.step = changeMetadata(output.staged, record, /*flushToDisk=*/false, kind);
     // In the standard form a copy without its whole edit never takes the output's place,
     // so that nothing in the output folder looks like a result that is not one. Only the
     // run's own hidden name goes: while it is a link, the source keeps its bytes under its
@@ -319,7 +331,8 @@ QString PhotoPipeline::problemOf(const MetadataStep& step, const QString& path,
 
 PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
                                                           const CGImageProperties& record,
-                                                          bool flushToDisk) const {
+                                                          bool flushToDisk,
+                                                          std::optional<ImageKind> kind) const {
     MetadataTest bridge;
     bridge.setFlushesToDisk(flushToDisk);
     bridge.setWriteOptions(m_values.writeOptions);
@@ -327,7 +340,8 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
         return {bridge.cleanMetadata(path, m_values.clean), std::nullopt};
     }
     // An edit that goes to the sidecar alone leaves the photo's bytes as they are.
-    if (m_values.sidecar.write != SidecarWrite::never && !writesPhoto(sniffImageKindOfFile(path)))
+    if (m_values.sidecar.write != SidecarWrite::never &&
+        !writesPhoto(kind ? *kind : sniffImageKindOfFile(path)))
         return {};
     if (record.valuesUnread && record.url && editsDates(m_values)) {
         // The photo's dates are read from the bytes that are edited, where the edit parses

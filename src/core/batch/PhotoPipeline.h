@@ -45,12 +45,21 @@ public:
     };
     SidecarPlan sidecarPlan(const QString& source, const QString& target) const;
 
+    // What the caller has just found of a photo's files: its sidecarPlan and the identities of
+    // the files at its source and output paths.
+    struct PhotoFiles {
+        SidecarPlan sidecar;
+        std::optional<FileId> source;
+        std::optional<FileId> target;
+    };
+    PhotoFiles photoFiles(const PhotoPlan& plan) const;
+
     // The file work of a planned photo: guard, copy, count, then the mode's metadata step.
-    // `sources` are the sources of the whole run (none: only this photo's own). `sidecar` is
-    // the photo's sidecarPlan when the caller has just made it (none: made here).
+    // `sources` are the sources of the whole run (none: only this photo's own). `files` are
+    // the photo's files when the caller has just looked at them (none: looked at here).
     PhotoResult process(const PhotoPlan& plan, const CGImageProperties& record,
                         const BatchSources* sources = nullptr,
-                        const SidecarPlan* sidecar = nullptr) const;
+                        const PhotoFiles* files = nullptr) const;
 
     // The values and erase lists that an edit run gives this photo. With `path`, a shift of
     // an XMP date that the file at `path` holds with a time zone keeps that zone (the record
@@ -105,26 +114,33 @@ private:
     // The steps of process() once the guard let a photo through: an output that is the
     // source itself is edited where it is; any other is made as a staged copy, edited and
     // moved in, or, when that fails, the old output in the way takes the edit.
-    PhotoResult editInPlace(const QString& target, const CGImageProperties& record) const;
+    // `kind` is the source's kind, where it was told; editCopy() forgets it when the edit goes
+    // into an old output instead.
+    PhotoResult editInPlace(const QString& target, const CGImageProperties& record,
+                            std::optional<ImageKind> kind) const;
     PhotoResult editCopy(const QString& source, const QString& target,
-                         const CGImageProperties& record, const BatchSources* sources) const;
+                         const CGImageProperties& record, const BatchSources* sources,
+                         std::optional<ImageKind>& kind) const;
     // A result when the copy is dropped for want of its edit.
     std::optional<PhotoResult> editAndPublish(StagedOutput& output, const QString& source,
                                               const QString& target,
-                                              const CGImageProperties& record) const;
+                                              const CGImageProperties& record,
+                                              std::optional<ImageKind> kind) const;
     PhotoResult editOldOutput(const StagedOutput& output, const QString& source,
                               const QString& target, const CGImageProperties& record,
                               const BatchSources* sources) const;
-    // The mode's metadata step on one file.
+    // The mode's metadata step on one file, whose kind is `kind` where it is known.
     MetadataStep changeMetadata(const QString& path, const CGImageProperties& record,
-                                bool flushToDisk = true) const;
+                                bool flushToDisk = true,
+                                std::optional<ImageKind> kind = std::nullopt) const;
     // Whether an edit of a photo of this kind goes into the photo, into its sidecar.
     bool writesPhoto(ImageKind kind) const;
     bool writesSidecar(ImageKind kind) const;
     // The sidecar's part of a photo whose output now stands at `target`: taken along, edited,
     // stripped or removed. The photo's result, with what became of its sidecar.
     PhotoResult withSidecar(PhotoResult photo, const SidecarPlan& sidecar, const QString& target,
-                            const CGImageProperties& record) const;
+                            const CGImageProperties& record,
+                            std::optional<ImageKind> outputKind = std::nullopt) const;
     // Sets the file dates the edit asks for; false when that failed.
     bool setFileDates(const QString& path, const std::optional<QString>& modifyDate) const;
     // What a photo whose output exists reports: nothing when the whole edit landed.

@@ -31,8 +31,12 @@ PhotoPipeline::SidecarPlan PhotoPipeline::sidecarPlan(const QString& source,
     // The output's sidecar follows the convention its photo's was found in.
     const SidecarNaming naming = plan.from ? plan.from->naming : m_values.sidecar.naming;
     plan.to = sidecarPathFor(target, naming);
-    const auto sourceId = fileIdOf(source);
-    if (plan.from && (target == source || (sourceId && sourceId == fileIdOf(target))))
+    // A sidecar found beside an output that is the photo itself stays where it is.
+    const auto isSource = [&] {
+        const auto sourceId = fileIdOf(source);
+        return sourceId && sourceId == fileIdOf(target);
+    };
+    if (plan.from && (target == source || isSource()))
         plan.to = plan.from->path;
     return plan;
 }
@@ -65,8 +69,8 @@ bool PhotoPipeline::writesSidecar(ImageKind kind) const {
 }
 
 PhotoResult PhotoPipeline::withSidecar(PhotoResult photo, const SidecarPlan& sidecar,
-                                       const QString& target,
-                                       const CGImageProperties& record) const {
+                                       const QString& target, const CGImageProperties& record,
+                                       std::optional<ImageKind> outputKind) const {
     // A photo whose output did not come about, or did not take its edit, leaves its sidecar
     // as it is, so that the two still agree. A strip still reaches the sidecar of a photo
     // that could not be stripped itself (a format that cannot be written).
@@ -85,7 +89,7 @@ PhotoResult PhotoPipeline::withSidecar(PhotoResult photo, const SidecarPlan& sid
         base = *bytes;
     }
     const bool inPlace = sidecar.from && sidecar.from->path == sidecar.to;
-    const ImageKind kind = sniffImageKindOfFile(target);
+    const ImageKind kind = outputKind ? *outputKind : sniffImageKindOfFile(target);
     WriteResult write;
     if (removing) {
         const SidecarStrip strip =
