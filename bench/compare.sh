@@ -5,9 +5,10 @@
 #   bench/compare.sh OLD_CLI NEW_CLI [INPUT_FOLDER...]
 # Inputs: the folders given, by default the shared samples (well-formed and malformed) and
 # whichever of bench/corpus-batch-2000-* and bench/corpus-batch-640-* exist. Each input is run
-# with: an edit into a folder (plain and with a rename), the same edit in place, the clear
-# mode, a strip of every group, and `read` on two threads. Both programs run in the same
-# scratch path one after the other, so that every printed path is the same.
+# with: an edit into a folder (plain and with a rename), the same edit in place, an edit of
+# Exif and IPTC values alone into a folder, the clear mode, a strip of every group, and
+# `read` on two threads. Both programs run in the same scratch path one after the other, so
+# that every printed path is the same.
 # Prints one line per case and exits 1 when any output differs.
 set -uo pipefail
 cd "$(dirname "$0")/.."
@@ -36,6 +37,9 @@ EDITS=(--set "Artist=Jane Doe" --set "Copyright=(c) Jane Doe" --set "ImageDescri
        --set ISO=400 --set FNumber=2.8 --set Iptc.Application2.City=Paris
        --set Iptc.Application2.Headline=Morning --set Xmp.aux.Lens="Lens 50"
        --date DateTimeOriginal=shift-time:+1:00:00 --date "ModifyDate=select:2020-01-02 03:04:05")
+# Edits of Exif and IPTC values alone, which leave a photo's XMP packet as it is.
+EXIF_EDITS=(--set "Artist=Jane Doe" --set "Copyright=(c) Jane Doe" --set ISO=400
+            --set Iptc.Application2.City=Paris --date DateTimeOriginal=shift-time:+1:00:00)
 
 # run_case CLI MODE FORM INPUT RESULT_DIR: runs one case in $SCRATCH/work and keeps what it
 # left (files, stdout, stderr, exit status) in RESULT_DIR.
@@ -53,6 +57,7 @@ run_case() {
     rename) "$cli" apply --quiet --threads 2 "${formArgs[@]}" "${EDITS[@]}" --rename add-after:-r \
       --out "$work/out" "$work/in" ;;
     inplace) "$cli" apply --quiet --threads 2 "${formArgs[@]}" "${EDITS[@]}" --in-place "$work/in" ;;
+    exif) "$cli" apply --quiet --threads 2 "${formArgs[@]}" "${EXIF_EDITS[@]}" --out "$work/out" "$work/in" ;;
     clear) "$cli" apply --quiet --threads 1 "${formArgs[@]}" --mode clear --set "Artist=Jane Doe" \
       --out "$work/out" "$work/in" ;;
     strip) "$cli" apply --quiet --threads 2 "${formArgs[@]}" --mode remove \
@@ -69,7 +74,7 @@ differs=0
 cases=0
 for input in "${INPUTS[@]}"; do
   for form in standard described; do
-    for mode in out rename inplace clear strip read; do
+    for mode in out rename inplace exif clear strip read; do
       run_case "$OLD" "$mode" "$form" "$input" "$SCRATCH/old"
       run_case "$NEW" "$mode" "$form" "$input" "$SCRATCH/new"
       cases=$((cases + 1))
