@@ -202,10 +202,13 @@ std::string parseEditAndWrite(Exiv2::Image& image, QByteArray& working, ImageKin
     image.readMetadata();
     const OwnXmpPrefixes own(std::as_const(image).xmpPacket());
     editImage();
-    if (std::string refusal = own.rewriteRefusal(standardForm);
+    // A JPEG read whole gets its packet written apart as a head's is, to the same bytes, with
+    // its namespaces under their own names; other formats' writers encode it themselves.
+    const bool writerEncodes = kind != ImageKind::Jpeg;
+    if (std::string refusal =
+            own.rewriteRefusal(standardForm, writerEncodes ? &image.xmpData() : nullptr);
         !refusal.empty() && !image.writeXmpFromPacket())
         return refusal;
-    // A JPEG read whole gets its packet written apart as a head's is, to the same bytes.
     if (kind == ImageKind::Jpeg)
         return writeXmpApart(image, standardForm);
     image.writeMetadata();

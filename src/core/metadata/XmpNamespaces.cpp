@@ -293,14 +293,32 @@ OwnXmpPrefixes::OwnXmpPrefixes(std::string_view packet) {
     declare(own);
 }
 
-std::string OwnXmpPrefixes::rewriteRefusal(bool standardForm) const {
+std::string OwnXmpPrefixes::rewriteRefusal(bool standardForm,
+                                           const Exiv2::XmpData* encodedByWriter) const {
     if (m_prefixTaken)
         return "its XMP gives a standard prefix to a namespace of its own, and writing its XMP "
                "anew would move values between namespaces";
     if (standardForm && m_namesMerged)
         return "its XMP holds one namespace under two names, with and without a closing slash, "
                "which are written back as one: writing its XMP anew would lose values";
+    if (standardForm && encodedByWriter && movesNames(*encodedByWriter))
+        return "its XMP holds a namespace whose name ends in neither a slash nor a hash, which "
+               "this format's writer gives a closing slash: writing its XMP anew would move "
+               "values into another namespace";
     return {};
+}
+
+bool OwnXmpPrefixes::movesNames(const Exiv2::XmpData& xmp) const {
+    if (m_bareNames.empty())
+        return false;
+    // Exiv2 holds such a namespace under its name with the "/".
+    for (const Exiv2::Xmpdatum& datum : xmp) {
+        const std::string ns = Exiv2::XmpProperties::ns(datum.groupName());
+        if (!ns.empty() && ns.back() == '/' &&
+            m_bareNames.contains(std::string_view(ns).substr(0, ns.size() - 1)))
+            return true;
+    }
+    return false;
 }
 
 void OwnXmpPrefixes::keepNamespaceNames(std::string& encoded) const {

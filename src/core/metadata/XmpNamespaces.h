@@ -68,8 +68,11 @@ public:
     bool prefixTaken() const { return m_prefixTaken; }
     // Why the photo's XMP may not be written anew, or nothing: a known prefix bound to a
     // namespace of its own; in the standard form also one namespace under two names, with and
-    // without a closing "/", which Exiv2 takes as one, so that one of two values would be lost.
-    std::string rewriteRefusal(bool standardForm) const;
+    // without a closing "/", which Exiv2 takes as one, so that one of two values would be lost,
+    // and, given the XMP that a format's writer is to encode itself without giving names back,
+    // a value of it in a namespace whose name Exiv2 would give a "/" (called under the lock).
+    std::string rewriteRefusal(bool standardForm,
+                               const Exiv2::XmpData* encodedByWriter = nullptr) const;
     // Exiv2 takes a namespace whose name ends in neither "/" nor "#" as the one with a "/"
     // and writes it so, which would move its values into another namespace. This gives such
     // namespaces of the photo's packet their own names back in `encoded`, a packet written
@@ -79,6 +82,9 @@ public:
     OwnXmpPrefixes& operator=(const OwnXmpPrefixes&) = delete;
 
 private:
+    // Whether a value of `xmp` is in a namespace whose name Exiv2 gave a "/".
+    bool movesNames(const Exiv2::XmpData& xmp) const;
+
     std::vector<XmpDeclaration> m_unusual;
     std::set<std::string, std::less<>> m_bareNames;
     bool m_prefixTaken = false;

@@ -10,6 +10,7 @@
 #include "metadata/SafeMetadataEdit.h"
 #include "metadata/XmpSidecar.h"
 
+#include <QImage>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -209,6 +210,53 @@ TEST(XmpPrefix, OneNamespaceUnderTwoNamesIsNotWrittenAnewInTheStandardForm) {
             {});
         ASSERT_TRUE(artist.written()) << artist.detail.toStdString();
         EXPECT_TRUE(bytesOf(photo).contains(twice.mid(twice.indexOf("<x:xmpmeta"))));
+    }
+    const ValueFormScope described(ValueForm::described);
+    EXPECT_TRUE(writeXmp(photo).written());
+}
+
+// A PNG, like most formats, has its packet encoded by its own writer, which gives a namespace
+// name without a closing "/" one: the standard form leaves such XMP as it is rather than move
+// its values into another namespace; an edit outside XMP, or of a packet whose names all end
+// well, still goes through.
+TEST(XmpPrefix, AWriterThatWouldChangeANamespaceNameLeavesTheXmpAlone) {
+    QTemporaryDir tmp;
+    const auto pngWithPacket = [&](const QString& name, const QByteArray& packet) {
+        const QString path = tmp.filePath(name);
+        QImage picture(8, 8, QImage::Format_RGB32);
+        picture.fill(Qt::darkGreen);
+        EXPECT_TRUE(picture.save(path, "PNG"));
+        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        image->readMetadata();
+        image->xmpPacket() = packet.toStdString();
+        image->writeXmpFromPacket(true);
+        image->writeMetadata();
+        return path;
+    };
+    const QByteArray bare = "xmlns:dwc=\"http://rs.tdwg.org/dwc/index.htm\"";
+    const QString photo = pngWithPacket(
+        "dwc.png", packetDeclaring(bare + " dwc:institutionCode=\"CDS\" "
+                                          "xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+                                          "xmp:Label=\"Red\""));
+    {
+        const ValueFormScope standard(ValueForm::standard);
+        const QByteArray before = bytesOf(photo);
+        const WriteResult refused = writeXmp(photo);
+        EXPECT_EQ(refused.status, WriteStatus::NotWritable);
+        EXPECT_TRUE(refused.detail.contains(QStringLiteral("another namespace")))
+            << refused.detail.toStdString();
+        EXPECT_EQ(bytesOf(photo), before);
+        const WriteResult artist = MetadataTest().setImagePropertiesAll(
+            photo, properties({{QStringLiteral("Exif.Image.Artist"), QStringLiteral("Jane Doe")}}),
+            {});
+        ASSERT_TRUE(artist.written()) << artist.detail.toStdString();
+        EXPECT_TRUE(bytesOf(photo).contains(bare));
+
+        const QString plain =
+            pngWithPacket("plain.png", packetDeclaring("xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+                                                       "xmp:Label=\"Red\""));
+        ASSERT_TRUE(writeXmp(plain).written());
+        EXPECT_EQ(exiv2Value(plain, QStringLiteral("Xmp.aux.Lens")), QStringLiteral("Lens 50"));
     }
     const ValueFormScope described(ValueForm::described);
     EXPECT_TRUE(writeXmp(photo).written());
