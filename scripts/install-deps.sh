@@ -8,7 +8,7 @@ PACKAGES=(
   cmake ninja-build g++ pkg-config ccache lld
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins qt6-qpa-plugins libgl-dev
   qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
-  libexiv2-dev libheif-dev libicu-dev libraw-dev libsqlite3-dev libtiff-dev zlib1g-dev libqt6svg6
+  libexiv2-dev libheif-dev libicu-dev libmimalloc-dev libraw-dev libsqlite3-dev libtiff-dev zlib1g-dev libqt6svg6
   libgtest-dev libgmock-dev libbenchmark-dev
   exiv2 libimage-exiftool-perl
   clang-format python3
