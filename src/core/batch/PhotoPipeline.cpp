@@ -196,8 +196,13 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
     // writer tells it again from the very bytes it edits.) An old output that takes the edit
     // instead is a file of its own, whose kind is told apart.
     std::optional<ImageKind> kind;
-    if (m_values.sidecar.write != SidecarWrite::never)
+    // The reads of the photo's record until its sidecar's turn lay over it the sidecar that
+    // the plan found, rather than each looking for it again.
+    std::optional<KnownSidecar> known;
+    if (m_values.sidecar.write != SidecarWrite::never) {
         kind = sniffImageKindOfFile(source);
+        known.emplace(source, sidecar.from);
+    }
     // A photo whose edit goes into its sidecar too is read whole first: the sidecar's part
     // wants its values as they were before the edit.
     std::optional<CGImageProperties> whole;
@@ -209,6 +214,7 @@ PhotoResult PhotoPipeline::process(const PhotoPlan& plan, const CGImagePropertie
     const CGImageProperties& values = whole ? *whole : record;
     PhotoResult result = sameFile ? editInPlace(target, values, kind)
                                   : editCopy(source, target, values, sources, kind);
+    known.reset();
     return withSidecar(std::move(result), sidecar, target, values, kind);
 }
 

@@ -173,7 +173,29 @@ QString sidecarPathFor(const QString& photoPath, SidecarNaming naming) {
     return base + QStringLiteral(".xmp");
 }
 
+namespace {
+thread_local const KnownSidecar* t_knownSidecar = nullptr;
+} // namespace
+
+KnownSidecar::KnownSidecar(const QString& photoPath, const std::optional<SidecarFile>& found)
+    : m_outer(t_knownSidecar), m_path(photoPath), m_found(found) {
+    t_knownSidecar = this;
+}
+
+KnownSidecar::~KnownSidecar() {
+    t_knownSidecar = m_outer;
+}
+
+const KnownSidecar* KnownSidecar::of(const QString& photoPath) {
+    for (const KnownSidecar* known = t_knownSidecar; known; known = known->m_outer)
+        if (known->m_path == photoPath)
+            return known;
+    return nullptr;
+}
+
 std::optional<SidecarFile> findSidecar(const QString& photoPath) {
+    if (const KnownSidecar* known = KnownSidecar::of(photoPath))
+        return known->found();
     for (const SidecarNaming naming :
          {SidecarNaming::WithExtension, SidecarNaming::ReplacingExtension}) {
         const QString lower = sidecarPathFor(photoPath, naming);

@@ -33,6 +33,25 @@ QString sidecarPathFor(const QString& photoPath, SidecarNaming naming);
 // "name.xmp" (either with ".XMP" too).
 std::optional<SidecarFile> findSidecar(const QString& photoPath);
 
+// While it lives, findSidecar() on this thread answers `found` for `photoPath` without
+// looking again. A run looks once for a photo's sidecar when it plans the photo; the reads of
+// the photo's record during its edit then lay that same sidecar over it.
+class KnownSidecar {
+public:
+    KnownSidecar(const QString& photoPath, const std::optional<SidecarFile>& found);
+    ~KnownSidecar();
+    KnownSidecar(const KnownSidecar&) = delete;
+    KnownSidecar& operator=(const KnownSidecar&) = delete;
+
+    static const KnownSidecar* of(const QString& photoPath);
+    const std::optional<SidecarFile>& found() const { return m_found; }
+
+private:
+    const KnownSidecar* m_outer;
+    QString m_path;
+    std::optional<SidecarFile> m_found;
+};
+
 // A photo's sidecar as one look found it: where it stands, and its bytes (nothing when they
 // could not be read). A reader that lays it over both the record and the extras looks once.
 struct SidecarRead {

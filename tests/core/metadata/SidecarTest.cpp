@@ -57,6 +57,26 @@ TEST_F(Sidecars, BothNamingsAreFoundAndTheOneWithTheExtensionWins) {
     EXPECT_EQ(sidecarPathFor("/a/.hidden", SidecarNaming::ReplacingExtension), "/a/.hidden.xmp");
 }
 
+TEST_F(Sidecars, AKnownSidecarIsTakenForItsPhotoAloneAndOnlyWhileItIsKnown) {
+    const QString other = dir.filePath("other.jpg");
+    ASSERT_TRUE(writeBytes(dir.filePath("other.xmp"), kSidecar));
+    {
+        const KnownSidecar known(photo, std::nullopt);
+        // A sidecar that turns up after the look is not seen by this photo's reads...
+        ASSERT_TRUE(writeBytes(dir.filePath("photo.xmp"), kSidecar));
+        EXPECT_FALSE(findSidecar(photo));
+        {
+            ValueFormScope scope(ValueForm::standard);
+            const auto record = loadImageProperties(QUrl::fromLocalFile(photo));
+            ASSERT_TRUE(record);
+            EXPECT_TRUE(record->sidecarPath.isEmpty());
+        }
+        // ...but another photo's sidecar still is.
+        EXPECT_EQ(findSidecar(other)->path, dir.filePath("other.xmp"));
+    }
+    EXPECT_EQ(findSidecar(photo)->path, dir.filePath("photo.xmp"));
+}
+
 TEST_F(Sidecars, TheRecordTakesTheSidecarsValuesAndSaysWhichInTheStandardFormOnly) {
     ASSERT_TRUE(writeBytes(dir.filePath("photo.xmp"), kSidecar));
     {
