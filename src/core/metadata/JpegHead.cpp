@@ -74,12 +74,9 @@ bool isXmlSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
-// The packet without the padding that writers leave between the end of the root element and
-// the packet's closing marker (Exiv2 leaves 2 KiB) for in-place edits. XML ignores
-// whitespace after the root element, so the toolkit builds the same tree either way, but it
-// scans every byte it is given, and it does so under the XMP lock. Only the plain case is
-// touched: the root's end tag, whitespace, and the closing marker last in the packet.
-std::string withoutPadding(std::string_view packet) {
+} // namespace
+
+std::string xmpPacketWithoutPadding(std::string_view packet) {
     const std::size_t end = packet.rfind("<?xpacket end=");
     const std::size_t close = packet.find("?>", end);
     if (end == std::string_view::npos || close == std::string_view::npos ||
@@ -112,8 +109,6 @@ std::string withoutPadding(std::string_view packet) {
     return kept;
 }
 
-} // namespace
-
 std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& start) {
     HeadFile file(path);
     JpegHead head;
@@ -127,7 +122,7 @@ std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& star
                 return;
             if (!head.hasXmp) {
                 const qint64 start = pos + 2 + kXmpSignatureSize;
-                head.xmpPacket = withoutPadding(
+                head.xmpPacket = xmpPacketWithoutPadding(
                     std::string_view(bytes.constData() + start, std::size_t(pos + size - start)));
                 head.hasXmp = true;
             }

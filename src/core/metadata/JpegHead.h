@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tagmoor {
 
@@ -36,5 +37,13 @@ std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& star
 // while it walks the head: nothing when the head does not walk to picture data or holds no
 // frame header with a width and a height. `start` as for readJpegHead().
 std::optional<QSize> jpegFrameSize(const QString& path, const QByteArray& start = {});
+
+// An XMP packet without the whitespace padding that writers leave between the end of the root
+// element and the packet's closing marker for in-place edits (Exiv2 leaves 2 KiB). XML ignores
+// whitespace after the root element, so the toolkit builds the same tree from either, but it
+// scans every byte it is given, under the XMP lock. Only the plain case is cut: the root's end
+// tag, whitespace, and the closing marker last in the packet; any other packet is given back
+// whole.
+std::string xmpPacketWithoutPadding(std::string_view packet);
 
 } // namespace tagmoor

@@ -2,6 +2,7 @@
 
 #include "metadata/ImageKind.h"
 #include "metadata/IptcDigest.h"
+#include "metadata/JpegHead.h"
 #include "metadata/JpegHeadWalk.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/SafeFileReplace.h"
@@ -114,7 +115,7 @@ void readXmpApart(Exiv2::Image& image, QByteArray& head, const HeadXmp& xmp,
     // a block of its own that the image takes at the end).
     Exiv2::XmpData decoded;
     const auto decode = [&] {
-        if (decodeXmpPacket(decoded, xmp.packet) != 0)
+        if (decodeXmpPacket(decoded, xmpPacketWithoutPadding(xmp.packet)) != 0)
             qCDebug(lcMetadataWrite) << "Failed to decode XMP metadata";
     };
     bool done = xmp.packet.empty();
