@@ -3,6 +3,7 @@
 #include "metadata/JpegHeadWalk.h"
 
 #include <QFile>
+#include <QVarLengthArray>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -114,6 +115,9 @@ std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& star
     JpegHead head;
     QByteArray& bytes = head.segments;
     bytes = start;
+    // The XMP signatures are masked once the head is cut to its end: `bytes` still shares the
+    // caller's first bytes until then, and only the head's own bytes are copied.
+    QVarLengthArray<qint64, 2> signatures;
     const auto walk = walkJpegHead(
         bytes, [&](qint64 size) { return file.fill(bytes, size); },
         [&](unsigned char marker, qint64 pos, qint64 size) {
@@ -126,12 +130,14 @@ std::optional<JpegHead> readJpegHead(const QString& path, const QByteArray& star
                     std::string_view(bytes.constData() + start, std::size_t(pos + size - start)));
                 head.hasXmp = true;
             }
-            bytes[pos + 2] = 'X'; // no longer an XMP signature for Exiv2
+            signatures.append(pos + 2);
         },
         kMaxHead);
     if (!walk)
         return std::nullopt;
     bytes.truncate(walk->end);
+    for (const qint64 at : signatures)
+        bytes[at] = 'X'; // no longer an XMP signature for Exiv2
     return head;
 }
 
