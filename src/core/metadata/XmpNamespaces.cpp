@@ -194,9 +194,11 @@ void rememberStartingXmpPrefixes(const Exiv2::Dictionary& known) {
     // One property in every namespace Exiv2 has a prefix for: the packet they make declares
     // each namespace under the toolkit's own prefix.
     Exiv2::XmpData probe;
+    const Exiv2::XmpTextValue one("1");
     for (const auto& [prefix, uri] : known) {
         try {
-            probe["Xmp." + prefix + ".tagmoorProbe"] = "1";
+            // Each key is new: added, not looked for first.
+            probe.add(Exiv2::XmpKey("Xmp." + prefix + ".tagmoorProbe"), &one);
         } catch (const Exiv2::AnyError&) {
             // a prefix Exiv2 lists but takes in no key
         }
