@@ -117,18 +117,9 @@ struct Parser {
     // Ends with a zone, which no digit run that a digit field took can give.
     bool endsWithZone = false;
 
-    explicit Parser(std::u16string_view pattern) {
-        UErrorCode status = U_ZERO_ERROR;
-        auto f = std::make_unique<icu::SimpleDateFormat>(
-            icu::UnicodeString(pattern.data(), int32_t(pattern.size())), status);
-        if (U_FAILURE(status))
-            return;
-        f->setLenient(false);
-        useDigitFormat(*f, pattern);
-        calendar.reset(f->getCalendar()->clone());
-        if (!calendar)
-            return;
-        format = std::move(f);
+    // The pattern's shape is read at once; its ICU formatter is built on the first text that
+    // the shape lets through, since most patterns never get that far.
+    explicit Parser(std::u16string_view pattern) : m_pattern(pattern) {
         const auto has = [&](std::u16string_view part) {
             return pattern.find(part) != std::u16string_view::npos;
         };
@@ -176,8 +167,11 @@ struct Parser {
         return !(firstSeparator && text.afterDigits && text.afterDigits != firstSeparator);
     }
 
-    // Whether the whole text parses; the moment in milliseconds since the epoch.
+    // Whether the whole text parses; the moment in milliseconds since the epoch. Nothing when
+    // ICU cannot build the pattern's formatter.
     std::optional<UDate> parse(const icu::UnicodeString& text) {
+        if (!format && !buildFormat())
+            return std::nullopt;
         // A zone in the text ("Z") is set on the calendar; start again from the default.
         // (Comparing zones costs more than setting one: the comparison walks their rules.)
         if (hasZone)
@@ -193,6 +187,29 @@ struct Parser {
             return std::nullopt;
         return date;
     }
+
+private:
+    bool buildFormat() {
+        if (m_unbuildable)
+            return false;
+        m_unbuildable = true;
+        UErrorCode status = U_ZERO_ERROR;
+        auto f = std::make_unique<icu::SimpleDateFormat>(
+            icu::UnicodeString(m_pattern.data(), int32_t(m_pattern.size())), status);
+        if (U_FAILURE(status))
+            return false;
+        f->setLenient(false);
+        useDigitFormat(*f, m_pattern);
+        calendar.reset(f->getCalendar()->clone());
+        if (!calendar)
+            return false;
+        format = std::move(f);
+        m_unbuildable = false;
+        return true;
+    }
+
+    std::u16string_view m_pattern;
+    bool m_unbuildable = false;
 };
 
 // The thread's parsers, rebuilt when ICU's default locale or time zone changes.
@@ -215,10 +232,10 @@ struct ParserCache {
         }
     }
 
-    Parser* get(std::size_t i) {
+    Parser& get(std::size_t i) {
         if (!parsers[i])
             parsers[i] = std::make_unique<Parser>(kPatterns[i]);
-        return parsers[i]->format ? parsers[i].get() : nullptr;
+        return *parsers[i];
     }
 };
 
@@ -234,10 +251,10 @@ std::optional<QDateTime> parseMetadataDate(const QString& text) {
     const icu::UnicodeString input(view.data(), int32_t(view.size()));
     const TextShape shape(view);
     for (std::size_t i = 0; i < kPatterns.size(); ++i) {
-        Parser* parser = cache.get(i);
-        if (!parser || !parser->mayMatch(shape))
+        Parser& parser = cache.get(i);
+        if (!parser.mayMatch(shape))
             continue;
-        if (const std::optional<UDate> date = parser->parse(input))
+        if (const std::optional<UDate> date = parser.parse(input))
             return QDateTime::fromMSecsSinceEpoch(qint64(*date));
     }
     return std::nullopt;
