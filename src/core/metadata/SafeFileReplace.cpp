@@ -24,6 +24,7 @@
 #include <fcntl.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tagmoor {
 
@@ -43,6 +44,20 @@ const QRegularExpression& temporaryPattern() {
 }
 
 thread_local SafeFileReplace::Witness* t_witness = nullptr;
+
+// The path under which this process reaches the open file `fd`.
+QByteArray fdPath(int fd) {
+    return "/proc/self/fd/" + QByteArray::number(fd);
+}
+
+// A new file without a name in `folder`, open for reading and writing; -1 where the file
+// system has no such files or a name could not be given to it later (no /proc).
+int openUnnamedIn(const QString& folder) {
+    static const bool namesByFd = ::access("/proc/self/fd", X_OK) == 0;
+    if (!namesByFd)
+        return -1;
+    return ::open(QFile::encodeName(folder).constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+}
 
 QDateTime modificationTime(const struct stat& st) {
     return QDateTime::fromMSecsSinceEpoch(
@@ -425,19 +440,25 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     const QString folder = QFileInfo(targetName).absolutePath();
     sweepLeftovers(folder);
 
-    QByteArray pattern = temporaryTemplate(folder);
     if (const int injected = injectedError(Step::Create))
         return fail(QStringLiteral("Failed to create a temporary file"), injected);
-    const int fd = ::mkostemps(pattern.data(), 4, O_CLOEXEC);
-    if (fd < 0)
-        return fail(QStringLiteral("Failed to create a temporary file"), errno);
-    m_temporary = pattern;
+    // A staged output's new bytes go into a file without a name, which takes the staged name
+    // only once it is complete. Making a file allocates its inode inside the call, and a named
+    // one holds the folder's lock meanwhile, so that every other writer into the output folder
+    // waits; without a name nothing waits, and nothing is left behind should the process die.
+    int fd = m_flushToDisk ? -1 : openUnnamedIn(folder);
+    if (fd < 0) {
+        QByteArray pattern = temporaryTemplate(folder);
+        fd = ::mkostemps(pattern.data(), 4, O_CLOEXEC);
+        if (fd < 0)
+            return fail(QStringLiteral("Failed to create a temporary file"), errno);
+        m_temporary = pattern;
+    }
     m_temporaryFd = fd;
-    bool closed = false;
     auto closeFd = qScopeGuard([&] {
+        if (m_temporaryFd >= 0)
+            ::close(m_temporaryFd);
         m_temporaryFd = -1;
-        if (!closed)
-            ::close(fd);
     });
 
     const qint64 kept = keptFrom < 0 ? 0 : targetSize() - keptFrom;
@@ -446,10 +467,12 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     struct stat written {};
     if (::fstat(fd, &written) != 0)
         return fail(QStringLiteral("Failed to examine the new file"), errno);
-    closed = true;
-    m_temporaryFd = -1;
-    if (::close(fd) != 0)
-        return fail(QStringLiteral("Failed to close the new file"), errno);
+    // A file without a name stays open until it has one: closing it would free it.
+    if (!m_temporary.isEmpty()) {
+        m_temporaryFd = -1;
+        if (::close(fd) != 0)
+            return fail(QStringLiteral("Failed to close the new file"), errno);
+    }
     if (written.st_size != off_t(qint64(size) + kept))
         return fail(QStringLiteral("The new file is incomplete"), EIO);
     if (!m_flushToDisk && t_witness)
@@ -468,7 +491,17 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
             return false;
         }
     }
-    return moveIntoPlace(folder);
+    if (!moveIntoPlace(folder))
+        return false;
+    if (m_temporaryFd >= 0) {
+        const int closing = std::exchange(m_temporaryFd, -1);
+        if (::close(closing) != 0) {
+            const int error = errno;
+            ::unlink(m_encodedTarget.constData());
+            return fail(QStringLiteral("Failed to close the new file"), error);
+        }
+    }
+    return true;
 }
 
 bool SafeFileReplace::fillTemporary(int fd, const char* data, std::size_t size, qint64 keptFrom,
@@ -502,7 +535,8 @@ bool SafeFileReplace::verifyAndFlush(int fd, const std::function<bool(const QStr
         ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
     if (const int injected = injectedError(Step::Verify))
         return fail(QStringLiteral("The new file does not read back"), injected);
-    if (!verify(QFile::decodeName(m_temporary)))
+    const QByteArray path = m_temporary.isEmpty() ? fdPath(fd) : m_temporary;
+    if (!verify(QFile::decodeName(path)))
         return fail(QStringLiteral("The new file does not read back"), EIO);
 
     if (m_flushToDisk) {
@@ -530,7 +564,12 @@ bool SafeFileReplace::moveIntoPlace(const QString& folder) {
     if (!m_flushToDisk) {
         if (::unlink(m_encodedTarget.constData()) != 0)
             return fail(QStringLiteral("Failed to replace the file"), errno);
-        if (::rename(m_temporary.constData(), m_encodedTarget.constData()) != 0)
+        const bool placed =
+            m_temporary.isEmpty()
+                ? ::linkat(AT_FDCWD, fdPath(m_temporaryFd).constData(), AT_FDCWD,
+                           m_encodedTarget.constData(), AT_SYMLINK_FOLLOW) == 0
+                : ::rename(m_temporary.constData(), m_encodedTarget.constData()) == 0;
+        if (!placed)
             return fail(QStringLiteral("Failed to replace the file"), errno);
         m_temporary.clear();
         return true;

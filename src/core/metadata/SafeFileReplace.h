@@ -20,7 +20,9 @@ namespace tagmoor {
 // The new bytes go to a hidden temporary file beside the target (".tagmoor-<pid>-XXXXXX.tmp",
 // so a folder scan skips it and a later run can tell whether its writer is still alive), are
 // flushed to disk and checked, get the target's owner and permissions, and are renamed over
-// the target in one step. The target itself is never opened for writing. A temporary file
+// the target in one step (a staged output's new bytes go to a file without a name where the
+// file system has them, named only once complete). The target itself is never opened for
+// writing. A temporary file
 // left by a killed process is removed by the next replacement in that folder (once per folder
 // and process).
 class SafeFileReplace {
