@@ -215,3 +215,7 @@ void TileLoader::finished(QNetworkReply* reply, Key key) {
 }
 
 } // namespace tagmoor
+
+// The meta-object code goes with this file rather than with every class of the library, so
+// that a program that does not use the class links neither it nor what it needs.
+#include "moc_TileLoader.cpp"

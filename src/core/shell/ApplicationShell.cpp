@@ -63,3 +63,7 @@ void ApplicationShell::finishLaunching() {
 }
 
 } // namespace tagmoor
+
+// The meta-object code goes with this file rather than with every class of the library, so
+// that a program that does not use the class links neither it nor what it needs.
+#include "moc_ApplicationShell.cpp"

@@ -236,3 +236,7 @@ void InstanceChannel::onNewConnection() {
 }
 
 } // namespace tagmoor
+
+// The meta-object code goes with this file rather than with every class of the library, so
+// that a program that does not use the class links neither it nor what it needs.
+#include "moc_InstanceChannel.cpp"
