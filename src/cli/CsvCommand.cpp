@@ -7,6 +7,7 @@
 #include "exchange/CsvExport.h"
 #include "exchange/CsvImport.h"
 #include "metadata/PropertyLoading.h"
+#include "metadata/XmpSidecar.h"
 #include "model/FormFieldTable.h"
 
 #include <QDir>
@@ -185,6 +186,9 @@ int runExport(const QStringList& args) {
     for (const LeftOutEntry& entry : leftOut)
         err << "tagmoor-cli export: " << entry.path << ": left out: " << entry.reason << '\n';
     QList<CsvPhoto> photos;
+    // The photos are only read: each folder's sidecars are listed once.
+    SidecarListing sidecars;
+    const SidecarListing::Scope listed(sidecars);
     for (int i = 0; i < paths.count(); ++i) {
         const QString path = paths.pathOf(i);
         if (auto record = loadImageProperties(QUrl::fromLocalFile(path))) {

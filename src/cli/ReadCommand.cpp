@@ -7,6 +7,7 @@
 #include "metadata/ExtraTags.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
+#include "metadata/XmpSidecar.h"
 #include "workingset/OrderedRecordReader.h"
 
 #include <QDir>
@@ -364,7 +365,10 @@ int runRead(const QStringList& args) {
     // and wait here, by path, until the record is printed.
     QMutex extrasLock;
     QHash<QString, std::optional<ExtraValues>> extrasOf;
+    // The photos are only read: each folder's sidecars are listed once.
+    SidecarListing sidecars;
     const auto load = [&](const QUrl& url) -> std::optional<CGImageProperties> {
+        const SidecarListing::Scope listed(sidecars);
         std::optional<RecordAndExtras> read = loadImagePropertiesAndExtras(url);
         if (!read)
             return std::nullopt;
@@ -400,8 +404,10 @@ int runRead(const QStringList& args) {
             if (qsizetype(pending.size()) >= kWriteSize)
                 flush();
         });
+    // The working folder is asked once, not for each relative path.
+    const QString current = QDir::currentPath() + QLatin1Char('/');
     for (const QString& path : paths)
-        reader.read(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+        reader.read(QDir::cleanPath(QDir::isAbsolutePath(path) ? path : current + path));
     reader.finish();
     flush();
     out.close();

@@ -22,7 +22,10 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -193,18 +196,65 @@ const KnownSidecar* KnownSidecar::of(const QString& photoPath) {
     return nullptr;
 }
 
+namespace {
+thread_local SidecarListing* t_sidecarListing = nullptr;
+
+// The names in `folder` that end in ".xmp" in any case; nothing when it cannot be listed.
+std::optional<QSet<QString>> sidecarNamesIn(const QString& folder) {
+    DIR* dir = ::opendir(QFile::encodeName(folder).constData());
+    if (!dir)
+        return std::nullopt;
+    QSet<QString> names;
+    while (const dirent* entry = ::readdir(dir)) {
+        const std::size_t length = std::strlen(entry->d_name);
+        if (length > 4 && ::strcasecmp(entry->d_name + length - 4, ".xmp") == 0)
+            names.insert(QFile::decodeName(QByteArray(entry->d_name, qsizetype(length))));
+    }
+    ::closedir(dir);
+    return names;
+}
+} // namespace
+
+SidecarListing::Scope::Scope(SidecarListing& listing) : m_outer(t_sidecarListing) {
+    t_sidecarListing = &listing;
+}
+
+SidecarListing::Scope::~Scope() {
+    t_sidecarListing = m_outer;
+}
+
+SidecarListing* SidecarListing::current() {
+    return t_sidecarListing;
+}
+
+bool SidecarListing::mayHold(const QString& folder, const QString& name) {
+    const QMutexLocker locked(&m_mutex);
+    auto found = m_names.find(folder);
+    if (found == m_names.end())
+        found = m_names.insert(folder, sidecarNamesIn(folder));
+    return !found->has_value() || (*found)->contains(name);
+}
+
 std::optional<SidecarFile> findSidecar(const QString& photoPath) {
     if (const KnownSidecar* known = KnownSidecar::of(photoPath))
         return known->found();
+    SidecarListing* listing = SidecarListing::current();
+    const qsizetype slash = photoPath.lastIndexOf(QLatin1Char('/'));
+    const QString folder = slash > 0    ? photoPath.left(slash)
+                           : slash == 0 ? QStringLiteral("/")
+                                        : QStringLiteral(".");
     for (const SidecarNaming naming :
          {SidecarNaming::WithExtension, SidecarNaming::ReplacingExtension}) {
         const QString lower = sidecarPathFor(photoPath, naming);
         if (lower == photoPath)
             continue;
         const QString upper = lower.left(lower.size() - 3) + QStringLiteral("XMP");
-        for (const QString& path : {lower, upper})
+        for (const QString& path : {lower, upper}) {
+            if (listing && !listing->mayHold(folder, path.mid(slash + 1)))
+                continue;
             if (isRegularFile(path))
                 return SidecarFile{path, naming};
+        }
     }
     return std::nullopt;
 }

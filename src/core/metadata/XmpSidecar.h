@@ -8,6 +8,9 @@
 #include "model/ErasedRows.h"
 
 #include <QByteArray>
+#include <QHash>
+#include <QMutex>
+#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -50,6 +53,38 @@ private:
     const KnownSidecar* m_outer;
     QString m_path;
     std::optional<SidecarFile> m_found;
+};
+
+// The sidecar names of the folders that a read of many photos passes through, each folder
+// listed once, when a photo of it is first looked at: findSidecar() on a thread where a listing
+// is in scope then looks at the disk only for a name that the listing holds (whether it is
+// still a regular file), instead of trying each possible name. A sidecar put beside a photo
+// after its folder was listed is not seen, so a listing lives for one read-only pass over the
+// photos (a command that prints records, a table export), never through a run that writes.
+class SidecarListing {
+public:
+    // Makes `listing` this thread's while it lives.
+    class Scope {
+    public:
+        explicit Scope(SidecarListing& listing);
+        ~Scope();
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+
+    private:
+        SidecarListing* m_outer;
+    };
+    // The listing in scope on this thread, if any.
+    static SidecarListing* current();
+    // Whether the file `name` may stand in `folder`: false only when the folder could be listed
+    // and holds no entry of that name among those ending in ".xmp", in any case.
+    bool mayHold(const QString& folder, const QString& name);
+
+private:
+    QMutex m_mutex;
+    // Per folder, the names of its entries that end in ".xmp" in any case; nothing for a
+    // folder that could not be listed.
+    QHash<QString, std::optional<QSet<QString>>> m_names;
 };
 
 // A photo's sidecar as one look found it: where it stands, and its bytes (nothing when they

@@ -7,6 +7,8 @@
 #include "metadata/XmpSidecar.h"
 #include "model/KeyTable.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -75,6 +77,29 @@ TEST_F(Sidecars, AKnownSidecarIsTakenForItsPhotoAloneAndOnlyWhileItIsKnown) {
         EXPECT_EQ(findSidecar(other)->path, dir.filePath("other.xmp"));
     }
     EXPECT_EQ(findSidecar(photo)->path, dir.filePath("photo.xmp"));
+}
+
+TEST_F(Sidecars, AListedFolderAnswersForEveryNameAndCaseAndStillChecksTheFile) {
+    const QString second = dir.filePath("second.jpg");
+    const QString third = dir.filePath("third.tif");
+    ASSERT_TRUE(writeBytes(dir.filePath("photo.jpg.XMP"), kSidecar));
+    ASSERT_TRUE(writeBytes(dir.filePath("second.XMP"), kSidecar));
+    ASSERT_TRUE(writeBytes(dir.filePath("third.xmp"), kSidecar));
+    ASSERT_TRUE(QDir(dir.path()).mkdir("third.tif.xmp")); // no regular file: not a sidecar
+    SidecarListing listing;
+    const SidecarListing::Scope listed(listing);
+    EXPECT_EQ(*findSidecar(photo),
+              (SidecarFile{dir.filePath("photo.jpg.XMP"), SidecarNaming::WithExtension}));
+    EXPECT_EQ(findSidecar(second)->path, dir.filePath("second.XMP"));
+    EXPECT_EQ(*findSidecar(third),
+              (SidecarFile{dir.filePath("third.xmp"), SidecarNaming::ReplacingExtension}));
+    // A listed name is still looked at: one removed since is gone. One added since is not
+    // seen while the listing lives.
+    ASSERT_TRUE(QFile::remove(dir.filePath("second.XMP")));
+    ASSERT_TRUE(writeBytes(dir.filePath("second.jpg.xmp"), kSidecar));
+    EXPECT_FALSE(findSidecar(second));
+    // A folder that cannot be listed is looked at name by name.
+    EXPECT_TRUE(listing.mayHold(dir.filePath("absent"), "a.xmp"));
 }
 
 TEST_F(Sidecars, TheRecordTakesTheSidecarsValuesAndSaysWhichInTheStandardFormOnly) {
