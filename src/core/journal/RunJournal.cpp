@@ -214,7 +214,7 @@ std::unique_ptr<RunJournal> RunJournal::start(bool inPlace, const QString& folde
     return journal;
 }
 
-bool RunJournal::append(const QByteArray& entry, QString* error, bool flush) {
+bool RunJournal::append(const QByteArray& entry, QString* error) {
     const auto failed = [&](int code) {
         // A record cut short would make the records after it unreadable: the file goes back to
         // where it ended, and the entry is as if never begun. Should even that fail, nothing
@@ -234,9 +234,43 @@ bool RunJournal::append(const QByteArray& entry, QString* error, bool flush) {
             return failed(n < 0 ? errno : EIO);
         done += n;
     }
-    if (flush && ::fdatasync(m_fd) != 0)
-        return failed(errno);
     m_size += entry.size();
+    ++m_entries;
+    return true;
+}
+
+bool RunJournal::flushThrough(quint64 entry, QMutexLocker<QMutex>& lock, QString* error) {
+    while (m_flushedEntries < entry) {
+        if (m_broken) {
+            *error = QStringLiteral("the journal could not be put on the disk");
+            return false;
+        }
+        if (m_flushing) {
+            m_flushDone.wait(&m_mutex);
+            continue;
+        }
+        m_flushing = true;
+        const quint64 entries = m_entries;
+        const qint64 size = m_size;
+        lock.unlock();
+        const int failure = ::fdatasync(m_fd) == 0 ? 0 : errno;
+        lock.relock();
+        m_flushing = false;
+        if (failure == 0) {
+            m_flushedEntries = entries;
+            m_flushedSize = size;
+        } else {
+            // What was appended since the last good flush may not be on the disk: it goes,
+            // and each photo whose record it held stays as it is.
+            if (::ftruncate(m_fd, off_t(m_flushedSize)) == 0)
+                m_size = m_flushedSize;
+            m_broken = true;
+            *error = systemError(failure);
+        }
+        m_flushDone.wakeAll();
+        if (failure != 0)
+            return false;
+    }
     return true;
 }
 
@@ -258,7 +292,7 @@ bool RunJournal::beforeReplace(const QString& target, const QByteArray& replaced
     entry.reserve(entry.size() + 1 + replaced.size());
     entry += '\n';
     entry += replaced;
-    const QMutexLocker lock(&m_mutex);
+    QMutexLocker lock(&m_mutex);
     QString why;
     // The records' file is kept open: one that lost its name keeps nothing for an undo.
     struct stat st {};
@@ -266,8 +300,9 @@ bool RunJournal::beforeReplace(const QString& target, const QByteArray& replaced
         why = QStringLiteral("an earlier record could not be taken back");
     else if (::fstat(m_fd, &st) != 0 || st.st_nlink == 0)
         why = QStringLiteral("its file is gone");
-    // One write and one flush for the whole entry: the record and the old bytes with it.
-    if (!why.isEmpty() || !append(entry, &why)) {
+    // One write for the whole entry, the record and the old bytes with it, and a flush that
+    // covers it.
+    if (!why.isEmpty() || !append(entry, &why) || !flushThrough(m_entries, lock, &why)) {
         *error = QStringLiteral("the journal of the run could not be written (%1)").arg(why);
         return false;
     }
@@ -287,7 +322,7 @@ QStringList RunJournal::settleReplaced() {
                                  {QStringLiteral("size"), double(st.st_size)},
                                  {QStringLiteral("mtime"), timeOf(st.st_mtim)}};
         // Not flushed: without it, undo still tells the run's bytes by their hash.
-        append(QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n', nullptr, false);
+        append(QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n', nullptr);
     }
     return paths;
 }
@@ -333,7 +368,7 @@ void RunJournal::recordCreated(const QString& path) {
                              {checksum->first, checksum->second}};
     // Not flushed, as the new files themselves are not: a crash may lose both.
     const QMutexLocker lock(&m_mutex);
-    append(QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n', nullptr, false);
+    append(QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n', nullptr);
 }
 
 QList<JournalRun> RunJournal::runs() {

@@ -8,6 +8,7 @@
 #include <QMutex>
 #include <QSet>
 #include <QString>
+#include <QWaitCondition>
 
 #include <cstdint>
 #include <memory>
@@ -86,9 +87,15 @@ public:
 
 private:
     explicit RunJournal(QString folder, QString id);
-    // Appends an entry (a record's line, and the old bytes that go with it); `flush` waits until
-    // it is on the disk. On failure the file is cut back to its last whole entry.
-    bool append(const QByteArray& entry, QString* error, bool flush = true);
+    // Appends an entry (a record's line, and the old bytes that go with it). On failure the file
+    // is cut back to its last whole entry. Called with m_mutex held.
+    bool append(const QByteArray& entry, QString* error);
+    // Waits until the entries appended so far, up to the `entry`-th, are on the disk. One
+    // thread flushes at a time, without the lock, for every entry appended before it began; the
+    // others wait for that flush rather than each making its own. Should a flush fail, the
+    // entries since the last good one go, and nothing more is recorded. Called with m_mutex
+    // held through `lock`.
+    bool flushThrough(quint64 entry, QMutexLocker<QMutex>& lock, QString* error);
 
     QString m_folder;
     QString m_id;
@@ -109,6 +116,13 @@ private:
     qint64 m_size = 0;
     // An entry cut short could not be taken back: nothing more is recorded.
     bool m_broken = false;
+    // The entries appended, and how many of them, and how many bytes, a flush has put on the
+    // disk; whether a flush is under way, and the signal of its end.
+    quint64 m_entries = 0;
+    quint64 m_flushedEntries = 0;
+    qint64 m_flushedSize = 0;
+    bool m_flushing = false;
+    QWaitCondition m_flushDone;
 };
 
 } // namespace tagmoor

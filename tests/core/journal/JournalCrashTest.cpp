@@ -11,6 +11,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRandomGenerator>
+#include <QThread>
+
+#include <atomic>
 
 #include <poll.h>
 #include <signal.h>
@@ -145,6 +148,50 @@ TEST_F(JournalCrashTest, AnEntryCutShortIsNoRecordAndTheOthersStillUndo) {
     EXPECT_TRUE(report.leftAlone.isEmpty());
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(readBytes(paths[i]), before[i]) << i;
+}
+
+TEST_F(JournalCrashTest, RecordsOfManyThreadsAtOnceAreEachWholeAndUndo) {
+    // Each thread's records go in while another thread's flush is under way.
+    constexpr int kThreads = 4;
+    constexpr int kEach = 25;
+    const auto journal = RunJournal::start(true, {}, kThreads * kEach);
+    ASSERT_TRUE(journal);
+    const auto oldBytes = [](int i) { return QByteArray(100 + i * 37, char('a' + i % 26)); };
+    const auto newBytes = [](int i) { return "new bytes of photo " + QByteArray::number(i); };
+    QStringList paths;
+    for (int i = 0; i < kThreads * kEach; ++i) {
+        paths << dir.filePath(QStringLiteral("p%1.jpg").arg(i));
+        ASSERT_TRUE(writeBytes(paths.last(), oldBytes(i)));
+    }
+    std::atomic<int> refused = 0;
+    QList<QThread*> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads << QThread::create([&, t] {
+            for (int i = t * kEach; i < (t + 1) * kEach; ++i) {
+                struct stat old {};
+                ::stat(QFile::encodeName(paths[i]).constData(), &old);
+                const QByteArray next = newBytes(i);
+                QString error;
+                if (!journal->beforeReplace(paths[i], oldBytes(i), -1, next.constData(),
+                                            std::size_t(next.size()), old, &error))
+                    ++refused;
+                writeBytes(paths[i], next);
+            }
+            journal->settleReplaced();
+        });
+        threads.last()->start();
+    }
+    for (QThread* thread : threads) {
+        thread->wait();
+        delete thread;
+    }
+    ASSERT_EQ(refused.load(), 0);
+
+    const UndoReport report = RunJournal::undo();
+    EXPECT_EQ(report.restored.size(), paths.size());
+    EXPECT_TRUE(report.leftAlone.isEmpty()) << report.leftAlone.value(0).reason.toStdString();
+    for (int i = 0; i < paths.size(); ++i)
+        EXPECT_EQ(readBytes(paths[i]), oldBytes(i)) << i;
 }
 
 TEST_F(JournalCrashTest, AJournalOfAnEarlierVersionStillUndoes) {
