@@ -113,6 +113,33 @@ TEST_F(SafeWriteFaults, InjectedFailureAtEachStepKeepsTheOldFile) {
     EXPECT_EQ(artistOf(photo), QStringLiteral("Ann"));
 }
 
+TEST_F(SafeWriteFaults, WithoutFlushAFailureAtEachStepLeavesNoFileOpenOrBehind) {
+    // The new bytes of a write without the flush go into a file without a name: one left open
+    // would hold its blocks, unseen, until the process ends.
+    const auto openFiles = [] { return QDir("/proc/self/fd").entryList(QDir::Files).size(); };
+    const qsizetype before = openFiles();
+    MetadataTest bridge;
+    bridge.setFlushesToDisk(false);
+    for (const auto& [step, error] : {std::pair{Step::Create, ENOSPC},
+                                      {Step::Write, ENOSPC},
+                                      {Step::Verify, EIO},
+                                      {Step::Rename, EXDEV}}) {
+        SCOPED_TRACE(int(step));
+        test::setWriteFaultHook(
+            [step = step, error = error](Step at) { return at == step ? error : 0; });
+        LogCapture log;
+        bridge.setImagePropertiesAll(photo, kArtist, {});
+        EXPECT_EQ(readBytes(photo), original);
+        EXPECT_TRUE(temporaryFilesIn(dir.path()).isEmpty());
+        EXPECT_LE(openFiles(), before);
+    }
+    test::setWriteFaultHook({});
+    bridge.setImagePropertiesAll(photo, kArtist, {});
+    EXPECT_EQ(artistOf(photo), QStringLiteral("Ann"));
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+    EXPECT_LE(openFiles(), before);
+}
+
 TEST_F(SafeWriteFaults, WithoutFlushTheFlushStepIsNeverReached) {
     // A caller may skip the flush for a target that holds nothing of the user's yet; the
     // write is otherwise the same, and the default still flushes.
