@@ -8,6 +8,7 @@
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
 #include "metadata/XmpSidecar.h"
+#include "model/PropertyValue.h"
 #include "workingset/OrderedRecordReader.h"
 
 #include <QDir>
@@ -365,10 +366,12 @@ int runRead(const QStringList& args) {
     // and wait here, by path, until the record is printed.
     QMutex extrasLock;
     QHash<QString, std::optional<ExtraValues>> extrasOf;
-    // The photos are only read: each folder's sidecars are listed once.
+    // The photos are only read: each folder's sidecars are listed once. Each record is printed
+    // and dropped, so its values are not shared with other photos'.
     SidecarListing sidecars;
     const auto load = [&](const QUrl& url) -> std::optional<CGImageProperties> {
         const SidecarListing::Scope listed(sidecars);
+        const UnsharedValues printedOnce;
         std::optional<RecordAndExtras> read = loadImagePropertiesAndExtras(url);
         if (!read)
             return std::nullopt;

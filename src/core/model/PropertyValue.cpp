@@ -80,11 +80,24 @@ private:
     QHash<DateKey, PackedVariant> m_dates;
 };
 
+// Whether an UnsharedValues lives on this thread.
+thread_local bool t_unshared = false;
+
 } // namespace
+
+UnsharedValues::UnsharedValues() : m_outer(std::exchange(t_unshared, true)) {}
+
+UnsharedValues::~UnsharedValues() {
+    t_unshared = m_outer;
+}
 
 void PackedVariant::assign(const QVariant& v) {
     if (!v.isValid()) {
         ValuePool::release(std::exchange(m_index, 0));
+        return;
+    }
+    if (t_unshared) {
+        *this = unshared(v);
         return;
     }
     thread_local SharedValues shared;

@@ -64,6 +64,20 @@ private:
     quint32 m_index = 0;
 };
 
+// While one lives on a thread, the values that thread packs share nothing with earlier ones.
+// Sharing pays where records are kept (the working list of many photos); a record that is
+// printed and dropped gains nothing from it, and its look-ups cost about a tenth of a read.
+class UnsharedValues {
+public:
+    UnsharedValues();
+    ~UnsharedValues();
+    UnsharedValues(const UnsharedValues&) = delete;
+    UnsharedValues& operator=(const UnsharedValues&) = delete;
+
+private:
+    bool m_outer;
+};
+
 // An optional value of exactly one of ten kinds. Nothing is converted on assignment or on
 // reading: a value that holds the float 3.0 gives nothing when asked for an integer.
 // The value is stored in a QVariant so that presets can stream it with its kind intact.

@@ -137,6 +137,29 @@ TEST(PropertyValue, SharedValuesKeepHowTheyShow) {
     EXPECT_FALSE(PropertyValue(quint8(1)) == PropertyValue(qint64(1)));
 }
 
+// Equal values share one stored value, except while an UnsharedValues lives on the thread:
+// then each takes its own, freed with it, and sharing comes back when the outermost ends.
+TEST(PropertyValue, UnsharedValuesShareNothingWhileTheyLive) {
+    const QString shared = QStringLiteral("shared between records");
+    const QString once = QStringLiteral("printed once");
+    const std::size_t before = ValuePool::liveCount();
+    const PropertyValue first(shared);
+    const PropertyValue second(shared);
+    EXPECT_EQ(ValuePool::liveCount(), before + 1);
+    {
+        const UnsharedValues outer;
+        const PropertyValue a(once);
+        const PropertyValue b(once);
+        { const UnsharedValues inner; }
+        const PropertyValue c(shared);
+        EXPECT_EQ(ValuePool::liveCount(), before + 4);
+        EXPECT_EQ(c, first);
+    }
+    EXPECT_EQ(ValuePool::liveCount(), before + 1);
+    const PropertyValue third(shared);
+    EXPECT_EQ(ValuePool::liveCount(), before + 1);
+}
+
 // Values made on one thread and dropped on another: each keeps its content while any copy
 // lives, and once every copy is gone (the threads' caches of shared values with them) the
 // store holds no more than before. Run under load so that taking and freeing numbers race.
