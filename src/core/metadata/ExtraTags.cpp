@@ -36,6 +36,19 @@ QString textOf(const std::string& text) {
     return QString::fromUtf8(text.data(), qsizetype(text.size()));
 }
 
+// What textOf(value.toString()) gives, without Exiv2's string stream for the two kinds that
+// write their bytes as they stand: a plain string, and an XMP text that is neither an array
+// nor a struct (which would write a "type=" before them).
+QString wholeTextOf(const Exiv2::Value& value) {
+    if (const auto* plain = dynamic_cast<const Exiv2::StringValue*>(&value))
+        return textOf(plain->value_);
+    if (const auto* xmp = dynamic_cast<const Exiv2::XmpTextValue*>(&value);
+        xmp && xmp->xmpArrayType() == Exiv2::XmpValue::xaNone &&
+        xmp->xmpStruct() == Exiv2::XmpValue::xsNone)
+        return textOf(xmp->value_);
+    return textOf(value.toString());
+}
+
 std::string bytesOf(const QString& text) {
     return text.toUtf8().toStdString();
 }
@@ -65,8 +78,8 @@ QStringList itemsOf(const Exiv2::Xmpdatum* found) {
     if (isArray(value.typeId())) {
         for (long i = 0; i < value.count(); ++i)
             items << textOf(value.toString(i));
-    } else if (!value.toString().empty()) {
-        items << textOf(value.toString());
+    } else if (QString text = wholeTextOf(value); !text.isEmpty()) {
+        items << std::move(text);
     }
     return items;
 }
@@ -80,7 +93,7 @@ std::optional<QString> textOf(const Exiv2::Xmpdatum* found) {
         return textOf(defaultLanguageText(static_cast<const Exiv2::LangAltValue&>(value)));
     if (isArray(value.typeId()))
         return itemsOf(found).join(QStringLiteral("; "));
-    return textOf(value.toString());
+    return wholeTextOf(value);
 }
 
 const Exiv2::Xmpdatum* findXmp(const Exiv2::XmpData& xmp, const char* key) {
@@ -105,11 +118,15 @@ private:
     std::map<std::string, const Exiv2::Xmpdatum*, std::less<>> m_first;
 };
 
+// The items of one IPTC dataset, told by its record and number rather than by each datum's
+// key text, which Exiv2 builds anew for every call.
 QStringList iptcItems(const Exiv2::IptcData& iptc, const char* key) {
     QStringList items;
+    const Exiv2::IptcKey wanted(key);
     for (const Exiv2::Iptcdatum& datum : iptc)
-        if (datum.key() == key)
-            items << textOf(datum.toString());
+        if (datum.record() == wanted.record() && datum.tag() == wanted.tag())
+            items << (datum.typeId() == Exiv2::invalidTypeId ? textOf(std::string())
+                                                             : wholeTextOf(datum.value()));
     return items;
 }
 

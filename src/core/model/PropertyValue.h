@@ -44,6 +44,8 @@ public:
 
     const QVariant& get() const { return m_index ? ValuePool::value(m_index) : empty(); }
     operator const QVariant&() const { return get(); }
+    // Holds no value: the cheap test for the many absent fields of a record.
+    bool isNull() const { return m_index == 0; }
     // The same shared value (equal, without comparing).
     bool sharesWith(const PackedVariant& other) const { return m_index == other.m_index; }
 
@@ -116,7 +118,7 @@ public:
     static Kind kindOf(const QVariant& v);
 
     Kind kind() const { return kindOf(m_value); }
-    bool isPresent() const { return kind() != Kind::Absent; }
+    bool isPresent() const { return !m_value.isNull() && kind() != Kind::Absent; }
     bool isAbsent() const { return !isPresent(); }
     void clear() { m_value = QVariant(); }
 
