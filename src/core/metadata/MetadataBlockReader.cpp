@@ -498,7 +498,8 @@ QStringList MetadataBlockReader::keywordList(const Exiv2::Image& image) {
             take(textOf(datum.value()));
     }
     for (const Exiv2::Xmpdatum& datum : image.xmpData()) {
-        if (datum.key() != "Xmp.dc.subject")
+        // "Xmp.dc.subject", told by its parts: the whole key text is built anew on each call.
+        if (datum.groupName() != "dc" || datum.tagName() != "subject")
             continue;
         for (long i = 0; i < datum.count(); ++i)
             take(QString::fromStdString(datum.toString(i)));

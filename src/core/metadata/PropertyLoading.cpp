@@ -71,7 +71,7 @@ CGImageProperties recordOfFieldSet(const QUrl& url, const std::optional<SidecarR
         return parsed.back().second;
     };
     for (const KeyRow& row : allKeyRows()) {
-        const PropertyValue& value = set.at(row);
+        PropertyValue& value = set.at(row);
         if (!row.field || value.isAbsent())
             continue;
         if (row.read == ReadKind::DateText) {
@@ -79,7 +79,8 @@ CGImageProperties recordOfFieldSet(const QUrl& url, const std::optional<SidecarR
             if (const auto date = dateOf(*value.text()))
                 *row.field(record) = *date;
         } else {
-            *row.field(record) = value;
+            // The set is this call's own: its values move over without touching their counts.
+            *row.field(record) = std::move(value);
         }
     }
     if (pixelSize) {
