@@ -7,6 +7,7 @@
 #include "batch/FileIdentity.h"
 #include "journal/RunJournal.h"
 #include "metadata/SafeFileReplace.h"
+#include "model/PropertyValue.h"
 
 #include <QFileInfo>
 #include <QThreadPool>
@@ -263,6 +264,9 @@ int BatchDriver::startPhotos(RunState& state, BatchResult& result) {
 
 void BatchDriver::processPhoto(RunState& state, int index, const PhotoPlan& plan,
                                const CGImageProperties& record) const {
+    // What the photo's edit reads of it is dropped with the photo: its values are not shared
+    // with other photos'.
+    const UnsharedValues readForThisPhoto;
     const PhotoResult outcome = m_journaled ? processJournaled(state, plan, record)
                                             : m_pipeline.process(plan, record, &state.sources);
     if (isCounted(outcome.outcome))
