@@ -230,8 +230,12 @@ SidecarListing* SidecarListing::current() {
 bool SidecarListing::mayHold(const QString& folder, const QString& name) {
     const QMutexLocker locked(&m_mutex);
     auto found = m_names.find(folder);
-    if (found == m_names.end())
+    if (found == m_names.end()) {
+        if (++m_looks[folder] < m_looksBeforeListing)
+            return true;
+        m_looks.remove(folder);
         found = m_names.insert(folder, sidecarNamesIn(folder));
+    }
     return !found->has_value() || (*found)->contains(name);
 }
 

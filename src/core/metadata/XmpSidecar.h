@@ -63,6 +63,12 @@ private:
 // photos (a command that prints records, a table export), never through a run that writes.
 class SidecarListing {
 public:
+    // A folder is listed when the `looksBeforeListing`-th name is looked for in it; the names
+    // before are looked at one by one, which for a few photos costs less than listing a folder
+    // of thousands.
+    explicit SidecarListing(int looksBeforeListing = kLooksBeforeListing)
+        : m_looksBeforeListing(looksBeforeListing) {}
+    static constexpr int kLooksBeforeListing = 64;
     // Makes `listing` this thread's while it lives.
     class Scope {
     public:
@@ -81,10 +87,13 @@ public:
     bool mayHold(const QString& folder, const QString& name);
 
 private:
+    const int m_looksBeforeListing;
     QMutex m_mutex;
     // Per folder, the names of its entries that end in ".xmp" in any case; nothing for a
     // folder that could not be listed.
     QHash<QString, std::optional<QSet<QString>>> m_names;
+    // Per folder not listed yet, how many names were looked for in it.
+    QHash<QString, int> m_looks;
 };
 
 // A photo's sidecar as one look found it: where it stands, and its bytes (nothing when they

@@ -86,7 +86,17 @@ TEST_F(Sidecars, AListedFolderAnswersForEveryNameAndCaseAndStillChecksTheFile) {
     ASSERT_TRUE(writeBytes(dir.filePath("second.XMP"), kSidecar));
     ASSERT_TRUE(writeBytes(dir.filePath("third.xmp"), kSidecar));
     ASSERT_TRUE(QDir(dir.path()).mkdir("third.tif.xmp")); // no regular file: not a sidecar
-    SidecarListing listing;
+    {
+        // By default a folder is listed only after some names were looked for in it; until
+        // then each is looked at, and a sidecar added meanwhile is found.
+        SidecarListing later;
+        const SidecarListing::Scope inLater(later);
+        const QString fourth = dir.filePath("fourth.jpg");
+        EXPECT_FALSE(findSidecar(fourth));
+        ASSERT_TRUE(writeBytes(dir.filePath("fourth.xmp"), kSidecar));
+        EXPECT_EQ(findSidecar(fourth)->path, dir.filePath("fourth.xmp"));
+    }
+    SidecarListing listing(1);
     const SidecarListing::Scope listed(listing);
     EXPECT_EQ(*findSidecar(photo),
               (SidecarFile{dir.filePath("photo.jpg.XMP"), SidecarNaming::WithExtension}));
