@@ -23,12 +23,15 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <unordered_map>
+#include <utility>
 
 namespace tagmoor::cli {
 
@@ -238,23 +241,55 @@ void appendJson(std::string& out, const PropertyValue& v) {
 // One record as one line of JSON, appended straight as UTF-8 bytes to the output gathered so
 // far: with many small photos the printing costs as much as a good part of the reading. The
 // values beyond the form's fields follow under "extras" when the photo has any.
+// The text before a field's value (", \"group.field\": {\"value\": "), made once per field:
+// the names come from the record's static tables, so their addresses tell the fields apart.
+class FieldHeads {
+public:
+    const std::string& of(const char* group, const char* field) {
+        std::string& head = m_heads[{group, field}];
+        if (head.empty()) {
+            head = ", \"";
+            if (*group) {
+                head += group;
+                head += '.';
+            }
+            head += field; // record names are plain ASCII
+            head += "\": {\"value\": ";
+        }
+        return head;
+    }
+
+private:
+    struct Hash {
+        std::size_t operator()(const std::pair<const char*, const char*>& key) const {
+            return std::hash<const char*>()(key.first) * 31 + std::hash<const char*>()(key.second);
+        }
+    };
+    std::unordered_map<std::pair<const char*, const char*>, std::string, Hash> m_heads;
+};
+
+// The text after a value of each kind (", \"kind\": \"text\"}").
+const std::string& kindTail(PropertyValue::Kind kind) {
+    static const auto tails = [] {
+        std::array<std::string, std::size_t(PropertyValue::Kind::Dictionary) + 1> all;
+        for (std::size_t k = 0; k < all.size(); ++k)
+            all[k] = std::string(", \"kind\": \"") +
+                     PropertyValue::kindName(PropertyValue::Kind(k)) + "\"}";
+        return all;
+    }();
+    return tails.at(std::size_t(kind));
+}
+
 void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record,
                       const std::optional<ExtraValues>& extras) {
+    static thread_local FieldHeads heads;
     line += "{\"path\": ";
     appendQuoted(line, path);
     forEachPresentValue(
         record, [&](const char* group, const char* field, const char*, const PropertyValue& value) {
-            line += ", \"";
-            if (*group) {
-                line += group;
-                line += '.';
-            }
-            line += field; // record names are plain ASCII
-            line += "\": {\"value\": ";
+            line += heads.of(group, field);
             appendJson(line, value);
-            line += ", \"kind\": \"";
-            line += PropertyValue::kindName(value.kind());
-            line += "\"}";
+            line += kindTail(value.kind());
         });
     if (extras) {
         const std::size_t before = line.size();
