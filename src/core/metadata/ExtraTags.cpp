@@ -16,6 +16,7 @@
 #include <map>
 #include <string_view>
 #include <tuple>
+#include <typeinfo>
 
 namespace tagmoor {
 
@@ -39,13 +40,17 @@ QString textOf(const std::string& text) {
 // What textOf(value.toString()) gives, without Exiv2's string stream for the two kinds that
 // write their bytes as they stand: a plain string, and an XMP text that is neither an array
 // nor a struct (which would write a "type=" before them).
+// (Exiv2's value classes have no subclasses: each is told by its exact type.)
 QString wholeTextOf(const Exiv2::Value& value) {
-    if (const auto* plain = dynamic_cast<const Exiv2::StringValue*>(&value))
-        return textOf(plain->value_);
-    if (const auto* xmp = dynamic_cast<const Exiv2::XmpTextValue*>(&value);
-        xmp && xmp->xmpArrayType() == Exiv2::XmpValue::xaNone &&
-        xmp->xmpStruct() == Exiv2::XmpValue::xsNone)
-        return textOf(xmp->value_);
+    const std::type_info& type = typeid(value);
+    if (type == typeid(Exiv2::StringValue))
+        return textOf(static_cast<const Exiv2::StringValue&>(value).value_);
+    if (type == typeid(Exiv2::XmpTextValue)) {
+        const auto& xmp = static_cast<const Exiv2::XmpTextValue&>(value);
+        if (xmp.xmpArrayType() == Exiv2::XmpValue::xaNone &&
+            xmp.xmpStruct() == Exiv2::XmpValue::xsNone)
+            return textOf(xmp.value_);
+    }
     return textOf(value.toString());
 }
 

@@ -20,6 +20,7 @@
 #include <cstdint>
 #include <exception>
 #include <string_view>
+#include <typeinfo>
 #include <unordered_map>
 #include <utility>
 
@@ -88,17 +89,22 @@ bool isGpsCoordinate(std::string_view key) {
 // The text Exiv2's toString() would give, without its string stream for the common kinds:
 // a whole photo has dozens of texts.
 QString textOf(const Exiv2::Value& value) {
-    if (const auto* ascii = dynamic_cast<const Exiv2::AsciiValue*>(&value)) {
+    // Exiv2's value classes have no subclasses: each is told by its exact type, which costs
+    // a comparison where a dynamic_cast walks the class tree.
+    const std::type_info& type = typeid(value);
+    if (type == typeid(Exiv2::AsciiValue)) {
         // An ASCII value ends at its first NUL.
-        const std::string& v = ascii->value_;
+        const std::string& v = static_cast<const Exiv2::AsciiValue&>(value).value_;
         return QString::fromUtf8(v.data(), qsizetype(std::min(v.find('\0'), v.size())));
     }
-    if (const auto* plain = dynamic_cast<const Exiv2::StringValue*>(&value))
-        return QString::fromStdString(plain->value_);
-    if (const auto* xmp = dynamic_cast<const Exiv2::XmpTextValue*>(&value);
-        xmp && xmp->xmpArrayType() == Exiv2::XmpValue::xaNone &&
-        xmp->xmpStruct() == Exiv2::XmpValue::xsNone)
-        return QString::fromStdString(xmp->value_);
+    if (type == typeid(Exiv2::StringValue))
+        return QString::fromStdString(static_cast<const Exiv2::StringValue&>(value).value_);
+    if (type == typeid(Exiv2::XmpTextValue)) {
+        const auto& xmp = static_cast<const Exiv2::XmpTextValue&>(value);
+        if (xmp.xmpArrayType() == Exiv2::XmpValue::xaNone &&
+            xmp.xmpStruct() == Exiv2::XmpValue::xsNone)
+            return QString::fromStdString(xmp.value_);
+    }
     return QString::fromStdString(value.toString());
 }
 
