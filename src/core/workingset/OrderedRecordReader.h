@@ -31,10 +31,12 @@ public:
     void finish();
 
     // Records may be read this far ahead of the one being handed over.
-    static constexpr int maxReadAhead = 64;
+    static constexpr int maxReadAhead = 256;
     // Files go to the reader threads in runs of this many: one hand-over of work and one of
     // results per run rather than per file, which with small photos costs as much as reading.
-    static constexpr int filesPerTask = 8;
+    // Each hand-over wakes a thread; runs of 32 took a two-thread read of 10,000 small photos
+    // from about 9,500 switches between threads to 3,600, and 5% less time.
+    static constexpr int filesPerTask = 32;
 
 private:
     using Results = std::vector<std::optional<CGImageProperties>>;
