@@ -424,7 +424,8 @@ int runRead(const QStringList& args) {
         return std::optional<std::optional<ExtraValues>>(std::move(extras));
     };
     OrderedRecordReader reader(
-        load, threads, [&](const QString& absolute, std::optional<CGImageProperties>&& record) {
+        load, threads,
+        [&](const QString& absolute, std::optional<CGImageProperties>&& record) {
             const QString& path = paths[next++];
             if (record) {
                 // A path that did not come back the same through its URL is read again.
@@ -441,7 +442,8 @@ int runRead(const QStringList& args) {
             }
             if (qsizetype(pending.size()) >= kWriteSize)
                 flush();
-        });
+        },
+        OrderedRecordReader::kLongRuns); // nothing stops the command half-way
     // The working folder is asked once, not for each relative path.
     const QString current = QDir::currentPath() + QLatin1Char('/');
     for (const QString& path : paths)

@@ -11,8 +11,9 @@
 
 namespace tagmoor {
 
-OrderedRecordReader::OrderedRecordReader(RecordLoader loader, int threads, Sink sink)
-    : m_loader(std::move(loader)), m_threads(threads), m_sink(std::move(sink)) {
+OrderedRecordReader::OrderedRecordReader(RecordLoader loader, int threads, Sink sink,
+                                         ReaderRuns runs)
+    : m_loader(std::move(loader)), m_threads(threads), m_sink(std::move(sink)), m_runs(runs) {
     if (m_threads > 1)
         m_pool.setMaxThreadCount(m_threads);
 }
@@ -27,7 +28,7 @@ void OrderedRecordReader::read(const QString& path) {
         return;
     }
     m_gathering << path;
-    if (m_gathering.size() >= filesPerTask)
+    if (m_gathering.size() >= m_runs.filesPerTask)
         dispatch();
     drain(false);
 }
@@ -56,7 +57,7 @@ void OrderedRecordReader::dispatch() {
 void OrderedRecordReader::drain(bool all) {
     while (!m_pending.empty()) {
         Pending& head = m_pending.front();
-        const bool mustWait = all || m_pendingFiles > maxReadAhead;
+        const bool mustWait = all || m_pendingFiles > m_runs.maxReadAhead;
         if (!mustWait && !head.future.isFinished())
             return;
         Results results = head.future.takeResult();

@@ -14,6 +14,16 @@
 
 namespace tagmoor {
 
+// How files go to the reader threads: in runs of `filesPerTask`, one hand-over of work and
+// one of results per run rather than per file (with small photos a hand-over costs as much as
+// a read), and at most `maxReadAhead` read ahead of the one being handed over. The window's
+// scan keeps both small, since a stop waits for the reads already handed over; a read that
+// runs to its end takes longer runs.
+struct ReaderRuns {
+    int filesPerTask = 8;
+    int maxReadAhead = 64;
+};
+
 // Reads records on a pool of reader threads and hands them back in the order the files were
 // given, so that any number of threads gives the same sequence as one. With one thread the
 // record is read on the caller's thread. Used by the window's scan and by `tagmoor-cli read`.
@@ -22,21 +32,18 @@ public:
     // Receives each file's result, in the order of read(), on the caller's thread.
     using Sink = std::function<void(const QString& path, std::optional<CGImageProperties>&&)>;
 
-    OrderedRecordReader(RecordLoader loader, int threads, Sink sink);
+    // Runs for a read that is never stopped half-way: each hand-over wakes a thread, and runs
+    // of 32 took a two-thread read of 10,000 small photos from about 9,500 switches between
+    // threads to 3,600, and 5% less time.
+    static constexpr ReaderRuns kLongRuns{32, 256};
+
+    OrderedRecordReader(RecordLoader loader, int threads, Sink sink, ReaderRuns runs = {});
     ~OrderedRecordReader(); // waits for the reads still running; their results are dropped
 
-    // Queues one file; hands over the results that are ready (at most `maxReadAhead` wait).
+    // Queues one file; hands over the results that are ready.
     void read(const QString& path);
     // Hands over every result, waiting for the reads still running.
     void finish();
-
-    // Records may be read this far ahead of the one being handed over.
-    static constexpr int maxReadAhead = 256;
-    // Files go to the reader threads in runs of this many: one hand-over of work and one of
-    // results per run rather than per file, which with small photos costs as much as reading.
-    // Each hand-over wakes a thread; runs of 32 took a two-thread read of 10,000 small photos
-    // from about 9,500 switches between threads to 3,600, and 5% less time.
-    static constexpr int filesPerTask = 32;
 
 private:
     using Results = std::vector<std::optional<CGImageProperties>>;
@@ -51,6 +58,7 @@ private:
     RecordLoader m_loader;
     int m_threads;
     Sink m_sink;
+    ReaderRuns m_runs;
     QThreadPool m_pool;
     std::deque<Pending> m_pending;
     qsizetype m_pendingFiles = 0;
