@@ -105,8 +105,7 @@ void PackedVariant::assign(const QVariant& v) {
 }
 
 PropertyValue::Kind PropertyValue::kindOf(const QVariant& v) {
-    if (!v.isValid())
-        return Kind::Absent;
+    // An invalid variant's type is 0, which falls to Absent below.
     switch (v.metaType().id()) {
     case QMetaType::QString:
         return Kind::Text;
