@@ -125,9 +125,8 @@ private:
 
 // The items of one IPTC dataset, told by its record and number rather than by each datum's
 // key text, which Exiv2 builds anew for every call.
-QStringList iptcItems(const Exiv2::IptcData& iptc, const char* key) {
+QStringList iptcItems(const Exiv2::IptcData& iptc, const Exiv2::IptcKey& wanted) {
     QStringList items;
-    const Exiv2::IptcKey wanted(key);
     for (const Exiv2::Iptcdatum& datum : iptc)
         if (datum.record() == wanted.record() && datum.tag() == wanted.tag())
             items << (datum.typeId() == Exiv2::invalidTypeId ? textOf(std::string())
@@ -139,7 +138,7 @@ std::optional<QString> copyText(const Exiv2::Image& image, const CopyKey& copy) 
     if (startsWith(copy.key, "Xmp."))
         return textOf(findXmp(image.xmpData(), copy.key));
     if (startsWith(copy.key, "Iptc.")) {
-        const QStringList items = iptcItems(image.iptcData(), copy.key);
+        const QStringList items = iptcItems(image.iptcData(), Exiv2::IptcKey(copy.key));
         return items.isEmpty() ? std::nullopt : std::optional<QString>(items.first());
     }
     const Exiv2::ExifData& exif = image.exifData();
@@ -418,7 +417,8 @@ void seedKeywordLists(Exiv2::XmpData& xmp, const KeywordLists& lists) {
 ExtraValues readExtraValues(const Exiv2::Image& image) {
     ExtraValues values;
     const XmpFirstByKey xmp(image.xmpData());
-    values.keywords.iptc = iptcItems(image.iptcData(), kIptcKeywords);
+    static const Exiv2::IptcKey iptcKeywords(kIptcKeywords);
+    values.keywords.iptc = iptcItems(image.iptcData(), iptcKeywords);
     values.keywords.subject = itemsOf(xmp(kSubject));
     values.keywords.hierarchical = itemsOf(xmp(kHierarchical));
     values.keywords.tagsList = itemsOf(xmp(kTagsList));

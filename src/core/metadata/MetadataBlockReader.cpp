@@ -23,6 +23,7 @@
 #include <typeinfo>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace tagmoor {
 
@@ -288,7 +289,14 @@ void readBlock(const Data& data, KeyBlock block, const MetadataBlockReader::Sink
 struct KeyListIndex {
     std::unordered_map<quint32, const KeyRow*> exif;
     std::unordered_map<quint32, const KeyRow*> iptc;
-    std::unordered_map<std::string, const KeyRow*> xmp;
+    // The few XMP rows by their key's parts, looked through in turn: a datum gives its parts
+    // as they are, where its whole key text is built anew on each call.
+    struct XmpRow {
+        std::string prefix;
+        std::string property;
+        const KeyRow* row;
+    };
+    std::vector<XmpRow> xmp;
 
     static quint32 pack(int group, int tag) { return quint32(group) << 16 | quint32(tag); }
 
@@ -309,9 +317,11 @@ struct KeyListIndex {
                     built.iptc.emplace(pack(key.record(), key.tag()), &row);
                     break;
                 }
-                case KeyBlock::Xmp:
-                    built.xmp.emplace(row.key, &row);
+                case KeyBlock::Xmp: {
+                    const Exiv2::XmpKey key(row.key);
+                    built.xmp.push_back({key.groupName(), key.tagName(), &row});
                     break;
+                }
                 }
             }
             return built;
@@ -326,8 +336,12 @@ struct KeyListIndex {
         return find(iptc, pack(d.record(), d.tag()));
     }
     const KeyRow* find(const Exiv2::Xmpdatum& d) const {
-        const auto it = xmp.find(d.key());
-        return it == xmp.end() ? nullptr : it->second;
+        const std::string prefix = d.groupName();
+        const std::string property = d.tagName();
+        for (const XmpRow& x : xmp)
+            if (x.property == property && x.prefix == prefix)
+                return x.row;
+        return nullptr;
     }
 
 private:
@@ -498,7 +512,7 @@ QStringList MetadataBlockReader::keywordList(const Exiv2::Image& image) {
         if (!keyword.isEmpty() && !keywords.contains(keyword))
             keywords << keyword;
     };
-    const Exiv2::IptcKey iptcKey("Iptc.Application2.Keywords");
+    static const Exiv2::IptcKey iptcKey("Iptc.Application2.Keywords");
     for (const Exiv2::Iptcdatum& datum : image.iptcData()) {
         if (datum.record() == iptcKey.record() && datum.tag() == iptcKey.tag() && datum.size() > 0)
             take(textOf(datum.value()));
