@@ -4,7 +4,6 @@
 
 #include "extras/CopiesInStep.h"
 #include "foundation/JsonText.h"
-#include "metadata/ExtraTags.h"
 #include "metadata/MetadataLibrary.h"
 #include "metadata/PropertyLoading.h"
 #include "metadata/XmpSidecar.h"
@@ -14,11 +13,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QMutex>
 #include <QTextStream>
 #include <QUrl>
 
@@ -280,11 +277,11 @@ const std::string& kindTail(PropertyValue::Kind kind) {
     return tails.at(std::size_t(kind));
 }
 
-void appendRecordLine(std::string& line, const QString& path, const CGImageProperties& record,
-                      const std::optional<ExtraValues>& extras) {
+// Everything of one record's line after its path, to the line's end. Made on the reader's
+// thread, so that the printing of many photos runs on as many threads as their reading.
+void appendRecordFields(std::string& line, const CGImageProperties& record,
+                        const std::optional<ExtraValues>& extras) {
     static thread_local FieldHeads heads;
-    line += "{\"path\": ";
-    appendQuoted(line, path);
     forEachPresentValue(
         record, [&](const char* group, const char* field, const char*, const PropertyValue& value) {
             line += heads.of(group, field);
@@ -382,9 +379,10 @@ int runRead(const QStringList& args) {
     // Many photos on several threads: freed memory stays in the process for the next photo.
     keepFreedMemoryInProcess();
 
-    // The reader is handed absolute paths; each result is printed under the path as given,
-    // which the queue of given paths supplies in the same order. Lines are gathered into one buffer
-    // and written in large pieces: no allocation and no copy per line.
+    // The reader is handed absolute paths; each line is printed under the path as given, which
+    // the queue of given paths supplies in the same order. Each reader thread makes the rest of
+    // its photos' lines itself, from the record and extras of one parse; the lines are gathered
+    // into one buffer and written in large pieces.
     QFile out;
     if (!out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered))
         return 2;
@@ -397,45 +395,30 @@ int runRead(const QStringList& args) {
     };
     int missing = 0;
     qsizetype next = 0;
-    // Each photo's extras are read on the reader's thread from the parse that gives its record,
-    // and wait here, by path, until the record is printed.
-    QMutex extrasLock;
-    QHash<QString, std::optional<ExtraValues>> extrasOf;
     // The photos are only read: each folder's sidecars are listed once. Each record is printed
     // and dropped, so its values are not shared with other photos'.
     SidecarListing sidecars;
-    const auto load = [&](const QUrl& url) -> std::optional<CGImageProperties> {
+    const auto load = [&](const QUrl& url) -> std::optional<std::string> {
         const SidecarListing::Scope listed(sidecars);
         const UnsharedValues printedOnce;
-        std::optional<RecordAndExtras> read = loadImagePropertiesAndExtras(url);
+        const std::optional<RecordAndExtras> read = loadImagePropertiesAndExtras(url);
         if (!read)
             return std::nullopt;
-        const QMutexLocker locked(&extrasLock);
-        extrasOf.insert(url.toLocalFile(), std::move(read->extras));
-        return std::move(read->record);
+        std::string fields;
+        fields.reserve(2048);
+        appendRecordFields(fields, read->record, read->extras);
+        return fields;
     };
-    const auto extrasFor = [&](const QString& absolute) {
-        const QMutexLocker locked(&extrasLock);
-        const auto found = extrasOf.find(absolute);
-        if (found == extrasOf.end())
-            return std::optional<std::optional<ExtraValues>>();
-        std::optional<ExtraValues> extras = std::move(*found);
-        extrasOf.erase(found);
-        return std::optional<std::optional<ExtraValues>>(std::move(extras));
-    };
-    OrderedRecordReader reader(
+    OrderedReader<std::string> reader(
         load, threads,
-        [&](const QString& absolute, std::optional<CGImageProperties>&& record) {
+        [&](const QString&, std::optional<std::string>&& fields) {
             const QString& path = paths[next++];
-            if (record) {
-                // A path that did not come back the same through its URL is read again.
-                const auto kept = extrasFor(absolute);
-                const auto extras = kept ? *kept : readExtraValuesOf(absolute);
-                appendRecordLine(pending, path, *record, extras);
+            pending += "{\"path\": ";
+            appendQuoted(pending, path);
+            if (fields) {
+                pending += *fields;
             } else {
                 ++missing;
-                pending += "{\"path\": ";
-                appendQuoted(pending, path);
                 pending += ", \"error\": ";
                 appendQuoted(pending, whyNoRecord(path));
                 pending += "}\n";
@@ -443,7 +426,7 @@ int runRead(const QStringList& args) {
             if (qsizetype(pending.size()) >= kWriteSize)
                 flush();
         },
-        OrderedRecordReader::kLongRuns); // nothing stops the command half-way
+        OrderedReader<std::string>::kLongRuns); // nothing stops the command half-way
     // The working folder is asked once, not for each relative path.
     const QString current = QDir::currentPath() + QLatin1Char('/');
     for (const QString& path : paths)
