@@ -3,6 +3,7 @@
 #include "foundation/StopControl.h"
 #include "foundation/ThreadPriority.h"
 #include "metadata/PropertyLoading.h"
+#include "metadata/XmpSidecar.h"
 #include "workingset/FolderWalk.h"
 #include "workingset/OrderedRecordReader.h"
 #include "workingset/SupportedExtensions.h"
@@ -37,7 +38,8 @@ public:
           m_committed(m_request.existingPaths) {
         if (!m_request.loader)
             m_request.loader = &loadImageProperties;
-        m_reader.emplace(withFileSize(m_request.loader), m_request.readerThreads,
+        m_reader.emplace(withSidecarListing(withFileSize(m_request.loader), m_sidecars),
+                         m_request.readerThreads,
                          [this](const QString& path, std::optional<CGImageProperties>&& record) {
                              take(path, std::move(record));
                          });
@@ -244,6 +246,16 @@ private:
 
     // The list shows the file's size beside its pixel size; it is asked of the file here, on
     // the reader thread, so the views never touch the disk.
+    // The files of a scan are only read while it runs: each folder's sidecars are listed once,
+    // after the first few photos of the folder, rather than looked for under two names per
+    // photo.
+    static RecordLoader withSidecarListing(RecordLoader loader, SidecarListing& sidecars) {
+        return [loader = std::move(loader), &sidecars](const QUrl& url) {
+            const SidecarListing::Scope listed(sidecars);
+            return loader(url);
+        };
+    }
+
     static RecordLoader withFileSize(RecordLoader loader) {
         return [loader = std::move(loader)](const QUrl& url) {
             std::optional<CGImageProperties> record = loader(url);
@@ -293,6 +305,7 @@ private:
     ScanRequest m_request;
     QSet<QString> m_committed;
     QSet<QString> m_dispatched;
+    SidecarListing m_sidecars; // outlives the reader, whose threads use it
     std::optional<OrderedRecordReader> m_reader;
     QList<CGImageProperties> m_batch;
     ScanFlags m_flags;

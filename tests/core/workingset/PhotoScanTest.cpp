@@ -1,4 +1,6 @@
 #include "TestSupport.h"
+#include "metadata/ExivFixture.h"
+#include "metadata/XmpSidecar.h"
 #include "metadata/PropertyLoading.h"
 #include "workingset/FolderWalk.h"
 #include "workingset/ScanFixture.h"
@@ -252,6 +254,50 @@ TEST(PhotoScan, ParallelReadersEndWithTheListAndFlagsOfASequentialScan) {
         }
     }
     test::removeTree(tmp.path() + "/dir3");
+}
+
+// The scan lists a folder's sidecars once it has read some of its photos: sidecars of the
+// photos read before and after that, under either naming and in either case, are each laid
+// over their own photo alone.
+TEST(PhotoScan, EachPhotoOfALargeFolderGetsItsOwnSidecar) {
+    QTemporaryDir tmp;
+    const QString first = test::jpegWithTags(tmp.filePath("p000.jpg"), [](Exiv2::Image& img) {
+        test::addExif(img.exifData(), "Exif.Image.Artist", Exiv2::asciiString, "Camera");
+    });
+    const int count = SidecarListing::kLooksBeforeListing + 16;
+    for (int i = 1; i < count; ++i)
+        ASSERT_TRUE(QFile::copy(first, tmp.filePath(QStringLiteral("p%1.jpg").arg(i, 3, 10, QChar('0')))));
+    const auto sidecar = [](const char* artist) {
+        return QByteArray("<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/"
+                          "1999/02/22-rdf-syntax-ns#\"><rdf:Description rdf:about=\"\" "
+                          "xmlns:dc=\"http://purl.org/dc/elements/1.1/\"><dc:creator><rdf:Seq><rdf:li>") +
+               artist + "</rdf:li></rdf:Seq></dc:creator></rdf:Description></rdf:RDF></x:xmpmeta>";
+    };
+    const QMap<QString, QString> sidecars{{"p001.xmp", "First"},
+                                          {"p070.jpg.XMP", "Late"},
+                                          {"p079.XMP", "Last"}};
+    for (auto it = sidecars.cbegin(); it != sidecars.cend(); ++it)
+        ASSERT_TRUE(test::writeBytes(tmp.filePath(it.key()), sidecar(qPrintable(it.value()))));
+
+    setSidecarsRead(true);
+    ScanFixture f;
+    f.controller.setReaderThreads(2);
+    f.stage({tmp.path()});
+    ASSERT_TRUE(f.scan());
+    setSidecarsRead(std::nullopt);
+
+    const QList<CGImageProperties>& records = f.set.workingImages();
+    ASSERT_EQ(records.size(), count);
+    for (const CGImageProperties& record : records) {
+        const QString name = QFileInfo(record.url->toLocalFile()).completeBaseName();
+        QString expected = QStringLiteral("Camera");
+        for (auto it = sidecars.cbegin(); it != sidecars.cend(); ++it)
+            if (it.key().startsWith(name + '.'))
+                expected = it.value();
+        EXPECT_EQ(record.tiffProperties->artist.text().value_or(QString()).toStdString(),
+                  expected.toStdString())
+            << name.toStdString();
+    }
 }
 
 TEST(PhotoScan, AVanishingFolderOrAPipeUnderAnImageNameEndsCleanly) {
