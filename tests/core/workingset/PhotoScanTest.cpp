@@ -1,7 +1,7 @@
 #include "TestSupport.h"
 #include "metadata/ExivFixture.h"
-#include "metadata/XmpSidecar.h"
 #include "metadata/PropertyLoading.h"
+#include "metadata/XmpSidecar.h"
 #include "workingset/FolderWalk.h"
 #include "workingset/ScanFixture.h"
 #include "workingset/SupportedExtensions.h"
@@ -266,16 +266,17 @@ TEST(PhotoScan, EachPhotoOfALargeFolderGetsItsOwnSidecar) {
     });
     const int count = SidecarListing::kLooksBeforeListing + 16;
     for (int i = 1; i < count; ++i)
-        ASSERT_TRUE(QFile::copy(first, tmp.filePath(QStringLiteral("p%1.jpg").arg(i, 3, 10, QChar('0')))));
+        ASSERT_TRUE(
+            QFile::copy(first, tmp.filePath(QStringLiteral("p%1.jpg").arg(i, 3, 10, QChar('0')))));
     const auto sidecar = [](const char* artist) {
-        return QByteArray("<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/"
-                          "1999/02/22-rdf-syntax-ns#\"><rdf:Description rdf:about=\"\" "
-                          "xmlns:dc=\"http://purl.org/dc/elements/1.1/\"><dc:creator><rdf:Seq><rdf:li>") +
+        return QByteArray(
+                   "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/"
+                   "1999/02/22-rdf-syntax-ns#\"><rdf:Description rdf:about=\"\" "
+                   "xmlns:dc=\"http://purl.org/dc/elements/1.1/\"><dc:creator><rdf:Seq><rdf:li>") +
                artist + "</rdf:li></rdf:Seq></dc:creator></rdf:Description></rdf:RDF></x:xmpmeta>";
     };
-    const QMap<QString, QString> sidecars{{"p001.xmp", "First"},
-                                          {"p070.jpg.XMP", "Late"},
-                                          {"p079.XMP", "Last"}};
+    const QMap<QString, QString> sidecars{
+        {"p001.xmp", "First"}, {"p070.jpg.XMP", "Late"}, {"p079.XMP", "Last"}};
     for (auto it = sidecars.cbegin(); it != sidecars.cend(); ++it)
         ASSERT_TRUE(test::writeBytes(tmp.filePath(it.key()), sidecar(qPrintable(it.value()))));
 
