@@ -244,8 +244,6 @@ private:
             noteNoRecord(path);
     }
 
-    // The list shows the file's size beside its pixel size; it is asked of the file here, on
-    // the reader thread, so the views never touch the disk.
     // The files of a scan are only read while it runs: each folder's sidecars are listed once,
     // after the first few photos of the folder, rather than looked for under two names per
     // photo.
@@ -256,6 +254,8 @@ private:
         };
     }
 
+    // The list shows the file's size beside its pixel size; it is asked of the file here, on
+    // the reader thread, so the views never touch the disk.
     static RecordLoader withFileSize(RecordLoader loader) {
         return [loader = std::move(loader)](const QUrl& url) {
             std::optional<CGImageProperties> record = loader(url);
