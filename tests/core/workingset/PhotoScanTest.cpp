@@ -7,6 +7,7 @@
 #include "workingset/SupportedExtensions.h"
 
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QSemaphore>
 #include <QTemporaryDir>
 
@@ -281,11 +282,11 @@ TEST(PhotoScan, EachPhotoOfALargeFolderGetsItsOwnSidecar) {
         ASSERT_TRUE(test::writeBytes(tmp.filePath(it.key()), sidecar(qPrintable(it.value()))));
 
     setSidecarsRead(true);
+    const auto followTheForm = qScopeGuard([] { setSidecarsRead(std::nullopt); });
     ScanFixture f;
     f.controller.setReaderThreads(2);
     f.stage({tmp.path()});
     ASSERT_TRUE(f.scan());
-    setSidecarsRead(std::nullopt);
 
     const QList<CGImageProperties>& records = f.set.workingImages();
     ASSERT_EQ(records.size(), count);
