@@ -8,6 +8,7 @@
 # Builds make_corpus, bench_load and tagmoor-cli in Release (build-release/), generates the
 # corpora once into bench/corpus-read-COUNT and bench/corpus-batch-2000-CAMERA_COUNT (which
 # bench/batch.sh shares).
+# Each time is the median of ROUNDS (default 3) rounds in which the three take turns.
 # BENCH_CLI=PATH times another tagmoor-cli; BENCH_NO_BUILD=1 skips the build.
 # On a machine shared with other work, BENCH_REALTIME=1 runs every timed command under
 # round-robin real-time scheduling (chrt -r, needs the right to), so that the load of others
@@ -35,28 +36,35 @@ seconds() {
   echo "$end - $start" | bc -l
 }
 
-# measure CORPUS: every figure on one corpus.
+# median VALUE...: the middle value (the lower of the two middle ones for an even count).
+median() { printf '%s\n' "$@" | sort -n | sed -n "$((($# + 1) / 2))p"; }
+
+# measure CORPUS: every figure on one corpus. The floor and the reads on one and on two threads
+# take turns, ROUNDS times (default 3), the page cache warmed before each round, and each
+# figure is the median of its runs: the second core of a shared machine is slower at times,
+# and a burst of that weighs on one round only.
 measure() {
-  local CORPUS=$1 floor_ms floor one two one_again stats stats_two held_ms
+  local CORPUS=$1 floor one two stats stats_two held_ms i floors=() ones=() twos=()
   local files=("$CORPUS"/*.jpg)
-  cat "${files[@]}" >/dev/null # warm the page cache
-  # Only bench_load's floor line is used here; its own exit status is about its load pass.
-  floor_ms=$({ "${RUN[@]}" "$BUILD_DIR"/bench/bench_load "$CORPUS" --rounds 1 || true; } | awk '/^exiv2 floor/ {print $3}')
-  floor=$(echo "$floor_ms / 1000" | bc -l)
-  one=$(seconds "$CLI" read --threads 1 -- "${files[@]}")
-  two=$(seconds "$CLI" read --threads 2 -- "${files[@]}")
-  one_again=$(seconds "$CLI" read --threads 1 -- "${files[@]}")
-  # The better of the two one-thread runs, so that a burst of load from elsewhere does not
-  # flatter the two-thread figure.
-  if (($(echo "$one_again < $one" | bc -l))); then one=$one_again; fi
+  for ((i = 0; i < ${ROUNDS:-3}; i++)); do
+    cat "${files[@]}" >/dev/null # warm the page cache
+    # Only bench_load's floor line is used here; its own exit status is about its load pass.
+    floors+=("$({ "${RUN[@]}" "$BUILD_DIR"/bench/bench_load "$CORPUS" --rounds 1 || true; } |
+      awk '/^exiv2 floor/ {print $3 / 1000}')")
+    ones+=("$(seconds "$CLI" read --threads 1 -- "${files[@]}")")
+    twos+=("$(seconds "$CLI" read --threads 2 -- "${files[@]}")")
+  done
+  floor=$(median "${floors[@]}")
+  one=$(median "${ones[@]}")
+  two=$(median "${twos[@]}")
   stats=$("${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_lock --threads 1 -- "${files[@]}" | grep '^xmp lock')
   stats_two=$("${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_lock --threads 2 -- "${files[@]}" | grep '^xmp lock')
   held_ms=$(echo "$stats" | sed -E 's/.*held ([0-9]+) ms.*/\1/')
 
   printf '== %s: %d files%s (%s)\n' "$CORPUS" "${#files[@]}" "${RUN:+ (real-time scheduling)}" "$(uptime | sed 's/.*load/load/')"
-  printf 'exiv2 floor, one thread     %8.2f s\n' "$floor"
-  printf 'read --threads 1            %8.2f s  %5.2fx floor\n' "$one" "$(echo "$one / $floor" | bc -l)"
-  printf 'read --threads 2            %8.2f s  %5.2fx floor  %5.2fx one thread\n' "$two" \
+  printf 'exiv2 floor, one thread     %8.3f s\n' "$floor"
+  printf 'read --threads 1            %8.3f s  %5.2fx floor\n' "$one" "$(echo "$one / $floor" | bc -l)"
+  printf 'read --threads 2            %8.3f s  %5.2fx floor  %5.2fx one thread\n' "$two" \
     "$(echo "$two / $floor" | bc -l)" "$(echo "$two / $one" | bc -l)"
   printf 'one thread:  %s (%.0f%% of the read)\n' "$stats" "$(echo "100 * $held_ms / ($one * 1000)" | bc -l)"
   printf 'two threads: %s\n' "$stats_two"
