@@ -145,9 +145,11 @@ struct Parser {
             digitFields += digitField;
             i += run;
         }
+        // A '-' counts too: the text's side of the test below is plain punctuation only, which
+        // no number parser takes, and a literal of a strict pattern matches only itself.
         if (std::u16string_view(u"yYMdHh").find(pattern.front()) != std::u16string_view::npos &&
             fieldEnd - pattern.begin() <= 4 && fieldEnd != pattern.end() &&
-            isPlainPunctuation(*fieldEnd))
+            (isPlainPunctuation(*fieldEnd) || *fieldEnd == u'-'))
             firstSeparator = *fieldEnd;
     }
 
