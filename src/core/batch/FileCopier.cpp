@@ -11,7 +11,6 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace tagmoor {
@@ -111,22 +110,10 @@ bool copyBytes(int in, int out, off_t size, Failure& failure) {
 
 // Moves the finished temporary file to the target unless something is there already.
 bool moveIntoPlace(const QByteArray& temp, const QByteArray& target, Failure& failure) {
-#ifdef SYS_renameat2
-    if (::syscall(SYS_renameat2, AT_FDCWD, temp.constData(), AT_FDCWD, target.constData(),
-                  1 /* RENAME_NOREPLACE */) == 0)
+    if (SafeFileReplace::renameNoReplace(temp, target))
         return true;
-    if (errno != EINVAL && errno != ENOSYS) {
-        failure.system("rename");
-        return false;
-    }
-#endif
-    // File systems without the no-replace rename: a hard link fails on an existing target.
-    if (::link(temp.constData(), target.constData()) != 0) {
-        failure.system("link");
-        return false;
-    }
-    ::unlink(temp.constData());
-    return true;
+    failure.system("rename");
+    return false;
 }
 
 // A fresh hidden name in `folder`, created empty and open; -1 on failure.

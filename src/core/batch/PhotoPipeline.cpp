@@ -12,6 +12,7 @@
 #include "metadata/ImageKind.h"
 #include "metadata/MetadataTest.h"
 #include "metadata/PropertyLoading.h"
+#include "metadata/SafeFileReplace.h"
 #include "model/FormFieldTable.h"
 #include "rename/RenameRule.h"
 
@@ -235,32 +236,48 @@ PhotoResult PhotoPipeline::editInPlace(const QString& target, const CGImagePrope
 PhotoResult PhotoPipeline::editCopy(const QString& source, const QString& target,
                                     const CGImageProperties& record, const BatchSources* sources,
                                     std::optional<ImageKind>& kind) const {
-    // A new output is made beside its place, changed there and then moved in whole, so that a
-    // file at the output path is never half made. The staged file starts as a link to the
-    // source where possible: the writer replaces files rather than writing into them, and
-    // whatever still shares the source's storage afterwards becomes a real copy.
+    // A new output is written whole before it takes its name, so that a file at the output
+    // path is never half made: the source is read, and its edited bytes go to a new file in
+    // the output folder that takes the output's name once complete, checked and dated, and
+    // only while that name is free. The source is never written.
+    const MetadataStep step = changeMetadata(source, record, /*flushToDisk=*/false, kind, target);
+    if (step.published)
+        return {PhotoOutcome::Written, problemOf(step, target, step.dated)};
+    // In the standard form a copy without its whole edit never takes the output's place, so
+    // that nothing in the output folder looks like a result that is not one.
+    if (!step.write.written() && step.placeErrorCode == 0 && m_values.writeOptions.standardForm)
+        return {PhotoOutcome::Written, problemOf(step, source, step.dated)};
     StagedOutput output;
-    output.staged = FileCopier::stage(source, folderOf(target), &output.error, &output.errorCode);
-    if (!output.staged.isEmpty()) {
-        if (const std::optional<PhotoResult> dropped =
-                editAndPublish(output, source, target, record, kind))
-            return *dropped;
+    if (step.placeErrorCode != 0 && step.write.written()) {
+        // Complete and checked, but its name was taken meanwhile.
+        output.error = step.placeError;
+        output.errorCode = step.placeErrorCode;
+    } else {
+        // Else the copy is staged: made beside its place as a link to the source (or a copy
+        // of it) and moved in once done. A photo that takes no edit of its own (its edit goes
+        // to its sidecar), or whose edit failed, keeps the step's outcome; where no new file
+        // could be made for the edit, the staged file takes it where it stands.
+        output.staged =
+            FileCopier::stage(source, folderOf(target), &output.error, &output.errorCode);
+        if (!output.staged.isEmpty()) {
+            const bool edited = step.placeErrorCode == 0;
+            output.step =
+                edited ? step : changeMetadata(output.staged, record, /*flushToDisk=*/false, kind);
+            output.stepPath = edited ? source : output.staged;
+            if (const std::optional<PhotoResult> dropped = publishStaged(output, source, target))
+                return *dropped;
+        }
     }
+    // An output that could not be made or moved in: the old output in the way takes the edit.
     if (!output.published) {
         kind.reset();
         return editOldOutput(output, source, target, record, sources);
     }
-    return {PhotoOutcome::Written, problemOf(output.step, output.staged, output.dated)};
+    return {PhotoOutcome::Written, problemOf(output.step, output.stepPath, output.dated)};
 }
 
-std::optional<PhotoResult> PhotoPipeline::editAndPublish(StagedOutput& output,
-                                                         const QString& source,
-                                                         const QString& target,
-                                                         const CGImageProperties& record,
-                                                         std::optional<ImageKind> kind) const {
-    // The staged file is the run's own hidden link beside the output: replacing it cannot
-    // touch anything of the user's, so it is not flushed to disk photo by photo.
-    output.step = changeMetadata(output.staged, record, /*flushToDisk=*/false, kind);
+std::optional<PhotoResult> PhotoPipeline::publishStaged(StagedOutput& output, const QString& source,
+                                                        const QString& target) const {
     // In the standard form a copy without its whole edit never takes the output's place,
     // so that nothing in the output folder looks like a result that is not one. Only the
     // run's own hidden name goes: while it is a link, the source keeps its bytes under its
@@ -269,7 +286,7 @@ std::optional<PhotoResult> PhotoPipeline::editAndPublish(StagedOutput& output,
     const auto withoutEdit = [&] {
         QFile::remove(output.staged);
         return PhotoResult{PhotoOutcome::Written,
-                           problemOf(output.step, output.staged, output.dated)};
+                           problemOf(output.step, output.stepPath, output.dated)};
     };
     if (onlyEditedCopies && !output.step.write.written())
         return withoutEdit();
@@ -338,7 +355,30 @@ QString PhotoPipeline::problemOf(const MetadataStep& step, const QString& path,
 PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
                                                           const CGImageProperties& record,
                                                           bool flushToDisk,
-                                                          std::optional<ImageKind> kind) const {
+                                                          std::optional<ImageKind> kind,
+                                                          const QString& copyTo) const {
+    if (!copyTo.isEmpty()) {
+        // The new modify date is known once the edit is made, before the copy is complete.
+        std::optional<QString> modifyDate;
+        bool dated = true;
+        const SafeFileReplace::CopyScope copy(path, copyTo, [&](int fd) {
+            dated = setFileDates(copyTo, modifyDate, fd);
+            return dated || !m_values.writeOptions.standardForm;
+        });
+        MetadataStep step = writeStep(path, record, flushToDisk, kind, &modifyDate);
+        step.published = copy.published();
+        step.dated = dated;
+        step.placeError = copy.placeErrorText();
+        step.placeErrorCode = copy.placeError();
+        return step;
+    }
+    std::optional<QString> modifyDate;
+    return writeStep(path, record, flushToDisk, kind, &modifyDate);
+}
+
+PhotoPipeline::MetadataStep
+PhotoPipeline::writeStep(const QString& path, const CGImageProperties& record, bool flushToDisk,
+                         std::optional<ImageKind> kind, std::optional<QString>* modifyDate) const {
     MetadataTest bridge;
     bridge.setFlushesToDisk(flushToDisk);
     bridge.setWriteOptions(m_values.writeOptions);
@@ -353,22 +393,21 @@ PhotoPipeline::MetadataStep PhotoPipeline::changeMetadata(const QString& path,
         // The photo's dates are read from the bytes that are edited, where the edit parses
         // them anyway. Its other values go into no edit (readsValuesWhereItEdits).
         bridge.setExtraWrite(extraWriteOf(m_values, m_plainEdits));
-        std::optional<QString> modifyDate;
         const WriteResult write =
             bridge.writeEditsOfOwnRecord(path, *record.url, [&](const CGImageProperties& own) {
                 FieldEdits edits = fieldEditsFor(own, path);
-                modifyDate = edits.values.at(formField(Field::ModifyDate).keyRow()).text();
+                *modifyDate = edits.values.at(formField(Field::ModifyDate).keyRow()).text();
                 return MetadataTest::EditedRows{std::move(edits.values), std::move(edits.erased)};
             });
-        return {write, modifyDate};
+        return {write, *modifyDate};
     }
     const FieldEdits edits = fieldEditsFor(record, path);
     // A photo's own values may carry extra edits of their own (a position's moment).
     bridge.setExtraWrite(
         extraWriteOf(m_values.photoValues.empty() ? m_values : valuesFor(record), edits));
+    *modifyDate = edits.values.at(formField(Field::ModifyDate).keyRow()).text();
     // The values in the file are merged in from the very bytes that the writer edits.
-    return {bridge.writeMergedFields(path, edits.values, edits.erased),
-            edits.values.at(formField(Field::ModifyDate).keyRow()).text()};
+    return {bridge.writeMergedFields(path, edits.values, edits.erased), *modifyDate};
 }
 
 WriteResult PhotoPipeline::writeMetadataInto(const QString& path,
@@ -450,7 +489,8 @@ FieldEdits PhotoPipeline::editsOf(const RunValues& values, FieldEdits edits,
     return edits;
 }
 
-bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text) const {
+bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QString>& text,
+                                 int fd) const {
     // Linux keeps no settable birth time, so the creation date rule reaches the tag only; the
     // modify date rule also becomes the file's modification time. `text` is the photo's new
     // modify date, which only an edited ModifyDate field gives: the run's, or the photo's own.
@@ -463,7 +503,8 @@ bool PhotoPipeline::setFileDates(const QString& path, const std::optional<QStrin
     const qint64 seconds = ms >= 0 ? ms / 1000 : -((-ms + 999) / 1000);
     const struct timespec times[2] = {{0, UTIME_OMIT},
                                       {time_t(seconds), long(ms - seconds * 1000) * 1000000L}};
-    if (::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0) != 0) {
+    if ((fd >= 0 ? ::futimens(fd, times)
+                 : ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0)) != 0) {
         qCWarning(lcBatch).noquote() << "could not set the modification date of" << path;
         return false;
     }

@@ -97,13 +97,25 @@ private:
     static FieldEdits editsOf(const RunValues& values, FieldEdits edits,
                               const CGImageProperties& record, const QString& path);
     struct MetadataStep {
+        MetadataStep() = default;
+        MetadataStep(WriteResult written, std::optional<QString> newModifyDate = std::nullopt)
+            : write(std::move(written)), modifyDate(std::move(newModifyDate)) {}
         WriteResult write;
         // The new modify date text, if any.
         std::optional<QString> modifyDate;
+        // For a copy written straight to its name (changeMetadata()'s `copyTo`): whether it
+        // took that name, whether its file dates were set, and why it could not be made or
+        // placed in the output folder (a text and errno value; 0 when it could).
+        bool published = false;
+        bool dated = true;
+        QString placeError;
+        int placeErrorCode = 0;
     };
     // A new output as it is made beside its place and moved in.
     struct StagedOutput {
         QString staged;
+        // The file the step's texts name (the staged one, or the source of a copy).
+        QString stepPath;
         bool published = false;
         MetadataStep step;
         bool dated = true;
@@ -121,18 +133,23 @@ private:
     PhotoResult editCopy(const QString& source, const QString& target,
                          const CGImageProperties& record, const BatchSources* sources,
                          std::optional<ImageKind>& kind) const;
-    // A result when the copy is dropped for want of its edit.
-    std::optional<PhotoResult> editAndPublish(StagedOutput& output, const QString& source,
-                                              const QString& target,
-                                              const CGImageProperties& record,
-                                              std::optional<ImageKind> kind) const;
+    // Moves a staged output in, once it no longer shares the source's storage; a result when
+    // the copy is dropped for want of its edit.
+    std::optional<PhotoResult> publishStaged(StagedOutput& output, const QString& source,
+                                             const QString& target) const;
     PhotoResult editOldOutput(const StagedOutput& output, const QString& source,
                               const QString& target, const CGImageProperties& record,
                               const BatchSources* sources) const;
-    // The mode's metadata step on one file, whose kind is `kind` where it is known.
+    // The mode's metadata step on one file, whose kind is `kind` where it is known. With
+    // `copyTo`, the file at `path` is only read, and its edited bytes become a new file at
+    // `copyTo`, dated before it takes that name, which must be free.
     MetadataStep changeMetadata(const QString& path, const CGImageProperties& record,
                                 bool flushToDisk = true,
-                                std::optional<ImageKind> kind = std::nullopt) const;
+                                std::optional<ImageKind> kind = std::nullopt,
+                                const QString& copyTo = {}) const;
+    // changeMetadata() without a copy; `modifyDate` is set as soon as the edit is known.
+    MetadataStep writeStep(const QString& path, const CGImageProperties& record, bool flushToDisk,
+                           std::optional<ImageKind> kind, std::optional<QString>* modifyDate) const;
     // Whether an edit of a photo of this kind goes into the photo, into its sidecar.
     bool writesPhoto(ImageKind kind) const;
     bool writesSidecar(ImageKind kind) const;
@@ -142,7 +159,9 @@ private:
                             const CGImageProperties& record,
                             std::optional<ImageKind> outputKind = std::nullopt) const;
     // Sets the file dates the edit asks for; false when that failed.
-    bool setFileDates(const QString& path, const std::optional<QString>& modifyDate) const;
+    // Through the open `fd` where one is given.
+    bool setFileDates(const QString& path, const std::optional<QString>& modifyDate,
+                      int fd = -1) const;
     // What a photo whose output exists reports: nothing when the whole edit landed.
     QString problemOf(const MetadataStep& step, const QString& path, bool datesSet) const;
 

@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -44,6 +45,7 @@ const QRegularExpression& temporaryPattern() {
 }
 
 thread_local SafeFileReplace::Witness* t_witness = nullptr;
+thread_local SafeFileReplace::CopyScope* t_copy = nullptr;
 
 // The path under which this process reaches the open file `fd`.
 QByteArray fdPath(int fd) {
@@ -195,6 +197,23 @@ SafeFileReplace::WitnessScope::~WitnessScope() {
     t_witness = m_previous;
 }
 
+SafeFileReplace::CopyScope::CopyScope(const QString& source, const QString& destination,
+                                      std::function<bool(int fd)> beforePublish)
+    : m_previous(t_copy), m_source(source), m_destination(QFile::encodeName(destination)),
+      m_beforePublish(std::move(beforePublish)) {
+    t_copy = this;
+}
+
+SafeFileReplace::CopyScope::~CopyScope() {
+    t_copy = m_previous;
+}
+
+void SafeFileReplace::CopyScope::placeFailed(const char* what, int error) {
+    m_placeError = error;
+    m_placeErrorText = QStringLiteral("%1: %2").arg(QLatin1String(what),
+                                                    QString::fromLocal8Bit(std::strerror(error)));
+}
+
 std::size_t SafeFileReplace::unchangedTailSize(const char* data, std::size_t size,
                                                const QByteArray& original) {
     const std::size_t most = std::min(size, std::size_t(original.size()));
@@ -299,7 +318,8 @@ void SafeFileReplace::waitForReleases() {
     releasePool().waitForDone();
 }
 
-SafeFileReplace::SafeFileReplace(const QString& targetPath) : m_target(targetPath) {}
+SafeFileReplace::SafeFileReplace(const QString& targetPath)
+    : m_copy(t_copy && targetPath == t_copy->m_source ? t_copy : nullptr), m_target(targetPath) {}
 
 SafeFileReplace::~SafeFileReplace() {
     removeTemporary();
@@ -329,16 +349,17 @@ SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<File
     // A file of the user's is written through a symbolic link to the file it names, so that
     // the link stays a link. A file that goes without the flush is the run's own, made under a
     // name of its own, so no link leads to it: its name is taken as it is.
-    if (m_flushToDisk) {
+    if (m_flushToDisk && !m_copy) {
         const QString canonical = canonicalPathOf(m_target);
         m_encodedTarget = QFile::encodeName(canonical.isEmpty() ? m_target : canonical);
     } else {
         m_encodedTarget = QFile::encodeName(m_target);
     }
     // Without blocking: a pipe put in the photo's place must not stall the writer. The target
-    // is resolved once, here; a link put there since is not followed.
-    const int fd =
-        ::open(m_encodedTarget.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+    // is resolved once, here; a link put there since is not followed. The source of a copy is
+    // only read, so it is read through its link.
+    const int fd = ::open(m_encodedTarget.constData(),
+                          O_RDONLY | O_CLOEXEC | O_NONBLOCK | (m_copy ? 0 : O_NOFOLLOW));
     if (fd < 0) {
         if (errno == ELOOP)
             m_trouble = Trouble::NotRegular;
@@ -364,7 +385,7 @@ SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<File
         return ReadResult::Changed;
     }
     // Renaming needs only the folder's permission; a file that we may not write stays as it is.
-    if (::access(m_encodedTarget.constData(), W_OK) != 0) {
+    if (!m_copy && ::access(m_encodedTarget.constData(), W_OK) != 0) {
         fail(QStringLiteral("Failed to open file for writing"), errno);
         return ReadResult::Failed;
     }
@@ -434,27 +455,44 @@ bool SafeFileReplace::replaceHeadWith(const char* data, std::size_t size, qint64
     });
 }
 
-bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFrom,
-                              const std::function<bool(const QString&)>& verify) {
-    const QString targetName = QFile::decodeName(m_encodedTarget);
-    const QString folder = QFileInfo(targetName).absolutePath();
-    sweepLeftovers(folder);
-
+// Makes the file in `folder` that takes the new bytes, open as m_temporaryFd.
+bool SafeFileReplace::createTemporary(const QString& folder) {
     if (const int injected = injectedError(Step::Create))
         return fail(QStringLiteral("Failed to create a temporary file"), injected);
-    // A staged output's new bytes go into a file without a name, which takes the staged name
-    // only once it is complete. Making a file allocates its inode inside the call, and a named
+    // A staged output's or a copy's new bytes go into a file without a name, which takes its
+    // name only once it is complete. Making a file allocates its inode inside the call, and a named
     // one holds the folder's lock meanwhile, so that every other writer into the output folder
     // waits; without a name nothing waits, and nothing is left behind should the process die.
-    int fd = m_flushToDisk ? -1 : openUnnamedIn(folder);
+    int fd = m_flushToDisk && !m_copy ? -1 : openUnnamedIn(folder);
     if (fd < 0) {
         QByteArray pattern = temporaryTemplate(folder);
         fd = ::mkostemps(pattern.data(), 4, O_CLOEXEC);
-        if (fd < 0)
-            return fail(QStringLiteral("Failed to create a temporary file"), errno);
+        if (fd < 0) {
+            const int error = errno;
+            if (m_copy)
+                m_copy->placeFailed("create", error);
+            return fail(QStringLiteral("Failed to create a temporary file"), error);
+        }
         m_temporary = pattern;
     }
     m_temporaryFd = fd;
+    return true;
+}
+
+bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFrom,
+                              const std::function<bool(const QString&)>& verify) {
+    // While a copy is made on this thread, nothing else is replaced on it.
+    if (t_copy && (m_copy != t_copy || t_copy->m_used))
+        return fail(QStringLiteral("Failed to replace the file"), EPERM);
+    if (m_copy)
+        m_copy->m_used = true;
+    const QString targetName = QFile::decodeName(m_copy ? m_copy->m_destination : m_encodedTarget);
+    const QString folder = QFileInfo(targetName).absolutePath();
+    sweepLeftovers(folder);
+
+    if (!createTemporary(folder))
+        return false;
+    const int fd = m_temporaryFd;
     auto closeFd = qScopeGuard([&] {
         if (m_temporaryFd >= 0)
             ::close(m_temporaryFd);
@@ -464,6 +502,8 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     const qint64 kept = keptFrom < 0 ? 0 : targetSize() - keptFrom;
     if (!fillTemporary(fd, data, size, keptFrom, kept) || !verifyAndFlush(fd, verify))
         return false;
+    if (m_copy && m_copy->m_beforePublish && !m_copy->m_beforePublish(fd))
+        return fail(QStringLiteral("Failed to set the dates of the new file"), errno ? errno : EIO);
     struct stat written {};
     if (::fstat(fd, &written) != 0)
         return fail(QStringLiteral("Failed to examine the new file"), errno);
@@ -477,7 +517,7 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
         return fail(QStringLiteral("The new file is incomplete"), EIO);
     if (!m_flushToDisk && t_witness)
         t_witness->written(written, m_writtenCrc);
-    if (m_flushToDisk && t_witness) {
+    if (m_flushToDisk && !m_copy && t_witness) {
         // The witness keeps the bytes that are about to go; without them nothing is replaced.
         if (!readUpTo(keptFrom < 0 ? targetSize() : keptFrom))
             return false;
@@ -493,6 +533,8 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     }
     if (!moveIntoPlace(folder))
         return false;
+    if (m_copy)
+        return true;
     if (m_temporaryFd >= 0) {
         const int closing = std::exchange(m_temporaryFd, -1);
         if (::close(closing) != 0) {
@@ -519,10 +561,12 @@ bool SafeFileReplace::fillTemporary(int fd, const char* data, std::size_t size, 
     if (!bytesWritten)
         return fail(QStringLiteral("Failed to write the new file"), error);
 
-    // The owner first: changing it may clear set-id bits that the mode then restores.
-    if (::fchown(fd, m_status.st_uid, m_status.st_gid) != 0 && geteuid() == 0)
+    // The owner first: changing it may clear set-id bits that the mode then restores. A copy
+    // of a source that its owner may not write is ours, and its owner may write it.
+    const bool keepsOwner = !m_copy || (m_status.st_mode & S_IWUSR);
+    if (keepsOwner && ::fchown(fd, m_status.st_uid, m_status.st_gid) != 0 && geteuid() == 0)
         return fail(QStringLiteral("Failed to keep the file's owner"), errno);
-    if (::fchmod(fd, m_status.st_mode & 07777) != 0)
+    if (::fchmod(fd, (m_status.st_mode & 07777) | (m_copy ? S_IWUSR : 0)) != 0)
         return fail(QStringLiteral("Failed to keep the file's permissions"), errno);
     copyExtendedAttributes(m_encodedTarget.constData(), fd);
     return true;
@@ -556,6 +600,8 @@ bool SafeFileReplace::moveIntoPlace(const QString& folder) {
         m_trouble = Trouble::Changed;
         return fail(QStringLiteral("The file changed while it was being written"), EBUSY);
     }
+    if (m_copy)
+        return publishCopy();
     // A file that holds nothing of the user's (a batch's staged output) loses its name first,
     // so that the rename below puts the new file under a free name: renaming over an existing
     // file makes ext4 allocate and start writing the new file's blocks at once, inside the
@@ -586,6 +632,40 @@ bool SafeFileReplace::moveIntoPlace(const QString& folder) {
     m_temporary.clear();
     if (!aside.isEmpty())
         releasePool().start([aside] { ::unlink(aside.constData()); });
+    return true;
+}
+
+// Gives a finished copy its free name; a name taken meanwhile stays as it is.
+bool SafeFileReplace::publishCopy() {
+    CopyScope& copy = *m_copy;
+    const QByteArray& to = copy.m_destination;
+    const bool placed = m_temporary.isEmpty()
+                            ? ::linkat(AT_FDCWD, fdPath(m_temporaryFd).constData(), AT_FDCWD,
+                                       to.constData(), AT_SYMLINK_FOLLOW) == 0
+                            : renameNoReplace(m_temporary, to);
+    if (!placed) {
+        copy.placeFailed("rename", errno);
+        return fail(QStringLiteral("Failed to put the new file in place"), copy.m_placeError);
+    }
+    m_temporary.clear();
+    if (m_temporaryFd >= 0 && ::close(std::exchange(m_temporaryFd, -1)) != 0) {
+        const int error = errno;
+        ::unlink(to.constData());
+        return fail(QStringLiteral("Failed to close the new file"), error);
+    }
+    copy.m_published = true;
+    return true;
+}
+
+bool SafeFileReplace::renameNoReplace(const QByteArray& from, const QByteArray& to) {
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS)
+        return false;
+    // File systems without the no-replace rename: a hard link fails on an existing name.
+    if (::link(from.constData(), to.constData()) != 0)
+        return false;
+    ::unlink(from.constData());
     return true;
 }
 

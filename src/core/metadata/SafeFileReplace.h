@@ -60,6 +60,45 @@ public:
         Witness* m_previous;
     };
 
+    // Makes the replacement of one file on this thread, while it lives, a copy: the new bytes
+    // do not take `source`'s place but become a new file at `destination`, a name that must
+    // be free (a file there, or one put there meanwhile, is never replaced). The source is only
+    // read, through a link if it is one. The copy gets the source's owner and extended
+    // attributes where it may, and its permissions with the owner's write bit; it goes without
+    // the flush, as a staged output does. `beforePublish` is given the finished file's
+    // descriptor before it takes its name (to set its dates); false from it leaves the name
+    // free. Any other replacement on this thread meanwhile fails, so that a copy's bytes never
+    // take the place of a file of the user's.
+    class CopyScope {
+    public:
+        CopyScope(const QString& source, const QString& destination,
+                  std::function<bool(int fd)> beforePublish);
+        ~CopyScope();
+        CopyScope(const CopyScope&) = delete;
+        CopyScope& operator=(const CopyScope&) = delete;
+
+        // Whether the copy took its name.
+        bool published() const { return m_published; }
+        // Why no new file could be made in the destination's folder, or why the complete and
+        // checked one could not take its name (taken meanwhile, say): the errno value and a
+        // text; 0 when neither happened.
+        int placeError() const { return m_placeError; }
+        const QString& placeErrorText() const { return m_placeErrorText; }
+
+    private:
+        friend class SafeFileReplace;
+        // Keeps `error` (an errno value) as the reason, `what` naming the step.
+        void placeFailed(const char* what, int error);
+        CopyScope* m_previous;
+        QString m_source;
+        QByteArray m_destination;
+        std::function<bool(int fd)> m_beforePublish;
+        bool m_used = false;
+        bool m_published = false;
+        int m_placeError = 0;
+        QString m_placeErrorText;
+    };
+
     // The steps of a replacement, at each of which a test can inject a failure or block
     // (writeFaultAt, WriteSeams.h). `Write` is reached before each chunk of the temporary
     // file, so a test can stop a writer with the copy half done.
@@ -137,6 +176,8 @@ public:
     // another reason than a name in use, with `error` (if given) set to its errno value.
     static QByteArray linkUnderTemporaryName(const QByteArray& folder, const QByteArray& target,
                                              int* error = nullptr);
+    // Renames `from` to `to` unless a file is there; false with errno set otherwise.
+    static bool renameNoReplace(const QByteArray& from, const QByteArray& to);
     // Removes, once per folder and process, the temporary files in `folder` whose process is
     // gone. Replacing a file does this for its folder by itself.
     static void sweepLeftovers(const QString& folder);
@@ -153,15 +194,19 @@ private:
                  const std::function<bool(const QString& temporaryPath)>& verify);
     // The steps of replace() on the temporary file `fd`: the new bytes with the target's
     // owner, mode and attributes; the caller's check and the flush; the move over the target.
+    bool createTemporary(const QString& folder);
     bool fillTemporary(int fd, const char* data, std::size_t size, qint64 keptFrom, qint64 kept);
     bool verifyAndFlush(int fd, const std::function<bool(const QString& temporaryPath)>& verify);
     bool moveIntoPlace(const QString& folder);
+    bool publishCopy();
     bool writeNewBytes(int fd, const char* data, std::size_t size, int* error);
     // With `crc`, the bytes go through memory and are summed on the way, continuing `*crc`.
     bool copyFromTarget(int fd, qint64 from, qint64 to, qint64 length, int* error,
                         std::uint32_t* crc = nullptr);
 
     bool m_flushToDisk = true;
+    // The copy this replacement makes instead, if any (CopyScope).
+    CopyScope* m_copy = nullptr;
     int m_readFd = -1;
     // The temporary file while it is open.
     int m_temporaryFd = -1;

@@ -435,8 +435,9 @@ TEST_F(Safety, EveryPhotoThatDidNotGetTheEditIsReported) {
     ::umount(QFile::encodeName(small).constData());
 }
 
-// A batch killed while writing into an output folder leaves hidden files; the next run there
-// removes them (but those of a process that still lives).
+// A batch killed while writing into an output folder leaves nothing there: its copies have no
+// name until they are complete. Hidden files that a killed writer left (one without files of
+// no name, say) are removed by the next run there, but those of a process that still lives.
 TEST_F(Safety, LeftoversOfAKilledRunAreRemovedByTheNextRunThere) {
     const QStringList photos = {photo("p1.jpg"), photo("p2.jpg")};
     QDir().mkpath(out());
@@ -456,8 +457,8 @@ TEST_F(Safety, LeftoversOfAKilledRunAreRemovedByTheNextRunThere) {
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status));
-    const QStringList leftovers = QDir(out()).entryList(QDir::Files | QDir::Hidden);
-    ASSERT_FALSE(leftovers.isEmpty());
+    EXPECT_EQ(QDir(out()).entryList(QDir::Files | QDir::Hidden), QStringList());
+    writeBytes(out() + QStringLiteral("/.tagmoor-%1-abcdef.tmp").arg(child), "x");
     // One of a process that lives (this one) must stay.
     const QString live = QStringLiteral("/.tagmoor-%1-abcdef.tmp").arg(::getpid());
     writeBytes(out() + live, "x");
@@ -467,6 +468,33 @@ TEST_F(Safety, LeftoversOfAKilledRunAreRemovedByTheNextRunThere) {
     EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
     check.checkAgainstStderr([&](const QString& s) { return inFolder(out(), s); }, r.err);
     EXPECT_EQ(fileNames(out()), (QStringList{live.mid(1), "p1.jpg", "p2.jpg"}));
+}
+
+// A copy takes its name only while the name is free: a file put there while the copy was
+// being written stays as it is, and is named. A photo reached through a link is copied like
+// any other, the link and its file left as they are.
+TEST_F(Safety, ACopyNeverTakesTheNameOfAFilePutThereMeanwhile) {
+    const QString linked = photo("real.jpg", root() + "/a");
+    const QByteArray linkedBytes = readBytes(linked);
+    ASSERT_TRUE(QFile::link(linked, in() + "/linked.jpg"));
+    const QStringList photos = {photo("p1.jpg"), in() + "/linked.jpg"};
+    const QString theirs = out() + "/p1.jpg";
+    QDir().mkpath(out());
+    test::setWriteFaultHook([&](SafeFileReplace::Step step) {
+        if (step == SafeFileReplace::Step::Verify && !QFileInfo::exists(theirs))
+            writeBytes(theirs, "not ours");
+        return 0;
+    });
+    const auto unhook = qScopeGuard([] { test::setWriteFaultHook({}); });
+    RunValues v = editRun(ProcessingMode::keepUnedited, out());
+    edit(v, "Artist", "Jane");
+    const BatchResult r = runBatch(v, recordsOf(photos));
+    EXPECT_EQ(readBytes(theirs), QByteArray("not ours"));
+    EXPECT_EQ(reportedPaths(r), QStringList{photos[0]});
+    EXPECT_TRUE(hasArtist(out() + "/linked.jpg"));
+    EXPECT_TRUE(readBytes(linked) == linkedBytes);
+    EXPECT_TRUE(QFileInfo(in() + "/linked.jpg").isSymLink());
+    EXPECT_EQ(fileNames(out()), (QStringList{"linked.jpg", "p1.jpg"}));
 }
 
 // A file that gives no record is no photo of the run: named on stderr, not counted.

@@ -77,6 +77,22 @@ TEST_F(SidecarRun, AFormatThatCannotBeWrittenGetsASidecarAndKeepsItsBytes) {
     EXPECT_FALSE(findSidecar(jpeg));
 }
 
+// Into an output folder, such a photo is copied as it is, its sidecar beside it.
+TEST_F(SidecarRun, ACopyOfAFormatThatCannotBeWrittenKeepsItsBytesBesideItsSidecar) {
+    const QString heic = copySample(modernFixture("small.heic"), dir.path());
+    const QString jpeg = makeJpeg(path("plain.jpg"));
+    ASSERT_TRUE(QDir().mkpath(path("out")));
+    ValueFormScope scope(ValueForm::standard);
+    RunValues values = editRun(ProcessingMode::keepUnedited, path("out"));
+    values.sidecar = SidecarOptions::frontEndDefault();
+    edit(values, "Artist", "Jane");
+    const BatchResult result = runBatch(values, recordsOf({heic, jpeg}));
+    EXPECT_TRUE(result.problems.isEmpty()) << result.problems.value(0).reason.toStdString();
+    EXPECT_EQ(readBytes(path("out/small.heic")), readBytes(heic));
+    EXPECT_EQ(sidecarText(path("out/small.heic.xmp"), "Exif.Image.Artist"), QStringLiteral("Jane"));
+    EXPECT_EQ(tagOf(path("out/plain.jpg"), "Exif.Image.Artist"), QStringLiteral("Jane"));
+}
+
 TEST_F(SidecarRun, AlwaysLeavesThePhotoAndBothWritesBothIntoTheSidecarFound) {
     ValueFormScope scope(ValueForm::standard);
     const QString jpeg = makeJpeg(path("photo.jpg"));

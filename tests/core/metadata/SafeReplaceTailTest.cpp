@@ -6,8 +6,13 @@
 #include "metadata/SafeFileReplace.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+
+#include <cerrno>
+#include <sys/stat.h>
 
 namespace tagmoor::test {
 namespace {
@@ -87,6 +92,57 @@ TEST(SafeReplaceTail, AHeadCheckSeesTheHeadAsTheFileHoldsItAndCanStopTheReplacem
     SafeFileReplace::waitForReleases();
     QDir folder(tmp.path());
     EXPECT_EQ(folder.entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+// A copy reads its source (through a link) and makes a new file at a free name; it replaces
+// nothing: not its source, not a file that took the name first, not another file written on
+// the thread meanwhile.
+TEST(SafeReplaceTail, ACopyMakesANewFileAndReplacesNothing) {
+    QTemporaryDir tmp;
+    const QString source = tmp.path() + "/source.jpg";
+    const QString link = tmp.path() + "/link.jpg";
+    const QByteArray old = randomBytes(150 * 1024, 5);
+    const QByteArray head = randomBytes(3000, 6);
+    ASSERT_TRUE(writeBytes(source, old));
+    ASSERT_TRUE(QFile::link(source, link));
+    ASSERT_EQ(::chmod(QFile::encodeName(source).constData(), 0444), 0);
+    const auto copyInto = [&](const QString& path, const QString& destination, bool dated) {
+        int seenFd = -1;
+        SafeFileReplace::CopyScope copy(link, destination, [&](int fd) {
+            seenFd = fd;
+            return dated;
+        });
+        SafeFileReplace file(path);
+        file.setFlushToDisk(false);
+        const bool read = file.readTarget(std::nullopt, 4096) == SafeFileReplace::ReadResult::Read;
+        const bool done = read && file.replaceHeadWith(head.constData(), std::size_t(head.size()),
+                                                       5000, [](QByteArray&) { return true; });
+        EXPECT_EQ(done, copy.published());
+        EXPECT_EQ(seenFd >= 0, read && path == link);
+        return std::pair{done, copy.placeError()};
+    };
+
+    const QString made = tmp.path() + "/made.jpg";
+    EXPECT_EQ(copyInto(link, made, true), std::pair(true, 0));
+    EXPECT_TRUE(readBytes(made) == head + old.mid(5000));
+    EXPECT_TRUE(QFileInfo(made).permissions() & QFile::WriteOwner);
+
+    const QString taken = tmp.path() + "/taken.jpg";
+    const QByteArray theirs = randomBytes(20000, 7);
+    ASSERT_TRUE(writeBytes(taken, theirs));
+    EXPECT_EQ(copyInto(link, taken, true), std::pair(false, EEXIST));
+    EXPECT_TRUE(readBytes(taken) == theirs);
+
+    const QString undated = tmp.path() + "/undated.jpg";
+    EXPECT_EQ(copyInto(link, undated, false), std::pair(false, 0));
+    EXPECT_EQ(copyInto(taken, undated, true), std::pair(false, 0));
+    EXPECT_FALSE(QFileInfo::exists(undated));
+    EXPECT_TRUE(readBytes(taken) == theirs);
+
+    EXPECT_TRUE(readBytes(source) == old);
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_EQ(QDir(tmp.path()).entryList(QDir::Files | QDir::Hidden | QDir::System),
+              (QStringList{"link.jpg", "made.jpg", "source.jpg", "taken.jpg"}));
 }
 
 } // namespace
