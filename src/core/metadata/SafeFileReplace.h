@@ -40,8 +40,8 @@ public:
         virtual bool beforeReplace(const QString& target, const QByteArray& replaced,
                                    qint64 keptFrom, const char* newData, std::size_t newSize,
                                    const struct stat& old, QString* error) = 0;
-        // Told of each new file written without the flush (a staged output), once it is
-        // complete: its status then, and the CRC-32C of all its bytes, taken as they were
+        // Told of each new file written without the flush (a staged output or a copy), once
+        // it is complete: its status then, and the CRC-32C of all its bytes, taken as they were
         // written.
         virtual void written(const struct stat& file, std::uint32_t crc) {
             Q_UNUSED(file);
