@@ -40,6 +40,23 @@ std::optional<QString> locationOf(const QString& path) {
     return QStringLiteral("%1:%2/").arg(id->device).arg(id->inode) + path.mid(slash + 1);
 }
 
+namespace {
+
+// The entry at `path` itself, a link not followed.
+std::optional<struct stat> entryAt(const QString& path) {
+    struct stat st {};
+    if (::lstat(QFile::encodeName(path).constData(), &st) != 0)
+        return std::nullopt;
+    return st;
+}
+
+} // namespace
+
+std::optional<QString> resolvedLocationOf(const QString& path) {
+    const auto entry = entryAt(path);
+    return locationOf(entry && S_ISREG(entry->st_mode) ? path : canonicalPathOf(path));
+}
+
 bool entryExists(const QString& path) {
     struct stat st {};
     return ::lstat(QFile::encodeName(path).constData(), &st) == 0;
@@ -85,11 +102,18 @@ BatchSources::BatchSources(const PhotoSource& photos) : m_photos(&photos) {
         const QString path = photos.pathOf(i);
         if (path.isEmpty())
             continue;
-        if (const auto id = fileIdOf(path))
+        // A file that is no link stands where its path says: its place is its folder's (that
+        // folder reached through links or not) and its name. Only a link is resolved.
+        const auto entry = entryAt(path);
+        const bool plainFile = entry && S_ISREG(entry->st_mode);
+        if (const auto id =
+                plainFile ? FileId{quint64(entry->st_dev), quint64(entry->st_ino)} : fileIdOf(path))
             m_inodes[id->device].push_back(id->inode);
         const Place place = placeOf(path);
         if (const auto folder = folderId(place.folder))
             m_places[*folder].push_back(nameHash(place.name) | quint32(i));
+        if (plainFile)
+            continue;
         const QString resolved = canonicalPathOf(path);
         if (resolved.isEmpty() || resolved == path)
             continue;

@@ -33,6 +33,10 @@ std::optional<FileId> fileIdOf(const QString& path);
 // at the path itself is not followed. Nothing when the folder does not exist.
 std::optional<QString> locationOf(const QString& path);
 
+// Where the file that `path` resolves to stands: locationOf() of its canonical path. Only a
+// link at the path itself is resolved for it; links among its folders lead to the same folder.
+std::optional<QString> resolvedLocationOf(const QString& path);
+
 // Whether something, even a dangling link, stands at `path`.
 bool entryExists(const QString& path);
 

@@ -8,7 +8,6 @@
 #include "dates/DateTexts.h"
 #include "dates/OriginalDate.h"
 #include "dates/PhotoDateRule.h"
-#include "foundation/CanonicalPath.h"
 #include "metadata/ImageKind.h"
 #include "metadata/MetadataTest.h"
 #include "metadata/PropertyLoading.h"
@@ -129,7 +128,7 @@ PhotoPlan PhotoPipeline::plan(const CGImageProperties& record, int processed, in
     // The output is one file in its folder (the output folder, or the photo's own): a name
     // from the rename rule or the library that would make, climb or leave a folder is refused.
     p.unsafeName = !isSingleFileName(newName) || folderOf(p.finalPath) != folder;
-    p.sourceLocation = locationOf(canonicalPathOf(p.sourcePath)).value_or(QString());
+    p.sourceLocation = resolvedLocationOf(p.sourcePath).value_or(QString());
     p.finalLocation = locationOf(p.finalPath).value_or(QString());
     return p;
 }

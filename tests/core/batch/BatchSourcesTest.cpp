@@ -67,4 +67,10 @@ TEST(BatchSources, KnowSourcesByFileAndByPlaceAndNothingElse) {
         EXPECT_TRUE(sources.contains(path)) << path.toStdString();
     }
     EXPECT_FALSE(BatchSources().contains(paths[9]));
+
+    // A source's place, as the run's photos in work are kept apart by it: a linked folder
+    // leads to the folder's place, a link at the path to its file's.
+    EXPECT_EQ(resolvedLocationOf(tmp.path() + "/alias/p12.jpg"), locationOf(paths[12]));
+    EXPECT_EQ(resolvedLocationOf(paths.last()), locationOf(other + "/target.jpg"));
+    EXPECT_NE(resolvedLocationOf(paths.last()), locationOf(paths.last()));
 }
