@@ -86,8 +86,11 @@ QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNum
 }
 
 QString renamedBase(const Rename& rule, const QString& baseName, qint64 firstNumber) {
+    // Only a name format reads the clock (in the local zone, which costs a look-up).
     const auto* format = rule.as<ChangeFileNameFormat>();
-    const bool dated = format && format->nameFormatNF.kind == NameFormat::Case::nameAndDate;
+    if (!format)
+        return renamedBase(rule, baseName, firstNumber, QDateTime());
+    const bool dated = format->nameFormatNF.kind == NameFormat::Case::nameAndDate;
     return renamedBase(rule, baseName, firstNumber,
                        dated ? distinctRenameMoment() : QDateTime::currentDateTime());
 }
