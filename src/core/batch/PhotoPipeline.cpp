@@ -254,8 +254,9 @@ PhotoResult PhotoPipeline::editCopy(const QString& source, const QString& target
     } else {
         // Else the copy is staged: made beside its place as a link to the source (or a copy
         // of it) and moved in once done. A photo that takes no edit of its own (its edit goes
-        // to its sidecar), or whose edit failed, keeps the step's outcome; where no new file
-        // could be made for the edit, the staged file takes it where it stands.
+        // to its sidecar), or whose edit failed, keeps the step's outcome; where the copy
+        // could not be begun, the staged file, if one can be made, takes the edit where it
+        // stands.
         output.staged =
             FileCopier::stage(source, folderOf(target), &output.error, &output.errorCode);
         if (!output.staged.isEmpty()) {

@@ -104,8 +104,9 @@ private:
         // The new modify date text, if any.
         std::optional<QString> modifyDate;
         // For a copy written straight to its name (changeMetadata()'s `copyTo`): whether it
-        // took that name, whether its file dates were set, and why it could not be made or
-        // placed in the output folder (a text and errno value; 0 when it could).
+        // took that name, whether its file dates were set, and why it could not be begun (the
+        // source would not open, no new file could be made in the output folder) or placed
+        // there (a text and errno value; 0 when none of these happened).
         bool published = false;
         bool dated = true;
         QString placeError;

@@ -361,9 +361,14 @@ SafeFileReplace::ReadResult SafeFileReplace::readTarget(const std::optional<File
     const int fd = ::open(m_encodedTarget.constData(),
                           O_RDONLY | O_CLOEXEC | O_NONBLOCK | (m_copy ? 0 : O_NOFOLLOW));
     if (fd < 0) {
-        if (errno == ELOOP)
+        const int error = errno;
+        if (error == ELOOP)
             m_trouble = Trouble::NotRegular;
-        fail(QStringLiteral("Failed to open file"), errno);
+        // A source that cannot be opened gives no copy at all, as opposed to a copy whose
+        // edit failed.
+        if (m_copy)
+            m_copy->placeFailed("open source", error);
+        fail(QStringLiteral("Failed to open file"), error);
         return ReadResult::Failed;
     }
     // Kept open until the replacement is done: the unchanged end of the new bytes is copied

@@ -79,9 +79,9 @@ public:
 
         // Whether the copy took its name.
         bool published() const { return m_published; }
-        // Why no new file could be made in the destination's folder, or why the complete and
-        // checked one could not take its name (taken meanwhile, say): the errno value and a
-        // text; 0 when neither happened.
+        // Why the source could not be opened, no new file could be made in the destination's
+        // folder, or the complete and checked one could not take its name (taken meanwhile,
+        // say): the errno value and a text; 0 when none of these happened.
         int placeError() const { return m_placeError; }
         const QString& placeErrorText() const { return m_placeErrorText; }
 
