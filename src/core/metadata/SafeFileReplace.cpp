@@ -507,8 +507,9 @@ bool SafeFileReplace::replace(const char* data, std::size_t size, qint64 keptFro
     const qint64 kept = keptFrom < 0 ? 0 : targetSize() - keptFrom;
     if (!fillTemporary(fd, data, size, keptFrom, kept) || !verifyAndFlush(fd, verify))
         return false;
+    // errno is not the hook's to tell: whatever it logged since may have changed it.
     if (m_copy && m_copy->m_beforePublish && !m_copy->m_beforePublish(fd))
-        return fail(QStringLiteral("Failed to set the dates of the new file"), errno ? errno : EIO);
+        return fail(QStringLiteral("Failed to set the dates of the new file"), EIO);
     struct stat written {};
     if (::fstat(fd, &written) != 0)
         return fail(QStringLiteral("Failed to examine the new file"), errno);
