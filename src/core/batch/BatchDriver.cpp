@@ -59,11 +59,6 @@ public:
         return m_paths.empty() ? otherwise : m_paths.begin()->first;
     }
 
-    void waitAll() {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [&] { return m_paths.empty(); });
-    }
-
 private:
     // By text and by place: two texts may reach one folder through a link or a mount.
     static bool sharesPath(const PhotoPlan& a, const PhotoPlan& b) {
@@ -133,6 +128,13 @@ int selectedCount(const PhotoSource& photos) {
 
 } // namespace
 
+// A planned photo: its place in the list, its plan and its record.
+struct BatchDriver::StartedPhoto {
+    int index = 0;
+    PhotoPlan plan;
+    CGImageProperties record;
+};
+
 // What the photos of one run share while they are in work. The pool comes last, so that it
 // waits for its workers before anything they use goes.
 struct BatchDriver::RunState {
@@ -152,6 +154,10 @@ struct BatchDriver::RunState {
     // The photos' notes by list position.
     std::mutex notesMutex;
     std::map<int, PhotoProblem> notes;
+    // The next photo of the list to plan, and whether a stop ended the planning.
+    std::mutex planning;
+    int next = 0;
+    bool ended = false;
     QThreadPool pool;
 };
 
@@ -206,8 +212,6 @@ BatchResult BatchDriver::run(const PhotoSource& photos) {
     sweepOutputFolder();
     RunState state(photos, m_threads, m_problemSink);
     const int reached = startPhotos(state, result);
-    state.inFlight.waitAll();
-    state.pool.waitForDone();
     result.totalProcessedPhotos = state.written.load();
     result.processedWithoutEdit = state.withoutEdit.load();
     state.problems.handOver(photos.count());
@@ -227,39 +231,63 @@ void BatchDriver::sweepOutputFolder() const {
 }
 
 int BatchDriver::startPhotos(RunState& state, BatchResult& result) {
+    StartedPhoto photo;
+    if (m_threads == 1) {
+        while (planNext(state, result, photo)) {
+            processPhoto(state, photo.index, photo.plan, photo.record);
+            state.problems.handOver(photo.index + 1);
+        }
+        return state.next;
+    }
+    // Each worker plans its next photo itself as soon as it is free: no photo waits in a
+    // queue, and no thread wakes another between two photos.
+    for (int worker = 0; worker < m_threads; ++worker) {
+        state.pool.start([this, &state, &result] {
+            lowerThisThreadsPriority();
+            StartedPhoto next;
+            while (planNext(state, result, next)) {
+                processPhoto(state, next.index, next.plan, next.record);
+                state.inFlight.done(next.index);
+            }
+        });
+    }
+    state.pool.waitForDone();
+    return state.next;
+}
+
+bool BatchDriver::planNext(RunState& state, BatchResult& result, StartedPhoto& photo) {
+    // One photo is planned at a time, in list order: its number, its output name and the
+    // stop question all follow the list, whichever worker asks.
+    const std::lock_guard lock(state.planning);
     const PhotoSource& photos = state.photos;
-    const int count = photos.count();
-    int i = 0;
-    for (; i < count; ++i) {
+    for (; !state.ended && state.next < photos.count(); ++state.next) {
         if (m_stop.waitBetweenPhotos()) {
             result.stopped = true;
+            state.ended = true;
             break;
         }
+        const int i = state.next;
         if (!photos.isSelected(i))
             continue;
         ++result.processed;
-        CGImageProperties record = photos.recordForRun(i);
+        photo.index = i;
+        photo.record = photos.recordForRun(i);
         // A skipped photo uses up its number too.
-        PhotoPlan plan =
-            m_pipeline.plan(record, result.processed, result.total, m_numbering.take());
-        if (plan.outputDirectoryValue)
-            result.outputDirectoryValue = *plan.outputDirectoryValue;
+        photo.plan =
+            m_pipeline.plan(photo.record, result.processed, result.total, m_numbering.take());
+        if (photo.plan.outputDirectoryValue)
+            result.outputDirectoryValue = *photo.plan.outputDirectoryValue;
         if (m_observer)
-            m_observer->photoStarted(plan);
-        if (m_threads == 1) {
-            processPhoto(state, i, plan, record);
-        } else {
-            state.inFlight.admit(i, plan);
-            state.pool.start([this, &state, i, plan = std::move(plan), record = std::move(record)] {
-                lowerThisThreadsPriority();
-                processPhoto(state, i, plan, record);
-                state.inFlight.done(i);
-            });
+            m_observer->photoStarted(photo.plan);
+        ++state.next;
+        if (m_threads > 1) {
+            state.inFlight.admit(i, photo.plan);
+            // A worker reports a photo's problem before it leaves the photos in work.
+            state.problems.handOver(state.inFlight.first(i + 1));
         }
-        // A worker reports a photo's problem before it leaves the photos in work.
-        state.problems.handOver(state.inFlight.first(i + 1));
+        return true;
     }
-    return i;
+    return false;
 }
 
 void BatchDriver::processPhoto(RunState& state, int index, const PhotoPlan& plan,

@@ -58,9 +58,13 @@ public:
 
 private:
     struct RunState;
+    struct StartedPhoto;
     // Plans the selected photos in list order and hands each to the pipeline, on a worker when
     // there are several, until the end of the list or a stop. Gives the index it stopped at.
     int startPhotos(RunState& state, BatchResult& result);
+    // Plans the next selected photo into `photo`, after the stop question; false once the list
+    // or the run has ended.
+    bool planNext(RunState& state, BatchResult& result, StartedPhoto& photo);
     void processPhoto(RunState& state, int index, const PhotoPlan& plan,
                       const CGImageProperties& record) const;
     // process() of the pipeline with the journal told of what the photo changed and made.

@@ -5,8 +5,9 @@
 
 namespace tagmoor {
 
-// Progress of a run, called on the run's own thread (photoDone possibly on a worker). An
-// observer must not block: the application forwards the calls to its main thread.
+// Progress of a run, called on the run's own thread or on its workers: photoStarted for one
+// photo at a time and in list order, photoDone as each photo ends. An observer must not
+// block: the application forwards the calls to its main thread.
 class BatchObserver {
 public:
     virtual ~BatchObserver() = default;
