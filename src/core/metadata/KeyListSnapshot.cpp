@@ -78,34 +78,59 @@ template <typename Map> int placeIn(const Map& map, const typename Map::key_type
 
 } // namespace
 
-KeyListSnapshot::KeyListSnapshot(const Exiv2::Image& image)
-    : m_iptcKeys(iptcKeyNames()), m_xmpKeys(xmpKeyNames()) {
+// The keys a snapshot compares and where each one's value sits. It depends only on whether the
+// file is TIFF-built, so each of the two is laid out once and shared by every snapshot.
+struct KeyListSnapshot::Layout {
+    explicit Layout(bool tiff);
+
+    static const Layout& of(bool tiff) {
+        static const Layout plain(false);
+        static const Layout tiffBuilt(true);
+        return tiff ? tiffBuilt : plain;
+    }
+
+    QStringList exifKeys;
+    QStringList iptcKeys = iptcKeyNames();
+    QStringList xmpKeys = xmpKeyNames();
+    // Where each key of the lists sits among the values: Exif and IPTC keys by the numbers
+    // that name them in their block, XMP keys by their text.
+    std::unordered_map<quint32, int> exifAt;
+    std::unordered_map<quint32, int> iptcAt;
+    std::unordered_map<std::string, int> xmpAt;
+    // The place of each key of the three lists, in list order.
+    std::vector<int> placeOf;
+};
+
+KeyListSnapshot::Layout::Layout(bool tiff) {
     // Left out: the rows that no reader or writer uses (the maker note is among them, and
     // Exiv2 rewrites it), and in TIFF-built files the tags of the pictures' layout, which
     // Exiv2 keeps as the file has them.
-    const bool tiff = isTiffContainer(image);
-    const QStringList& exifKeys = exifKeyNames();
-    for (int row = 0; row < exifKeys.size(); ++row) {
+    const QStringList& allExifKeys = exifKeyNames();
+    for (int row = 0; row < allExifKeys.size(); ++row) {
         if (isSkippedExifRow(row))
             continue;
         if (tiff) {
-            const Exiv2::ExifKey key(exifKeys.at(row).toStdString());
+            const Exiv2::ExifKey key(allExifKeys.at(row).toStdString());
             if (describesPicture(key.groupName(), key.tag()))
                 continue;
         }
-        m_exifKeys << exifKeys.at(row);
+        exifKeys << allExifKeys.at(row);
     }
     // Two texts of one key (a key named twice) share the place of the first.
     const auto place = [this](auto& map, const auto& key) {
-        const int next = int(m_placeOf.size());
-        m_placeOf.push_back(map.emplace(key, next).first->second);
+        const int next = int(placeOf.size());
+        placeOf.push_back(map.emplace(key, next).first->second);
     };
-    for (const QString& key : std::as_const(m_exifKeys))
-        place(m_exifAt, knownKey<Exiv2::ExifKey>(key).id);
-    for (const QString& key : std::as_const(m_iptcKeys))
-        place(m_iptcAt, knownKey<Exiv2::IptcKey>(key).id);
-    for (const QString& key : std::as_const(m_xmpKeys))
-        place(m_xmpAt, knownKey<Exiv2::XmpKey>(key).text);
+    for (const QString& key : std::as_const(exifKeys))
+        place(exifAt, knownKey<Exiv2::ExifKey>(key).id);
+    for (const QString& key : std::as_const(iptcKeys))
+        place(iptcAt, knownKey<Exiv2::IptcKey>(key).id);
+    for (const QString& key : std::as_const(xmpKeys))
+        place(xmpAt, knownKey<Exiv2::XmpKey>(key).text);
+}
+
+KeyListSnapshot::KeyListSnapshot(const Exiv2::Image& image)
+    : m_layout(Layout::of(isTiffContainer(image))) {
     // The image goes on changing as it is written: the snapshot keeps copies of its values.
     m_values = valuesOf(image);
     for (const Exiv2::Value*& value : m_values) {
@@ -119,22 +144,23 @@ KeyListSnapshot::KeyListSnapshot(const Exiv2::Image& image)
 KeyListSnapshot::~KeyListSnapshot() = default;
 
 KeyListSnapshot::Values KeyListSnapshot::valuesOf(const Exiv2::Image& image) const {
-    Values values(std::size_t(m_exifKeys.size() + m_iptcKeys.size() + m_xmpKeys.size()));
+    const Layout& l = m_layout;
+    Values values(std::size_t(l.exifKeys.size() + l.iptcKeys.size() + l.xmpKeys.size()));
     takeFirstValues(
         image.exifData(),
         [&](const Exiv2::Exifdatum& datum) {
-            return placeIn(m_exifAt, idOf(datum.ifdId(), datum.tag()));
+            return placeIn(l.exifAt, idOf(datum.ifdId(), datum.tag()));
         },
         values);
     takeFirstValues(
         image.iptcData(),
         [&](const Exiv2::Iptcdatum& datum) {
-            return placeIn(m_iptcAt, idOf(int(datum.record()), datum.tag()));
+            return placeIn(l.iptcAt, idOf(int(datum.record()), datum.tag()));
         },
         values);
     takeFirstValues(
         image.xmpData(),
-        [&](const Exiv2::Xmpdatum& datum) { return placeIn(m_xmpAt, datum.key()); }, values);
+        [&](const Exiv2::Xmpdatum& datum) { return placeIn(l.xmpAt, datum.key()); }, values);
     return values;
 }
 
@@ -142,10 +168,11 @@ QStringList KeyListSnapshot::differencesIn(const Exiv2::Image& written) const {
     const Values now = valuesOf(written);
     QStringList differing;
     std::size_t at = 0;
-    for (const QStringList* keys : {&m_exifKeys, &m_iptcKeys, &m_xmpKeys}) {
-        const bool byText = keys == &m_xmpKeys;
+    const Layout& l = m_layout;
+    for (const QStringList* keys : {&l.exifKeys, &l.iptcKeys, &l.xmpKeys}) {
+        const bool byText = keys == &l.xmpKeys;
         for (const QString& key : *keys) {
-            const auto place = std::size_t(m_placeOf[at++]);
+            const auto place = std::size_t(l.placeOf[at++]);
             const Exiv2::Value* asked = m_values[place];
             const Exiv2::Value* landed = now[place];
             const bool same = !asked ? !landed : landed && sameValue(*asked, *landed, byText);

@@ -3,8 +3,6 @@
 #include <QStringList>
 
 #include <memory>
-#include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Exiv2 {
@@ -29,22 +27,13 @@ public:
     QStringList differencesIn(const Exiv2::Image& written) const;
 
 private:
-    struct Block;
+    struct Layout;
     // The first value under each key of the three lists, in list order (null when none); held
     // by the image it was read from, or by m_copies.
     using Values = std::vector<const Exiv2::Value*>;
     Values valuesOf(const Exiv2::Image& image) const;
 
-    QStringList m_exifKeys;
-    QStringList m_iptcKeys;
-    QStringList m_xmpKeys;
-    // Where each key of the lists sits among the values: Exif and IPTC keys by the numbers
-    // that name them in their block, XMP keys by their text.
-    std::unordered_map<quint32, int> m_exifAt;
-    std::unordered_map<quint32, int> m_iptcAt;
-    std::unordered_map<std::string, int> m_xmpAt;
-    // The place of each key of the three lists, in list order.
-    std::vector<int> m_placeOf;
+    const Layout& m_layout;
     Values m_values;
     std::vector<std::unique_ptr<Exiv2::Value>> m_copies;
 };
