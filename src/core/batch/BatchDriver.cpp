@@ -9,6 +9,7 @@
 #include "metadata/SafeFileReplace.h"
 #include "model/PropertyValue.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QThreadPool>
 
@@ -18,6 +19,8 @@
 #include <map>
 #include <mutex>
 #include <vector>
+
+#include <sys/stat.h>
 
 namespace tagmoor {
 
@@ -341,12 +344,15 @@ PhotoResult BatchDriver::processJournaled(RunState& state, const PhotoPlan& plan
         const QString& path = outputs.at(qsizetype(i));
         if (path.isEmpty())
             continue;
-        const auto now = fileIdOf(path);
+        struct stat st {};
+        if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+            continue;
+        const FileId now{quint64(st.st_dev), quint64(st.st_ino)};
         // A file the run replaced in place is journaled with its old bytes, not as made.
-        if (!now || now == sourceId || now == before[i] ||
+        if (now == sourceId || now == before[i] ||
             (!replaced.isEmpty() && replaced.contains(canonicalPathOf(path))))
             continue;
-        m_journal->recordCreated(path);
+        m_journal->recordCreated(path, st);
     }
     return outcome;
 }

@@ -339,8 +339,11 @@ void RunJournal::written(const struct stat& file, std::uint32_t crc) {
 
 void RunJournal::recordCreated(const QString& path) {
     struct stat st {};
-    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
-        return;
+    if (::stat(QFile::encodeName(path).constData(), &st) == 0)
+        recordCreated(path, st);
+}
+
+void RunJournal::recordCreated(const QString& path, const struct stat& st) {
     // The file as it was written here, unless it has been replaced or resized since: its
     // checksum is known without reading it back. Bytes changed since in place make undo leave
     // the file alone, as any change after the run does.

@@ -84,6 +84,8 @@ public:
     void written(const struct stat& file, std::uint32_t crc) override;
     // Notes a file the run made (an output, a sidecar), as it is now.
     void recordCreated(const QString& path);
+    // The same, for a file whose status its caller has just read.
+    void recordCreated(const QString& path, const struct stat& st);
 
 private:
     explicit RunJournal(QString folder, QString id);
