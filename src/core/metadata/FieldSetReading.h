@@ -14,4 +14,7 @@ MetadataFieldSet readMetadataFieldSet(const QString& path,
 // bytes it edits). Throws what Exiv2 throws.
 MetadataFieldSet readMetadataFieldSet(const Exiv2::Image& image);
 
+// The date rows alone of the same reading.
+MetadataFieldSet readMetadataDates(const Exiv2::Image& image);
+
 } // namespace tagmoor

@@ -1,6 +1,7 @@
 #include "metadata/MetadataBlockReader.h"
 
 #include "extras/CopiesInStep.h"
+#include "extras/CopyGroups.h"
 #include "foundation/ValueForm.h"
 #include "metadata/Exiv2Guard.h"
 #include "metadata/ExtraTags.h"
@@ -351,13 +352,27 @@ private:
     }
 };
 
+// Whether a group of copies holds a date row: only then does a read of the dates alone look
+// for the copies a reader prefers.
+bool copiesHoldDates() {
+    static const bool holds = [] {
+        for (const CopyGroup& group : copyGroups())
+            for (const CopyKey& copy : group.copies())
+                if (const KeyRow* row = findKeyRow(QLatin1String(copy.key));
+                    row && row->read == ReadKind::DateText)
+                    return true;
+        return false;
+    }();
+    return holds;
+}
+
 // A datum of a skipped type leaves its row as it was; any other sets it, absent or not.
-template <typename Data> void readRows(const Data& data, MetadataFieldSet& set) {
+template <typename Data> void readRows(const Data& data, MetadataFieldSet& set, bool datesOnly) {
     const KeyListIndex& index = KeyListIndex::get();
     for (const auto& datum : data) {
         logIfExif(datum);
         const KeyRow* row = index.find(datum);
-        if (!row || datum.size() == 0)
+        if (!row || datum.size() == 0 || (datesOnly && row->read != ReadKind::DateText))
             continue;
         DatumValue v = readDatum(datum, row->key, row->block == KeyBlock::Exif);
         if (v.kind != DatumValue::Kind::Skipped)
@@ -485,18 +500,21 @@ MetadataBlockReader::Outcome MetadataBlockReader::readKeyListRows(const QString&
                                                                   MetadataFieldSet& set,
                                                                   const Options& options) {
     return withParsedImage(path, options,
-                           [&](Exiv2::Image& image) { readKeyListRows(image, set); });
+                           [&](Exiv2::Image& image) { readKeyListRows(image, set, false); });
 }
 
-void MetadataBlockReader::readKeyListRows(const Exiv2::Image& image, MetadataFieldSet& set) {
-    readRows(image.exifData(), set);
-    readRows(image.iptcData(), set);
-    readRows(image.xmpData(), set);
+void MetadataBlockReader::readKeyListRows(const Exiv2::Image& image, MetadataFieldSet& set,
+                                          bool datesOnly) {
+    readRows(image.exifData(), set, datesOnly);
+    readRows(image.iptcData(), set, datesOnly);
+    readRows(image.xmpData(), set, datesOnly);
     // A photo's keywords are a list: every IPTC dataset and every item of the XMP subject,
     // where the described rule keeps the last dataset alone.
     if (isStandardForm()) {
-        if (copiesInStep())
+        if (copiesInStep() && (!datesOnly || copiesHoldDates()))
             preferCopies(image, set);
+        if (datesOnly)
+            return;
         const QStringList keywords = keywordList(image);
         PropertyValue& row = set.iptc[iptcrow::Keywords];
         if (keywords.isEmpty())

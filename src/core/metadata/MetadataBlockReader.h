@@ -59,7 +59,9 @@ public:
     static Outcome readKeyListRows(const QString& path, MetadataFieldSet& set,
                                    const Options& options);
     // The same rows of an image that is open and read already. Throws what Exiv2 throws.
-    static void readKeyListRows(const Exiv2::Image& image, MetadataFieldSet& set);
+    // With `datesOnly`, the date rows alone are set (with the copies they prefer).
+    static void readKeyListRows(const Exiv2::Image& image, MetadataFieldSet& set,
+                                bool datesOnly = false);
 
     // Lets `visit` look at the parsed image of the file (read as read() reads it).
     static Outcome readParsed(const QString& path,

@@ -68,10 +68,10 @@ public:
                                   const ErasedRows& erased,
                                   const std::optional<FileStamp>& expected = std::nullopt) const;
 
-    // The same write with edits worked out from the photo's own values as the very bytes that
-    // are edited hold them: `editsOf` is given the record that loadImageProperties would give
-    // for `recordUrl` (the photo whose bytes `path` holds), read from those bytes, so that the
-    // file is parsed once for both.
+    // The same write with edits worked out from the photo's own dates as the very bytes that
+    // are edited hold them: `editsOf` is given a record with the dates that loadImageProperties
+    // would give for `recordUrl` (the photo whose bytes `path` holds), read from those bytes,
+    // so that the file is parsed once for both. The record's other tags are not read.
     struct EditedRows {
         MetadataFieldSet values;
         ErasedRows erased;

@@ -117,7 +117,7 @@ WriteResult MetadataTest::writeEditsOfOwnRecord(const QString& path, const QUrl&
                                                 const EditsOfRecord& editsOf,
                                                 const std::optional<FileStamp>& expected) const {
     return writeWith(*this, path, expected, [&](Exiv2::Image& image) {
-        EditedRows edits = editsOf(recordOfParsedImage(recordUrl, image));
+        EditedRows edits = editsOf(datesOfParsedImage(recordUrl, image));
         return WrittenEdits{mergedOver(*this, edits.values, image), std::move(edits.erased)};
     });
 }

@@ -155,12 +155,11 @@ loadRecord(const QUrl& url, const std::function<void(const Exiv2::Image&)>& also
 
 } // namespace
 
-CGImageProperties recordOfParsedImage(const QUrl& url, const Exiv2::Image& image) {
+CGImageProperties datesOfParsedImage(const QUrl& url, const Exiv2::Image& image) {
     std::optional<QSize> size;
     if (image.pixelWidth() > 0 && image.pixelHeight() > 0)
         size = QSize(image.pixelWidth(), image.pixelHeight());
-    return recordOfFieldSet(url, sidecarToLay(url.toLocalFile()), readMetadataFieldSet(image),
-                            size);
+    return recordOfFieldSet(url, sidecarToLay(url.toLocalFile()), readMetadataDates(image), size);
 }
 
 } // namespace tagmoor

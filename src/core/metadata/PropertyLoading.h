@@ -20,11 +20,12 @@ namespace tagmoor {
 // Reads headers only. Safe to call from any thread.
 std::optional<CGImageProperties> loadImageProperties(const QUrl& url);
 
-// The values of the record that loadImageProperties gives, taken from an image Exiv2 has
-// parsed already (the bytes a write is about to edit): the tags, with the photo's sidecar laid
-// over them. The pixel size is the one Exiv2 found, if any. Call it where the image may be
-// read (under the XMP lock when the image's XMP is not decoded yet).
-CGImageProperties recordOfParsedImage(const QUrl& url, const Exiv2::Image& image);
+// The dates of the record that loadImageProperties gives, taken from an image Exiv2 has
+// parsed already (the bytes a write is about to edit), with the photo's sidecar laid over
+// them; the tags' other values are not read. The pixel size is the one Exiv2 found, if any.
+// Call it where the image may be read (under the XMP lock when the image's XMP is not decoded
+// yet).
+CGImageProperties datesOfParsedImage(const QUrl& url, const Exiv2::Image& image);
 
 // A file's record and its extra values (keywords, rating, label...) from one parse; nothing
 // when the file gives no record. The extras are what readExtraValuesOf gives.

@@ -68,4 +68,10 @@ MetadataFieldSet readMetadataFieldSet(const Exiv2::Image& image) {
     return set;
 }
 
+MetadataFieldSet readMetadataDates(const Exiv2::Image& image) {
+    MetadataFieldSet set;
+    MetadataBlockReader::readKeyListRows(image, set, /*datesOnly=*/true);
+    return set;
+}
+
 } // namespace tagmoor

@@ -1,5 +1,8 @@
 // Every sample is read and checked against the exiv2 tool, an independent reader.
 #include "TestSupport.h"
+#include "foundation/ValueForm.h"
+#include "metadata/FieldSetReading.h"
+#include "metadata/MetadataBlockReader.h"
 #include "metadata/MetadataTest.h"
 #include "metadata/PropertyLoading.h"
 #include "model/KeyTable.h"
@@ -179,6 +182,33 @@ TEST(SampleFiles, FieldSetMatchesTheFullDictionaries) {
         }
     }
     EXPECT_GT(checked, 300);
+}
+
+// An edit that shifts a photo's own dates reads them alone: they are the whole reading's, in
+// both forms, and nothing else is read.
+TEST(SampleFiles, TheDatesAloneAreTheWholeReadingsDates) {
+    int dates = 0;
+    for (const ValueForm form : {ValueForm::standard, ValueForm::described}) {
+        const ValueFormScope scope(form);
+        for (const QString& file : sampleFiles(formatsDir())) {
+            SCOPED_TRACE(file.toStdString());
+            MetadataFieldSet whole;
+            MetadataFieldSet alone;
+            MetadataBlockReader::readParsed(file, [&](const Exiv2::Image& image) {
+                whole = readMetadataFieldSet(image);
+                alone = readMetadataDates(image);
+            });
+            for (const KeyRow& row : allKeyRows()) {
+                if (row.read != ReadKind::DateText) {
+                    EXPECT_TRUE(alone.at(row).isAbsent()) << row.key;
+                    continue;
+                }
+                EXPECT_EQ(alone.at(row).text(), whole.at(row).text()) << row.key;
+                dates += whole.at(row).isAbsent() ? 0 : 1;
+            }
+        }
+    }
+    EXPECT_GT(dates, 20);
 }
 
 TEST(SampleFiles, EveryFormatSampleGivesARecordWithItsSize) {
