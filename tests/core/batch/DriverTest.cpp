@@ -12,6 +12,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <numeric>
 #include <thread>
 
 using namespace tagmoor;
@@ -195,6 +196,35 @@ TEST_F(Driver, ParallelRunEqualsSequentialRun) {
         EXPECT_EQ(outputs[0], outputs[1]);
         EXPECT_LT(results[0].totalProcessedPhotos, results[0].total);
     }
+}
+
+// Workers that plan their own photos still start them one at a time and in list order, each
+// with the next number: the progress line and a Stop pressed at a photo rely on it.
+TEST_F(Driver, WorkersStartPhotosOneAtATimeInListOrder) {
+    class StartOrder : public BatchObserver {
+    public:
+        void photoStarted(const PhotoPlan& plan) override {
+            if (inside.exchange(true))
+                overlapped = true;
+            seen.push_back(plan.processed);
+            if (plan.processed % 25 == 0)
+                QThread::msleep(3); // long enough for a second worker to come in
+            inside = false;
+        }
+        std::atomic<bool> inside{false};
+        std::atomic<bool> overlapped{false};
+        std::vector<int> seen;
+    };
+    StartOrder observer;
+    RenameNumbering numbering(7);
+    const BatchResult result = runBatch(values, recordsOf(paths), numbering, 3, &observer);
+    EXPECT_FALSE(observer.overlapped);
+    std::vector<int> expected(std::size_t(paths.size()));
+    std::iota(expected.begin(), expected.end(), 1);
+    EXPECT_EQ(observer.seen, expected);
+    EXPECT_EQ(numbering.next(), 7 + paths.size());
+    EXPECT_EQ(result.totalProcessedPhotos, paths.size());
+    expectOutputsComplete(int(paths.size()));
 }
 
 // A problem sink hears the problems in list order, exactly those that a run without one puts
