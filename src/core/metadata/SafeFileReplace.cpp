@@ -13,19 +13,23 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSet>
-#include <QThreadPool>
 #include <QTimeZone>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <mutex>
 #include <sys/xattr.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace tagmoor {
 
@@ -168,18 +172,85 @@ void copyExtendedAttributes(const char* from, int toFd) {
 
 // Giving back the blocks of the replaced photo costs more than the rest of the replacement
 // (the file system frees them inside the call that drops the last name). So the old file keeps
-// a second, hidden name across the rename, and a background thread drops that name. Should the
+// a second, hidden name across the rename, and a thread of its own drops that name. Should the
 // process die first, the name is a leftover like any other and the next sweep removes it.
-QThreadPool& releasePool() {
-    // Destroyed at exit, after waiting for the names still to drop.
-    static QThreadPool pool;
-    static const bool oneAtATime = [] {
-        pool.setMaxThreadCount(1);
-        return true;
-    }();
-    Q_UNUSED(oneAtATime);
-    return pool;
-}
+// Waking that thread for each photo cost more than dropping a small photo's name, so it drops
+// the names a few at a time: once some have gathered, or a moment after the first came.
+class Releaser {
+public:
+    static Releaser& instance() {
+        // Destroyed at exit, after the names still to drop are dropped.
+        static Releaser releaser;
+        return releaser;
+    }
+
+    Releaser(const Releaser&) = delete;
+    Releaser& operator=(const Releaser&) = delete;
+
+    ~Releaser() {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_ending = true;
+        }
+        m_wake.notify_one();
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+
+    void release(QByteArray name) {
+        const std::lock_guard lock(m_mutex);
+        if (!m_thread.joinable())
+            m_thread = std::thread([this] { run(); });
+        m_names.push_back(std::move(name));
+        if (m_names.size() == 1 || m_names.size() >= kGathered)
+            m_wake.notify_one();
+    }
+
+    // Returns once every name given so far is dropped.
+    void waitForDone() {
+        std::unique_lock lock(m_mutex);
+        ++m_waiting;
+        m_wake.notify_one();
+        m_done.wait(lock, [&] { return m_names.empty() && !m_dropping; });
+        --m_waiting;
+    }
+
+private:
+    Releaser() = default;
+
+    static constexpr std::size_t kGathered = 16;
+    static constexpr std::chrono::milliseconds kLinger{50};
+
+    void run() {
+        std::unique_lock lock(m_mutex);
+        for (;;) {
+            m_wake.wait(lock, [&] { return m_ending || !m_names.empty(); });
+            if (m_names.empty())
+                return;
+            m_wake.wait_for(lock, kLinger, [&] {
+                return m_ending || m_waiting > 0 || m_names.size() >= kGathered;
+            });
+            std::vector<QByteArray> names;
+            names.swap(m_names);
+            m_dropping = true;
+            lock.unlock();
+            for (const QByteArray& name : names)
+                ::unlink(name.constData());
+            lock.lock();
+            m_dropping = false;
+            m_done.notify_all();
+        }
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    std::condition_variable m_done;
+    std::vector<QByteArray> m_names;
+    bool m_dropping = false;
+    bool m_ending = false;
+    int m_waiting = 0;
+    std::thread m_thread;
+};
 
 // A second hidden name for the file at `target` in `folder`, or empty when the file system
 // won't give one (no hard links there); the replacement then frees the old file itself.
@@ -315,7 +386,7 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
 }
 
 void SafeFileReplace::waitForReleases() {
-    releasePool().waitForDone();
+    Releaser::instance().waitForDone();
 }
 
 SafeFileReplace::SafeFileReplace(const QString& targetPath)
@@ -637,7 +708,7 @@ bool SafeFileReplace::moveIntoPlace(const QString& folder) {
     }
     m_temporary.clear();
     if (!aside.isEmpty())
-        releasePool().start([aside] { ::unlink(aside.constData()); });
+        Releaser::instance().release(aside);
     return true;
 }
 

@@ -6,10 +6,12 @@
 #include "metadata/SafeFileReplace.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <cerrno>
 #include <sys/stat.h>
@@ -62,6 +64,41 @@ TEST(SafeReplaceTail, NewBytesLandExactlyWhateverTheyShareWithTheOld) {
             << file.errorText().toStdString();
         EXPECT_TRUE(readBytes(path) == c.bytes);
     }
+}
+
+// A photo replaced on disk keeps its old bytes under a hidden name until a background thread
+// drops it: all of them by the time a wait for the releases returns after many, and soon after
+// a single replacement even when nobody waits for it.
+TEST(SafeReplaceTail, TheOldFilesHiddenNamesGoSoonAndAllOfThemOnAWait) {
+    QTemporaryDir tmp;
+    const auto everything = [&] {
+        return QDir(tmp.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    };
+    const auto replace = [&](const QString& name, int seed) {
+        const QString path = tmp.path() + "/" + name;
+        ASSERT_TRUE(writeBytes(path, randomBytes(2000, quint32(seed))));
+        SafeFileReplace file(path);
+        file.setFlushToDisk(true);
+        ASSERT_EQ(file.readTarget(std::nullopt), SafeFileReplace::ReadResult::Read);
+        const QByteArray bytes = randomBytes(1000, quint32(seed + 1000));
+        ASSERT_TRUE(file.replaceWith(bytes.constData(), std::size_t(bytes.size()),
+                                     [](const QString&) { return true; }));
+    };
+    QStringList names;
+    for (int i = 0; i < 40; ++i) {
+        names << QStringLiteral("p%1.jpg").arg(i, 2, 10, QLatin1Char('0'));
+        replace(names.back(), i + 2);
+    }
+    SafeFileReplace::waitForReleases();
+    EXPECT_EQ(everything(), names);
+
+    replace("q.jpg", 1);
+    names << "q.jpg";
+    QElapsedTimer waited;
+    waited.start();
+    while (everything() != names && waited.elapsed() < 10000)
+        QThread::msleep(5);
+    EXPECT_EQ(everything(), names);
 }
 
 TEST(SafeReplaceTail, AHeadCheckSeesTheHeadAsTheFileHoldsItAndCanStopTheReplacement) {
