@@ -348,9 +348,12 @@ PhotoResult BatchDriver::processJournaled(RunState& state, const PhotoPlan& plan
         if (::stat(QFile::encodeName(path).constData(), &st) != 0)
             continue;
         const FileId now{quint64(st.st_dev), quint64(st.st_ino)};
-        // A file the run replaced in place is journaled with its old bytes, not as made.
+        // A file the run replaced in place is journaled with its old bytes, not as made. The
+        // replaced files are named by their canonical paths, which an output's path most often
+        // is already.
         if (now == sourceId || now == before[i] ||
-            (!replaced.isEmpty() && replaced.contains(canonicalPathOf(path))))
+            (!replaced.isEmpty() &&
+             (replaced.contains(path) || replaced.contains(canonicalPathOf(path)))))
             continue;
         m_journal->recordCreated(path, st);
     }
