@@ -10,7 +10,6 @@
 #include "model/PropertyValue.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QThreadPool>
 
 #include <algorithm>
