@@ -73,6 +73,11 @@ version="$(run "$root/usr/bin/tagmoor-cli" --version)" || fail "tagmoor-cli --ve
 record="$(run "$root/usr/bin/tagmoor-cli" read "$samples/formats/Reagan.jpg")" ||
   fail "tagmoor-cli read failed"
 [[ "$record" == '{"path": '*'"tiffProperties.'* ]] || fail "tagmoor-cli read printed: $record"
+# A PNG's size comes from Qt's readers, in the command line's own module, loaded from the
+# package's library folder.
+png_warnings="$(run "$root/usr/bin/tagmoor-cli" read "$samples/formats/ReaganSmallPng.png" 2>&1 >/dev/null)" ||
+  fail "tagmoor-cli read of a PNG failed"
+[ -z "$png_warnings" ] || fail "tagmoor-cli read of a PNG said: $png_warnings"
 
 # Desktop entry and AppStream data as the desktop reads them.
 desktop="$root/usr/share/applications/tagmoor.desktop"

@@ -1,15 +1,15 @@
 #include "metadata/ImageProbe.h"
 
-#include "metadata/HeifPicture.h"
+#include "metadata/HeifLibrary.h"
 
 #include "metadata/BoundedRawStream.h"
 #include "metadata/Exiv2Guard.h"
 #include "metadata/MetadataLibrary.h"
+#include "metadata/QtImageSize.h"
 #include "metadata/XmpNamespaces.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QLoggingCategory>
 #include <QSet>
 #include <QtEndian>
@@ -29,18 +29,6 @@ std::optional<QSize> validSize(qint64 width, qint64 height) {
     if (width <= 0 || height <= 0 || width > INT_MAX || height > INT_MAX)
         return std::nullopt;
     return QSize(int(width), int(height));
-}
-
-// Header only: QImageReader::size() reads up to the frame header and stops.
-std::optional<QSize> qtSize(const QString& path, const char* format) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    QImageReader reader(&file, format);
-    reader.setDecideFormatFromContent(false);
-    reader.setAutoDetectImageFormat(false);
-    const QSize size = reader.size();
-    return validSize(size.width(), size.height());
 }
 
 quint32 crc32Of(const QByteArray& bytes) {
@@ -189,10 +177,6 @@ template <typename... Readers> std::optional<QSize> firstSize(Readers&&... reade
 
 } // namespace
 
-std::optional<QSize> ImageProbe::qtJpegSize(const QString& path) {
-    return qtSize(path, "jpeg");
-}
-
 ImageProbeResult ImageProbe::probe(const QString& path) {
     return probe(path, readImageHead(path));
 }
@@ -201,7 +185,7 @@ ImageProbeResult ImageProbe::probe(const QString& path, const QByteArray& head) 
     ImageProbeResult result;
     result.kind = sniffImageKind(head);
     const auto qt = [&](const char* format) {
-        return [&, format] { return qtSize(path, format); };
+        return [&, format] { return qtImageSize(path, format); };
     };
     bool rawGaveUp = false;
     const auto libraw = [&] { return librawSize(path, rawGaveUp); };

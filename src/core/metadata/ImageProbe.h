@@ -26,9 +26,6 @@ public:
     static ImageProbeResult probe(const QString& path);
     // The same, for a caller that has already read the file's first bytes.
     static ImageProbeResult probe(const QString& path, const QByteArray& head);
-    // The pixel size of a JPEG as Qt's reader finds it in the frame header, the first reader
-    // probe() asks for a JPEG; nothing when it finds none.
-    static std::optional<QSize> qtJpegSize(const QString& path);
 };
 
 } // namespace tagmoor

@@ -2,6 +2,7 @@
 #include "foundation/ValueForm.h"
 
 #include <QDir>
+#include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -199,6 +200,55 @@ TEST(ReadCommand, ThreadsGiveTheSameOutputAsOneThread) {
                   .exitCode,
               2);
     EXPECT_EQ(readCli({QStringLiteral("x.jpg"), QStringLiteral("--threads")}).exitCode, 2);
+}
+
+// Qt's image readers come with Qt Gui, which a command loads only when a photo needs them: not
+// for JPEGs, whose size is read with their tags. A program copied away from its module still
+// reads every photo, takes their sizes from the other readers, and says so once.
+TEST(ReadCommand, LoadsQtsImageReadersOnlyForPhotosThatNeedThem) {
+    QTemporaryDir dir;
+    const QString jpeg = jpegWithTags(dir.filePath("p.jpg"), [](Exiv2::Image&) {});
+    QStringList pngs;
+    for (const QString& name : {QStringLiteral("a.png"), QStringLiteral("b.png")}) {
+        QImage picture(40, 30, QImage::Format_RGB32);
+        picture.fill(Qt::darkCyan);
+        ASSERT_TRUE(picture.save(dir.filePath(name)));
+        pngs << dir.filePath(name);
+    }
+    // The dynamic linker lists every library it loads.
+    const auto read = [](const QString& program, const QStringList& paths) {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("LD_DEBUG"), QStringLiteral("files"));
+        p.setProcessEnvironment(env);
+        p.start(program, cliArgs(QStringList{QStringLiteral("read")} + paths));
+        return finishTool(p);
+    };
+    const auto loaded = [](const ToolResult& r, const char* library) {
+        return r.err.contains(QByteArray("file=") + library) ||
+               r.err.contains(QByteArray("/") + library);
+    };
+
+    const ToolResult jpegs = read(QStringLiteral(TAGMOOR_CLI), {jpeg});
+    EXPECT_EQ(jpegs.exitCode, 0);
+    EXPECT_FALSE(loaded(jpegs, "libQt6Gui.so")) << "Qt Gui came in for a JPEG";
+
+    const ToolResult withModule = read(QStringLiteral(TAGMOOR_CLI), pngs);
+    EXPECT_EQ(withModule.exitCode, 0);
+    EXPECT_TRUE(loaded(withModule, "tagmoor-cli-images.so"));
+    EXPECT_FALSE(withModule.err.contains("tagmoor-cli:")) << withModule.err.toStdString();
+    const QList<QJsonObject> sized = objectsOf(withModule.out);
+    ASSERT_EQ(sized.size(), 2);
+    EXPECT_EQ(sized[0]["pixelWidth"]["value"].toDouble(), 40.0);
+    EXPECT_EQ(sized[1]["pixelHeight"]["value"].toDouble(), 30.0);
+
+    const QString lone = dir.filePath("tagmoor-cli");
+    ASSERT_TRUE(QFile::copy(QStringLiteral(TAGMOOR_CLI), lone));
+    const ToolResult withoutModule = read(lone, pngs);
+    EXPECT_EQ(withoutModule.exitCode, 0);
+    EXPECT_EQ(withoutModule.out, withModule.out);
+    EXPECT_EQ(withoutModule.err.count("tagmoor-cli: Qt's image readers could not be loaded"), 1)
+        << withoutModule.err.toStdString();
 }
 
 } // namespace
