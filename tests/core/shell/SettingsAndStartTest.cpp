@@ -104,10 +104,12 @@ TEST(Settings, ADamagedFileIsKeptAsideNotOverwritten) {
     QByteArray junk;
     for (int i = 0; i < 4096; ++i)
         junk.append(char((i * 7919) & 0xff));
+    // A NUL inside a value: the literal's own size, less its closing NUL.
+    static constexpr char withNul[] = "[General]\nlastVersion=1.0\0\n";
     const QList<QByteArray> damaged{
         junk,
         "[General]\nStartupOTM=true\nthis line is no setting\n",
-        QByteArray("[General]\nlastVersion=1.0\0\n", 29),
+        QByteArray(withNul, sizeof withNul - 1),
         "[General]\nlastVersion=caf\xe9\n",
         "[General\nStartupOTM=true\n",
     };
