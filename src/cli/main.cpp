@@ -43,7 +43,6 @@ int main(int argc, char** argv) {
     // A command runs for seconds: the system's zone is looked up once, not at every date.
     tagmoor::ZoneClock::nameSystemZoneInEnvironment();
     tagmoor::initializeMetadataLibrary();
-    tagmoor::routeTiffMessagesToLog();
     QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Tagmoor"));
     QCoreApplication::setApplicationName(QStringLiteral("Tagmoor"));

@@ -5,7 +5,6 @@
 #include <QLoggingCategory>
 
 #include <exiv2/exiv2.hpp>
-#include <tiffio.h>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -18,7 +17,6 @@
 #include <mutex>
 
 Q_LOGGING_CATEGORY(lcExiv2, "tagmoor.metadata.exiv2", QtWarningMsg)
-Q_LOGGING_CATEGORY(lcTiff, "tagmoor.metadata.libtiff", QtWarningMsg)
 
 namespace tagmoor {
 
@@ -31,15 +29,6 @@ void exiv2Log(int level, const char* message) {
         qCWarning(lcExiv2).noquote() << text;
     else
         qCDebug(lcExiv2).noquote() << text;
-}
-// libtiff, which Qt's TIFF reader uses, prints its complaints about damaged files straight to
-// stderr unless given handlers; they go to a logging category instead.
-void tiffLog(const char* module, const char* format, va_list args) {
-    const QString text = QString::vasprintf(format, args);
-    if (module && *module)
-        qCWarning(lcTiff).noquote() << module << ": " << text;
-    else
-        qCWarning(lcTiff).noquote() << text;
 }
 // Exiv2 takes this lock when it registers XMP namespaces (recursive, in case it ever nests).
 std::recursive_mutex& namespaceMutex() {
@@ -63,11 +52,6 @@ void lockNamespaces(void* mutex, bool lock) {
     }
 }
 } // namespace
-
-void routeTiffMessagesToLog() {
-    TIFFSetWarningHandler(tiffLog);
-    TIFFSetErrorHandler(tiffLog);
-}
 
 namespace {
 std::mutex& xmpMutex() {

@@ -10,11 +10,6 @@ namespace tagmoor {
 // tagmoor.metadata logging category. Call from main() before any thread starts.
 void initializeMetadataLibrary();
 
-// libtiff, which Qt's TIFF reader uses, prints its warnings about damaged files straight to
-// stderr. This routes them into the logging category tagmoor.metadata.libtiff instead, for a
-// program whose stderr is read line by line (the command line). Call before any thread starts.
-void routeTiffMessagesToLog();
-
 // Each photo's parse takes and gives back a few hundred kilobytes of small blocks. By default
 // glibc hands the free top of a reader thread's heap back to the system after nearly every
 // photo, and the page-table flushes that costs stall every core; this keeps freed memory in
