@@ -48,17 +48,17 @@ private:
     static std::optional<Heif> load();
 };
 
-struct ContextFree {
+struct HeifContextFree {
     void operator()(heif_context* c) const { Heif::get()->heif_context_free(c); }
 };
-struct HandleRelease {
+struct HeifHandleRelease {
     void operator()(heif_image_handle* h) const { Heif::get()->heif_image_handle_release(h); }
 };
-struct ImageRelease {
+struct HeifImageRelease {
     void operator()(heif_image* i) const { Heif::get()->heif_image_release(i); }
 };
-using HeifContext = std::unique_ptr<heif_context, ContextFree>;
-using HeifHandle = std::unique_ptr<heif_image_handle, HandleRelease>;
+using HeifContext = std::unique_ptr<heif_context, HeifContextFree>;
+using HeifHandle = std::unique_ptr<heif_image_handle, HeifHandleRelease>;
 
 // The file's primary image, with the context that owns it; nothing when libheif can't read it.
 std::pair<HeifContext, HeifHandle> openPrimary(const Heif& heif, const QString& path);

@@ -18,7 +18,7 @@ QImage decoded(const Heif& heif, const heif_image_handle* handle) {
         qCDebug(lcHeif) << "not decoded:" << error.message;
         return {};
     }
-    const std::unique_ptr<heif_image, ImageRelease> image(raw);
+    const std::unique_ptr<heif_image, HeifImageRelease> image(raw);
     int stride = 0;
     const uint8_t* plane =
         heif.heif_image_get_plane_readonly(raw, heif_channel_interleaved, &stride);
