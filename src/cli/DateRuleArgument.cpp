@@ -28,7 +28,7 @@ std::optional<std::array<int, 3>> threeParts(const QString& text) {
     return out;
 }
 
-std::optional<DateRuleArgument> fail(QString* error, const QString& message) {
+std::optional<DateRuleArgument> failDateRule(QString* error, const QString& message) {
     *error = message;
     return std::nullopt;
 }
@@ -189,15 +189,15 @@ std::optional<DateField> dateFieldNamed(const QString& name) {
 std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QString* error) {
     const int eq = int(text.indexOf(QLatin1Char('=')));
     if (eq <= 0)
-        return fail(error, QStringLiteral("--date wants FIELD=RULE, not '%1'").arg(text));
+        return failDateRule(error, QStringLiteral("--date wants FIELD=RULE, not '%1'").arg(text));
     const QString fieldName = text.left(eq);
     const QString ruleText = text.mid(eq + 1).trimmed();
     const auto field = dateFieldNamed(fieldName);
     if (!field)
-        return fail(error, QStringLiteral("'%1' is not a date field (DateTimeOriginal, "
-                                          "CreationDate, ModifyDate, CreateDateXMP, "
-                                          "ModifyDateXMP, CreateDatePhotoshop)")
-                               .arg(fieldName));
+        return failDateRule(error, QStringLiteral("'%1' is not a date field (DateTimeOriginal, "
+                                                  "CreationDate, ModifyDate, CreateDateXMP, "
+                                                  "ModifyDateXMP, CreateDatePhotoshop)")
+                                       .arg(fieldName));
     DateRuleArgument arg;
     arg.field = *field;
 
@@ -208,13 +208,14 @@ std::optional<DateRuleArgument> DateRuleArgument::parse(const QString& text, QSt
         std::find_if(std::begin(kRuleWords), std::end(kRuleWords),
                      [&](const RuleWord& r) { return word == QLatin1String(r.word); });
     if (rule == std::end(kRuleWords))
-        return fail(error, QStringLiteral("unknown date rule '%1' (keep, empty, select, update, "
-                                          "shift-date, shift-time)")
-                               .arg(ruleText));
+        return failDateRule(error,
+                            QStringLiteral("unknown date rule '%1' (keep, empty, select, update, "
+                                           "shift-date, shift-time)")
+                                .arg(ruleText));
     if (auto problem = rule->read(arg, word, value))
-        return fail(error, *problem);
+        return failDateRule(error, *problem);
     if (auto refused = refusedDateRule(arg.field, arg.rule, arg.slot))
-        return fail(error, *refused);
+        return failDateRule(error, *refused);
     return arg;
 }
 

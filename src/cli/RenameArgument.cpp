@@ -8,7 +8,7 @@ namespace tagmoor::cli {
 
 namespace {
 
-std::optional<Rename> fail(QString* error, const QString& message) {
+std::optional<Rename> failRename(QString* error, const QString& message) {
     *error = message;
     return std::nullopt;
 }
@@ -23,27 +23,28 @@ std::optional<Rename> parseRenameArgument(const QString& text, QString* error) {
         return Rename{};
     if (mode == QLatin1String("add-before") || mode == QLatin1String("add-after")) {
         if (value.isEmpty())
-            return fail(error, QStringLiteral("%1 needs a text to add").arg(mode));
+            return failRename(error, QStringLiteral("%1 needs a text to add").arg(mode));
         return AddText{value, mode == QLatin1String("add-after") ? RenamePosition::afterName
                                                                  : RenamePosition::beforeName};
     }
     if (mode == QLatin1String("replace")) {
         const int eq = int(value.indexOf(QLatin1Char('=')));
         if (eq <= 0)
-            return fail(error,
-                        QStringLiteral("replace wants FIND=REPLACEMENT, not '%1'").arg(value));
+            return failRename(
+                error, QStringLiteral("replace wants FIND=REPLACEMENT, not '%1'").arg(value));
         return ReplaceText{value.left(eq), value.mid(eq + 1)};
     }
     if (mode == QLatin1String("capture")) {
         if (const auto refused = refusedCaptureDatePattern(value))
-            return fail(error, *refused);
+            return failRename(error, *refused);
         return CaptureDateName{value};
     }
     if (mode != QLatin1String("index") && mode != QLatin1String("counter") &&
         mode != QLatin1String("date"))
-        return fail(error, QStringLiteral("unknown rename rule '%1' (keep, add-before, add-after, "
-                                          "replace, index, counter, date, capture)")
-                               .arg(text));
+        return failRename(error,
+                          QStringLiteral("unknown rename rule '%1' (keep, add-before, add-after, "
+                                         "replace, index, counter, date, capture)")
+                              .arg(text));
     ChangeFileNameFormat r;
     r.nameFormatNF = mode == QLatin1String("index")     ? NameFormat::nameAndIndex()
                      : mode == QLatin1String("counter") ? NameFormat::nameAndCounter()
@@ -65,8 +66,8 @@ std::optional<Rename> parseRenameArgument(const QString& text, QString* error) {
         else
             ok = false;
         if (!ok)
-            return fail(error,
-                        QStringLiteral("rename %1: option '%2' not understood").arg(mode, option));
+            return failRename(
+                error, QStringLiteral("rename %1: option '%2' not understood").arg(mode, option));
     }
     return r;
 }
