@@ -2,9 +2,11 @@
 # compiled in batches of files, and the Qt headers they all include precompiled once per target.
 # Each can be switched off; a build with TAGMOOR_UNITY=OFF and TAGMOOR_PCH=OFF is the plain one
 # that shows a missing include.
-option(TAGMOOR_UNITY "Compile the libraries and the core tests in batches of files" ON)
+option(TAGMOOR_UNITY "Compile the libraries, the programs and the tests in batches of files" ON)
 set(TAGMOOR_UNITY_BATCH 8 CACHE STRING "How many files one batch of a unity build holds")
 option(TAGMOOR_PCH "Precompile the Qt headers of the biggest targets" ON)
+option(TAGMOOR_OPTIMIZE_TESTS "Optimise the tests' own code as the build type says" OFF)
+option(TAGMOOR_FULL_DEBUG_INFO "Full debug information (-g) in a RelWithDebInfo build" OFF)
 set(TAGMOOR_LINKER auto CACHE STRING "The linker: auto (mold, then lld, then the default), mold, lld or default")
 set_property(CACHE TAGMOOR_LINKER PROPERTY STRINGS auto mold lld default)
 
@@ -27,6 +29,13 @@ foreach(linker ${_tagmoor_linkers})
     message(FATAL_ERROR "TAGMOOR_LINKER=${linker}, but the compiler cannot link with it")
   endif()
 endforeach()
+
+# A RelWithDebInfo build carries line tables only (-g1): enough for backtraces, the sanitizers'
+# reports and profiles, at three quarters of the compile time of full information.
+# TAGMOOR_FULL_DEBUG_INFO=ON gives a debugger the variables too.
+if(NOT TAGMOOR_FULL_DEBUG_INFO)
+  add_compile_options($<$<CONFIG:RelWithDebInfo>:-g1>)
+endif()
 
 # A precompiled header is only taken from the compiler cache when ccache is told that the
 # header's own timestamps and macros may be ignored.
@@ -52,5 +61,17 @@ function(tagmoor_speed_up target)
   endif()
   if(arg_PCH AND TAGMOOR_PCH)
     target_precompile_headers(${target} PRIVATE ${arg_PCH})
+  endif()
+endfunction()
+
+# tagmoor_test_code(TARGET...): the tests' own code is compiled without optimisation. It drives a
+# core that is optimised and runs for moments, while the optimiser takes two thirds of its
+# compile time (GoogleTest's and Qt Test's macros expand to much code). The sanitizers check it
+# all the same; TAGMOOR_OPTIMIZE_TESTS=ON compiles it as the build type says.
+function(tagmoor_test_code)
+  if(NOT TAGMOOR_OPTIMIZE_TESTS)
+    foreach(target ${ARGN})
+      target_compile_options(${target} PRIVATE -O0)
+    endforeach()
   endif()
 endfunction()
