@@ -17,6 +17,7 @@
 #include <QCryptographicHash>
 #include <QDirIterator>
 #include <QMap>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <optional>
@@ -96,6 +97,31 @@ inline QMap<QString, QByteArray> folderChecksums(const QString& dir) {
         sums.insert(QDir(dir).relativeFilePath(p), checksum(p));
     }
     return sums;
+}
+
+// The warnings of exiftool's validation, by file: one "[minor] ..." text each, as often as
+// they are given. One run of exiftool over all the files: its start costs more than a file.
+inline QMap<QString, QStringList> validationWarnings(const QStringList& paths) {
+    QMap<QString, QStringList> warnings;
+    if (paths.isEmpty())
+        return warnings;
+    const ToolResult r =
+        runTool(QStringLiteral("exiftool"),
+                QStringList{"-validate", "-warning", "-a", "-G1", "-s"} + paths, 300000);
+    QString current = paths.size() == 1 ? paths.first() : QString();
+    static const QRegularExpression header(QStringLiteral("^======== (.*)$"));
+    static const QRegularExpression warning(QStringLiteral(R"(^\[ExifTool\]\s+Warning\s+: (.*)$)"));
+    for (const QString& line : QString::fromUtf8(r.out).split(QLatin1Char('\n'))) {
+        if (const auto m = header.match(line); m.hasMatch())
+            current = m.captured(1);
+        else if (const auto w = warning.match(line); w.hasMatch())
+            warnings[current] << w.captured(1);
+    }
+    return warnings;
+}
+
+inline QStringList validationWarnings(const QString& path) {
+    return validationWarnings(QStringList{path}).value(path);
 }
 
 inline QStringList fileNames(const QString& dir) {
