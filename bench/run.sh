@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs one benchmark or all of them. Each builds what it needs in Release (build-release/)
 # and generates its corpus once under bench/corpus-*.
-#   bench/run.sh [load|read|write|batch|scan|grid|editor|window_batch|window_list|paste|presets|library|location|geotag|start|rules|all] [COUNT]
+#   bench/run.sh [load|read|write|batch|scan|grid|editor|window_batch|window_list|paste|presets|library|location|geotag|start|setup|rules|all] [COUNT]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 what=${1:-all}
@@ -12,6 +12,8 @@ run() {
 }
 case "$what" in
   load | read | write | batch | scan | grid | editor | window_batch | window_list | paste | presets | library | location | geotag | start) run "$what" ;;
+  # Not in "all": it builds everything again from nothing in a clone.
+  setup) bash bench/setup.sh ;;
   rules) bash bench/rules_bench.sh ;;
   all)
     for b in load read write batch scan; do run "$b"; done
@@ -27,5 +29,5 @@ case "$what" in
     bash bench/geotag.sh
     bash bench/start.sh
     ;;
-  *) echo "usage: bench/run.sh [load|read|write|batch|scan|grid|editor|window_batch|window_list|paste|presets|library|location|geotag|start|rules|all] [COUNT]" >&2; exit 2 ;;
+  *) echo "usage: bench/run.sh [load|read|write|batch|scan|grid|editor|window_batch|window_list|paste|presets|library|location|geotag|start|setup|rules|all] [COUNT]" >&2; exit 2 ;;
 esac

@@ -2,7 +2,13 @@
 # Installs every Debian package that the build, the tests and the benchmarks need.
 # Works on a fresh Debian 12 machine whose package lists were never updated.
 # Extra package names given as arguments are installed too (the fuzz build adds clang).
+# With --list-missing it only prints the packages it would install.
 set -euo pipefail
+list_only=0
+if [ "${1:-}" = "--list-missing" ]; then
+  list_only=1
+  shift
+fi
 
 PACKAGES=(
   cmake ninja-build g++ pkg-config ccache lld
@@ -25,6 +31,10 @@ for p in "${PACKAGES[@]}"; do
   fi
 done
 
+if [ "$list_only" = 1 ]; then
+  echo "${missing[*]}"
+  exit 0
+fi
 if [ ${#missing[@]} -eq 0 ]; then
   exit 0
 fi
