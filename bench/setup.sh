@@ -8,13 +8,15 @@
 # changes are not in the clone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# The clone stands beside this checkout: the tests take the shared samples from ../shared.
+clone=$(mktemp -d "$(dirname "$PWD")/tagmoor-setup-XXXX")
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/tagmoor-setup-XXXX")
-trap 'rm -rf "$scratch"' EXIT
-git clone -q . "$scratch/src"
+trap 'rm -rf "$clone" "$scratch"' EXIT
+git clone -q . "$clone"
 
 missing=$(bash scripts/install-deps.sh --list-missing)
 start=$(date +%s.%N)
-if ! CCACHE_DIR=$scratch/ccache bash "$scratch/src/scripts/run-tests.sh" >"$scratch/log" 2>&1; then
+if ! CCACHE_DIR=$scratch/ccache bash "$clone/scripts/run-tests.sh" >"$scratch/log" 2>&1; then
   tail -40 "$scratch/log"
   echo "the test command failed" >&2
   exit 1
@@ -24,9 +26,9 @@ end=$(date +%s.%N)
 cpu=$(times | tail -1 | awk '{ split($1, u, /[ms]/); split($2, s, /[ms]/); print u[1] * 60 + u[2] + s[1] * 60 + s[2] }')
 
 total=$(echo "$end - $start" | bc -l)
-build=$(awk 'NR > 1 && $2 > last { last = $2 } END { print last / 1000 }' "$scratch/src/build/.ninja_log")
+build=$(awk 'NR > 1 && $2 > last { last = $2 } END { print last / 1000 }' "$clone/build/.ninja_log")
 tests=$(sed -nE 's/^Total Test time \(real\) = +([0-9.]+) sec$/\1/p' "$scratch/log")
-targets=$(awk 'NR > 1' "$scratch/src/build/.ninja_log" | wc -l)
+targets=$(awk 'NR > 1' "$clone/build/.ninja_log" | wc -l)
 count=$(sed -nE 's/.* tests? failed out of ([0-9]+)$/\1/p' "$scratch/log")
 
 printf '== set-up of a fresh clone (%s, %s cores, load average %s)\n' "$(git log -1 --format=%h)" \
