@@ -23,7 +23,9 @@ if ! CCACHE_DIR=$scratch/ccache bash "$clone/scripts/run-tests.sh" >"$scratch/lo
 fi
 end=$(date +%s.%N)
 # The children's CPU time (user and system), from the shell's own account.
-cpu=$(times | tail -1 | awk '{ split($1, u, /[ms]/); split($2, s, /[ms]/); print u[1] * 60 + u[2] + s[1] * 60 + s[2] }')
+# (`times` in a command substitution would speak for the subshell, which has no children.)
+times >"$scratch/times"
+cpu=$(tail -1 "$scratch/times" | awk '{ split($1, u, /[ms]/); split($2, s, /[ms]/); print u[1] * 60 + u[2] + s[1] * 60 + s[2] }')
 
 total=$(echo "$end - $start" | bc -l)
 build=$(awk 'NR > 1 && $2 > last { last = $2 } END { print last / 1000 }' "$clone/build/.ninja_log")
