@@ -14,8 +14,14 @@ ROOT = Path(__file__).resolve().parent.parent
 FORMATTER = sys.argv[1] if len(sys.argv) > 1 else "clang-format"
 
 
-def copy_tree(into):
+def copy_tree(into, sources=True):
+    """A copy of what the rails read. Without `sources`, src/ is left empty: a rail that looks
+    at each file on its own (the formatting, the length of functions) then reads only the file
+    planted in it, instead of formatting every source once more."""
     for name in ("src", "scripts", "docs"):
+        if name == "src" and not sources:
+            (into / name).mkdir(parents=True)
+            continue
         shutil.copytree(ROOT / name, into / name, ignore=shutil.ignore_patterns("*.png"))
     shutil.copy(ROOT / ".clang-format", into / ".clang-format")
 
@@ -72,8 +78,9 @@ def main():
         ]
         for n, (name, file, text, needle) in enumerate(plants):
             copy = Path(scratch) / f"plant{n}"
-            copy_tree(copy)
+            copy_tree(copy, sources=name not in ("format", "function-length"))
             target = copy / file
+            target.parent.mkdir(parents=True, exist_ok=True)
             if target.exists():
                 prepend(target, text)
             else:
