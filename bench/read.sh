@@ -3,7 +3,8 @@
 # one-thread Exiv2 read loop of bench_load, all in the same run; then the share of a
 # one-thread read spent holding the XMP lock (bench_xmp_lock reads the same files with the
 # lock timed; the program itself times nothing). On two corpora: COUNT (default 10000) JPEGs
-# of 640x480 and CAMERA_COUNT (default 1000) camera-size JPEGs (2000x1500).
+# of 640x480 and CAMERA_COUNT (default 1000) camera-size JPEGs (2000x1500). Last, the XMP
+# decode alone on one and on two threads, with the lock and without (bench_xmp_decode).
 #   bench/read.sh [COUNT [CAMERA_COUNT]]
 # Builds make_corpus, bench_load and tagmoor-cli in Release (build-release/), generates the
 # corpora once into bench/corpus-read-COUNT and bench/corpus-batch-2000-CAMERA_COUNT (which
@@ -18,7 +19,7 @@ cd "$(dirname "$0")/.."
 COUNT=${1:-10000}
 CAMERA_COUNT=${2:-1000}
 source bench/common.sh
-bench_build make_corpus bench_load bench_xmp_lock tagmoor-cli
+bench_build make_corpus bench_load bench_xmp_lock bench_xmp_decode tagmoor-cli
 SMALL=bench/corpus-read-$COUNT
 bench_corpus "$SMALL" "$COUNT" --size 640x480 --prefix read
 CAMERA=bench/corpus-batch-2000-$CAMERA_COUNT
@@ -72,3 +73,8 @@ measure() {
 
 measure "$SMALL"
 measure "$CAMERA"
+
+# The XMP decode alone, the part of a read that holds the lock: Exiv2's decode of the small
+# corpus's packets on one thread, and on two with and without the program's lock.
+printf '== XMP decode alone, %s\n' "$SMALL"
+"${RUN[@]}" "$BUILD_DIR"/bench/bench_xmp_decode --threads 2 --rounds "${ROUNDS:-3}" -- "$SMALL"/*.jpg
