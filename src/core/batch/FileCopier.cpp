@@ -1,5 +1,6 @@
 #include "batch/FileCopier.h"
 
+#include "foundation/ReadBuffer.h"
 #include "metadata/SafeFileReplace.h"
 
 #include <QByteArray>
@@ -84,7 +85,8 @@ bool copyBytes(int in, int out, off_t size, Failure& failure) {
         failure.system("seek");
         return false;
     }
-    QByteArray buffer(1 << 20, Qt::Uninitialized);
+    QByteArray buffer;
+    resizeForRead(buffer, 1 << 20);
     for (;;) {
         const ssize_t n = ::read(in, buffer.data(), size_t(buffer.size()));
         if (n == 0)

@@ -1,5 +1,7 @@
 #include "foundation/BoundedFile.h"
 
+#include "foundation/ReadBuffer.h"
+
 #include <QFile>
 
 #include <fcntl.h>
@@ -69,13 +71,13 @@ BoundedRead readBoundedFile(const QString& path, qint64 maxBytes) {
         return tooLarge();
     // The file may grow while it is read: one byte past the bound tells that it did.
     BoundedRead r;
-    r.bytes.resize(qsizetype(st.st_size) + 1);
+    resizeForRead(r.bytes, qsizetype(st.st_size) + 1);
     qint64 have = 0;
     for (;;) {
         if (have == r.bytes.size()) {
             if (have > maxBytes)
                 return tooLarge();
-            r.bytes.resize(qsizetype(std::min<qint64>(maxBytes + 1, have * 2 + 4096)));
+            resizeForRead(r.bytes, qsizetype(std::min<qint64>(maxBytes + 1, have * 2 + 4096)));
         }
         const ssize_t got =
             ::read(fd.get(), r.bytes.data() + have, std::size_t(r.bytes.size() - have));

@@ -1,6 +1,7 @@
 #include "journal/RunJournal.h"
 
 #include "foundation/Checksum.h"
+#include "foundation/ReadBuffer.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -66,7 +67,8 @@ std::optional<std::pair<QString, QJsonValue>> checksumOfFile(const QString& path
             return std::nullopt;
         return std::pair{kSha, QJsonValue(QString::fromLatin1(hash.result().toHex()))};
     }
-    QByteArray buffer(1 << 20, Qt::Uninitialized);
+    QByteArray buffer;
+    resizeForRead(buffer, 1 << 20);
     std::uint32_t crc = 0;
     for (;;) {
         const qint64 n = file.read(buffer.data(), buffer.size());

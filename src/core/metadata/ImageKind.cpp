@@ -1,5 +1,7 @@
 #include "metadata/ImageKind.h"
 
+#include "foundation/ReadBuffer.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -83,7 +85,7 @@ QByteArray readImageHead(const QString& path, qsizetype size) {
     QByteArray head;
     struct stat st {};
     if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) {
-        head.resize(size);
+        resizeForRead(head, size);
         const ssize_t got = ::read(fd, head.data(), head.size());
         head.resize(got > 0 ? got : 0);
     }

@@ -1,5 +1,6 @@
 #include "metadata/JpegHead.h"
 
+#include "foundation/ReadBuffer.h"
 #include "metadata/JpegHeadWalk.h"
 
 #include <QFile>
@@ -54,7 +55,7 @@ public:
         while (bytes.size() < size) {
             const qint64 have = bytes.size();
             const qint64 want = std::max(size - have, have == 0 ? kFirstRead : kFirstRead * 2);
-            bytes.resize(have + want);
+            resizeForRead(bytes, have + want);
             ssize_t got;
             do {
                 got = ::pread(m_fd, bytes.data() + have, std::size_t(want), off_t(have));

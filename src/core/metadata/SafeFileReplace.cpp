@@ -2,6 +2,7 @@
 
 #include "foundation/CanonicalPath.h"
 #include "foundation/Checksum.h"
+#include "foundation/ReadBuffer.h"
 #include "metadata/WriteSeams.h"
 
 #include <QDateTime>
@@ -365,7 +366,7 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
     QByteArray buffer;
     while (copied < length) {
         if (buffer.isEmpty())
-            buffer.resize(qsizetype(std::min<qint64>(piece, length)));
+            resizeForRead(buffer, qsizetype(std::min<qint64>(piece, length)));
         const std::size_t want = std::size_t(std::min<qint64>(buffer.size(), length - copied));
         const ssize_t n = ::pread(m_readFd, buffer.data(), want, off_t(from + copied));
         if (n < 0 && errno == EINTR)
@@ -478,7 +479,7 @@ bool SafeFileReplace::readUpTo(qint64 size) {
     qsizetype done = m_original.size();
     if (done >= wanted)
         return true;
-    m_original.resize(wanted);
+    resizeForRead(m_original, wanted);
     while (done < wanted) {
         const ssize_t n =
             ::pread(m_readFd, m_original.data() + done, std::size_t(wanted - done), off_t(done));
@@ -517,7 +518,8 @@ bool SafeFileReplace::replaceWith(const char* data, std::size_t size, qint64 kep
 bool SafeFileReplace::replaceHeadWith(const char* data, std::size_t size, qint64 keptFrom,
                                       const HeadCheck& check) {
     return replaceWith(data, size, keptFrom, [&](const QString&) {
-        QByteArray head(qsizetype(size), Qt::Uninitialized);
+        QByteArray head;
+        resizeForRead(head, qsizetype(size));
         std::size_t done = 0;
         while (done < size) {
             const ssize_t n = ::pread(m_temporaryFd, head.data() + done, size - done, off_t(done));
