@@ -1,6 +1,6 @@
 #include "batch/FileCopier.h"
 
-#include "foundation/ReadBuffer.h"
+#include "foundation/PageCopy.h"
 #include "metadata/SafeFileReplace.h"
 
 #include <QByteArray>

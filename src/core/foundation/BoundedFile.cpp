@@ -1,6 +1,6 @@
 #include "foundation/BoundedFile.h"
 
-#include "foundation/ReadBuffer.h"
+#include "foundation/PageCopy.h"
 
 #include <QFile>
 

@@ -1,7 +1,7 @@
 #include "journal/RunJournal.h"
 
 #include "foundation/Checksum.h"
-#include "foundation/ReadBuffer.h"
+#include "foundation/PageCopy.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "metadata/ImageKind.h"
 
-#include "foundation/ReadBuffer.h"
+#include "foundation/PageCopy.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #include "metadata/JpegHead.h"
 
-#include "foundation/ReadBuffer.h"
+#include "foundation/PageCopy.h"
 #include "metadata/JpegHeadWalk.h"
 
 #include <QFile>

@@ -2,7 +2,7 @@
 
 #include "foundation/CanonicalPath.h"
 #include "foundation/Checksum.h"
-#include "foundation/ReadBuffer.h"
+#include "foundation/PageCopy.h"
 #include "metadata/WriteSeams.h"
 
 #include <QDateTime>
@@ -145,6 +145,35 @@ bool writeAll(int fd, const char* data, std::size_t size, int* error) {
         done += chunk;
     }
     return true;
+}
+
+// Writes `size` bytes of memory at the new file's offset `at` (where its offset stands). Bytes
+// that the kernel would copy slowly from their places in their pages (see PageCopy.h) go
+// through a buffer that puts each at its place in the file's pages.
+bool writeFromMemory(int fd, qint64 at, const char* data, std::size_t size, int* error) {
+    if (kernelCopiesFast(reinterpret_cast<std::uintptr_t>(data), std::uintptr_t(at)))
+        return writeAll(fd, data, size, error);
+    QByteArray buffer;
+    resizeForRead(buffer, qsizetype(std::min(size, kSummedPiece) + kPageSize));
+    for (std::size_t done = 0; done < size;) {
+        const std::size_t place = std::size_t(at + qint64(done)) % kPageSize;
+        const std::size_t n = std::min(size - done, std::size_t(buffer.size()) - place);
+        std::memcpy(buffer.data() + place, data + done, n);
+        if (!writeAll(fd, buffer.constData() + place, n, error))
+            return false;
+        done += n;
+    }
+    return true;
+}
+
+// Where a piece read from file offset `readAt` and written at `writeAt` goes in a buffer that
+// starts a page, so that both of the kernel's copies run at full speed: at the read's place in
+// its page, unless the write's place lies a few bytes past that; then 32 bytes before it.
+std::size_t piecePlace(qint64 readAt, qint64 writeAt) {
+    const std::size_t read = std::size_t(readAt) % kPageSize;
+    if (kernelCopiesFast(read, std::size_t(writeAt) % kPageSize))
+        return read;
+    return (read + kPageSize - 32) % kPageSize;
 }
 
 // Extended attributes (tags of file managers, access lists) go with the file's bytes to the new
@@ -309,9 +338,9 @@ bool SafeFileReplace::writeNewBytes(int fd, const char* data, std::size_t size, 
     const std::size_t tail =
         m_readFd >= 0 ? unchangedTailSize(data, size, m_original) : std::size_t(0);
     if (tail < kWorthCopying)
-        return writeAll(fd, data, size, error);
+        return writeFromMemory(fd, 0, data, size, error);
     const std::size_t head = size - tail;
-    return writeAll(fd, data, head, error) &&
+    return writeFromMemory(fd, 0, data, head, error) &&
            copyFromTarget(fd, qint64(m_original.size()) - qint64(tail), qint64(head), qint64(tail),
                           error);
 }
@@ -335,7 +364,7 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
         copied = std::clamp<qint64>(qint64(m_original.size()) - from, 0, length);
         if (copied > 0) {
             const char* held = m_original.constData() + from;
-            if (!writeAll(fd, held, std::size_t(copied), error))
+            if (!writeFromMemory(fd, to, held, std::size_t(copied), error))
                 return false;
             *crc = crc32c(held, std::size_t(copied), *crc);
         }
@@ -366,9 +395,11 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
     QByteArray buffer;
     while (copied < length) {
         if (buffer.isEmpty())
-            resizeForRead(buffer, qsizetype(std::min<qint64>(piece, length)));
-        const std::size_t want = std::size_t(std::min<qint64>(buffer.size(), length - copied));
-        const ssize_t n = ::pread(m_readFd, buffer.data(), want, off_t(from + copied));
+            resizeForRead(buffer, qsizetype(std::min<qint64>(piece, length) + qint64(kPageSize)));
+        char* const at = buffer.data() + piecePlace(from + copied, to + copied);
+        const std::size_t want =
+            std::size_t(std::min<qint64>(buffer.constData() + buffer.size() - at, length - copied));
+        const ssize_t n = ::pread(m_readFd, at, want, off_t(from + copied));
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0) {
@@ -377,10 +408,10 @@ bool SafeFileReplace::copyFromTarget(int fd, qint64 from, qint64 to, qint64 leng
             *error = n < 0 ? errno : EBUSY;
             return false;
         }
-        if (!writeAll(fd, buffer.constData(), std::size_t(n), error))
+        if (!writeAll(fd, at, std::size_t(n), error))
             return false;
         if (crc)
-            *crc = crc32c(buffer.constData(), std::size_t(n), *crc);
+            *crc = crc32c(at, std::size_t(n), *crc);
         copied += n;
     }
     return true;
@@ -634,7 +665,7 @@ bool SafeFileReplace::fillTemporary(int fd, const char* data, std::size_t size, 
     int error = 0;
     const bool bytesWritten = keptFrom < 0
                                   ? writeNewBytes(fd, data, size, &error)
-                                  : writeAll(fd, data, size, &error) &&
+                                  : writeFromMemory(fd, 0, data, size, &error) &&
                                         copyFromTarget(fd, keptFrom, qint64(size), kept, &error,
                                                        summed ? &m_writtenCrc : nullptr);
     if (!bytesWritten)

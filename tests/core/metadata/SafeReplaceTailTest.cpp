@@ -3,6 +3,7 @@
 // exactly the new bytes.
 #include "TestSupport.h"
 
+#include "foundation/Checksum.h"
 #include "metadata/SafeFileReplace.h"
 
 #include <QDir>
@@ -63,6 +64,40 @@ TEST(SafeReplaceTail, NewBytesLandExactlyWhateverTheyShareWithTheOld) {
                                      [](const QString&) { return true; }))
             << file.errorText().toStdString();
         EXPECT_TRUE(readBytes(path) == c.bytes);
+    }
+}
+
+// A copy written without the flush goes through memory to be summed as it is written. However
+// far the new head moves the kept bytes within their pages (the copy places its pieces to suit
+// the kernel), the file holds exactly the new head and the old tail, and the sum is the file's.
+TEST(SafeReplaceTail, KeptBytesLandExactlyWhereverTheHeadMovesThem) {
+    struct Sums : SafeFileReplace::Witness {
+        bool beforeReplace(const QString&, const QByteArray&, qint64, const char*, std::size_t,
+                           const struct stat&, QString*) override {
+            return true;
+        }
+        void written(const struct stat&, std::uint32_t crc) override { sums << crc; }
+        QList<std::uint32_t> sums;
+    } witness;
+    const SafeFileReplace::WitnessScope scope(&witness);
+    QTemporaryDir tmp;
+    const QString source = tmp.path() + "/source.jpg";
+    const QByteArray old = randomBytes(700 * 1024 + 77, 8);
+    ASSERT_TRUE(writeBytes(source, old));
+    for (const int shift : {-4096, -13, 0, 1, 8, 24, 31, 32, 100, 4095}) {
+        SCOPED_TRACE(shift);
+        const QByteArray head = randomBytes(5000 + shift, quint32(100 + shift));
+        const QString made = tmp.path() + QStringLiteral("/made%1.jpg").arg(shift);
+        SafeFileReplace::CopyScope copy(source, made, [](int) { return true; });
+        SafeFileReplace file(source);
+        file.setFlushToDisk(false);
+        ASSERT_EQ(file.readTarget(std::nullopt, 128 * 1024), SafeFileReplace::ReadResult::Read);
+        ASSERT_TRUE(file.replaceHeadWith(head.constData(), std::size_t(head.size()), 5000,
+                                         [](QByteArray&) { return true; }));
+        const QByteArray landed = readBytes(made);
+        EXPECT_TRUE(landed == head + old.mid(5000));
+        ASSERT_FALSE(witness.sums.isEmpty());
+        EXPECT_EQ(witness.sums.takeLast(), crc32c(landed.constData(), std::size_t(landed.size())));
     }
 }
 

@@ -1,4 +1,4 @@
-#include "foundation/ReadBuffer.h"
+#include "foundation/PageCopy.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -8,7 +8,7 @@ namespace tagmoor {
 
 namespace {
 
-constexpr qsizetype kPage = 4096;
+constexpr auto kPage = qsizetype(kPageSize);
 
 qsizetype pageOffset(const QByteArray& bytes) {
     return qsizetype(reinterpret_cast<std::uintptr_t>(bytes.constData()) % kPage);

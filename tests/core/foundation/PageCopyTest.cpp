@@ -1,4 +1,4 @@
-#include "foundation/ReadBuffer.h"
+#include "foundation/PageCopy.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ std::uintptr_t pageOffsetOf(const QByteArray& bytes) {
 
 // The buffer starts a page however it came about, keeps what it held, grows where it stands
 // when it can, and never writes into an array that another one shares.
-TEST(ReadBuffer, StartsAPageAndKeepsWhatItHeld) {
+TEST(PageCopy, StartsAPageAndKeepsWhatItHeld) {
     QByteArray fresh;
     resizeForRead(fresh, 16 * 1024);
     EXPECT_EQ(fresh.size(), 16 * 1024);
