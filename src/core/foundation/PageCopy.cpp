@@ -19,7 +19,8 @@ qsizetype pageOffset(const QByteArray& bytes) {
 void resizeForRead(QByteArray& bytes, qsizetype size) {
     const bool growsInPlace = bytes.isDetached() && pageOffset(bytes) == 0 &&
                               bytes.data_ptr().freeSpaceAtEnd() >= size - bytes.size();
-    if (size <= bytes.size() || growsInPlace) {
+    // A read of less than a page costs too little to be worth a page more of memory.
+    if (size <= bytes.size() || size < kPage || growsInPlace) {
         bytes.resize(size);
         return;
     }

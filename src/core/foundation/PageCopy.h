@@ -24,7 +24,7 @@ constexpr bool kernelCopiesFast(std::uintptr_t from, std::uintptr_t to) {
 
 // Resizes `bytes` to `size` for a read from a file into it, keeping what it holds, so that its
 // data starts a page: a read at the file offset that equals the place in `bytes` then runs at
-// full speed.
+// full speed. A size of less than a page is left as a plain resize.
 void resizeForRead(QByteArray& bytes, qsizetype size);
 
 } // namespace tagmoor
